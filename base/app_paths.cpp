@@ -1,0 +1,28 @@
+#include "base/app_paths.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr unsigned privateFolder = 0700;
+
+}  // namespace
+
+std::filesystem::path AppPaths::made(std::filesystem::path folder) const {
+  static_cast<void>(files_.createDirectory(folder, privateFolder));
+  return folder;
+}
+
+std::filesystem::path AppPaths::supportDirectory() const {
+  return made(folders_.applicationSupport / "Tallowin");
+}
+
+std::filesystem::path AppPaths::iconsDirectory() const {
+  return made(supportDirectory() / "Icons");
+}
+
+std::filesystem::path AppPaths::thumbnailsDirectory() const {
+  return made(supportDirectory() / "Thumbnails");
+}
+
+}  // namespace tallowin

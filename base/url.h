@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallowin {
+
+/// One "name=value" of a query.
+struct URLQueryItem {
+  std::string name;
+  std::optional<std::string> value;  ///< absent without "="
+  bool operator==(const URLQueryItem&) const = default;
+};
+
+/// A URL taken apart (RFC 3986). Everything is percent-decoded after it was taken apart, so that an escaped separator
+/// separates nothing; "+" stands for itself. Fragments are dropped.
+struct URL {
+  std::string scheme;                       ///< as written
+  std::optional<std::string> host;          ///< as written; absent without an authority
+  std::vector<std::string> pathComponents;  ///< without empty ones and those that are exactly "/"
+  std::vector<URLQueryItem> queryItems;     ///< in order, without those that have neither name nor value
+  bool operator==(const URL&) const = default;
+
+  /// Nothing for a text that is no URL with a scheme, or whose escapes make no UTF-8. Text beyond ASCII may stand
+  /// unescaped.
+  [[nodiscard]] static std::optional<URL> parse(std::string_view text);
+};
+
+}  // namespace tallowin

@@ -1,0 +1,159 @@
+#include "platform/emulated/emulated_dock.h"
+
+#include <algorithm>
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto category = "EmulatedDock";
+
+/// A switch that has not arrived after this long is not waited for any more. In ticks.
+constexpr std::uint64_t patience = 1'000'000'000;
+
+}  // namespace
+
+EmulatedDock::EmulatedDock(DesktopOperations& desktops, const SymbolicHotKeys& hotKeys, MainQueue& queue,
+                           const Clock& clock, Log& log, DockBehaviour behaviour)
+    : desktops_(desktops),
+      hotKeys_(hotKeys),
+      queue_(queue),
+      clock_(clock),
+      log_(log),
+      behaviour_(std::move(behaviour)) {}
+
+bool EmulatedDock::handle(const EmulatedEvent& event) {
+  if (isDockControl(event)) {
+    swipe(event);
+    return true;
+  }
+  return pressHotKey(event);
+}
+
+void EmulatedDock::swipe(const EmulatedEvent& event) {
+  const auto read = readDockSwipe(event);
+  if (!read) {
+    log_.error(category, "ignored a malformed gesture: " + read.error());
+    return;
+  }
+  if (behaviour_.requiresAugmentedSwipes && !read->augmented) {
+    log_.error(category, "ignored a gesture without a device report");
+    return;
+  }
+  if (read->phase == DockSwipe::Phase::began) {
+    swipeDirection_ = read->direction;
+    return;
+  }
+  if (!swipeDirection_ || *swipeDirection_ != read->direction) {
+    log_.error(category, "ignored a malformed gesture: it did not begin");
+    swipeDirection_.reset();
+    return;
+  }
+  if (read->phase == DockSwipe::Phase::ended) {
+    swipeDirection_.reset();
+    const bool reversed = read->augmented && !behaviour_.naturalScrolling();
+    step(reversed ? -read->direction : read->direction, SwitchCause::gesture);
+  }
+}
+
+bool EmulatedDock::pressHotKey(const EmulatedEvent& event) {
+  const auto keyCode = static_cast<VirtualKeyCode>(event.integer(EmulatedEvent::keyCodeField));
+  if (event.type() == EmulatedEvent::keyUp) {
+    return heldKeys_.erase(keyCode) > 0;
+  }
+  if (event.type() != EmulatedEvent::keyDown) {
+    return false;
+  }
+  const auto hotKey = hotKeys_.match(keyCode, event.flags);
+  if (!hotKey) {
+    return false;
+  }
+  heldKeys_.insert(keyCode);
+  if (*hotKey == SymbolicHotKeys::moveLeft || *hotKey == SymbolicHotKeys::moveRight) {
+    step(*hotKey == SymbolicHotKeys::moveLeft ? -1 : 1, SwitchCause::hotKey);
+  } else {
+    switchToDesktop(static_cast<std::size_t>(*hotKey - SymbolicHotKeys::firstDesktop) + 1);
+  }
+  return true;
+}
+
+void EmulatedDock::activeSpaceChanged(const std::string& display) {
+  if (const auto found = journeys_.find(display); found != journeys_.end()) {
+    found->second.heading.reset();
+  }
+}
+
+void EmulatedDock::step(int steps, SwitchCause cause) {
+  const auto rows = desktops_.rows();
+  const auto index = desktops_.rowUnderPointer();
+  if (!index || *index >= rows.size()) {
+    return;
+  }
+  const auto& display = rows[*index].display;
+  auto& journey = journeys_[display];
+  journey.steps += steps;
+  journey.cause = cause;
+  journey.work = queue_.after(Duration::zero(), [this, display] { perform(display); });
+}
+
+/// The Space that steps count from: the one that the display is heading for, else the active one.
+std::optional<ManagedSpaceID> EmulatedDock::departure(Journey& journey, const DesktopRow& row) const {
+  if (journey.heading &&
+      (journey.heading == row.active || clock_.machAbsoluteTime() - journey.headingSince > patience)) {
+    journey.heading.reset();
+  }
+  return journey.heading ? journey.heading : row.active;
+}
+
+void EmulatedDock::perform(const std::string& display) {
+  auto& journey = journeys_[display];
+  const int steps = std::exchange(journey.steps, 0);
+  if (behaviour_.screenLocked()) {
+    return;
+  }
+  const auto rows = desktops_.rows();
+  const auto row = std::ranges::find(rows, display, &DesktopRow::display);
+  if (row == rows.end()) {
+    return;
+  }
+  const auto from = departure(journey, *row);
+  const auto at = std::ranges::find_if(row->spaces, [&](const DesktopSpace& space) { return space.id == from; });
+  if (at == row->spaces.end()) {
+    return;
+  }
+  // Past an end the Dock stays on the last Space.
+  const auto last = static_cast<std::ptrdiff_t>(row->spaces.size()) - 1;
+  const auto target = std::clamp<std::ptrdiff_t>(at - row->spaces.begin() + steps, 0, last);
+  if (target != at - row->spaces.begin()) {
+    head(journey, row->spaces[static_cast<std::size_t>(target)].id, journey.cause);
+  }
+}
+
+void EmulatedDock::switchToDesktop(std::size_t number) {
+  if (behaviour_.screenLocked()) {
+    return;
+  }
+  std::size_t seen = 0;
+  for (const auto& row : desktops_.rows()) {
+    for (const auto& space : row.spaces) {
+      if (!space.ordinary || ++seen != number) {
+        continue;
+      }
+      auto& journey = journeys_[row.display];
+      journey.steps = 0;
+      journey.work.cancel();
+      if (departure(journey, row) != space.id) {
+        head(journey, space.id, SwitchCause::hotKey);
+      }
+      return;
+    }
+  }
+}
+
+void EmulatedDock::head(Journey& journey, ManagedSpaceID space, SwitchCause cause) {
+  journey.heading = space;
+  journey.headingSince = clock_.machAbsoluteTime();
+  desktops_.switchTo(space, cause);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,126 @@
+#include "platform/emulated/mission_control_bar.h"
+
+#include <algorithm>
+
+namespace tallowin {
+
+namespace {
+
+constexpr double thumbnailWidth = 160;
+constexpr double thumbnailHeight = 100;
+constexpr double gap = 20;
+constexpr double margin = 40;  // above and to the left of the first thumbnail
+
+/// The close badge is a square of this side in a thumbnail's top left corner.
+constexpr double badgeSize = 24;
+
+CGRect frameAt(const CGRect& display, std::size_t place) {
+  const double x = display.origin.x + margin + static_cast<double>(place) * (thumbnailWidth + gap);
+  return {{x, display.origin.y + margin}, {thumbnailWidth, thumbnailHeight}};
+}
+
+}  // namespace
+
+void MissionControlBar::toggle() {
+  if (!isClosed()) {
+    close();
+  } else if (behaviour_.opens) {
+    stage_ = Stage::opening;
+    opening_ = queue_.after(behaviour_.openingTime, [this] { stage_ = Stage::open; });
+  }
+}
+
+void MissionControlBar::close() {
+  stage_ = Stage::closed;
+  opening_.cancel();
+  hovering_.cancel();
+  hovered_.reset();
+  hoveredLongEnough_ = false;
+}
+
+void MissionControlBar::hover(CGPoint location) {
+  const auto thumbnail = isOpen() ? thumbnailAt(location) : std::nullopt;
+  const auto space = thumbnail ? std::optional(thumbnail->space) : std::nullopt;
+  if (space == hovered_) {
+    return;
+  }
+  hovered_ = space;
+  hoveredLongEnough_ = false;
+  hovering_.cancel();
+  if (hovered_) {
+    hovering_ = queue_.after(behaviour_.hoverTime, [this] { hoveredLongEnough_ = true; });
+  }
+}
+
+void MissionControlBar::click(CGPoint location) {
+  const auto thumbnail = thumbnailAt(location);
+  if (!thumbnail) {
+    return;
+  }
+  const auto corner = thumbnail->frame.origin;
+  if (thumbnail->hasCloseButton && location.x < corner.x + badgeSize && location.y < corner.y + badgeSize) {
+    remove(thumbnail->space);
+  } else {
+    choose(thumbnail->space);
+  }
+}
+
+bool MissionControlBar::choose(ManagedSpaceID space) {
+  close();
+  desktops_.switchTo(space, SwitchCause::missionControl);
+  return true;
+}
+
+bool MissionControlBar::remove(ManagedSpaceID space) {
+  const bool removed = desktops_.removeDesktop(space);
+  if (removed && hovered_ == space) {
+    // What is under the pointer now is seen when it moves.
+    hovered_.reset();
+    hoveredLongEnough_ = false;
+  }
+  return removed;
+}
+
+std::vector<std::string> MissionControlBar::displays() const {
+  std::vector<std::string> displays;
+  for (const auto& row : desktops_.rows()) {
+    displays.push_back(row.display);
+  }
+  return displays;
+}
+
+std::vector<MissionControlBar::Thumbnail> MissionControlBar::thumbnails(const std::string& display) const {
+  std::vector<Thumbnail> thumbnails;
+  std::size_t number = 0;
+  for (const auto& row : desktops_.rows()) {
+    const auto ordinary = std::ranges::count_if(row.spaces, &DesktopSpace::ordinary);
+    for (const auto& space : row.spaces) {
+      number += space.ordinary ? 1 : 0;
+      if (row.display != display) {
+        continue;
+      }
+      // The last desktop cannot be closed, and neither can full-screen Spaces, by their thumbnail.
+      const bool closes = behaviour_.hasCloseButtons && space.ordinary && ordinary > 1 && hovered_ == space.id;
+      thumbnails.push_back({space.id, space.ordinary ? "Desktop " + std::to_string(number) : "Full Screen",
+                            frameAt(boundsOf_(display), thumbnails.size()), closes && hoveredLongEnough_});
+    }
+  }
+  return thumbnails;
+}
+
+CGRect MissionControlBar::addButtonFrame(const std::string& display) const {
+  return frameAt(boundsOf_(display), thumbnails(display).size());
+}
+
+std::optional<MissionControlBar::Thumbnail> MissionControlBar::thumbnailAt(CGPoint location) const {
+  for (const auto& display : displays()) {
+    for (const auto& thumbnail : thumbnails(display)) {
+      if (thumbnail.frame.contains(location)) {
+        return thumbnail;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace tallowin

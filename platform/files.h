@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/subscription.h"
+
+namespace tallowin {
+
+/// Why a file operation failed: the system's own words, for the log and for messages to the user.
+struct FileError {
+  bool notFound = false;  ///< the file or a folder on the way to it does not exist
+  std::string description;
+};
+
+/// What distinguishes one content of a file from the next without reading it. Equal stamps mean: not changed since.
+struct FileStamp {
+  std::int64_t modified = 0;   ///< modification time in nanoseconds since 1970
+  std::uint64_t size = 0;      ///< in bytes
+  std::uint64_t identity = 0;  ///< which file it is (the inode); a replaced file has another
+  bool operator==(const FileStamp&) const = default;
+};
+
+/// What happened to a watched file. Several may come together.
+struct FileEvents {
+  bool written = false;
+  bool deleted = false;
+  bool renamed = false;
+};
+
+/// The file system. Paths are absolute. Main thread only, except read() and exists(), which any thread may call.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// The whole content.
+  [[nodiscard]] virtual std::expected<std::string, FileError> read(const std::filesystem::path& path) = 0;
+
+  /// Replaces the file or makes it. The bytes go to a temporary file in the same folder, which is flushed and renamed
+  /// over the old one, so that a crash at any instant leaves the old content or the new one. An existing file keeps
+  /// its mode; a new one gets `mode`. The folder must exist. On failure nothing has changed.
+  [[nodiscard]] virtual std::expected<void, FileError> writeAtomically(const std::filesystem::path& path,
+                                                                       std::string_view bytes,
+                                                                       unsigned mode = 0644) = 0;
+
+  /// Makes the folder and its parents; those that this call makes get `mode`. An existing folder is success.
+  [[nodiscard]] virtual std::expected<void, FileError> createDirectory(const std::filesystem::path& path,
+                                                                       unsigned mode = 0755) = 0;
+
+  /// Renames a file within one file system, replacing what has the new name.
+  [[nodiscard]] virtual std::expected<void, FileError> rename(const std::filesystem::path& from,
+                                                              const std::filesystem::path& to) = 0;
+
+  /// Deletes a file. A file that does not exist is an error that says so (`notFound`).
+  [[nodiscard]] virtual std::expected<void, FileError> remove(const std::filesystem::path& path) = 0;
+
+  [[nodiscard]] virtual bool exists(const std::filesystem::path& path) = 0;
+
+  /// The names in a folder, sorted as text; empty when it cannot be read.
+  [[nodiscard]] virtual std::vector<std::string> list(const std::filesystem::path& folder) = 0;
+
+  /// The file's stamp; nothing when there is no such file.
+  [[nodiscard]] virtual std::optional<FileStamp> stamp(const std::filesystem::path& path) = 0;
+
+  /// Watches one existing file for being written, deleted or renamed (open(2) with O_EVTONLY, dispatch source
+  /// DISPATCH_SOURCE_TYPE_VNODE). `onEvent` runs on the main thread. Nothing when the file cannot be opened. The watch
+  /// stays with the file that was opened: one that replaces it under the same name is not watched.
+  [[nodiscard]] virtual std::optional<Subscription> watch(const std::filesystem::path& path,
+                                                          std::function<void(FileEvents)> onEvent) = 0;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "platform/accessibility.h"
+#include "platform/displays.h"
+#include "platform/events.h"
+#include "platform/notification_center.h"
+#include "platform/screen_capture.h"
+#include "platform/system.h"
+#include "platform/window_list.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// The services of a machine without a desktop: every operation answers its neutral result. A platform that offers only
+/// some operations of a service derives from these.
+
+class NeutralAccessibility : public Accessibility {
+ public:
+  bool AXIsProcessTrusted() override { return false; }
+  bool AXIsProcessTrustedWithOptions(bool /*prompt*/) override { return false; }
+  AXUIElement AXUIElementCreateApplication(ProcessID /*pid*/) override { return std::make_shared<AXElementHandle>(); }
+  void AXUIElementSetMessagingTimeout(const AXUIElement& /*element*/, Duration /*timeout*/) override {}
+  AXValue AXUIElementCopyAttributeValue(const AXUIElement& /*element*/, std::string_view /*attribute*/) override {
+    return {};
+  }
+  bool AXUIElementSetAttributeValue(const AXUIElement& /*element*/, std::string_view /*attribute*/,
+                                    const AXValue& /*value*/) override {
+    return false;
+  }
+  bool AXUIElementPerformAction(const AXUIElement& /*element*/, std::string_view /*action*/) override { return false; }
+};
+
+class NeutralEvents : public Events {
+ public:
+  CGEventPtr CGEventCreate() override { return nullptr; }
+  CGEventPtr CGEventCreateKeyboardEvent(VirtualKeyCode /*keyCode*/, bool /*down*/) override { return nullptr; }
+  CGEventPtr CGEventCreateMouseEvent(CGMouseEventType /*type*/, CGPoint /*location*/) override { return nullptr; }
+  CGEventPtr CGEventCreateFromData(std::string_view /*data*/) override { return nullptr; }
+  std::string CGEventCreateData(const CGEvent& /*event*/) override { return {}; }
+  void CGEventSetFlags(CGEvent& /*event*/, std::uint64_t /*flags*/) override {}
+  void CGEventSetIntegerValueField(CGEvent& /*event*/, CGEventField /*field*/, std::int64_t /*value*/) override {}
+  void CGEventSetDoubleValueField(CGEvent& /*event*/, CGEventField /*field*/, double /*value*/) override {}
+  double CGEventGetDoubleValueField(const CGEvent& /*event*/, CGEventField /*field*/) override { return 0; }
+  std::uint64_t CGEventGetTimestamp(const CGEvent& /*event*/) override { return 0; }
+  CGPoint CGEventGetLocation(const CGEvent& /*event*/) override { return {}; }
+  void CGEventPost(CGEventTap /*tap*/, const CGEvent& /*event*/) override {}
+  void CGWarpMouseCursorPosition(CGPoint /*position*/) override {}
+  std::uint32_t pressedMouseButtons() override { return 0; }
+  CGPoint mouseLocation() override { return {}; }
+};
+
+class NeutralDisplays : public Displays {
+ public:
+  DisplayID CGMainDisplayID() override { return 0; }
+  CGRect CGDisplayBounds(DisplayID /*display*/) override { return {}; }
+  DisplayID CGDisplayGetDisplayIDFromUUID(std::string_view /*uuid*/) override { return 0; }
+  bool CGDisplayIsBuiltin(DisplayID /*display*/) override { return false; }
+  std::vector<Screen> screens() override { return {}; }
+  std::vector<std::string> displaySetIdentifiers() override { return {}; }
+};
+
+class NeutralWindowList : public WindowList {
+ public:
+  std::optional<PropertyList> CGWindowListCopyWindowInfo(std::uint32_t /*options*/,
+                                                         WindowNumber /*relativeTo*/) override {
+    return std::nullopt;
+  }
+};
+
+class NeutralWorkspace : public Workspace {
+ public:
+  std::vector<RunningApplication> runningApplications() override { return {}; }
+  std::optional<RunningApplication> runningApplicationWithProcessIdentifier(ProcessID /*pid*/) override { return {}; }
+  std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(std::string_view /*bundle*/) override {
+    return {};
+  }
+  std::optional<RunningApplication> frontmostApplication() override { return {}; }
+  bool hide(ProcessID /*pid*/) override { return false; }
+  bool unhide(ProcessID /*pid*/) override { return false; }
+  bool activateWithOptions(ProcessID /*pid*/) override { return false; }
+  std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(std::string_view /*bundle*/) override {
+    return {};
+  }
+  void openApplicationAtURL(const std::filesystem::path& /*application*/, const OpenConfiguration& /*configuration*/,
+                            OpenCompletion completion) override {
+    completion(std::unexpected("applications cannot be opened without a desktop"));
+  }
+  bool openURL(std::string_view /*url*/) override { return false; }
+  std::optional<std::string> iconForFile(const std::filesystem::path& /*file*/) override { return {}; }
+};
+
+class NeutralNotificationCenter : public NotificationCenter {
+ public:
+  Subscription addObserver(NotificationName /*name*/, std::function<void(const Notification&)> /*observer*/) override {
+    return {};
+  }
+};
+
+class NeutralScreenCapture : public ScreenCapture {
+ public:
+  bool CGPreflightScreenCaptureAccess() override { return false; }
+  std::optional<Image> captureDisplay(DisplayID /*display*/) override { return {}; }
+};
+
+}  // namespace tallowin

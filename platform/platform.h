@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/accessibility.h"
+#include "platform/clock.h"
+#include "platform/displays.h"
+#include "platform/events.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/images.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/notification_center.h"
+#include "platform/preferences.h"
+#include "platform/processes.h"
+#include "platform/screen_capture.h"
+#include "platform/system.h"
+#include "platform/window_list.h"
+#include "platform/window_server.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// The services of one platform, handed to whoever puts the program together. Everybody else is constructed with just
+/// the services that they use. The services outlive everything that was given them.
+struct Platform {
+  WindowServer& windowServer;
+  Accessibility& accessibility;
+  Events& events;
+  Displays& displays;
+  WindowList& windowList;
+  Workspace& workspace;
+  NotificationCenter& workspaceNotifications;  ///< NSWorkspace's own notification centre
+  NotificationCenter& defaultNotifications;    ///< the application's default notification centre
+  ScreenCapture& screenCapture;
+  Images& images;
+  Preferences& preferences;
+  Files& files;
+  const Folders& folders;
+  Processes& processes;
+  System& system;
+  MainQueue& mainQueue;
+  WorkQueues& workQueues;
+  RunLoop& runLoop;
+  Clock& clock;
+  Log& log;
+};
+
+}  // namespace tallowin

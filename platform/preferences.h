@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/property_list.h"
+#include "platform/subscription.h"
+
+namespace tallowin {
+
+/// The user's preferences for this program (NSUserDefaults standardUserDefaults). Main thread only.
+class Preferences {
+ public:
+  virtual ~Preferences() = default;
+
+  /// What the user set for `key`, whatever its type; nothing when the user has not. Registered defaults are not
+  /// consulted: base/settings.h does that.
+  virtual std::optional<PropertyList> objectForKey(std::string_view key) = 0;
+
+  /// Stores a value for the user. False when it could not be written; then it is not set either.
+  virtual bool setObject(std::string_view key, PropertyList value) = 0;
+
+  /// Forgets what the user set. False when that could not be written; then it is still set.
+  virtual bool removeObject(std::string_view key) = 0;
+
+  /// Everything that the user has set.
+  virtual std::map<std::string, PropertyList> persistentDomain() = 0;
+
+  /// Calls `observer` on the main thread after every change (NSUserDefaultsDidChangeNotification).
+  virtual Subscription observe(std::function<void()> observer) = 0;
+
+  /// A preference that belongs to the whole system, for any application, the current user and any host
+  /// (CFPreferencesCopyValue), such as "com.apple.swipescrolldirection". Nothing when it is not set.
+  virtual std::optional<PropertyList> CFPreferencesCopyValue(std::string_view key) = 0;
+};
+
+}  // namespace tallowin

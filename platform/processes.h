@@ -1,0 +1,33 @@
+#pragma once
+
+#include <expected>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tallowin {
+
+/// A program to run.
+struct ProcessRequest {
+  std::string executable;              ///< absolute path
+  std::vector<std::string> arguments;  ///< without the program's own name
+  /// Added to this process's environment, replacing variables of the same name.
+  std::map<std::string, std::string> addedEnvironment;
+};
+
+/// Child processes (NSTask). Main thread only.
+class Processes {
+ public:
+  virtual ~Processes() = default;
+
+  /// Starts a program with standard input, output and error at the null device, and does not wait for it; it is reaped
+  /// whenever it ends. The error is the system's description of why it could not be started.
+  [[nodiscard]] virtual std::expected<void, std::string> launch(const ProcessRequest& request) = 0;
+
+  /// Runs a program to its end and returns what it wrote to standard output; standard error goes to the null device.
+  /// Blocks. The error is the system's description of why it could not be started.
+  [[nodiscard]] virtual std::expected<std::string, std::string> run(const ProcessRequest& request) = 0;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/descriptors.h"
+
+namespace tallowin {
+
+/// File descriptors in Qt's event loop.
+class QtDescriptors : public Descriptors {
+ public:
+  Subscription watchReadable(int descriptor, std::function<void()> onReadable) override;
+};
+
+}  // namespace tallowin

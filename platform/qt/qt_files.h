@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/descriptors.h"
+#include "platform/files.h"
+
+namespace tallowin {
+
+/// The real file system.
+class QtFiles : public Files {
+ public:
+  explicit QtFiles(Descriptors& descriptors) : descriptors_(descriptors) {}
+
+  std::expected<std::string, FileError> read(const std::filesystem::path& path) override;
+  std::expected<void, FileError> writeAtomically(const std::filesystem::path& path, std::string_view bytes,
+                                                 unsigned mode) override;
+  std::expected<void, FileError> createDirectory(const std::filesystem::path& path, unsigned mode) override;
+  std::expected<void, FileError> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  std::expected<void, FileError> remove(const std::filesystem::path& path) override;
+  bool exists(const std::filesystem::path& path) override;
+  std::vector<std::string> list(const std::filesystem::path& folder) override;
+  std::optional<FileStamp> stamp(const std::filesystem::path& path) override;
+  std::optional<Subscription> watch(const std::filesystem::path& path,
+                                    std::function<void(FileEvents)> onEvent) override;
+
+ private:
+  Descriptors& descriptors_;
+};
+
+}  // namespace tallowin

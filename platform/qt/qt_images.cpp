@@ -1,0 +1,96 @@
+#include "platform/qt/qt_images.h"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QImageReader>
+#include <QPainter>
+#include <algorithm>
+
+namespace tallowin {
+
+namespace {
+
+Image fromQImage(const QImage& picture) {
+  const auto converted = picture.convertToFormat(QImage::Format_ARGB32);
+  Image image{converted.width(), converted.height(), {}};
+  image.pixels.reserve(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
+  for (int y = 0; y < image.height; ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(converted.constScanLine(y));
+    image.pixels.insert(image.pixels.end(), row, row + image.width);
+  }
+  return image;
+}
+
+/// Borrows the image's pixels.
+QImage toQImage(const Image& image) {
+  return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width, image.height, image.width * 4,
+                QImage::Format_ARGB32);
+}
+
+std::string encode(const Image& image, const char* format, int quality) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  toQImage(image).save(&buffer, format, quality);
+  return bytes.toStdString();
+}
+
+void draw(QPainter& painter, const SketchBox& box) {
+  constexpr QRgb windowColor = 0xfff4f1ea;
+  constexpr QRgb titleColor = 0xffd8d2c4;
+  constexpr QRgb lineColor = 0xff5a5548;
+  constexpr double titleHeight = 22;
+  const QRectF frame(box.frame.origin.x, box.frame.origin.y, box.frame.size.width, box.frame.size.height);
+  const QRectF title(frame.left(), frame.top(), frame.width(), std::min(titleHeight, frame.height()));
+  painter.fillRect(frame, QColor(windowColor));
+  painter.fillRect(title, QColor(titleColor));
+  painter.setPen(QColor(lineColor));
+  painter.drawRect(frame);
+  painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                   QString::fromStdString(box.label));
+}
+
+}  // namespace
+
+std::optional<Image> QtImages::decode(std::string_view bytes) {
+  QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  QBuffer buffer(&data);
+  QImageReader reader(&buffer);
+  reader.setAutoTransform(true);
+  const auto picture = reader.read();
+  return picture.isNull() ? std::nullopt : std::optional(fromQImage(picture));
+}
+
+std::optional<Image> QtImages::scaled(const Image& image, int width, int height) {
+  if (width <= 0 || height <= 0 || image.pixels.empty()) {
+    return std::nullopt;
+  }
+  return fromQImage(toQImage(image).scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+std::string QtImages::encodePNG(const Image& image) {
+  return encode(image, "PNG", -1);
+}
+
+std::string QtImages::encodeJPEG(const Image& image, int quality) {
+  return encode(image, "JPEG", quality);
+}
+
+std::optional<Image> QtImages::sketch(int width, int height, const std::vector<SketchBox>& boxes) {
+  if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr || width <= 0 || height <= 0) {
+    return std::nullopt;
+  }
+  constexpr QRgb desktopColor = 0xff3b5166;
+  QImage picture(width, height, QImage::Format_ARGB32);
+  picture.fill(QColor(desktopColor));
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::TextAntialiasing);
+  for (const auto& box : boxes) {
+    draw(painter, box);
+  }
+  painter.end();
+  return fromQImage(picture);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,25 @@
+#include "platform/qt/system_log.h"
+
+#include <cstdio>
+#include <string>
+#include <syslog.h>
+
+namespace tallowin {
+
+SystemLog::SystemLog(bool verbose) : verbose_(verbose) {
+  ::openlog("tallowin", LOG_PID, LOG_USER);
+}
+
+SystemLog::~SystemLog() {
+  ::closelog();
+}
+
+void SystemLog::write(Level level, std::string_view category, std::string_view message) {
+  const std::string line = "[com.quorvex.tallowin:" + std::string(category) + "] " + std::string(message);
+  ::syslog(level == Level::error ? LOG_ERR : LOG_INFO, "%s", line.c_str());
+  if (verbose_) {
+    std::fprintf(stderr, "%s: %s\n", std::string(category).c_str(), std::string(message).c_str());
+  }
+}
+
+}  // namespace tallowin

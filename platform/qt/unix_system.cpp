@@ -1,0 +1,27 @@
+#include "platform/qt/unix_system.h"
+
+#include <QSysInfo>
+#include <QVersionNumber>
+#include <unistd.h>
+
+namespace tallowin {
+
+OperatingSystemVersion UnixSystem::operatingSystemVersion() {
+  const auto version = QVersionNumber::fromString(QSysInfo::kernelVersion());
+  return {version.majorVersion(), version.minorVersion(), version.microVersion()};
+}
+
+std::string UnixSystem::operatingSystemVersionString() {
+  return (QSysInfo::prettyProductName() + ", " + QSysInfo::kernelType() + " " + QSysInfo::kernelVersion())
+      .toStdString();
+}
+
+ProcessID UnixSystem::processIdentifier() {
+  return ::getpid();
+}
+
+PropertyList UnixSystem::CGSessionCopyCurrentDictionary() {
+  return PropertyList::object();
+}
+
+}  // namespace tallowin

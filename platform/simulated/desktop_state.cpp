@@ -1,0 +1,66 @@
+#include "platform/simulated/desktop_state.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace tallowin {
+
+namespace {
+
+bool sameText(std::string_view one, std::string_view other) {
+  return std::ranges::equal(
+      one, other, {}, [](unsigned char c) { return std::tolower(c); }, [](unsigned char c) { return std::tolower(c); });
+}
+
+}  // namespace
+
+SimulatedWindow* DesktopState::window(WindowNumber number) {
+  const auto found = std::ranges::find(windows, number, &SimulatedWindow::number);
+  return found == windows.end() ? nullptr : &*found;
+}
+
+SimulatedApplication* DesktopState::application(ProcessID pid) {
+  const auto found = std::ranges::find(applications, std::optional(pid), &SimulatedApplication::pid);
+  return found == applications.end() ? nullptr : &*found;
+}
+
+std::string DesktopState::applicationName(ProcessID pid) const {
+  const auto found = std::ranges::find(applications, std::optional(pid), &SimulatedApplication::pid);
+  return found == applications.end() ? "" : found->name;
+}
+
+bool DesktopState::isOnScreen(const SimulatedWindow& window) const {
+  const auto owner = std::ranges::find(applications, std::optional(window.pid), &SimulatedApplication::pid);
+  const bool hidden = owner != applications.end() && owner->isHidden;
+  return !window.minimized && !hidden &&
+         std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return spaces.isActive(space); });
+}
+
+std::vector<ManagedSpaceID> DesktopState::activeSpacesAt(CGPoint point) const {
+  const auto* const display = displayAt(point);
+  std::optional<ManagedSpaceID> first;
+  for (const auto& row : spaces.rows()) {
+    if (row.active && display != nullptr && displayNamed(row.display) == display) {
+      return {*row.active};
+    }
+    first = first ? first : row.active;
+  }
+  return first ? std::vector{*first} : std::vector<ManagedSpaceID>();
+}
+
+const SimulatedDisplay* DesktopState::displayAt(CGPoint point) const {
+  const auto found =
+      std::ranges::find_if(displays, [&](const auto& display) { return display.bounds.contains(point); });
+  return found == displays.end() ? nullptr : &*found;
+}
+
+const SimulatedDisplay* DesktopState::displayNamed(std::string_view identifier) const {
+  if (identifier == "Main") {
+    return displays.empty() ? nullptr : &displays.front();
+  }
+  const auto found =
+      std::ranges::find_if(displays, [&](const auto& display) { return sameText(display.uuid, identifier); });
+  return found == displays.end() ? nullptr : &*found;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/emulated/symbolic_hot_keys.h"
+#include "platform/geometry.h"
+#include "platform/identifiers.h"
+#include "platform/property_list.h"
+#include "platform/simulated/raw_spaces.h"
+#include "platform/system.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// A connected display.
+struct SimulatedDisplay {
+  DisplayID id = 1;
+  std::string uuid;
+  std::string name;
+  CGRect bounds;
+  bool builtin = false;
+  bool operator==(const SimulatedDisplay&) const = default;
+};
+
+/// An installed application, running when it has a process id.
+struct SimulatedApplication {
+  std::optional<ProcessID> pid;
+  std::optional<std::string> bundleIdentifier;
+  std::string name;
+  ActivationPolicy activationPolicy = ActivationPolicy::regular;
+  bool isActive = false;
+  bool isHidden = false;
+  bool operator==(const SimulatedApplication&) const = default;
+
+  /// Where it is installed.
+  [[nodiscard]] std::string path() const { return "/Applications/" + name + ".app"; }
+};
+
+/// A window of a running application.
+struct SimulatedWindow {
+  WindowNumber number = 0;
+  ProcessID pid = 0;
+  std::string title;
+  CGRect frame;
+  std::vector<ManagedSpaceID> spaces;
+  std::int64_t layer = 0;
+  double alpha = 1;
+  bool minimized = false;
+  bool operator==(const SimulatedWindow&) const = default;
+};
+
+/// What the simulated machine is like at one moment, as plain data. The services of the simulated desktop are ways to
+/// see it and to change it.
+struct DesktopState {
+  OperatingSystemVersion systemVersion{15, 3, 1};
+  ProcessID ownProcess = 500;
+  ConnectionID connection = 1;
+  RawSpaces spaces;
+  std::optional<std::string> menuBarDisplay;
+  std::vector<SimulatedDisplay> displays;  ///< the main one first
+  std::vector<SimulatedApplication> applications;
+  std::vector<SimulatedWindow> windows;  ///< front to back
+  bool accessibilityAllowed = true;
+  bool screenRecordingAllowed = true;
+  bool screenLocked = false;
+  CGPoint pointer;
+  std::uint32_t pressedMouseButtons = 0;
+  SymbolicHotKeys hotKeys;
+  std::map<std::string, PropertyList> globalPreferences;
+  int trackpads = 1;
+
+  [[nodiscard]] SimulatedWindow* window(WindowNumber number);
+  [[nodiscard]] SimulatedApplication* application(ProcessID pid);
+  /// The name of a running application, empty when there is none.
+  [[nodiscard]] std::string applicationName(ProcessID pid) const;
+  /// Whether a window can be seen: it is on an active Space, not minimised, and its application not hidden.
+  [[nodiscard]] bool isOnScreen(const SimulatedWindow& window) const;
+  /// The active Space of the display that holds a point, else of the first display; none without Spaces.
+  [[nodiscard]] std::vector<ManagedSpaceID> activeSpacesAt(CGPoint point) const;
+  /// The display that holds a point, or null.
+  [[nodiscard]] const SimulatedDisplay* displayAt(CGPoint point) const;
+  /// The display that an identifier of the managed-display-spaces list stands for: a UUID in any case, or "Main" for
+  /// the main display. Null when it is not connected.
+  [[nodiscard]] const SimulatedDisplay* displayNamed(std::string_view identifier) const;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,202 @@
+#include "platform/simulated/raw_spaces.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto identifierKey = "Display Identifier";
+constexpr auto spacesKey = "Spaces";
+constexpr auto currentKey = "Current Space";
+constexpr auto idKey = "ManagedSpaceID";
+constexpr std::int64_t fullscreenType = 4;
+
+/// New ids stay below this whatever the list says, so that counting them up never overflows.
+constexpr ManagedSpaceID idLimit = ManagedSpaceID{1} << 62;
+
+std::optional<std::int64_t> integerAt(const PropertyList& dictionary, const char* key) {
+  const auto found = dictionary.find(key);
+  const bool readable = found != dictionary.end() && found->is_number_integer() &&
+                        !(found->is_number_unsigned() && found->get<std::uint64_t>() > INT64_MAX);
+  return readable ? std::optional(found->get<std::int64_t>()) : std::nullopt;
+}
+
+std::optional<ManagedSpaceID> idOf(const PropertyList& space) {
+  return space.is_object() ? integerAt(space, idKey) : std::nullopt;
+}
+
+bool isDisplay(const PropertyList& entry) {
+  return entry.is_object() && entry.contains(identifierKey) && entry[identifierKey].is_string() &&
+         entry.contains(spacesKey) && entry[spacesKey].is_array();
+}
+
+std::optional<ManagedSpaceID> currentOf(const PropertyList& display) {
+  const auto found = display.find(currentKey);
+  return found == display.end() ? std::nullopt : idOf(*found);
+}
+
+bool isOrdinary(const PropertyList& space) {
+  return integerAt(space, "type") != fullscreenType &&
+         !(space.contains("TileLayoutManager") && space["TileLayoutManager"].is_object());
+}
+
+/// A UUID that is the same in every run and tells which Space it belongs to.
+std::string uuidFor(ManagedSpaceID id) {
+  const auto digits = std::to_string(id);
+  return "5ACE0000-0000-4000-8000-" + std::string(12 - std::min<std::size_t>(12, digits.size()), '0') + digits;
+}
+
+PropertyList desktopEntry(ManagedSpaceID id) {
+  return {{idKey, id}, {"id64", id}, {"type", 0}, {"uuid", uuidFor(id)}};
+}
+
+PropertyList displayEntryWith(std::string_view display, PropertyList spaces) {
+  return {{identifierKey, display}, {currentKey, spaces.front()}, {spacesKey, std::move(spaces)}};
+}
+
+DesktopRow rowOf(const PropertyList& display) {
+  DesktopRow row{display[identifierKey], {}, currentOf(display)};
+  for (const auto& space : display[spacesKey]) {
+    if (const auto id = idOf(space)) {
+      row.spaces.push_back({*id, isOrdinary(space)});
+    }
+  }
+  return row;
+}
+
+}  // namespace
+
+RawSpaces::RawSpaces()
+    : list_(PropertyList::array({displayEntryWith(
+          "Main", PropertyList::array({desktopEntry(1), desktopEntry(2), desktopEntry(3), desktopEntry(4)}))})) {}
+
+std::vector<DesktopRow> RawSpaces::rows() const {
+  std::vector<DesktopRow> rows;
+  if (list_.is_array()) {
+    for (const auto& entry : list_) {
+      if (isDisplay(entry)) {
+        rows.push_back(rowOf(entry));
+      }
+    }
+  }
+  return rows;
+}
+
+std::optional<std::string> RawSpaces::displayOf(ManagedSpaceID space) const {
+  for (const auto& row : rows()) {
+    if (std::ranges::find(row.spaces, space, &DesktopSpace::id) != row.spaces.end()) {
+      return row.display;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<ManagedSpaceID> RawSpaces::activeOn(std::string_view display) const {
+  for (const auto& row : rows()) {
+    if (row.display == display) {
+      return row.active;
+    }
+  }
+  return std::nullopt;
+}
+
+bool RawSpaces::isActive(ManagedSpaceID space) const {
+  return std::ranges::any_of(rows(), [&](const DesktopRow& row) { return row.active == space; });
+}
+
+PropertyList* RawSpaces::displayEntry(std::string_view display) {
+  if (!list_.is_array()) {
+    return nullptr;
+  }
+  const auto found = std::ranges::find_if(list_, [&](const PropertyList& entry) {
+    return isDisplay(entry) && entry[identifierKey].get_ref<const std::string&>() == display;
+  });
+  return found == list_.end() ? nullptr : &*found;
+}
+
+bool RawSpaces::activate(ManagedSpaceID space) {
+  const auto display = displayOf(space);
+  auto* const entry = display ? displayEntry(*display) : nullptr;
+  if (entry == nullptr) {
+    return false;
+  }
+  (*entry)[currentKey] = *std::ranges::find_if((*entry)[spacesKey],
+                                               [&](const PropertyList& candidate) { return idOf(candidate) == space; });
+  return true;
+}
+
+ManagedSpaceID RawSpaces::newID() {
+  for (const auto& row : rows()) {
+    for (const auto& space : row.spaces) {
+      if (space.id < idLimit) {
+        lastNewID_ = std::max(lastNewID_, space.id);
+      }
+    }
+  }
+  return ++lastNewID_;
+}
+
+std::optional<ManagedSpaceID> RawSpaces::addDesktop(std::string_view display) {
+  auto* const entry = displayEntry(display);
+  if (entry == nullptr) {
+    return std::nullopt;
+  }
+  const auto id = newID();
+  auto& spaces = (*entry)[spacesKey];
+  auto place = spaces.size();
+  while (place > 0 && !(idOf(spaces[place - 1]) && isOrdinary(spaces[place - 1]))) {
+    --place;
+  }
+  // A display without ordinary desktops gets its first one at the left end.
+  spaces.insert(spaces.begin() + static_cast<std::ptrdiff_t>(place), desktopEntry(id));
+  return id;
+}
+
+std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
+  const auto display = displayOf(space);
+  auto* const entry = display ? displayEntry(*display) : nullptr;
+  if (entry == nullptr) {
+    return std::nullopt;
+  }
+  const auto row = rowOf(*entry).spaces;
+  const auto at = std::ranges::find(row, space, &DesktopSpace::id);
+  const auto ordinary = std::ranges::count_if(row, &DesktopSpace::ordinary);
+  if (row.size() < 2 || (at->ordinary && ordinary < 2)) {
+    return std::nullopt;
+  }
+  const auto heir = at == row.begin() ? std::next(at)->id : std::prev(at)->id;
+  if (currentOf(*entry) == space) {
+    activate(heir);
+  }
+  auto& spaces = (*entry)[spacesKey];
+  lastNewID_ = std::max(lastNewID_, std::min(space, idLimit));
+  spaces.erase(std::ranges::find_if(spaces, [&](const PropertyList& candidate) { return idOf(candidate) == space; }));
+  return heir;
+}
+
+void RawSpaces::addDisplay(std::string_view display) {
+  if (!list_.is_array()) {
+    list_ = PropertyList::array();
+  }
+  if (displayEntry(display) == nullptr) {
+    list_.push_back(displayEntryWith(display, PropertyList::array({desktopEntry(newID())})));
+  }
+}
+
+void RawSpaces::removeDisplay(std::string_view display) {
+  auto* const leaving = displayEntry(display);
+  if (leaving == nullptr) {
+    return;
+  }
+  const auto spaces = (*leaving)[spacesKey];
+  list_.erase(list_.begin() + (leaving - &list_.front()));
+  const auto left = rows();
+  if (auto* const heir = left.empty() ? nullptr : displayEntry(left.front().display)) {
+    auto& kept = (*heir)[spacesKey];
+    kept.insert(kept.end(), spaces.begin(), spaces.end());
+  }
+}
+
+}  // namespace tallowin

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/emulated/desktop_operations.h"
+#include "platform/property_list.h"
+
+namespace tallowin {
+
+/// The window server's managed-display-spaces list in its raw form, which is the simulated desktop's only record of
+/// Spaces. Changes edit just what they concern, so that entries that are malformed on purpose stay as they were
+/// written; such entries are no Spaces to the queries here.
+class RawSpaces {
+ public:
+  /// One display "Main" with four desktops, the first one active.
+  RawSpaces();
+  explicit RawSpaces(PropertyList list) : list_(std::move(list)) {}
+
+  /// The list as the window server hands it out; null when it hands out nothing.
+  [[nodiscard]] const PropertyList& list() const { return list_; }
+
+  /// The well-formed displays with their well-formed Spaces.
+  [[nodiscard]] std::vector<DesktopRow> rows() const;
+
+  /// The identifier of the display that has this Space, or nothing.
+  [[nodiscard]] std::optional<std::string> displayOf(ManagedSpaceID space) const;
+
+  /// The active Space of a display, or nothing.
+  [[nodiscard]] std::optional<ManagedSpaceID> activeOn(std::string_view display) const;
+
+  [[nodiscard]] bool isActive(ManagedSpaceID space) const;
+
+  /// Makes a Space the current one of its display. False when there is no such Space.
+  bool activate(ManagedSpaceID space);
+
+  /// Adds a desktop behind the last ordinary desktop of a display and returns its id, which is one above the highest
+  /// that ever was in use here. Nothing when there is no such display.
+  std::optional<ManagedSpaceID> addDesktop(std::string_view display);
+
+  /// Removes a Space; when it was the current one, a neighbour becomes it. Returns the Space that takes its windows:
+  /// the one before it, else the one behind it. Nothing, and no change, for the last desktop of a display and for a
+  /// Space that does not exist.
+  std::optional<ManagedSpaceID> remove(ManagedSpaceID space);
+
+  /// Adds a display with one desktop, unless the list has it.
+  void addDisplay(std::string_view display);
+
+  /// Removes a display, appending its Spaces to the first other one.
+  void removeDisplay(std::string_view display);
+
+  bool operator==(const RawSpaces&) const = default;
+
+ private:
+  [[nodiscard]] PropertyList* displayEntry(std::string_view display);
+  ManagedSpaceID newID();
+
+  PropertyList list_;
+  ManagedSpaceID lastNewID_ = 0;
+};
+
+}  // namespace tallowin

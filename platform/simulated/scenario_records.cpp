@@ -1,0 +1,165 @@
+#include "platform/simulated/scenario_records.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/simulated/byte_text.h"
+#include "platform/simulated/simulated_folders.h"
+
+namespace tallowin {
+
+namespace {
+
+struct PolicyName {
+  std::string_view name;
+  ActivationPolicy policy;
+};
+constexpr std::array policyNames = {PolicyName{"regular", ActivationPolicy::regular},
+                                    PolicyName{"accessory", ActivationPolicy::accessory},
+                                    PolicyName{"prohibited", ActivationPolicy::prohibited}};
+
+ActivationPolicy readPolicy(const ScenarioValue& value) {
+  const auto* const found =
+      value.isText() ? std::ranges::find(policyNames, value.text(), &PolicyName::name) : policyNames.end();
+  if (found == policyNames.end()) {
+    value.expected("\"regular\", \"accessory\" or \"prohibited\"");
+    return ActivationPolicy::regular;
+  }
+  return found->policy;
+}
+
+}  // namespace
+
+DisplayRecord readDisplay(ScenarioObject& object) {
+  DisplayRecord record;
+  auto& display = record.display;
+  display.id = object.require("id").integer<DisplayID>();
+  display.uuid = object.require("uuid").text();
+  const auto bounds = object.require("bounds");
+  display.bounds = bounds.rect();
+  constexpr double longestSide = 10'000;  // a picture of it is still one that can be handled
+  if (display.bounds.size.width > longestSide || display.bounds.size.height > longestSide) {
+    bounds.fail("a display has at most 10000 points a side");
+  }
+  const auto name = object.find("name");
+  display.name = name ? name->text() : "Display " + std::to_string(display.id);
+  const auto builtin = object.find("builtin");
+  display.builtin = builtin && builtin->boolean();
+  const auto main = object.find("main");
+  record.main = main && main->boolean();
+  return record;
+}
+
+SimulatedApplication readApplication(ScenarioObject& object) {
+  SimulatedApplication application;
+  application.name = object.require("name").text();
+  if (const auto pid = object.find("pid")) {
+    application.pid = pid->integer<ProcessID>();
+  }
+  if (const auto bundle = object.find("bundleID")) {
+    application.bundleIdentifier = bundle->text();
+  }
+  if (const auto policy = object.find("activationPolicy")) {
+    application.activationPolicy = readPolicy(*policy);
+  }
+  if (const auto active = object.find("active")) {
+    application.isActive = active->boolean();
+  }
+  if (const auto hidden = object.find("hidden")) {
+    application.isHidden = hidden->boolean();
+  }
+  return application;
+}
+
+std::optional<std::vector<ManagedSpaceID>> readSpaces(ScenarioObject& object) {
+  const auto one = object.find("space");
+  const auto several = object.find("spaces");
+  if (one && several) {
+    several->fail("either \"space\" or \"spaces\", not both");
+  }
+  if (one) {
+    return std::vector{one->integer<ManagedSpaceID>()};
+  }
+  if (!several) {
+    return std::nullopt;
+  }
+  std::vector<ManagedSpaceID> spaces;
+  for (const auto& space : several->list()) {
+    spaces.push_back(space.integer<ManagedSpaceID>());
+  }
+  return spaces;
+}
+
+WindowRecord readWindow(ScenarioObject& object) {
+  WindowRecord record;
+  auto& window = record.window;
+  window.number = object.require("number").integer<WindowNumber>();
+  window.pid = object.require("pid").integer<ProcessID>();
+  const auto title = object.find("title");
+  window.title = title ? title->text() : "";
+  const auto frame = object.find("frame");
+  window.frame = frame ? frame->rect() : CGRect{{100, 100}, {800, 600}};
+  if (const auto layer = object.find("layer")) {
+    window.layer = layer->integer<std::int64_t>();
+  }
+  if (const auto alpha = object.find("alpha")) {
+    window.alpha = alpha->number();
+  }
+  if (const auto minimized = object.find("minimized")) {
+    window.minimized = minimized->boolean();
+  }
+  auto spaces = readSpaces(object);
+  record.onActiveSpace = !spaces;
+  window.spaces = std::move(spaces).value_or(std::vector<ManagedSpaceID>());
+  return record;
+}
+
+SimulatedWindow WindowRecord::placedIn(const DesktopState& state) const {
+  auto placed = window;
+  if (onActiveSpace) {
+    placed.spaces = state.activeSpacesAt(placed.frame.center());
+  }
+  return placed;
+}
+
+HotKeyRecord readHotKey(ScenarioObject& object) {
+  HotKeyRecord record;
+  record.binding = SymbolicHotKeyBinding{object.require("keyCode").integer<VirtualKeyCode>(), 0};
+  if (const auto modifiers = object.find("modifiers")) {
+    record.binding->modifierFlags = modifiers->integer<std::uint64_t>();
+  }
+  const auto enabled = object.find("enabled");
+  record.enabled = !enabled || enabled->boolean();
+  return record;
+}
+
+void HotKeyRecord::applyTo(SymbolicHotKeys& hotKeys, int hotKey) const {
+  hotKeys.bind(hotKey, binding);
+  hotKeys.setEnabled(hotKey, enabled);
+}
+
+std::string readBytes(ScenarioObject& object) {
+  const auto text = object.find("text");
+  const auto encoded = object.find("base64");
+  if (text && encoded) {
+    encoded->fail("either \"text\" or \"base64\", not both");
+  }
+  if (!encoded) {
+    return text ? text->text() : "";
+  }
+  const auto bytes = bytesOfBase64(encoded->text());
+  if (!bytes) {
+    encoded->expected("Base64");
+  }
+  return bytes.value_or("");
+}
+
+std::string readPath(const ScenarioValue& value) {
+  auto path = value.isText() ? simulatedPath(value.text()) : "";
+  if (path.empty()) {
+    value.expected("an absolute path, or one that begins with \"~/\"");
+  }
+  return path;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,328 @@
+#include "platform/simulated/script_actions.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/simulated/scenario_records.h"
+#include "platform/simulated/simulated_desktop.h"
+#include "platform/simulated/simulated_parts.h"
+
+namespace tallowin {
+
+namespace {
+
+using Arguments = ScenarioObject;
+using Reader = ScriptAction (*)(Arguments&);
+
+/// An action as most of them are: something done to the desktop's parts.
+template <typename Action>
+ScriptAction onParts(Action action) {
+  return [action = std::move(action)](SimulatedDesktop& desktop) { action(desktop.parts()); };
+}
+
+ScriptAction switchSpace(Arguments& arguments) {
+  return onParts([space = arguments.require("space").integer<ManagedSpaceID>()](SimulatedParts& desktop) {
+    desktop.spaces.switchNow(space);
+  });
+}
+
+ScriptAction addSpace(Arguments& arguments) {
+  const auto display = arguments.find("display");
+  return onParts([name = display ? std::optional(display->text()) : std::nullopt](SimulatedParts& desktop) {
+    const auto rows = desktop.spaces.rows();
+    if (name || !rows.empty()) {
+      desktop.spaces.addDesktop(name ? *name : rows.front().display);
+    }
+  });
+}
+
+ScriptAction removeSpace(Arguments& arguments) {
+  return onParts([space = arguments.require("space").integer<ManagedSpaceID>()](SimulatedParts& desktop) {
+    desktop.spaces.removeDesktop(space);
+  });
+}
+
+ScriptAction setManagedDisplaySpaces(Arguments& arguments) {
+  return onParts(
+      [list = arguments.require("list").json()](SimulatedParts& desktop) { desktop.spaces.replaceList(list); });
+}
+
+ScriptAction setMenuBarDisplay(Arguments& arguments) {
+  const auto display = arguments.require("display");
+  return onParts([name = display.isNull() ? std::nullopt : std::optional(display.text())](SimulatedParts& desktop) {
+    desktop.state.menuBarDisplay = name;
+  });
+}
+
+ScriptAction bounceDock(Arguments& arguments) {
+  const auto after = arguments.find("after");
+  return onParts([count = arguments.require("count").integer<std::uint16_t>(),
+                  delay = after ? after->seconds() : ScenarioDock{}.bounceAfter](SimulatedParts& desktop) {
+    desktop.spaces.bounceNext(count, delay);
+  });
+}
+
+ScriptAction connectDisplay(Arguments& arguments) {
+  return onParts(
+      [record = readDisplay(arguments)](SimulatedParts& desktop) { desktop.connectDisplay(record.display); });
+}
+
+ScriptAction disconnectDisplay(Arguments& arguments) {
+  return onParts([display = arguments.require("id").integer<DisplayID>()](SimulatedParts& desktop) {
+    desktop.disconnectDisplay(display);
+  });
+}
+
+ScriptAction activateApplication(Arguments& arguments) {
+  return onParts([pid = arguments.require("pid").integer<ProcessID>()](SimulatedParts& desktop) {
+    desktop.workspace.activate(pid);
+  });
+}
+
+ScriptAction launchApplication(Arguments& arguments) {
+  auto application = readApplication(arguments);
+  application.pid = arguments.require("pid").integer<ProcessID>();
+  return onParts([application](SimulatedParts& desktop) {
+    desktop.workspace.launch(application);
+    if (application.isActive) {
+      desktop.workspace.activate(*application.pid);
+    }
+  });
+}
+
+ScriptAction quitApplication(Arguments& arguments) {
+  return onParts(
+      [pid = arguments.require("pid").integer<ProcessID>()](SimulatedParts& desktop) { desktop.workspace.quit(pid); });
+}
+
+/// An action on the window "number", if there is one by then.
+template <typename Change>
+ScriptAction onWindow(Arguments& arguments, Change change) {
+  return onParts([number = arguments.require("number").integer<WindowNumber>(), change](SimulatedParts& desktop) {
+    if (auto* const window = desktop.state.window(number)) {
+      change(*window);
+    }
+  });
+}
+
+ScriptAction openWindow(Arguments& arguments) {
+  return onParts([record = readWindow(arguments)](SimulatedParts& desktop) {
+    if (desktop.state.window(record.window.number) == nullptr) {
+      desktop.state.windows.insert(desktop.state.windows.begin(), record.placedIn(desktop.state));
+    }
+  });
+}
+
+ScriptAction closeWindow(Arguments& arguments) {
+  return onParts([number = arguments.require("number").integer<WindowNumber>()](SimulatedParts& desktop) {
+    std::erase_if(desktop.state.windows, [&](const SimulatedWindow& window) { return window.number == number; });
+  });
+}
+
+ScriptAction retitleWindow(Arguments& arguments) {
+  return onWindow(arguments,
+                  [title = arguments.require("title").text()](SimulatedWindow& window) { window.title = title; });
+}
+
+ScriptAction moveWindow(Arguments& arguments) {
+  const auto frame = arguments.find("frame");
+  return onWindow(arguments, [frame = frame ? std::optional(frame->rect()) : std::nullopt,
+                              spaces = readSpaces(arguments)](SimulatedWindow& window) {
+    window.frame = frame.value_or(window.frame);
+    window.spaces = spaces.value_or(window.spaces);
+  });
+}
+
+ScriptAction minimizeWindow(Arguments& arguments) {
+  const auto minimized = arguments.find("minimized");
+  return onWindow(arguments,
+                  [value = !minimized || minimized->boolean()](SimulatedWindow& window) { window.minimized = value; });
+}
+
+ScriptAction setPreference(Arguments& arguments) {
+  return onParts([key = arguments.require("key").text(), value = arguments.require("value").json()](
+                     SimulatedParts& desktop) { desktop.preferencesFile.set(key, value); });
+}
+
+ScriptAction removePreference(Arguments& arguments) {
+  return onParts(
+      [key = arguments.require("key").text()](SimulatedParts& desktop) { desktop.preferencesFile.remove(key); });
+}
+
+ScriptAction setGlobalPreference(Arguments& arguments) {
+  return onParts([key = arguments.require("key").text(), value = arguments.require("value").json()](
+                     SimulatedParts& desktop) { desktop.state.globalPreferences[key] = value; });
+}
+
+/// An action on the file "path".
+template <typename Change>
+ScriptAction onFile(Arguments& arguments, Change change) {
+  return onParts(
+      [path = readPath(arguments.require("path")), change](SimulatedParts& desktop) { change(desktop.files, path); });
+}
+
+ScriptAction writeFile(Arguments& arguments) {
+  const auto replace = arguments.find("replace");
+  return onFile(arguments, [bytes = readBytes(arguments), replaces = replace && replace->boolean()](
+                               SimulatedFiles& files, const std::string& path) {
+    if (replaces) {
+      files.replace(path, bytes);
+    } else {
+      files.overwrite(path, bytes);
+    }
+  });
+}
+
+ScriptAction deleteFile(Arguments& arguments) {
+  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.take(path); });
+}
+
+ScriptAction corruptFile(Arguments& arguments) {
+  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.corrupt(path); });
+}
+
+ScriptAction makeUnwritable(Arguments& arguments) {
+  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.setUnwritable(path, true); });
+}
+
+ScriptAction makeWritable(Arguments& arguments) {
+  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.setUnwritable(path, false); });
+}
+
+ScriptAction setPermission(Arguments& arguments) {
+  const auto permission = arguments.require("permission");
+  const auto name = permission.text();
+  if (name != "accessibility" && name != "screenRecording") {
+    permission.expected("\"accessibility\" or \"screenRecording\"");
+  }
+  return onParts([name, allowed = arguments.require("allowed").boolean()](SimulatedParts& desktop) {
+    auto& state = desktop.state;
+    (name == "accessibility" ? state.accessibilityAllowed : state.screenRecordingAllowed) = allowed;
+  });
+}
+
+ScriptAction movePointer(Arguments& arguments) {
+  return onParts([to = arguments.require("to").point()](SimulatedParts& desktop) { desktop.events.movePointer(to); });
+}
+
+ScriptAction pressSymbolicHotKey(Arguments& arguments) {
+  return onParts([hotKey = arguments.require("hotKey").integer<int>()](SimulatedParts& desktop) {
+    desktop.pressSymbolicHotKey(hotKey);
+  });
+}
+
+ScriptAction setSymbolicHotKey(Arguments& arguments) {
+  const auto binding = arguments.require("binding");
+  HotKeyRecord record;
+  if (!binding.isNull()) {
+    ScenarioObject object(binding);
+    record = readHotKey(object);
+  }
+  return onParts([hotKey = arguments.require("hotKey").integer<int>(), record](SimulatedParts& desktop) {
+    record.applyTo(desktop.state.hotKeys, hotKey);
+  });
+}
+
+ScriptAction jumpClock(Arguments& arguments) {
+  const auto by = arguments.require("by");
+  constexpr double most = 1e9;
+  if (std::abs(by.number()) > most) {
+    by.expected("at most a thousand million seconds");
+    return [](SimulatedDesktop&) {};
+  }
+  return onParts([jump = Duration{std::llround(by.number() * 1e9)}](SimulatedParts& desktop) {
+    desktop.clock.jumpWallClock(jump);
+  });
+}
+
+ScriptAction touch(Arguments& arguments) {
+  std::vector<CGPoint> contacts;
+  for (const auto& contact : arguments.require("contacts").list()) {
+    contacts.push_back(contact.point());
+  }
+  return onParts([contacts](SimulatedParts& desktop) { desktop.trackpads.touch(contacts); });
+}
+
+/// An action without arguments.
+template <void (*act)(SimulatedParts&)>
+ScriptAction plain(Arguments& /*arguments*/) {
+  return onParts(act);
+}
+
+template <NotificationName name>
+void post(SimulatedParts& desktop) {
+  desktop.workspaceNotifications.post({name, std::nullopt});
+}
+
+void renamePlist(SimulatedParts& desktop) {
+  desktop.files.replace(SimulatedParts::spacesFile(), "");
+}
+
+ScriptAction quit(Arguments& /*arguments*/) {
+  return [](SimulatedDesktop& desktop) { desktop.onQuit(); };
+}
+
+struct Entry {
+  std::string_view name;
+  Reader read;
+};
+
+// Sorted by name.
+constexpr Entry actions[] = {
+    {"activateApplication", activateApplication},
+    {"addSpace", addSpace},
+    {"bounceDock", bounceDock},
+    {"closeWindow", closeWindow},
+    {"connectDisplay", connectDisplay},
+    {"corruptFile", corruptFile},
+    {"deleteFile", deleteFile},
+    {"disconnectDisplay", disconnectDisplay},
+    {"fillDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(true); }>},
+    {"freeDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(false); }>},
+    {"jumpClock", jumpClock},
+    {"launchApplication", launchApplication},
+    {"lockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = true; }>},
+    {"makeUnwritable", makeUnwritable},
+    {"makeWritable", makeWritable},
+    {"minimizeWindow", minimizeWindow},
+    {"movePointer", movePointer},
+    {"moveWindow", moveWindow},
+    {"openWindow", openWindow},
+    {"pressMouse", plain<[](SimulatedParts& desktop) { desktop.events.pressLeftButton(); }>},
+    {"pressSymbolicHotKey", pressSymbolicHotKey},
+    {"quit", quit},
+    {"quitApplication", quitApplication},
+    {"releaseMouse", plain<[](SimulatedParts& desktop) { desktop.events.releaseLeftButton(); }>},
+    {"removePreference", removePreference},
+    {"removeSpace", removeSpace},
+    {"renamePlist", plain<renamePlist>},
+    {"retitleWindow", retitleWindow},
+    {"setGlobalPreference", setGlobalPreference},
+    {"setManagedDisplaySpaces", setManagedDisplaySpaces},
+    {"setMenuBarDisplay", setMenuBarDisplay},
+    {"setPermission", setPermission},
+    {"setPreference", setPreference},
+    {"setSymbolicHotKey", setSymbolicHotKey},
+    {"sleepScreens", plain<post<NotificationName::NSWorkspaceScreensDidSleepNotification>>},
+    {"switchSpace", switchSpace},
+    {"touch", touch},
+    {"unlockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = false; }>},
+    {"wake", plain<post<NotificationName::NSWorkspaceDidWakeNotification>>},
+    {"wakeScreens", plain<post<NotificationName::NSWorkspaceScreensDidWakeNotification>>},
+    {"writeFile", writeFile},
+};
+
+}  // namespace
+
+std::optional<ScriptAction> readScriptAction(std::string_view name, ScenarioObject& arguments) {
+  const auto* const found = std::ranges::find(actions, name, &Entry::name);
+  return found == std::ranges::end(actions) ? std::nullopt : std::optional(found->read(arguments));
+}
+
+std::vector<std::string_view> scriptActionNames() {
+  std::vector<std::string_view> names;
+  std::ranges::transform(actions, std::back_inserter(names), &Entry::name);
+  return names;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,83 @@
+#include "platform/simulated/simulated_desktop.h"
+
+#include "platform/simulated/simulated_folders.h"
+#include "platform/simulated/simulated_parts.h"
+
+namespace tallowin {
+
+SimulatedDesktop::SimulatedDesktop(const Scenario& scenario, MainQueue& queue, SimulatedClock& clock, Images& images,
+                                   Journal& journal)
+    : scenario_(scenario),
+      queue_(queue),
+      journal_(journal),
+      parts_(std::make_unique<SimulatedParts>(scenario, queue, clock, images, journal)) {}
+
+SimulatedDesktop::~SimulatedDesktop() = default;
+
+void SimulatedDesktop::start() {
+  for (const auto& entry : scenario_.script) {
+    script_.push_back(queue_.after(entry.at, [this, &entry] {
+      journal_.record("script", entry.journalled);
+      entry.perform(*this);
+    }));
+  }
+}
+
+void SimulatedDesktop::usePreferencesFile(const std::filesystem::path& path) {
+  parts_->preferencesFile.use(path);
+}
+
+Accessibility& SimulatedDesktop::accessibility() {
+  return parts_->accessibility;
+}
+Events& SimulatedDesktop::events() {
+  return parts_->events;
+}
+Displays& SimulatedDesktop::displays() {
+  return parts_->displays;
+}
+WindowList& SimulatedDesktop::windowList() {
+  return parts_->windowList;
+}
+Workspace& SimulatedDesktop::workspace() {
+  return parts_->workspace;
+}
+NotificationCenter& SimulatedDesktop::workspaceNotifications() {
+  return parts_->workspaceNotifications;
+}
+NotificationCenter& SimulatedDesktop::defaultNotifications() {
+  return parts_->defaultNotifications;
+}
+ScreenCapture& SimulatedDesktop::screenCapture() {
+  return parts_->screenCapture;
+}
+System& SimulatedDesktop::system() {
+  return parts_->system;
+}
+Log& SimulatedDesktop::log() {
+  return parts_->log;
+}
+Processes& SimulatedDesktop::processes() {
+  return parts_->processes;
+}
+Files& SimulatedDesktop::files() {
+  return parts_->files;
+}
+DynamicLoader& SimulatedDesktop::loader() {
+  return parts_->loader;
+}
+CoreFoundation& SimulatedDesktop::coreFoundation() {
+  return parts_->coreFoundation;
+}
+
+const Folders& SimulatedDesktop::folders() const {
+  return simulatedFolders();
+}
+
+std::optional<PropertyList> SimulatedDesktop::globalPreference(std::string_view key) const {
+  const auto& preferences = parts_->state.globalPreferences;
+  const auto found = preferences.find(std::string(key));
+  return found == preferences.end() ? std::nullopt : std::optional(found->second);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/accessibility.h"
+#include "platform/core_foundation.h"
+#include "platform/displays.h"
+#include "platform/dynamic_loader.h"
+#include "platform/events.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/images.h"
+#include "platform/log.h"
+#include "platform/notification_center.h"
+#include "platform/processes.h"
+#include "platform/screen_capture.h"
+#include "platform/simulated/journal.h"
+#include "platform/simulated/scenario.h"
+#include "platform/simulated/simulated_clock.h"
+#include "platform/system.h"
+#include "platform/window_list.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+struct SimulatedParts;
+
+/// A whole desktop in memory. Everything that it reports is what the scenario says; everything that is done to it
+/// becomes a line of the journal. It runs on any main queue, in virtual or in real time. Main thread only. There should
+/// be one at a time: C functions have no context, so that those of the loader serve the desktop made last.
+class SimulatedDesktop {
+ public:
+  /// What it is given must outlive it, the scenario included.
+  SimulatedDesktop(const Scenario& scenario, MainQueue& queue, SimulatedClock& clock, Images& images, Journal& journal);
+  ~SimulatedDesktop();
+  SimulatedDesktop(const SimulatedDesktop&) = delete;
+  SimulatedDesktop& operator=(const SimulatedDesktop&) = delete;
+
+  /// Sets the script going; its times count from now.
+  void start();
+
+  /// Called by the script's action "quit".
+  std::function<void()> onQuit = [] {};
+
+  /// Where the program keeps its preferences, as a JSON object. Writes the scenario's preferences there, when it has
+  /// any, and is where the script's actions on preferences take place. Before start().
+  void usePreferencesFile(const std::filesystem::path& path);
+
+  Accessibility& accessibility();
+  Events& events();
+  Displays& displays();
+  WindowList& windowList();
+  Workspace& workspace();
+  NotificationCenter& workspaceNotifications();
+  NotificationCenter& defaultNotifications();
+  ScreenCapture& screenCapture();
+  System& system();
+  Log& log();
+  Processes& processes();
+  Files& files();
+  DynamicLoader& loader();
+  CoreFoundation& coreFoundation();
+
+  /// Where the simulated user's things are.
+  [[nodiscard]] const Folders& folders() const;
+
+  /// A preference of the whole system; nothing when it is not set.
+  [[nodiscard]] std::optional<PropertyList> globalPreference(std::string_view key) const;
+
+  /// What holds the services together, for the script's actions and for tests.
+  [[nodiscard]] SimulatedParts& parts() { return *parts_; }
+
+ private:
+  const Scenario& scenario_;
+  MainQueue& queue_;
+  Journal& journal_;
+  const std::unique_ptr<SimulatedParts> parts_;
+  std::vector<WorkItem> script_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,243 @@
+#include "platform/simulated/simulated_files.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/simulated/byte_text.h"
+
+namespace tallowin {
+
+namespace {
+
+using Path = std::filesystem::path;
+
+// The system's own words (errno.h).
+FileError noSuchFile() {
+  return {true, "No such file or directory"};
+}
+FileError refused(const char* why) {
+  return {false, why};
+}
+
+std::string key(const Path& path) {
+  auto text = (Path("/") / path).lexically_normal().string();
+  if (text.size() > 1 && text.ends_with('/')) {
+    text.pop_back();
+  }
+  return text;
+}
+
+std::string parentOf(const std::string& path) {
+  return key(Path(path).parent_path());
+}
+
+}  // namespace
+
+SimulatedFiles::SimulatedFiles(MainQueue& queue, const Clock& clock, Journal& journal)
+    : queue_(queue), clock_(clock), journal_(journal), folders_({"/"}) {}
+
+std::expected<std::string, FileError> SimulatedFiles::read(const Path& path) {
+  const auto found = files_.find(key(path));
+  if (found != files_.end()) {
+    return found->second.bytes;
+  }
+  return std::unexpected(folders_.contains(key(path)) ? refused("Is a directory") : noSuchFile());
+}
+
+std::optional<FileError> SimulatedFiles::refusal(const Path& path, bool needsSpace) const {
+  const auto name = key(path);
+  const auto folder = parentOf(name);
+  if (files_.contains(folder)) {
+    return refused("Not a directory");
+  }
+  if (!folders_.contains(folder)) {
+    return noSuchFile();
+  }
+  if (unwritable_.contains(name) || unwritable_.contains(folder)) {
+    return refused("Permission denied");
+  }
+  if (folders_.contains(name)) {
+    return refused("Is a directory");
+  }
+  return needsSpace && diskFull_ ? std::optional(refused("No space left on device")) : std::nullopt;
+}
+
+std::expected<void, FileError> SimulatedFiles::journalled(std::string_view op, nlohmann::ordered_json arguments,
+                                                          std::optional<FileError> error) {
+  if (error) {
+    arguments["error"] = error->description;
+  }
+  journal_.record(op, arguments);
+  return error ? std::expected<void, FileError>(std::unexpected(std::move(*error))) : std::expected<void, FileError>{};
+}
+
+std::expected<void, FileError> SimulatedFiles::writeAtomically(const Path& path, std::string_view bytes,
+                                                               unsigned mode) {
+  auto error = refusal(path, true);
+  if (!error) {
+    put(key(path), bytes, mode);
+  }
+  return journalled("writeAtomically", {{"path", key(path)}, {"size", bytes.size()}}, std::move(error));
+}
+
+std::expected<void, FileError> SimulatedFiles::createDirectory(const Path& path, unsigned /*mode*/) {
+  const auto name = key(path);
+  if (folders_.contains(name)) {
+    return {};
+  }
+  std::vector<std::string> made;
+  for (auto folder = name; !folders_.contains(folder); folder = parentOf(folder)) {
+    if (files_.contains(folder)) {
+      return journalled("createDirectory", {{"path", name}}, refused("Not a directory"));
+    }
+    made.push_back(folder);
+  }
+  auto error = refusal(made.back(), true);
+  if (!error) {
+    folders_.insert(made.begin(), made.end());
+  }
+  return journalled("createDirectory", {{"path", name}}, std::move(error));
+}
+
+std::expected<void, FileError> SimulatedFiles::rename(const Path& from, const Path& to) {
+  const auto source = files_.find(key(from));
+  auto error = source == files_.end() ? std::optional(noSuchFile()) : refusal(from, false);
+  if (!error) {
+    error = refusal(to, false);
+  }
+  if (!error && key(from) != key(to)) {
+    tell(source->second, {.renamed = true});
+    auto moved = files_.extract(source);
+    take(to);
+    moved.key() = key(to);
+    files_.insert(std::move(moved));
+  }
+  return journalled("rename", {{"from", key(from)}, {"to", key(to)}}, std::move(error));
+}
+
+std::expected<void, FileError> SimulatedFiles::remove(const Path& path) {
+  auto error = files_.contains(key(path)) ? refusal(path, false) : std::optional(noSuchFile());
+  if (!error) {
+    take(path);
+  }
+  return journalled("remove", {{"path", key(path)}}, std::move(error));
+}
+
+bool SimulatedFiles::exists(const Path& path) {
+  return files_.contains(key(path)) || folders_.contains(key(path));
+}
+
+std::vector<std::string> SimulatedFiles::list(const Path& folder) {
+  std::set<std::string> names;
+  const auto addChild = [&, parent = key(folder)](const std::string& path) {
+    if (path != "/" && parentOf(path) == parent) {
+      names.insert(Path(path).filename().string());
+    }
+  };
+  for (const auto& [path, file] : files_) {
+    addChild(path);
+  }
+  std::ranges::for_each(folders_, addChild);
+  return {names.begin(), names.end()};
+}
+
+std::optional<FileStamp> SimulatedFiles::stamp(const Path& path) {
+  const auto found = files_.find(key(path));
+  if (found == files_.end()) {
+    return std::nullopt;
+  }
+  return FileStamp{found->second.modified, found->second.bytes.size(), found->second.identity};
+}
+
+std::optional<Subscription> SimulatedFiles::watch(const Path& path, std::function<void(FileEvents)> onEvent) {
+  const auto found = files_.find(key(path));
+  if (found == files_.end()) {
+    return std::nullopt;
+  }
+  // The subscription is the one owner: once it is let go of, nobody is told, not even of what has happened before.
+  auto watch = std::make_shared<Watch>(Watch{std::move(onEvent)});
+  std::erase_if(found->second.watches, [](const auto& entry) { return entry.expired(); });
+  found->second.watches.push_back(watch);
+  return Subscription([watch]() mutable { watch.reset(); });
+}
+
+void SimulatedFiles::tell(const File& file, FileEvents events) {
+  for (const auto& entry : file.watches) {
+    queue_.async([entry, events] {
+      if (const auto watch = entry.lock()) {
+        watch->onEvent(events);
+      }
+    });
+  }
+}
+
+/// Replaces the file, which lives on for those who watch it only as a deleted one.
+void SimulatedFiles::put(const std::string& path, std::string_view bytes, unsigned mode) {
+  const auto old = files_.find(path);
+  const auto keptMode = old == files_.end() ? mode : old->second.mode;
+  take(path);
+  const auto now = std::chrono::duration_cast<std::chrono::nanoseconds>(clock_.now().time_since_epoch()).count();
+  lastModified_ = std::max<std::int64_t>(now, lastModified_ + 1);
+  files_[path] = {std::string(bytes), keptMode, lastModified_, ++lastIdentity_, {}};
+}
+
+void SimulatedFiles::placeFolder(const Path& path) {
+  for (auto folder = key(path); !folders_.contains(folder); folder = parentOf(folder)) {
+    take(folder);
+    folders_.insert(folder);
+  }
+}
+
+void SimulatedFiles::overwrite(const Path& path, std::string_view bytes) {
+  const auto name = key(path);
+  if (folders_.contains(name)) {
+    return;
+  }
+  auto watches = files_.contains(name) ? std::exchange(files_[name].watches, {}) : decltype(File::watches){};
+  const auto identity = files_.contains(name) ? files_[name].identity : ++lastIdentity_;
+  placeFolder(parentOf(name));
+  put(name, bytes, 0644);
+  auto& file = files_[name];
+  file.identity = identity;
+  file.watches = std::move(watches);
+  tell(file, {.written = true});
+}
+
+void SimulatedFiles::replace(const Path& path, std::string_view bytes) {
+  if (!folders_.contains(key(path))) {
+    placeFolder(parentOf(key(path)));
+    put(key(path), bytes, 0644);
+  }
+}
+
+void SimulatedFiles::take(const Path& path) {
+  if (const auto found = files_.find(key(path)); found != files_.end()) {
+    tell(found->second, {.deleted = true});
+    files_.erase(found);
+  }
+}
+
+void SimulatedFiles::corrupt(const Path& path) {
+  if (const auto found = files_.find(key(path)); found != files_.end()) {
+    overwrite(path, found->second.bytes.substr(0, found->second.bytes.size() / 2) + "\xFF\xFE\xC0");
+  }
+}
+
+void SimulatedFiles::setUnwritable(const Path& path, bool unwritable) {
+  if (unwritable) {
+    unwritable_.insert(key(path));
+  } else {
+    unwritable_.erase(key(path));
+  }
+}
+
+nlohmann::ordered_json SimulatedFiles::contents() const {
+  auto result = nlohmann::ordered_json::object();
+  for (const auto& [path, file] : files_) {
+    result[path] = isUTF8(file.bytes) ? nlohmann::ordered_json(file.bytes)
+                                      : nlohmann::ordered_json{{"base64", base64(file.bytes)}};
+  }
+  return result;
+}
+
+}  // namespace tallowin

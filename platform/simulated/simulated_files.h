@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/main_queue.h"
+#include "platform/simulated/journal.h"
+
+namespace tallowin {
+
+/// A file system in memory, with faults. What the program changes becomes a line of the journal, failures with their
+/// "error"; the operations with a name of their own are the hand of the user or of another program. Main thread only.
+class SimulatedFiles : public Files {
+ public:
+  SimulatedFiles(MainQueue& queue, const Clock& clock, Journal& journal);
+
+  std::expected<std::string, FileError> read(const std::filesystem::path& path) override;
+  std::expected<void, FileError> writeAtomically(const std::filesystem::path& path, std::string_view bytes,
+                                                 unsigned mode) override;
+  std::expected<void, FileError> createDirectory(const std::filesystem::path& path, unsigned mode) override;
+  std::expected<void, FileError> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  std::expected<void, FileError> remove(const std::filesystem::path& path) override;
+  bool exists(const std::filesystem::path& path) override;
+  std::vector<std::string> list(const std::filesystem::path& folder) override;
+  std::optional<FileStamp> stamp(const std::filesystem::path& path) override;
+  std::optional<Subscription> watch(const std::filesystem::path& path,
+                                    std::function<void(FileEvents)> onEvent) override;
+
+  /// Makes a folder and those on the way to it. A file on the way gives way.
+  void placeFolder(const std::filesystem::path& path);
+  /// Writes over the file itself, or makes it and the folders on the way to it. A folder stays as it is.
+  void overwrite(const std::filesystem::path& path, std::string_view bytes);
+  /// Puts another file in its place, or makes it and the folders on the way to it. A folder stays as it is.
+  void replace(const std::filesystem::path& path, std::string_view bytes);
+  /// Deletes the file; without one, nothing happens.
+  void take(const std::filesystem::path& path);
+  /// Cuts the file in half and puts bytes behind it that are no text in any encoding of Unicode.
+  void corrupt(const std::filesystem::path& path);
+  /// Whether the program's writes at this path, or in this folder, are refused.
+  void setUnwritable(const std::filesystem::path& path, bool unwritable);
+  /// While the disk is full, the program's writes of any content are refused.
+  void setDiskFull(bool full) { diskFull_ = full; }
+
+  /// Every file with its content, in the order of the paths: text as text, other bytes as {"base64": …}.
+  [[nodiscard]] nlohmann::ordered_json contents() const;
+
+ private:
+  struct Watch {
+    std::function<void(FileEvents)> onEvent;
+  };
+  struct File {
+    std::string bytes;
+    unsigned mode = 0644;
+    std::int64_t modified = 0;
+    std::uint64_t identity = 0;
+    std::vector<std::weak_ptr<Watch>> watches;
+  };
+
+  std::optional<FileError> refusal(const std::filesystem::path& path, bool needsSpace) const;
+  void put(const std::string& path, std::string_view bytes, unsigned mode);
+  void tell(const File& file, FileEvents events);
+  std::expected<void, FileError> journalled(std::string_view op, nlohmann::ordered_json arguments,
+                                            std::optional<FileError> error);
+
+  MainQueue& queue_;
+  const Clock& clock_;
+  Journal& journal_;
+  bool diskFull_ = false;
+  std::int64_t lastModified_ = 0;
+  std::uint64_t lastIdentity_ = 0;
+  std::set<std::string> unwritable_;
+  std::set<std::string> folders_;
+  std::map<std::string, File> files_;  // by path
+};
+
+}  // namespace tallowin

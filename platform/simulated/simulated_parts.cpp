@@ -1,0 +1,129 @@
+#include "platform/simulated/simulated_parts.h"
+
+#include "base/scrolling_direction.h"
+#include "platform/simulated/simulated_folders.h"
+
+namespace tallowin {
+
+namespace {
+
+/// Later systems take only swipes that carry the device's own report.
+constexpr int lastSystemWithPlainSwipes = 26;
+
+DockBehaviour dockBehaviour(const DesktopState& state) {
+  return {.requiresAugmentedSwipes = state.systemVersion.major > lastSystemWithPlainSwipes,
+          .naturalScrolling =
+              [&state] {
+                const auto found = state.globalPreferences.find(scrollingDirectionPreference);
+                return isNaturalScrolling(found != state.globalPreferences.end() ? std::optional(found->second)
+                                                                                 : std::nullopt);
+              },
+          .screenLocked = [&state] { return state.screenLocked; }};
+}
+
+std::function<CGRect(const std::string&)> boundsIn(const DesktopState& state) {
+  return [&state](const std::string& identifier) {
+    const auto* const display = state.displayNamed(identifier);
+    return display != nullptr ? display->bounds : CGRect{};
+  };
+}
+
+}  // namespace
+
+SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, SimulatedClock& simulatedClock,
+                               Images& images, Journal& theJournal)
+    : queue(mainQueue),
+      clock(simulatedClock),
+      journal(theJournal),
+      state(scenario.desktop),
+      log(journal),
+      files(queue, clock, journal),
+      preferencesFile(files, scenario.preferences),
+      spaces(state, scenario.dock, queue, journal, workspaceNotifications),
+      dock(spaces, state.hotKeys, queue, clock, log, dockBehaviour(state)),
+      missionControl(spaces, queue, boundsIn(state), scenario.missionControl),
+      dragging(state),
+      events(clock, dock, missionControl, dragging, state, journal),
+      displays(state),
+      windowList(state),
+      workspace(state, queue, journal, workspaceNotifications),
+      accessibility(state, missionControl, journal),
+      screenCapture(state, images, journal),
+      system(state),
+      processes(journal),
+      objectiveC(coreFoundation, !scenario.missingFunctions.contains(SimulatedObjectiveC::operationClass)),
+      trackpads(state.trackpads, clock, journal),
+      windowServer(state, journal, scenario.notificationFailures),
+      loader({windowServer, coreFoundation, objectiveC, trackpads, queue,
+              [this](std::string_view name) {
+                journal.record("CoreDockSendNotification", {{"name", name}});
+                missionControl.notify(name);
+              }},
+             scenario.missingFunctions) {
+  placeFiles(scenario);
+  connectParts();
+}
+
+std::filesystem::path SimulatedParts::spacesFile() {
+  return simulatedFolders().home / "Library/Preferences/com.apple.spaces.plist";
+}
+
+void SimulatedParts::placeFiles(const Scenario& scenario) {
+  const auto& folders = simulatedFolders();
+  for (const auto& folder : {folders.home, folders.applicationSupport, folders.configuration, folders.cache,
+                             folders.documents, folders.runtime}) {
+    files.placeFolder(folder);
+  }
+  files.replace(spacesFile(), "");
+  for (const auto& file : scenario.files) {
+    if (file.missing) {
+      files.take(file.path);
+    } else {
+      files.replace(file.path, file.bytes);
+    }
+    files.setUnwritable(file.path, file.unwritable);
+  }
+  files.setDiskFull(scenario.diskFull);
+}
+
+void SimulatedParts::connectParts() {
+  spaces.onServerEvent = [this](WindowServerEvent event) { windowServer.notify(event); };
+  spaces.onListChanged = [this] { files.replace(spacesFile(), ""); };
+  spaces.onArrival = [this](const std::string& display, ManagedSpaceID space) {
+    dock.activeSpaceChanged(display);
+    const auto rows = spaces.rows();
+    const auto pointed = spaces.rowUnderPointer();
+    if (pointed && rows[*pointed].display == display) {
+      dragging.carryTo(space);
+    }
+  };
+}
+
+void SimulatedParts::pressSymbolicHotKey(int hotKey) {
+  const auto binding = state.hotKeys.binding(hotKey);
+  if (!binding) {
+    return;
+  }
+  // From the hardware to the Dock; no permission is needed for one's own keyboard.
+  EmulatedEvent event;
+  event.timestamp = clock.machAbsoluteTime();
+  event.flags = binding->modifierFlags;
+  event.fields[EmulatedEvent::keyCodeField] = std::int64_t{binding->keyCode};
+  for (const auto type : {EmulatedEvent::keyDown, EmulatedEvent::keyUp}) {
+    event.fields[EmulatedEvent::typeField] = type;
+    dock.handle(event);
+  }
+}
+
+void SimulatedParts::connectDisplay(const SimulatedDisplay& display) {
+  spaces.connectDisplay(display);
+  defaultNotifications.post({NotificationName::NSApplicationDidChangeScreenParametersNotification, std::nullopt});
+}
+
+void SimulatedParts::disconnectDisplay(DisplayID display) {
+  if (spaces.disconnectDisplay(display)) {
+    defaultNotifications.post({NotificationName::NSApplicationDidChangeScreenParametersNotification, std::nullopt});
+  }
+}
+
+}  // namespace tallowin

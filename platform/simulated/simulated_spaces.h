@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "platform/emulated/broadcast_notification_center.h"
+#include "platform/emulated/desktop_operations.h"
+#include "platform/main_queue.h"
+#include "platform/simulated/desktop_state.h"
+#include "platform/simulated/journal.h"
+#include "platform/simulated/scenario.h"
+#include "platform/simulated/simulated_files.h"
+#include "platform/window_server.h"
+
+namespace tallowin {
+
+/// What becomes of the Spaces: switches that take their time and may bounce, desktops that come and go; and everybody
+/// who is told of it. Main thread only.
+class SimulatedSpaces : public DesktopOperations {
+ public:
+  /// The window server's event numbers for a change of the active Space and of the list of Spaces.
+  static constexpr WindowServerEvent activeSpaceEvent = 1401;
+  static constexpr WindowServerEvent listEvent = 1329;
+
+  SimulatedSpaces(DesktopState& state, const ScenarioDock& dock, MainQueue& queue, Journal& journal,
+                  BroadcastNotificationCenter& workspaceNotifications)
+      : state_(state),
+        switchTime_(dock.switchTime),
+        bounceAfter_(dock.bounceAfter),
+        bounces_(dock.bounces),
+        queue_(queue),
+        journal_(journal),
+        workspaceNotifications_(workspaceNotifications) {}
+
+  /// Told of window-server events, of a display whose active Space changed, and of changes of the list that the system
+  /// saves to its preference file.
+  std::function<void(WindowServerEvent)> onServerEvent = [](WindowServerEvent) {};
+  std::function<void(const std::string& display, ManagedSpaceID space)> onArrival = [](const std::string&,
+                                                                                       ManagedSpaceID) {};
+  std::function<void()> onListChanged = [] {};
+
+  std::vector<DesktopRow> rows() override { return state_.spaces.rows(); }
+  std::optional<std::size_t> rowUnderPointer() override;
+  void switchTo(ManagedSpaceID space, SwitchCause cause) override;
+  bool addDesktop(const std::string& display) override;
+  bool removeDesktop(ManagedSpaceID space) override;
+
+  /// A switch by other means than the Dock's, which takes no time. False when there is no such Space.
+  bool switchNow(ManagedSpaceID space);
+
+  /// The next `count` gesture switches go back `after` their arrival.
+  void bounceNext(int count, Duration after);
+
+  /// Puts another raw list in place of the present one.
+  void replaceList(PropertyList list);
+
+  /// One whose id is connected already is left as it is.
+  void connectDisplay(const SimulatedDisplay& display);
+  /// False when no such display is connected.
+  bool disconnectDisplay(DisplayID display);
+
+ private:
+  void arrive(const std::string& display, ManagedSpaceID space, SwitchCause cause);
+  void announceList();
+
+  DesktopState& state_;
+  const Duration switchTime_;
+  Duration bounceAfter_;
+  int bounces_;
+  MainQueue& queue_;
+  Journal& journal_;
+  BroadcastNotificationCenter& workspaceNotifications_;
+  std::map<std::string, WorkItem> underWay_;  ///< by display: a switch or a bounce
+};
+
+}  // namespace tallowin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <compare>
+#include <string>
+
+#include "platform/identifiers.h"
+#include "platform/property_list.h"
+
+namespace tallowin {
+
+/// NSOperatingSystemVersion.
+struct OperatingSystemVersion {
+  int major = 0;
+  int minor = 0;
+  int patch = 0;
+  auto operator<=>(const OperatingSystemVersion&) const = default;
+};
+
+/// This process and the login session it runs in (NSProcessInfo, CGSession). Main thread only.
+class System {
+ public:
+  virtual ~System() = default;
+
+  virtual OperatingSystemVersion operatingSystemVersion() = 0;
+  /// As the system words it, for reports.
+  virtual std::string operatingSystemVersionString() = 0;
+  virtual ProcessID processIdentifier() = 0;
+
+  /// The session dictionary (CGSessionCopyCurrentDictionary); "CGSSessionScreenIsLocked" is true in it while the screen
+  /// is locked. An empty dictionary when the session does not tell.
+  virtual PropertyList CGSessionCopyCurrentDictionary() = 0;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,43 @@
+# Which Debian packages each task needs, and how to get the missing ones. Sourced by ./run and ./test.
+
+packages_build=(g++ cmake ninja-build ccache pkg-config
+  qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev
+  libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xtest0-dev libxcb-keysyms1-dev)
+packages_test=(libgtest-dev libgmock-dev libbenchmark-dev
+  xvfb x11-utils x11-xserver-utils xterm wmctrl xdotool openbox xfwm4 i3-wm dbus jq fonts-dejavu-core)
+packages_more_window_managers=(kwin-x11 breeze libkf5globalaccel-bin metacity fluxbox icewm)
+packages_lint=(clang-format-19 clang-tidy-19)
+packages_fuzz=(clang-19 libclang-rt-19-dev)
+packages_bench=(python3)
+
+# The packages of "$@" that are not installed, one to a line.
+missing_packages() {
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || echo "$package"
+  done
+}
+
+# ensure_packages WHY PACKAGE...: installs what is missing, saying so in one line; where that is not possible it names
+# the packages and ends the script. A stamp per package list keeps later runs from asking dpkg again.
+ensure_packages() {
+  local why=$1 stamp missing sudo=()
+  shift
+  stamp="$root/build/.packages-$(printf '%s\n' "$@" | cksum | cut -d' ' -f1)"
+  [ -e "$stamp" ] && return 0
+  if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+    [ -n "${TALLOWIN_PACKAGES_PRESENT:-}" ] && return 0
+    echo "This system has no apt-get. To $why, install these (Debian names): $*" >&2
+    echo "Then run again with TALLOWIN_PACKAGES_PRESENT=1." >&2
+    exit 69
+  fi
+  mapfile -t missing < <(missing_packages "$@")
+  if [ ${#missing[@]} -gt 0 ]; then
+    [ "$(id -u)" = 0 ] || sudo=(sudo)
+    echo "Installing with apt-get, to $why: ${missing[*]}" >&2
+    "${sudo[@]}" apt-get update -qq >&2
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || exit 69
+  fi
+  mkdir -p "$root/build"
+  touch "$stamp"
+}

@@ -1,0 +1,182 @@
+// Settings as the user has them in a file on the simulated machine, and as people write them.
+
+#include "base/settings.h"
+
+#include <gtest/gtest.h>
+
+#include "base/file_preferences.h"
+#include "base/json_text.h"
+#include "base/setting_text.h"
+#include "platform/simulated/simulated_files.h"
+#include "platform/simulated/virtual_time.h"
+
+namespace tallowin {
+namespace {
+
+class CollectingLog : public Log {
+ public:
+  void write(Level /*level*/, std::string_view /*category*/, std::string_view message) override {
+    lines.emplace_back(message);
+  }
+  std::vector<std::string> lines;
+};
+
+class SettingsTest : public testing::Test {
+ protected:
+  SettingsTest() { settings.registerDefaults(); }
+
+  void edit(std::string_view text) { files.replace(file, text); }
+
+  [[nodiscard]] PropertyList stored() { return PropertyList::parse(files.read(file).value_or("null")); }
+
+  const std::filesystem::path file = "/home/u/.config/tallowin/preferences.json";
+  VirtualTime time;
+  Journal journal{time, [](std::string_view) {}};
+  SimulatedFiles files{time, time, journal};
+  CollectingLog log;
+  FilePreferences preferences{files, time, log, file, [](std::string_view) { return std::nullopt; }};
+  Settings settings{preferences};
+};
+
+TEST_F(SettingsTest, AFreshInstallReadsItsDefaultsAndWritesNothing) {
+  std::size_t registered = 0;
+  for (const auto& setting : settingsTable()) {
+    registered += setting.registeredDefault.is_null() ? 0 : 1;
+    const auto value = settings.value(setting.key);
+    EXPECT_EQ(value.value_or(nullptr), setting.registeredDefault) << setting.key;
+    EXPECT_TRUE(setting.registeredDefault.is_null() || valueOfType(setting.type, setting.registeredDefault));
+    EXPECT_FALSE(setting.sentence.empty()) << setting.key;
+  }
+  EXPECT_EQ(registered, 48U);
+  EXPECT_EQ(settings.real("hudDuration"), 1.2);
+  EXPECT_EQ(settings.integer("gridColumns"), 0);
+  EXPECT_EQ(settings.desktopShortcutModifier(), DesktopShortcutModifier::controlOption);
+  EXPECT_TRUE(settings.profileByDisplaySetup().empty());
+  EXPECT_FALSE(files.exists(file));
+}
+
+TEST_F(SettingsTest, UnknownCasesFallBackAsTheirEnumerationSays) {
+  preferences.setObject("switchMode", "Classic");
+  preferences.setObject("desktopShortcutModifier", "super");
+  preferences.setObject("overlayHotKey", "");
+  preferences.setObject("menuBarStyle", "Dots");
+  EXPECT_EQ(settings.switchMode(), SwitchMode::instant);
+  EXPECT_EQ(settings.desktopShortcutModifier(), DesktopShortcutModifier::off);
+  EXPECT_EQ(settings.overlayHotKey(), OverlayHotKeyPreset::optionTab);
+  EXPECT_EQ(settings.menuBarStyle(), MenuBarStyle::name);
+  preferences.setObject("switchMode", "classic");
+  preferences.setObject("menuBarStyle", "dots");
+  preferences.setObject("hotCorner", "bottomRight");
+  preferences.setObject("hudSize", "large");
+  EXPECT_EQ(settings.switchMode(), SwitchMode::classic);
+  EXPECT_TRUE(showsAllSpaces(settings.menuBarStyle()));
+  EXPECT_EQ(settings.hotCorner(), HotCorner::bottomRight);
+  EXPECT_EQ(settings.hudSize(), HUDSize::large);
+}
+
+TEST_F(SettingsTest, AValueOfTheWrongTypeReadsAsNotSet) {
+  edit(R"({"hudEnabled": 0, "hudDuration": 2, "gridColumns": 3.0, "switchSound": ["x"], "recentSpaceNames": ["a", 1],
+           "profileByDisplaySetup": {"A+B": "Desk"}})");
+  EXPECT_TRUE(settings.boolean("hudEnabled"));
+  EXPECT_EQ(settings.real("hudDuration"), 2.0);
+  EXPECT_EQ(settings.integer("gridColumns"), 0);
+  EXPECT_EQ(settings.text("switchSound"), "");
+  EXPECT_TRUE(settings.textList("recentSpaceNames").empty());
+  EXPECT_EQ(settings.profileByDisplaySetup().at("A+B"), "Desk");
+}
+
+TEST_F(SettingsTest, AnEditByHandTakesEffectAtTheNextReadAndSurvivesTheNextWrite) {
+  preferences.setObject("hudEnabled", false);
+  edit(R"({"hudEnabled": true, "wrapAround": false, "somebody else's": [1]})");
+  EXPECT_TRUE(settings.boolean("hudEnabled"));
+  EXPECT_FALSE(settings.boolean("wrapAround"));
+  int told = 0;
+  const auto observer = preferences.observe([&told] { ++told; });
+  EXPECT_TRUE(preferences.setObject("gridColumns", 4));
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(stored(), PropertyList::parse(
+                          R"({"hudEnabled": true, "wrapAround": false, "somebody else's": [1], "gridColumns": 4})"));
+  files.take(file);
+  EXPECT_TRUE(settings.boolean("wrapAround"));
+}
+
+TEST_F(SettingsTest, AFileThatCannotBeUnderstoodIsKeptAsideAndReported) {
+  preferences.setObject("wrapAround", false);
+  for (const auto* bad : {"{\"wrapAround\": tru", "[1, 2]", "\xff\xfe", ""}) {
+    edit(bad);
+    EXPECT_FALSE(settings.boolean("wrapAround")) << "the value read before stays in force";
+    EXPECT_FALSE(files.exists(file));
+    EXPECT_EQ(files.read(file.string() + ".unreadable-20260302T090000Z").value_or("nothing"), bad);
+    ASSERT_EQ(log.lines.size(), 1U);
+    EXPECT_NE(log.lines.front().find("kept as preferences.json.unreadable-20260302T090000Z"), std::string::npos);
+    log.lines.clear();
+    files.take(file.string() + ".unreadable-20260302T090000Z");
+    EXPECT_TRUE(preferences.setObject("gridColumns", 2));
+    EXPECT_EQ(stored(), PropertyList::parse(R"({"gridColumns": 2, "wrapAround": false})"));
+  }
+}
+
+TEST_F(SettingsTest, TwoBadFilesInOneSecondAreBothKept) {
+  edit("first");
+  static_cast<void>(settings.boolean("wrapAround"));
+  edit("second");
+  static_cast<void>(settings.boolean("wrapAround"));
+  EXPECT_EQ(files.read(file.string() + ".unreadable-20260302T090000Z").value_or(""), "first");
+  EXPECT_EQ(files.read(file.string() + ".unreadable-20260302T090000Z-2").value_or(""), "second");
+}
+
+TEST_F(SettingsTest, WhatCannotBeWrittenIsNotSet) {
+  preferences.setObject("gridColumns", 2);
+  files.setDiskFull(true);
+  EXPECT_FALSE(preferences.setObject("gridColumns", 3));
+  EXPECT_FALSE(preferences.removeObject("gridColumns"));
+  EXPECT_EQ(settings.integer("gridColumns"), 2);
+  EXPECT_EQ(log.lines.size(), 2U);
+  files.setDiskFull(false);
+  EXPECT_TRUE(preferences.removeObject("gridColumns"));
+  EXPECT_TRUE(preferences.removeObject("gridColumns"));
+  EXPECT_EQ(settings.integer("gridColumns"), 0);
+}
+
+TEST_F(SettingsTest, ABadFileThatCannotBeKeptAsideIsNeverReplaced) {
+  edit("not JSON");
+  files.setUnwritable(file.parent_path(), true);
+  EXPECT_TRUE(settings.boolean("wrapAround"));
+  files.setUnwritable(file.parent_path(), false);
+  EXPECT_FALSE(preferences.setObject("wrapAround", false));
+  EXPECT_EQ(files.read(file).value_or(""), "not JSON");
+}
+
+TEST(SettingText, PeopleAreToldWhatWouldBeRight) {
+  struct Case {
+    const char* key;
+    const char* text;
+    const char* valueOrError;  // JSON of the value, or words of the error
+  };
+  const Case cases[] = {
+      {"hudEnabled", "true", "true"},
+      {"hudEnabled", "yes", "takes true or false, not \"yes\""},
+      {"hudDuration", "2", "2.0"},
+      {"hudDuration", "1e400", "takes a number"},
+      {"hudDuration", "inf", "takes a number"},
+      {"gridColumns", "-3", "-3"},
+      {"gridColumns", "3.5", "takes a whole number"},
+      {"gridColumns", "99999999999999999999", "takes a whole number"},
+      {"switchMode", "classic", "\"classic\""},
+      {"switchMode", "Classic", "is one of instant, classic, not \"Classic\""},
+      {"switchSound", "", "\"\""},
+      {"overviewOrder", R"(["a","b"])", R"(["a","b"])"},
+      {"overviewOrder", "a,b", "takes a JSON list of texts"},
+      {"profileByDisplaySetup", R"({"A":1})", "takes a JSON object of texts"},
+  };
+  for (const auto& [key, text, expected] : cases) {
+    const auto value = settingFromText(*findSetting(key), text);
+    const auto seen = value ? compactJSON(*value) : value.error();
+    EXPECT_NE(seen.find(expected), std::string::npos) << key << " " << text << ": " << seen;
+  }
+  EXPECT_NE(unknownSettingMessage("switchmode").find("did you mean switchMode?"), std::string::npos);
+  EXPECT_NE(unknownSettingMessage("entirely different").find("--settings-list"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,202 @@
+#include "platform/emulated/mission_control.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/emulated/emulated_element.h"
+#include "platform/simulated/virtual_time.h"
+#include "tests/platform/emulated/fake_desktops.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr VirtualKeyCode escape = 53;
+
+AXValue read(const AXUIElement& element, std::string_view attribute) {
+  return dynamic_cast<const EmulatedElement&>(*element).attribute(attribute);
+}
+
+std::string text(const AXUIElement& element, std::string_view attribute) {
+  const auto value = read(element, attribute);
+  return std::holds_alternative<std::string>(value) ? std::get<std::string>(value) : "";
+}
+
+bool press(const AXUIElement& element) {
+  return element != nullptr && dynamic_cast<const EmulatedElement&>(*element).perform("AXPress");
+}
+
+class MissionControlTest : public testing::Test {
+ protected:
+  void open() {
+    missionControl->notify(MissionControl::awakeNotification);
+    time.advance(250ms);
+  }
+
+  /// The buttons in the Spaces bars, as a walk through the Dock's tree finds them.
+  std::vector<AXUIElement> buttons() {
+    std::vector<AXUIElement> found;
+    collect(missionControl->dockElement(), 0, false, found);
+    return found;
+  }
+
+  void collect(const AXUIElement& element, int depth, bool inBar, std::vector<AXUIElement>& found) {
+    ASSERT_LE(depth, 6);
+    inBar = inBar || text(element, "AXTitle") == "Spaces Bar";
+    if (inBar && text(element, "AXRole") == "AXButton") {
+      found.push_back(element);
+    }
+    const auto children = read(element, "AXChildren");
+    if (const auto* const list = std::get_if<std::vector<AXUIElement>>(&children)) {
+      for (const auto& child : *list) {
+        collect(child, depth + 1, inBar, found);
+      }
+    }
+  }
+
+  std::vector<std::string> labels() {
+    std::vector<std::string> result;
+    for (const auto& button : buttons()) {
+      result.push_back(text(button, "AXTitle") + text(button, "AXDescription"));
+    }
+    return result;
+  }
+
+  AXUIElement labelled(const std::string& label) {
+    for (const auto& button : buttons()) {
+      if (text(button, "AXTitle") + text(button, "AXDescription") == label) {
+        return button;
+      }
+    }
+    return nullptr;
+  }
+
+  CGPoint cornerOf(const std::string& label) { return std::get<CGPoint>(read(labelled(label), "AXPosition")); }
+
+  void make(MissionControlBehaviour behaviour) {
+    missionControl = std::make_unique<MissionControl>(
+        desktops, time,
+        [](const std::string& display) { return CGRect{{display == "Left" ? 0.0 : 1000.0, 0}, {1000, 800}}; },
+        behaviour);
+  }
+
+  MissionControlTest() { make({}); }
+
+  VirtualTime time;
+  FakeDesktops desktops;
+  std::unique_ptr<MissionControl> missionControl;
+};
+
+TEST_F(MissionControlTest, opensAfterItsTimeAndShowsTheDesktopsOfAllDisplays) {
+  EXPECT_THAT(labels(), IsEmpty());
+  missionControl->notify("com.apple.showdesktop.awake");
+  time.advance(1s);
+  EXPECT_FALSE(missionControl->isOpen());
+  missionControl->notify(MissionControl::awakeNotification);
+  time.advance(249ms);
+  EXPECT_THAT(labels(), IsEmpty());
+  time.advance(1ms);
+  EXPECT_THAT(labels(), ElementsAre("Desktop 1", "Desktop 2", "Full Screen", "Desktop 3", "add desktop", "Desktop 4",
+                                    "Desktop 5", "add desktop"));
+  EXPECT_GE(cornerOf("Desktop 4").x, 1000) << "on its own display";
+}
+
+TEST_F(MissionControlTest, escapeClosesItOpenOrOpening) {
+  EXPECT_FALSE(missionControl->keyDown(escape)) << "closed";
+  missionControl->notify(MissionControl::awakeNotification);
+  EXPECT_FALSE(missionControl->keyDown(36));
+  EXPECT_TRUE(missionControl->keyDown(escape));
+  time.advance(1s);
+  EXPECT_FALSE(missionControl->isOpen());
+  open();
+  const auto button = labelled("Desktop 2");
+  EXPECT_TRUE(missionControl->keyDown(escape));
+  EXPECT_FALSE(press(button)) << "its buttons are gone";
+  open();
+  missionControl->notify(MissionControl::awakeNotification);
+  EXPECT_FALSE(missionControl->isOpen()) << "the notification closes what is open";
+}
+
+TEST_F(MissionControlTest, choosingADesktopSwitchesAndCloses) {
+  open();
+  EXPECT_TRUE(press(labelled("Desktop 3")));
+  EXPECT_THAT(desktops.switched, ElementsAre(3));
+  EXPECT_THAT(desktops.causes, ElementsAre(SwitchCause::missionControl));
+  EXPECT_FALSE(missionControl->isOpen());
+  open();
+  const auto corner = cornerOf("Full Screen");
+  EXPECT_TRUE(missionControl->clicked({corner.x + 50, corner.y + 50}));
+  EXPECT_THAT(desktops.switched, ElementsAre(3, 9));
+  EXPECT_FALSE(missionControl->clicked({corner.x + 50, corner.y + 50})) << "closed, it takes no clicks";
+}
+
+TEST_F(MissionControlTest, theAddButtonAddsOnItsDisplay) {
+  open();
+  EXPECT_TRUE(press(buttons().back()));
+  EXPECT_THAT(desktops.added, ElementsAre("Right"));
+  EXPECT_TRUE(missionControl->isOpen());
+}
+
+TEST_F(MissionControlTest, hoveringShowsACloseButton) {
+  open();
+  const auto corner = cornerOf("Desktop 2");
+  missionControl->pointerMoved({corner.x + 80, corner.y + 50});
+  time.advance(399ms);
+  EXPECT_EQ(labelled("Remove Desktop"), nullptr);
+  missionControl->pointerMoved({corner.x + 81, corner.y + 50});
+  time.advance(1ms);
+  const auto button = labelled("Remove Desktop");
+  ASSERT_NE(button, nullptr) << "moving within the thumbnail does not begin anew";
+  missionControl->pointerMoved({500, 700});
+  EXPECT_EQ(labelled("Remove Desktop"), nullptr);
+  missionControl->pointerMoved({corner.x + 80, corner.y + 50});
+  time.advance(400ms);
+  EXPECT_TRUE(press(labelled("Remove Desktop")));
+  EXPECT_THAT(desktops.removed, ElementsAre(2));
+  EXPECT_EQ(labelled("Remove Desktop"), nullptr);
+}
+
+TEST_F(MissionControlTest, theBadgeInTheCornerRemovesOnceItShows) {
+  open();
+  const auto corner = cornerOf("Desktop 5");
+  missionControl->pointerMoved({corner.x + 80, corner.y + 50});
+  time.advance(400ms);
+  missionControl->pointerMoved({corner.x + 6, corner.y + 6});
+  EXPECT_TRUE(missionControl->clicked({corner.x + 6, corner.y + 6}));
+  EXPECT_THAT(desktops.removed, ElementsAre(6));
+  EXPECT_THAT(desktops.switched, IsEmpty());
+
+  const auto last = cornerOf("Desktop 4");
+  missionControl->pointerMoved({last.x + 6, last.y + 6});
+  time.advance(1s);
+  EXPECT_EQ(labelled("Remove Desktop"), nullptr) << "the last desktop of a display stays";
+  missionControl->clicked({last.x + 6, last.y + 6});
+  EXPECT_THAT(desktops.switched, ElementsAre(5)) << "without a badge it is a click on the thumbnail";
+}
+
+TEST_F(MissionControlTest, failsAsItIsTold) {
+  make({.opens = false});
+  open();
+  EXPECT_THAT(labels(), IsEmpty());
+  make({.hasAddButton = false, .hasCloseButtons = false});
+  open();
+  const auto corner = cornerOf("Desktop 1");
+  missionControl->pointerMoved({corner.x + 6, corner.y + 6});
+  time.advance(1s);
+  EXPECT_THAT(labels(), ElementsAre("Desktop 1", "Desktop 2", "Full Screen", "Desktop 3", "Desktop 4", "Desktop 5"));
+}
+
+TEST_F(MissionControlTest, elementsOutliveIt) {
+  open();
+  const auto dock = missionControl->dockElement();
+  const auto button = labelled("Desktop 2");
+  missionControl.reset();
+  EXPECT_EQ(read(dock, "AXTitle"), AXValue());
+  EXPECT_FALSE(press(button));
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,197 @@
+// The real machine's services, where they can go wrong: the event loop, files, child processes.
+
+#include <QCoreApplication>
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+#include "platform/qt/qt_descriptors.h"
+#include "platform/qt/qt_files.h"
+#include "platform/qt/qt_images.h"
+#include "platform/qt/qt_main_queue.h"
+#include "platform/qt/qt_processes.h"
+#include "platform/qt/qt_work_queues.h"
+#include "platform/qt/termination_signals.h"
+
+namespace tallowin {
+namespace {
+
+using std::chrono_literals::operator""ms;
+using std::chrono_literals::operator""s;
+
+class QtServicesTest : public testing::Test {
+ protected:
+  QtServicesTest() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tallowin-test-XXXXXX").string();
+    folder = ::mkdtemp(pattern.data());
+  }
+  ~QtServicesTest() override { std::filesystem::remove_all(folder); }
+
+  /// Runs the queue until `done`, at most ten seconds.
+  bool wait(const std::function<bool()>& done) {
+    const auto limit = queue.after(10s, [this] { gaveUp = true; });
+    while (!done() && !gaveUp) {
+      queue.runFor(1ms);
+    }
+    return done();
+  }
+
+  [[nodiscard]] static unsigned mode(const std::filesystem::path& path) {
+    struct stat status{};
+    ::stat(path.c_str(), &status);
+    return status.st_mode & 0777;
+  }
+
+  int argc = 1;
+  std::string name = "test";
+  char* argv[2] = {name.data(), nullptr};
+  QCoreApplication application{argc, argv};
+  QtMainQueue queue;
+  QtDescriptors descriptors;
+  QtFiles files{descriptors};
+  std::filesystem::path folder;
+  bool gaveUp = false;
+};
+
+TEST_F(QtServicesTest, WorkRunsInOrderAndALostItemNever) {
+  std::vector<std::string> ran;
+  WorkItem second;
+  const auto first = queue.after(1ms, [&] {
+    ran.emplace_back("first");
+    second.cancel();
+    queue.async([&ran] { ran.emplace_back("async"); });
+  });
+  second = queue.after(1ms, [&] { ran.emplace_back("second"); });
+  {
+    const auto lost = queue.after(0ms, [&] { ran.emplace_back("lost"); });
+  }
+  const auto last = queue.after(5ms, [&] {
+    ran.emplace_back("last");
+    queue.stop(3);
+  });
+  EXPECT_EQ(queue.run(), 3);
+  EXPECT_EQ(ran, (std::vector<std::string>{"first", "async", "last"}));
+  EXPECT_EQ(queue.run(), 3) << "a stopped loop stays stopped";
+}
+
+TEST_F(QtServicesTest, ARepeatingTimerMayEndItself) {
+  int ticks = 0;
+  WorkItem timer;
+  timer = queue.every(1ms, 0ms, [&] {
+    if (++ticks == 3) {
+      timer.cancel();
+    }
+  });
+  queue.runFor(20ms);
+  EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(QtServicesTest, OtherThreadsReachTheMainThread) {
+  const auto main = std::this_thread::get_id();
+  std::atomic<int> workedElsewhere = 0;
+  int arrived = 0;
+  QtWorkQueues queues;
+  const auto work = queues.make("tallowin.test");
+  for (int i = 0; i < 100; ++i) {
+    work->after(Duration::zero(), [&] {
+      workedElsewhere += std::this_thread::get_id() != main ? 1 : 0;
+      queue.async([&] { arrived += std::this_thread::get_id() == main ? 1 : 0; });
+    });
+  }
+  EXPECT_TRUE(wait([&] { return arrived == 100; }));
+  EXPECT_EQ(workedElsewhere, 100);
+}
+
+TEST_F(QtServicesTest, FilesAreReplacedWholeAndKeepTheirMode) {
+  const auto path = folder / "record.json";
+  EXPECT_TRUE(files.read(path).error().notFound);
+  ASSERT_TRUE(files.writeAtomically(path, "one", 0600));
+  EXPECT_EQ(mode(path), 0600U);
+  ::chmod(path.c_str(), 0640);
+  const auto before = files.stamp(path);
+  ASSERT_TRUE(files.writeAtomically(path, "two", 0600));
+  EXPECT_EQ(mode(path), 0640U);
+  EXPECT_EQ(files.read(path).value_or(""), "two");
+  EXPECT_NE(files.stamp(path), before);
+  EXPECT_EQ(files.list(folder), std::vector<std::string>{"record.json"});
+
+  std::filesystem::create_symlink(path, folder / "link");
+  ASSERT_TRUE(files.writeAtomically(folder / "link", "three", 0600));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+  EXPECT_EQ(files.read(path).value_or(""), "three");
+}
+
+TEST_F(QtServicesTest, FileFailuresSayWhyAndLeaveEverythingAsItWas) {
+  EXPECT_FALSE(files.writeAtomically(folder / "no such folder" / "x", "x", 0600));
+  EXPECT_FALSE(files.writeAtomically(folder, "x", 0600));
+  std::ofstream(folder / "file") << "x";
+  EXPECT_FALSE(files.createDirectory(folder / "file" / "below", 0700));
+  EXPECT_FALSE(files.createDirectory(folder / "file", 0700));
+  EXPECT_TRUE(files.createDirectory(folder / "a/b/c", 0700));
+  EXPECT_EQ(mode(folder / "a/b"), 0700U);
+  EXPECT_TRUE(files.remove(folder / "nothing").error().notFound);
+  EXPECT_FALSE(files.rename(folder / "nothing", folder / "x"));
+  EXPECT_FALSE(files.read(folder / "file").value_or("").empty());
+  EXPECT_FALSE(files.read(folder));
+  EXPECT_TRUE(files.list(folder / "file").empty());
+}
+
+TEST_F(QtServicesTest, AWatchStaysWithTheFileThatWasOpened) {
+  const auto path = folder / "watched";
+  EXPECT_FALSE(files.watch(path, [](FileEvents) {}));
+  std::ofstream(path) << "old";
+  FileEvents seen;
+  const auto watch = files.watch(path, [&seen](FileEvents events) {
+    seen.written |= events.written;
+    seen.deleted |= events.deleted;
+    seen.renamed |= events.renamed;
+  });
+  ASSERT_TRUE(watch);
+  std::ofstream(path, std::ios::app) << "more";
+  EXPECT_TRUE(wait([&] { return seen.written; }));
+  ASSERT_TRUE(files.writeAtomically(path, "new", 0600));
+  EXPECT_TRUE(wait([&] { return seen.deleted; }));
+  EXPECT_FALSE(seen.renamed);
+}
+
+TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
+  QtProcesses processes;
+  EXPECT_EQ(
+      processes.run({"/bin/sh", {"-c", "printf '%s %s' \"$1\" \"$V\"", "sh", "a b"}, {{"V", "c d"}}}).value_or(""),
+      "a b c d");
+  EXPECT_EQ(processes.run({"/no/such/program", {}, {}}).error(), "there is no such program");
+  EXPECT_FALSE(processes.launch({"/no/such/program", {}, {}}));
+  const auto mark = folder / "mark";
+  EXPECT_TRUE(processes.launch({"/bin/sh", {"-c", "echo \"$V\" > '" + mark.string() + "'"}, {{"V", "done"}}}));
+  EXPECT_TRUE(wait([&] { return files.read(mark).value_or("") == "done\n"; }));
+}
+
+TEST_F(QtServicesTest, ATerminationSignalArrivesOnTheMainThread) {
+  int received = 0;
+  const auto signals = onTerminationSignal(descriptors, [&](int signal) { received = signal; });
+  ::kill(::getpid(), SIGHUP);
+  EXPECT_TRUE(wait([&] { return received != 0; }));
+  EXPECT_EQ(received, SIGHUP);
+}
+
+TEST_F(QtServicesTest, PicturesAreScaledAndComeBack) {
+  QtImages images;
+  const Image picture{2, 2, {0xffff0000, 0xff00ff00, 0xff0000ff, 0xffffffff}};
+  EXPECT_EQ(images.decode(images.encodePNG(picture)), picture);
+  const auto scaled = images.scaled(picture, 128, 64);
+  ASSERT_TRUE(scaled);
+  EXPECT_EQ(scaled->pixels.size(), 128U * 64U);
+  EXPECT_EQ(images.encodeJPEG(*scaled, 80).substr(0, 3), "\xff\xd8\xff");
+  EXPECT_EQ(images.scaled(picture, 0, 5), std::nullopt);
+  EXPECT_EQ(images.decode("no picture"), std::nullopt);
+  EXPECT_EQ(images.decode(""), std::nullopt);
+  EXPECT_EQ(images.sketch(10, 10, {}), std::nullopt) << "there are no fonts without a GUI application";
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,155 @@
+#include "platform/simulated/scenario.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/simulated/script_actions.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(ScenarioTest, mistakesAreNamedWithTheirPath) {
+  struct Case {
+    const char* text;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"[]", "the scenario: expected an object, found a list"},
+      {R"({"windos": []})", R"(unknown member "windos" in the scenario)"},
+      {R"({"dock": {"swich": 1}})", R"(unknown member "swich" in dock)"},
+      {R"({"dock": {"bounces": {"count": 1, "often": true}}})", R"(unknown member "often" in dock.bounces)"},
+      {R"({"dock": {"switchTime": -1}})", "dock.switchTime: expected a number of seconds, found the number -1"},
+      {R"({"start": "yesterday"})",
+       R"(start: expected a date from 1970 to 2100 such as "2026-03-02T09:00:00Z", found a text)"},
+      {R"({"timeZone": "Nowhere"})", "timeZone: no time zone has this name"},
+      {R"({"systemVersion": "15."})", R"(systemVersion: expected a version such as "15.3.1", found a text)"},
+      {R"({"systemVersion": "1.2.3.4"})", R"(systemVersion: expected a version such as "15.3.1", found a text)"},
+      {R"({"connection": -1})", "connection: expected a whole number from 0 to 4294967295, found the number -1"},
+      {R"({"connection": 1.0})", "connection: expected a whole number from 0 to 4294967295, found the number 1.0"},
+      {R"({"missingFunctions": ["SLSGetActiveSpaces"]})",
+       "missingFunctions[0]: expected the name of a private function, found a text"},
+      {R"({"displays": [{"id": 1, "bounds": [0, 0, 1, 1]}]})", R"(displays[0]: "uuid" is missing)"},
+      {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 1]}]})",
+       "displays[0].bounds: expected a rectangle [x, y, width, height], found a list"},
+      {R"({"start": "2262-01-01T00:00:00Z"})",
+       R"(start: expected a date from 1970 to 2100 such as "2026-03-02T09:00:00Z", found a text)"},
+      {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 1e300, 1]}]})",
+       "displays[0].bounds[2]: expected at most a million points, found the number 1e+300"},
+      {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 20000, 1]}]})",
+       "displays[0].bounds: a display has at most 10000 points a side"},
+      {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 1, -1]}]})",
+       "displays[0].bounds: width and height are not negative"},
+      {R"({"dock": {"bounces": {"count": -1}}})",
+       "dock.bounces.count: expected a whole number from 0 to 65535, found the number -1"},
+      {R"({"windows": [{"number": 7, "pid": 1}, {"number": 7, "pid": 1}]})",
+       "windows: two elements have the same number"},
+      {R"({"windows": [{"number": 7, "pid": 1, "space": 1, "spaces": [1]}]})",
+       R"(windows[0].spaces: either "space" or "spaces", not both)"},
+      {R"({"applications": [{"name": "Mail", "activationPolicy": "shy"}]})",
+       R"(applications[0].activationPolicy: expected "regular", "accessory" or "prohibited", found a text)"},
+      {R"({"symbolicHotKeys": {"desk": null}})", "symbolicHotKeys.desk: its name is no number"},
+      {R"({"files": {"relative": "text"}})", "files.relative: its name is no absolute path"},
+      {R"({"files": {"~/a": {"base64": "%%%%"}}})", "files.~/a.base64: expected Base64, found a text"},
+      {R"({"script": [{"at": 1}]})", R"(script[0]: "do" is missing)"},
+      {R"({"script": [{"at": 1, "do": "dance"}]})", R"(script[0].do: there is no action "dance")"},
+      {R"({"script": [{"at": 1, "do": "quit", "now": true}]})", R"(unknown member "now" in script[0])"},
+      {R"({"script": [{"at": 1, "do": "switchSpace"}]})", R"(script[0]: "space" is missing)"},
+      {R"({"script": [{"at": 1, "do": "setPermission", "permission": "all", "allowed": true}]})",
+       R"(script[0].permission: expected "accessibility" or "screenRecording", found a text)"},
+      {R"({"script": [{"at": 1, "do": "jumpClock", "by": 1e300}]})",
+       "script[0].by: expected at most a thousand million seconds, found the number 1e+300"},
+  };
+  for (const auto& [text, error] : cases) {
+    const auto scenario = Scenario::parse(text);
+    ASSERT_FALSE(scenario) << text;
+    EXPECT_EQ(scenario.error(), error) << text;
+  }
+}
+
+TEST(ScenarioTest, textThatIsNoJSONIsReportedWithItsPlace) {
+  const auto broken = Scenario::parse("{\n  \"end\": 5,\n  \"start\" 7\n}");
+  ASSERT_FALSE(broken);
+  EXPECT_NE(broken.error().find("line 3, column"), std::string::npos) << broken.error();
+  for (const auto& text : {std::string("\xFF"), std::string(100'000, '['),
+                           std::string("{\"files\":{\"/\xC3\x28\":\"\"}}"), std::string(std::size_t{17} << 20, ' ')}) {
+    EXPECT_FALSE(Scenario::parse(text)) << text.substr(0, 20);
+  }
+}
+
+TEST(ScenarioTest, everyActionCanBeToldFromEveryOther) {
+  const auto names = scriptActionNames();
+  EXPECT_TRUE(std::ranges::is_sorted(names));
+  EXPECT_EQ(std::ranges::adjacent_find(names), names.end());
+  for (const auto name : names) {
+    const PropertyList arguments = PropertyList::object();
+    ScenarioMistake mistake;
+    ScenarioObject object(ScenarioValue(arguments, "here", mistake));
+    EXPECT_TRUE(readScriptAction(name, object)) << name;
+    EXPECT_TRUE(mistake.empty() || mistake.starts_with("here: \"")) << name << ": " << mistake;
+  }
+}
+
+TEST(ScenarioTest, membersArriveWhereTheyBelong) {
+  const auto scenario = Scenario::parse(R"({
+    "start": "2026-07-01T22:30:00Z", "timeZone": "+02:00", "uptime": 12.5, "systemVersion": "27.0", "processID": 77,
+    "connection": 0, "menuBarDisplay": null, "managedDisplaySpaces": [1, {"odd": null}],
+    "displays": [{"id": 1, "uuid": "A", "bounds": [100, 0, 10, 10]},
+                 {"id": 2, "uuid": "B", "bounds": [0, 0, 100, 50], "main": true, "builtin": true, "name": "Lid"}],
+    "applications": [{"pid": 9, "name": "Dock replacement", "bundleID": "com.apple.dock"}, {"name": "Installed"}],
+    "permissions": {"screenRecording": false}, "naturalScrolling": false,
+    "symbolicHotKeys": {"118": null, "119": {"keyCode": 19, "modifiers": 262144, "enabled": false}},
+    "files": {"~/a": "text", "/b": {"base64": "AP8=", "unwritable": true}, "/c": {"missing": true}},
+    "dock": {"switchTime": 0.5, "bounces": {"count": 2, "after": 0.25}},
+    "missionControl": {"opens": false, "hoverTime": 1},
+    "script": [{"at": 7, "do": "quit"}, {"at": 2, "do": "switchSpace", "space": 3}]})");
+  ASSERT_TRUE(scenario) << scenario.error();
+  const auto& desktop = scenario->desktop;
+  EXPECT_EQ(scenario->clock.timeZone.localDay(scenario->clock.start), (CalendarDay{2026, 7, 2}));
+  EXPECT_EQ(scenario->clock.uptime, 12500ms);
+  EXPECT_EQ(desktop.systemVersion, (OperatingSystemVersion{27, 0, 0}));
+  EXPECT_EQ(desktop.ownProcess, 77);
+  EXPECT_EQ(desktop.connection, 0U);
+  EXPECT_EQ(desktop.menuBarDisplay, std::nullopt);
+  EXPECT_EQ(desktop.spaces.list(), PropertyList::parse(R"([1, {"odd": null}])"));
+  ASSERT_EQ(desktop.displays.size(), 2U);
+  EXPECT_EQ(desktop.displays[0], (SimulatedDisplay{2, "B", "Lid", {{0, 0}, {100, 50}}, true}));
+  EXPECT_EQ(desktop.applications.size(), 2U) << "a Dock that is listed is not added";
+  EXPECT_TRUE(desktop.accessibilityAllowed);
+  EXPECT_FALSE(desktop.screenRecordingAllowed);
+  EXPECT_EQ(desktop.globalPreferences.at("com.apple.swipescrolldirection"), false);
+  EXPECT_EQ(desktop.hotKeys.binding(118), std::nullopt);
+  EXPECT_EQ(desktop.hotKeys.binding(119), (SymbolicHotKeyBinding{19, 262144}));
+  EXPECT_FALSE(desktop.hotKeys.isEnabled(119));
+  EXPECT_TRUE(desktop.hotKeys.isEnabled(120));
+  const std::vector<ScenarioFile> files = {
+      {"/b", std::string("\0\xFF", 2), false, true}, {"/c", "", true, false}, {"/home/user/a", "text", false, false}};
+  EXPECT_EQ(scenario->files, files);
+  EXPECT_EQ(scenario->dock, (ScenarioDock{500ms, 2, 250ms}));
+  EXPECT_FALSE(scenario->missionControl.opens);
+  EXPECT_EQ(scenario->missionControl.hoverTime, 1s);
+  EXPECT_EQ(scenario->end, 12s) << "five seconds after the last action";
+}
+
+TEST(ScenarioTest, windowsWithoutASpaceAreOnTheActiveOneOfTheirDisplay) {
+  const auto scenario = Scenario::parse(R"({
+    "displays": [{"id": 1, "uuid": "AAAA", "bounds": [0, 0, 100, 100]},
+                 {"id": 2, "uuid": "BBBB", "bounds": [100, 0, 100, 100]}],
+    "managedDisplaySpaces": [
+      {"Display Identifier": "aaaa", "Current Space": {"ManagedSpaceID": 2},
+       "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}]},
+      {"Display Identifier": "BBBB", "Current Space": {"ManagedSpaceID": 3}, "Spaces": [{"ManagedSpaceID": 3}]}],
+    "windows": [{"number": 1, "pid": 1, "frame": [10, 10, 20, 20]},
+                {"number": 2, "pid": 1, "frame": [90, 10, 60, 20]},
+                {"number": 3, "pid": 1, "frame": [900, 10, 60, 20]},
+                {"number": 4, "pid": 1, "spaces": []}]})");
+  ASSERT_TRUE(scenario) << scenario.error();
+  std::vector<std::vector<ManagedSpaceID>> spaces;
+  for (const auto& window : scenario->desktop.windows) {
+    spaces.push_back(window.spaces);
+  }
+  EXPECT_EQ(spaces, (std::vector<std::vector<ManagedSpaceID>>{{2}, {3}, {2}, {}}));
+}
+
+}  // namespace
+}  // namespace tallowin
