@@ -1,5 +1,7 @@
 #include "base/app_paths.h"
 
+#include <tuple>
+
 namespace tallowin {
 
 namespace {
@@ -9,7 +11,8 @@ constexpr unsigned privateFolder = 0700;
 }  // namespace
 
 std::filesystem::path AppPaths::made(std::filesystem::path folder) const {
-  static_cast<void>(files_.createDirectory(folder, privateFolder));
+  // Whoever uses a folder that could not be made finds out then.
+  std::ignore = files_.createDirectory(folder, privateFolder);
   return folder;
 }
 

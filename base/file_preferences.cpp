@@ -13,9 +13,8 @@ constexpr unsigned privateFile = 0600;
 
 }  // namespace
 
-FilePreferences::FilePreferences(Files& files, const Clock& clock, Log& log, std::filesystem::path file,
-                                 GlobalPreferences global)
-    : files_(files), clock_(clock), log_(log), file_(std::move(file)), global_(std::move(global)) {}
+FilePreferences::FilePreferences(Services services, std::filesystem::path file, GlobalPreferences global)
+    : services_(services), file_(std::move(file)), global_(std::move(global)) {}
 
 std::optional<PropertyList> FilePreferences::objectForKey(std::string_view key) {
   readIfChanged();
@@ -24,21 +23,23 @@ std::optional<PropertyList> FilePreferences::objectForKey(std::string_view key) 
 }
 
 bool FilePreferences::setObject(std::string_view key, PropertyList value) {
-  readIfChanged();
-  auto values = values_;
-  values.insert_or_assign(std::string(key), std::move(value));
-  return write(std::move(values));
+  return change([&](Values& values) { values.insert_or_assign(std::string(key), std::move(value)); });
 }
 
 bool FilePreferences::removeObject(std::string_view key) {
-  readIfChanged();
-  auto values = values_;
-  const auto found = values.find(key);
-  if (found == values.end()) {
+  if (!objectForKey(key)) {
     return true;
   }
-  values.erase(found);
-  return write(std::move(values));
+  return change([key](Values& values) {
+    if (const auto found = values.find(key); found != values.end()) {
+      values.erase(found);
+    }
+  });
+}
+
+std::optional<std::string> FilePreferences::fault() {
+  readIfChanged();
+  return content_ == Content::known ? std::nullopt : std::optional(fault_);
 }
 
 std::map<std::string, PropertyList> FilePreferences::persistentDomain() {
@@ -47,6 +48,17 @@ std::map<std::string, PropertyList> FilePreferences::persistentDomain() {
 }
 
 Subscription FilePreferences::observe(std::function<void()> observer) {
+  if (watch_ == nullptr) {
+    readIfChanged();
+    watch_ = std::make_unique<ReplacedFileWatch>(services_.files, services_.mainQueue, file_, [this] {
+      const auto before = values_;
+      readIfChanged();
+      if (values_ != before) {
+        changed_.tell();
+      }
+    });
+    watch_->start();
+  }
   return changed_.subscribe(std::move(observer));
 }
 
@@ -55,65 +67,79 @@ std::optional<PropertyList> FilePreferences::CFPreferencesCopyValue(std::string_
 }
 
 void FilePreferences::readIfChanged() {
-  const auto stamp = files_.stamp(file_);
+  const auto stamp = services_.files.stamp(file_);
   if (stamp == stamp_) {
     return;
   }
   stamp_ = stamp;
-  replaceable_ = true;
   if (stamp) {
     read();
   } else {
+    content_ = Content::known;
     values_.clear();
   }
 }
 
 void FilePreferences::read() {
-  const auto text = files_.read(file_);
+  const auto text = services_.files.read(file_);
   if (!text) {
-    replaceable_ = false;
-    log_.error(category, "cannot read " + file_.string() + ": " + text.error().description);
+    stamp_.reset();  // what kept it from being read may pass without changing it
+    reportFault(Content::notReadable, "cannot read " + file_.string() + ": " + text.error().description);
     return;
   }
   const auto parsed = parseJSON(*text);
-  if (!parsed) {
-    reportUnreadable(parsed.error());
-  } else if (!parsed->is_object()) {
-    reportUnreadable("it is not a JSON object");
-  } else {
-    values_ = parsed->get<Values>();
+  if (!parsed || !parsed->is_object()) {
+    reportFault(Content::notUnderstood, "cannot understand " + file_.string() + " (" +
+                                            (parsed ? "it is not a JSON object" : parsed.error()) + ")");
+    return;
   }
+  content_ = Content::known;
+  values_ = parsed->get<Values>();
 }
 
-void FilePreferences::reportUnreadable(const std::string& why) {
-  const auto aside = keepAside(files_, clock_, file_);
-  replaceable_ = aside.has_value();
-  stamp_ = files_.stamp(file_);
-  const auto what = "cannot understand " + file_.string() + " (" + why + ")";
-  if (aside) {
-    log_.error(category, what + ", kept as " + aside->filename().string());
-  } else {
-    log_.error(category, what + " nor keep it aside: " + aside.error().description);
+void FilePreferences::reportFault(Content content, const std::string& why) {
+  if (content_ != content || fault_ != why) {
+    services_.log.error(category, why);
   }
+  content_ = content;
+  fault_ = why;
+}
+
+bool FilePreferences::change(const std::function<void(Values&)>& edit) {
+  if (const auto made = services_.files.createDirectory(file_.parent_path(), privateFolder); !made) {
+    return failWrite(made.error().description);
+  }
+  const auto lock = services_.files.lock(file_.string() + ".lock");
+  readIfChanged();
+  if (content_ == Content::notReadable) {
+    return failWrite("it cannot be read");
+  }
+  auto values = values_;
+  edit(values);
+  return write(std::move(values));
 }
 
 bool FilePreferences::write(Values values) {
-  if (!replaceable_) {
-    log_.error(category, "did not replace " + file_.string() + ", which cannot be read");
-    return false;
+  if (content_ == Content::notUnderstood) {
+    const auto aside = keepAside(services_.files, services_.clock, file_);
+    if (!aside) {
+      return failWrite("what stands in it cannot be kept aside: " + aside.error().description);
+    }
+    services_.log.error(category, "kept " + file_.string() + " as " + aside->filename().string());
   }
-  auto made = files_.createDirectory(file_.parent_path(), privateFolder);
-  if (made) {
-    made = files_.writeAtomically(file_, prettyJSON(values), privateFile);
+  if (const auto written = services_.files.writeAtomically(file_, prettyJSON(values), privateFile); !written) {
+    return failWrite(written.error().description);
   }
-  if (!made) {
-    log_.error(category, "cannot write " + file_.string() + ": " + made.error().description);
-    return false;
-  }
+  content_ = Content::known;
   values_ = std::move(values);
-  stamp_ = files_.stamp(file_);
+  stamp_ = services_.files.stamp(file_);
   changed_.tell();
   return true;
+}
+
+bool FilePreferences::failWrite(const std::string& why) {
+  services_.log.error(category, "cannot write " + file_.string() + ": " + why);
+  return false;
 }
 
 }  // namespace tallowin

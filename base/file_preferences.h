@@ -3,10 +3,12 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "base/broadcaster.h"
+#include "base/replaced_file_watch.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -18,38 +20,50 @@ namespace tallowin {
 using GlobalPreferences = std::function<std::optional<PropertyList>(std::string_view key)>;
 
 /// Preferences in one JSON file that people may edit by hand: an object with one member for each key, sorted. An edit
-/// takes effect at the next read. A file that is not such an object is kept aside under a time-stamped name and
-/// reported in the log; the values read before stay in force. A file that cannot be read at all is never replaced.
+/// takes effect at the next read, and observers are told of it. A file that is not such an object is reported in the
+/// log while the values read before stay in force; the next write keeps it aside under a time-stamped name. A file that
+/// cannot be read at all is never replaced. Processes that write at the same time take turns.
 class FilePreferences : public Preferences {
  public:
+  struct Services {
+    Files& files;
+    MainQueue& mainQueue;
+    const Clock& clock;
+    Log& log;
+  };
+
   /// `file` and its folder need not exist; both are made when something is set.
-  FilePreferences(Files& files, const Clock& clock, Log& log, std::filesystem::path file, GlobalPreferences global);
+  FilePreferences(Services services, std::filesystem::path file, GlobalPreferences global);
 
   std::optional<PropertyList> objectForKey(std::string_view key) override;
   bool setObject(std::string_view key, PropertyList value) override;
   bool removeObject(std::string_view key) override;
+  std::optional<std::string> fault() override;
   std::map<std::string, PropertyList> persistentDomain() override;
   Subscription observe(std::function<void()> observer) override;
   std::optional<PropertyList> CFPreferencesCopyValue(std::string_view key) override;
 
  private:
   using Values = std::map<std::string, PropertyList, std::less<>>;
+  enum class Content { known, notUnderstood, notReadable };
 
   void readIfChanged();
   void read();
-  void reportUnreadable(const std::string& why);
+  void reportFault(Content content, const std::string& why);
+  bool change(const std::function<void(Values&)>& edit);
   bool write(Values values);
+  bool failWrite(const std::string& why);
 
-  Files& files_;
-  const Clock& clock_;
-  Log& log_;
+  const Services services_;
   const std::filesystem::path file_;
   const GlobalPreferences global_;
 
   Values values_;
-  std::optional<FileStamp> stamp_;  ///< of the content that values_ holds
-  bool replaceable_ = true;         ///< what stands in the file is known or kept aside, or there is no file
+  std::optional<FileStamp> stamp_;  ///< of the content that was last looked at
+  Content content_ = Content::known;
+  std::string fault_;  ///< what was reported of it, if it is not known
   Broadcaster<> changed_;
+  std::unique_ptr<ReplacedFileWatch> watch_;  ///< from the first observer on
 };
 
 }  // namespace tallowin

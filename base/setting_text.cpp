@@ -6,25 +6,25 @@
 #include <numeric>
 #include <vector>
 
+#include "base/decimal_integer.h"
 #include "base/json_text.h"
 
 namespace tallowin {
 
 namespace {
 
-template <typename Number>
 std::optional<PropertyList> wholeNumber(std::string_view text) {
-  Number value{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size()) {
-    return std::nullopt;
-  }
-  return PropertyList(value);
+  const auto number = decimalInteger(text);
+  return number ? std::optional<PropertyList>(*number) : std::nullopt;
 }
 
 std::optional<PropertyList> finiteReal(std::string_view text) {
-  auto value = wholeNumber<double>(text);
-  return value && std::isfinite(value->get<double>()) ? value : std::nullopt;
+  double number = 0;
+  const auto* const begin = text.data();
+  const auto* const end = begin + text.size();
+  const auto [stopped, error] = std::from_chars(begin, end, number);
+  const bool good = error == std::errc() && stopped == end && std::isfinite(number);
+  return good ? std::optional<PropertyList>(number) : std::nullopt;
 }
 
 std::optional<PropertyList> json(SettingType type, std::string_view text) {
@@ -39,7 +39,7 @@ std::optional<PropertyList> readAs(SettingType type, std::string_view text) {
     case SettingType::real:
       return finiteReal(text);
     case SettingType::integer:
-      return wholeNumber<std::int64_t>(text);
+      return wholeNumber(text);
     case SettingType::text:
       return PropertyList(text);
     case SettingType::textList:
@@ -85,8 +85,13 @@ std::expected<PropertyList, std::string> settingFromText(const Setting& setting,
   return *std::move(value);
 }
 
-std::string textOfSetting(const PropertyList& value) {
-  return value.is_string() ? value.get<std::string>() : compactJSON(value);
+std::string textOfSetting(const Setting& setting, const PropertyList& value) {
+  if (!value.is_string()) {
+    return compactJSON(value);
+  }
+  const auto text = value.get<std::string>();
+  const bool reads = setting.cases.empty() || std::ranges::find(setting.cases, text) != setting.cases.end();
+  return reads ? text : std::string(setting.fallback);
 }
 
 std::string unknownSettingMessage(std::string_view key) {

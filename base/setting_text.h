@@ -12,8 +12,8 @@ namespace tallowin {
 /// object of texts. The error is a sentence that says what would be right.
 [[nodiscard]] std::expected<PropertyList, std::string> settingFromText(const Setting& setting, std::string_view text);
 
-/// The value in the same form; texts stand as they are.
-[[nodiscard]] std::string textOfSetting(const PropertyList& value);
+/// The value in the same form; texts stand as they are, and one that names no case is given as the case it reads as.
+[[nodiscard]] std::string textOfSetting(const Setting& setting, const PropertyList& value);
 
 /// For an unknown key: a sentence that names it, with the nearest known key where one is close.
 [[nodiscard]] std::string unknownSettingMessage(std::string_view key);

@@ -14,7 +14,13 @@ using enum SettingsPane;
 
 template <typename Enumeration>
 Setting enumerated(std::string_view key, Enumeration registeredDefault, SettingsPane pane, std::string_view sentence) {
-  return {key, text, storedText(registeredDefault), pane, sentence, StoredCases<Enumeration>::texts};
+  return {key,
+          text,
+          storedText(registeredDefault),
+          pane,
+          sentence,
+          StoredCases<Enumeration>::texts,
+          storedText(StoredCases<Enumeration>::fallback)};
 }
 
 std::vector<Setting> registeredSettings() {

@@ -25,6 +25,8 @@ struct Setting {
   std::string_view sentence;
   /// For a text that names a case: the texts allowed. Empty for every other setting.
   std::span<const std::string_view> cases = {};
+  /// What a text that names no case reads as.
+  std::string_view fallback = {};
 };
 
 /// All settings in their order: first those with a registered default, then those without. Any thread.

@@ -22,7 +22,7 @@ using CGEventPtr = std::unique_ptr<CGEvent>;
 /// Where posted events enter the system (CGEventTypes.h, CGEventTapLocation).
 enum class CGEventTap : std::uint32_t {
   hid = 0,      ///< kCGHIDEventTap: as if they came from the hardware
-  session = 1,  ///< kCGSessionEventTap: into the login session
+  session = 1,  ///< kCGSessionEventTap: into the user's login
 };
 
 /// Mouse events (CGEventTypes.h, CGEventType).

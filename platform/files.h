@@ -60,6 +60,10 @@ class Files {
   /// Deletes a file. A file that does not exist is an error that says so (`notFound`).
   [[nodiscard]] virtual std::expected<void, FileError> remove(const std::filesystem::path& path) = 0;
 
+  /// Keeps other processes that ask for the same lock waiting until the subscription is let go of, and waits for them.
+  /// The lock is a file of its own, made when missing, and left. Where it cannot be had everybody goes on without it.
+  [[nodiscard]] virtual Subscription lock(const std::filesystem::path& lockFile) = 0;
+
   [[nodiscard]] virtual bool exists(const std::filesystem::path& path) = 0;
 
   /// The names in a folder, sorted as text; empty when it cannot be read.

@@ -26,10 +26,14 @@ class Preferences {
   /// Forgets what the user set. False when that could not be written; then it is still set.
   virtual bool removeObject(std::string_view key) = 0;
 
+  /// Why the user's values cannot be read now; nothing while they can. The values read before stay in force, and
+  /// writing keeps what cannot be understood aside.
+  [[nodiscard]] virtual std::optional<std::string> fault() = 0;
+
   /// Everything that the user has set.
   virtual std::map<std::string, PropertyList> persistentDomain() = 0;
 
-  /// Calls `observer` on the main thread after every change (NSUserDefaultsDidChangeNotification).
+  /// Calls `observer` on the main thread after every change, by whomever (NSUserDefaultsDidChangeNotification).
   virtual Subscription observe(std::function<void()> observer) = 0;
 
   /// A preference that belongs to the whole system, for any application, the current user and any host

@@ -16,7 +16,7 @@ struct OperatingSystemVersion {
   auto operator<=>(const OperatingSystemVersion&) const = default;
 };
 
-/// This process and the login session it runs in (NSProcessInfo, CGSession). Main thread only.
+/// This process and the login it belongs to (NSProcessInfo, CGSession). Main thread only.
 class System {
  public:
   virtual ~System() = default;
@@ -26,8 +26,8 @@ class System {
   virtual std::string operatingSystemVersionString() = 0;
   virtual ProcessID processIdentifier() = 0;
 
-  /// The session dictionary (CGSessionCopyCurrentDictionary); "CGSSessionScreenIsLocked" is true in it while the screen
-  /// is locked. An empty dictionary when the session does not tell.
+  /// The login's dictionary (CGSessionCopyCurrentDictionary); "CGSSessionScreenIsLocked" is true in it while the screen
+  /// is locked. An empty dictionary when the system does not tell.
   virtual PropertyList CGSessionCopyCurrentDictionary() = 0;
 };
 

@@ -40,6 +40,14 @@ class CGSBridgeHealth {
   std::uint32_t bits_ = 0;
 };
 
+/// Symbolic hot keys of Mission Control, by their numbers in the system's table.
+namespace symbolic_hot_key {
+inline constexpr int moveLeft = 79;       ///< Move left a space
+inline constexpr int moveRight = 81;      ///< Move right a space
+inline constexpr int firstDesktop = 118;  ///< Switch to Desktop 1; those of the next desktops follow
+inline constexpr int desktops = 16;       ///< so many desktops have one
+}  // namespace symbolic_hot_key
+
 /// The key combination that a symbolic hot key is bound to.
 struct SymbolicHotKeyBinding {
   VirtualKeyCode keyCode = 0;
@@ -94,7 +102,7 @@ class WindowServer {
 
   virtual bool CGSBridgeIsSymbolicHotKeyEnabled(int hotKey) = 0;
 
-  /// Switches a symbolic hot key on or off, for every program of the session. True when that was done.
+  /// Switches a symbolic hot key on or off, for every program of the user's. True when that was done.
   virtual bool CGSBridgeSetSymbolicHotKeyEnabled(int hotKey, bool enabled) = 0;
 
   /// Looks at every function afresh, leaving what the other operations have remembered as it is.

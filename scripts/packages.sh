@@ -4,39 +4,50 @@ packages_build=(g++ cmake ninja-build ccache pkg-config
   qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xtest0-dev libxcb-keysyms1-dev)
 packages_test=(libgtest-dev libgmock-dev libbenchmark-dev
-  xvfb x11-utils x11-xserver-utils xterm wmctrl xdotool openbox xfwm4 i3-wm dbus jq fonts-dejavu-core)
+  xvfb x11-utils x11-xserver-utils xterm procps wmctrl xdotool openbox xfwm4 i3-wm dbus jq fonts-dejavu-core)
 packages_more_window_managers=(kwin-x11 breeze libkf5globalaccel-bin metacity fluxbox icewm)
-packages_lint=(clang-format-19 clang-tidy-19)
+packages_lint=(git clang-format-19 clang-tidy-19)
 packages_fuzz=(clang-19 libclang-rt-19-dev)
-packages_bench=(python3)
+
 
 # The packages of "$@" that are not installed, one to a line.
 missing_packages() {
   local package
   for package in "$@"; do
-    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || echo "$package"
+    dpkg-query -W -f='${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || echo "$package"
   done
 }
 
+# cannot_install WHY REASON PACKAGE...: names what is needed and ends the script.
+cannot_install() {
+  local why=$1 reason=$2
+  shift 2
+  echo "$reason To $why, install these packages (Debian names): $*" >&2
+  exit 69
+}
+
 # ensure_packages WHY PACKAGE...: installs what is missing, saying so in one line; where that is not possible it names
-# the packages and ends the script. A stamp per package list keeps later runs from asking dpkg again.
+# the packages and ends the script. A stamp per package list keeps later runs from asking dpkg again. On other systems
+# TALLOWIN_PACKAGES_PRESENT=1 says that everything is there.
 ensure_packages() {
   local why=$1 stamp missing sudo=()
   shift
   stamp="$root/build/.packages-$(printf '%s\n' "$@" | cksum | cut -d' ' -f1)"
-  [ -e "$stamp" ] && return 0
+  [ ! -e "$stamp" ] || return 0
+  [ -z "${TALLOWIN_PACKAGES_PRESENT:-}" ] || return 0
   if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-    [ -n "${TALLOWIN_PACKAGES_PRESENT:-}" ] && return 0
-    echo "This system has no apt-get. To $why, install these (Debian names): $*" >&2
-    echo "Then run again with TALLOWIN_PACKAGES_PRESENT=1." >&2
-    exit 69
+    cannot_install "$why" "This system has no apt-get." "$@"
   fi
   mapfile -t missing < <(missing_packages "$@")
   if [ ${#missing[@]} -gt 0 ]; then
-    [ "$(id -u)" = 0 ] || sudo=(sudo)
+    if [ "$(id -u)" != 0 ]; then
+      command -v sudo >/dev/null || cannot_install "$why" "There is no sudo here." "${missing[@]}"
+      sudo=(sudo)
+    fi
     echo "Installing with apt-get, to $why: ${missing[*]}" >&2
-    "${sudo[@]}" apt-get update -qq >&2
-    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || exit 69
+    "${sudo[@]}" apt-get update -qq >&2 || echo "The list of packages could not be brought up to date." >&2
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 ||
+      cannot_install "$why" "apt-get failed." "${missing[@]}"
   fi
   mkdir -p "$root/build"
   touch "$stamp"

@@ -56,8 +56,9 @@ std::string reportFault(const EmulatedEvent& event, std::string_view report) {
       return "its device report is wrong at byte " + std::to_string(offset);
     }
   }
-  if (littleEndian(report, 0, 8) == 0) {
-    return "its device report has no time";
+  const auto time = static_cast<std::uint64_t>(littleEndian(report, 0, 8));
+  if (time == 0 || (event.timestamp != 0 && time != event.timestamp)) {
+    return "its device report has another time";
   }
   const bool agrees =
       isFixed(report, 44, event.real(positionXField)) && isFixed(report, 48, event.real(positionYField)) &&

@@ -69,10 +69,10 @@ bool EmulatedDock::pressHotKey(const EmulatedEvent& event) {
     return false;
   }
   heldKeys_.insert(keyCode);
-  if (*hotKey == SymbolicHotKeys::moveLeft || *hotKey == SymbolicHotKeys::moveRight) {
-    step(*hotKey == SymbolicHotKeys::moveLeft ? -1 : 1, SwitchCause::hotKey);
+  if (*hotKey == symbolic_hot_key::moveLeft || *hotKey == symbolic_hot_key::moveRight) {
+    step(*hotKey == symbolic_hot_key::moveLeft ? -1 : 1, SwitchCause::hotKey);
   } else {
-    switchToDesktop(static_cast<std::size_t>(*hotKey - SymbolicHotKeys::firstDesktop) + 1);
+    switchToDesktop(static_cast<std::size_t>(*hotKey - symbolic_hot_key::firstDesktop) + 1);
   }
   return true;
 }

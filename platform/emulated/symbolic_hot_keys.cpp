@@ -18,10 +18,11 @@ constexpr std::uint64_t arrowKeyFlags = 0xA00000;
 }  // namespace
 
 SymbolicHotKeys::SymbolicHotKeys() {
-  entries_[moveLeft] = {SymbolicHotKeyBinding{leftArrow, CGEventFlag::control | arrowKeyFlags}, true};
-  entries_[moveRight] = {SymbolicHotKeyBinding{rightArrow, CGEventFlag::control | arrowKeyFlags}, true};
-  for (int hotKey = firstDesktop; hotKey <= lastDesktop; ++hotKey) {
-    const auto index = static_cast<std::size_t>(hotKey - firstDesktop);
+  entries_[symbolic_hot_key::moveLeft] = {SymbolicHotKeyBinding{leftArrow, CGEventFlag::control | arrowKeyFlags}, true};
+  entries_[symbolic_hot_key::moveRight] = {SymbolicHotKeyBinding{rightArrow, CGEventFlag::control | arrowKeyFlags},
+                                           true};
+  for (std::size_t index = 0; index < symbolic_hot_key::desktops; ++index) {
+    const int hotKey = symbolic_hot_key::firstDesktop + static_cast<int>(index);
     const std::uint64_t option = index < digits.size() ? 0 : CGEventFlag::alternate;
     entries_[hotKey] = {SymbolicHotKeyBinding{digits.at(index % digits.size()), CGEventFlag::control | option}, true};
   }

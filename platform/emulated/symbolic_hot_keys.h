@@ -7,15 +7,10 @@
 
 namespace tallowin {
 
-/// The session's table of symbolic hot keys that concern Spaces: 79 moves left a Space, 81 moves right a Space, 118 to
+/// The system's table of symbolic hot keys that concern Spaces: 79 moves left a Space, 81 moves right a Space, 118 to
 /// 133 switch to Desktop 1 to 16. The state lives as long as the process.
 class SymbolicHotKeys {
  public:
-  static constexpr int moveLeft = 79;
-  static constexpr int moveRight = 81;
-  static constexpr int firstDesktop = 118;
-  static constexpr int lastDesktop = 133;
-
   /// The whole table as a fresh account has it: arrows with Control, digits with Control for the first ten desktops
   /// and with Control and Option for the rest; all bound and enabled.
   SymbolicHotKeys();

@@ -4,6 +4,7 @@
 #include <QSaveFile>
 #include <algorithm>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -27,7 +28,7 @@ QFile::Permissions permissions(unsigned mode) {
   const unsigned owner = mode >> 6 & 7;
   const unsigned group = mode >> 3 & 7;
   const unsigned other = mode & 7;
-  return QFile::Permissions::fromInt(static_cast<int>(owner << 12 | owner << 8 | group << 4 | other));
+  return QFile::Permissions(QFlag(static_cast<int>(owner << 12 | owner << 8 | group << 4 | other)));
 }
 
 /// Makes a rename in the folder last through a power failure.
@@ -62,7 +63,8 @@ std::expected<void, FileError> QtFiles::writeAtomically(const std::filesystem::p
   }
   const auto size = static_cast<qint64>(bytes.size());
   // commit() flushes the file to the disk before it renames it.
-  if (file.write(bytes.data(), size) != size || !file.commit()) {
+  const auto data = QByteArray::fromRawData(bytes.data(), size);
+  if (file.write(data) != size || !file.commit()) {
     return std::unexpected(FileError{false, file.errorString().toStdString()});
   }
   flushFolder(path.parent_path());
@@ -104,6 +106,17 @@ std::expected<void, FileError> QtFiles::remove(const std::filesystem::path& path
     return std::unexpected(fileError(error ? error : std::make_error_code(std::errc::no_such_file_or_directory)));
   }
   return {};
+}
+
+Subscription QtFiles::lock(const std::filesystem::path& lockFile) {
+  constexpr mode_t privateFile = 0600;
+  const int descriptor = ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, privateFile);
+  if (descriptor < 0) {
+    return {};
+  }
+  while (::flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
+  }
+  return Subscription([descriptor] { ::close(descriptor); });
 }
 
 bool QtFiles::exists(const std::filesystem::path& path) {

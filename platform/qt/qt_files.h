@@ -16,6 +16,7 @@ class QtFiles : public Files {
   std::expected<void, FileError> createDirectory(const std::filesystem::path& path, unsigned mode) override;
   std::expected<void, FileError> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   std::expected<void, FileError> remove(const std::filesystem::path& path) override;
+  Subscription lock(const std::filesystem::path& lockFile) override;
   bool exists(const std::filesystem::path& path) override;
   std::vector<std::string> list(const std::filesystem::path& folder) override;
   std::optional<FileStamp> stamp(const std::filesystem::path& path) override;

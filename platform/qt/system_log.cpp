@@ -16,7 +16,8 @@ SystemLog::~SystemLog() {
 
 void SystemLog::write(Level level, std::string_view category, std::string_view message) {
   const std::string line = "[com.quorvex.tallowin:" + std::string(category) + "] " + std::string(message);
-  ::syslog(level == Level::error ? LOG_ERR : LOG_INFO, "%s", line.c_str());
+  constexpr int priorities[] = {LOG_DEBUG, LOG_INFO, LOG_ERR};
+  ::syslog(priorities[static_cast<std::size_t>(level)], "%s", line.c_str());
   if (verbose_) {
     std::fprintf(stderr, "%s: %s\n", std::string(category).c_str(), std::string(message).c_str());
   }

@@ -4,7 +4,7 @@
 
 namespace tallowin {
 
-/// This process on a Unix machine. The version is the kernel's; sessions do not tell whether their screen is locked.
+/// This process on a Unix machine. The version is the kernel's; whether the screen is locked is not known.
 class UnixSystem : public System {
  public:
   OperatingSystemVersion operatingSystemVersion() override;

@@ -26,6 +26,8 @@ class SimulatedFiles : public Files {
   std::expected<void, FileError> createDirectory(const std::filesystem::path& path, unsigned mode) override;
   std::expected<void, FileError> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   std::expected<void, FileError> remove(const std::filesystem::path& path) override;
+  /// Nobody else writes while the program does.
+  Subscription lock(const std::filesystem::path& /*lockFile*/) override { return {}; }
   bool exists(const std::filesystem::path& path) override;
   std::vector<std::string> list(const std::filesystem::path& folder) override;
   std::optional<FileStamp> stamp(const std::filesystem::path& path) override;

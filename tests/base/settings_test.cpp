@@ -34,7 +34,7 @@ class SettingsTest : public testing::Test {
   Journal journal{time, [](std::string_view) {}};
   SimulatedFiles files{time, time, journal};
   CollectingLog log;
-  FilePreferences preferences{files, time, log, file, [](std::string_view) { return std::nullopt; }};
+  FilePreferences preferences{{files, time, time, log}, file, [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};
 };
 
@@ -100,29 +100,47 @@ TEST_F(SettingsTest, AnEditByHandTakesEffectAtTheNextReadAndSurvivesTheNextWrite
   EXPECT_TRUE(settings.boolean("wrapAround"));
 }
 
-TEST_F(SettingsTest, AFileThatCannotBeUnderstoodIsKeptAsideAndReported) {
+TEST_F(SettingsTest, AFileThatCannotBeUnderstoodIsReportedOnceAndKeptAsideByTheNextWrite) {
   preferences.setObject("wrapAround", false);
   for (const auto* bad : {"{\"wrapAround\": tru", "[1, 2]", "\xff\xfe", ""}) {
     edit(bad);
     EXPECT_FALSE(settings.boolean("wrapAround")) << "the value read before stays in force";
-    EXPECT_FALSE(files.exists(file));
-    EXPECT_EQ(files.read(file.string() + ".unreadable-20260302T090000Z").value_or("nothing"), bad);
+    EXPECT_FALSE(settings.boolean("wrapAround"));
+    EXPECT_EQ(files.read(file).value_or("nothing"), bad) << "reading moves nothing";
     ASSERT_EQ(log.lines.size(), 1U);
-    EXPECT_NE(log.lines.front().find("kept as preferences.json.unreadable-20260302T090000Z"), std::string::npos);
+    EXPECT_EQ(preferences.fault(), log.lines.front());
     log.lines.clear();
-    files.take(file.string() + ".unreadable-20260302T090000Z");
+
     EXPECT_TRUE(preferences.setObject("gridColumns", 2));
+    const auto aside = file.string() + ".unreadable-20260302T090000Z";
+    EXPECT_EQ(files.read(aside).value_or("nothing"), bad);
     EXPECT_EQ(stored(), PropertyList::parse(R"({"gridColumns": 2, "wrapAround": false})"));
+    EXPECT_EQ(preferences.fault(), std::nullopt);
+    EXPECT_EQ(log.lines.size(), 1U);
+    log.lines.clear();
+    files.take(aside);
   }
 }
 
 TEST_F(SettingsTest, TwoBadFilesInOneSecondAreBothKept) {
-  edit("first");
-  static_cast<void>(settings.boolean("wrapAround"));
-  edit("second");
-  static_cast<void>(settings.boolean("wrapAround"));
+  for (const auto* bad : {"first", "second"}) {
+    edit(bad);
+    EXPECT_TRUE(preferences.setObject("wrapAround", false));
+  }
   EXPECT_EQ(files.read(file.string() + ".unreadable-20260302T090000Z").value_or(""), "first");
   EXPECT_EQ(files.read(file.string() + ".unreadable-20260302T090000Z-2").value_or(""), "second");
+}
+
+TEST_F(SettingsTest, ObserversAreToldOfEditsByHandToo) {
+  preferences.setObject("wrapAround", false);
+  int told = 0;
+  const auto observer = preferences.observe([&told] { ++told; });
+  edit(R"({"wrapAround": true})");
+  time.advance(std::chrono::seconds(1));
+  EXPECT_EQ(told, 1);
+  edit(R"({"wrapAround":   true})");
+  time.advance(std::chrono::seconds(1));
+  EXPECT_EQ(told, 1) << "nothing has changed";
 }
 
 TEST_F(SettingsTest, WhatCannotBeWrittenIsNotSet) {
@@ -141,8 +159,6 @@ TEST_F(SettingsTest, WhatCannotBeWrittenIsNotSet) {
 TEST_F(SettingsTest, ABadFileThatCannotBeKeptAsideIsNeverReplaced) {
   edit("not JSON");
   files.setUnwritable(file.parent_path(), true);
-  EXPECT_TRUE(settings.boolean("wrapAround"));
-  files.setUnwritable(file.parent_path(), false);
   EXPECT_FALSE(preferences.setObject("wrapAround", false));
   EXPECT_EQ(files.read(file).value_or(""), "not JSON");
 }

@@ -187,10 +187,10 @@ TEST_F(EmulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTakenTogetherWit
   EXPECT_TRUE(key(digit1, CGEventFlag::control | 0x10000)) << "CapsLock is no matter";
   EXPECT_TRUE(key(digit1, 0, false)) << "the modifiers may have been released first";
   EXPECT_FALSE(key(digit1, 0, false)) << "once";
-  hotKeys.setEnabled(SymbolicHotKeys::firstDesktop, false);
+  hotKeys.setEnabled(symbolic_hot_key::firstDesktop, false);
   EXPECT_FALSE(key(digit1, CGEventFlag::control));
-  hotKeys.setEnabled(SymbolicHotKeys::firstDesktop, true);
-  hotKeys.bind(SymbolicHotKeys::firstDesktop, std::nullopt);
+  hotKeys.setEnabled(symbolic_hot_key::firstDesktop, true);
+  hotKeys.bind(symbolic_hot_key::firstDesktop, std::nullopt);
   EXPECT_FALSE(key(digit1, CGEventFlag::control));
   EXPECT_FALSE(hotKeys.setEnabled(7, true));
 }

@@ -12,7 +12,6 @@
 
 #include "platform/qt/qt_descriptors.h"
 #include "platform/qt/qt_files.h"
-#include "platform/qt/qt_images.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_processes.h"
 #include "platform/qt/qt_work_queues.h"
@@ -21,8 +20,7 @@
 namespace tallowin {
 namespace {
 
-using std::chrono_literals::operator""ms;
-using std::chrono_literals::operator""s;
+using namespace std::chrono_literals;
 
 class QtServicesTest : public testing::Test {
  protected:
@@ -141,6 +139,22 @@ TEST_F(QtServicesTest, FileFailuresSayWhyAndLeaveEverythingAsItWas) {
   EXPECT_TRUE(files.list(folder / "file").empty());
 }
 
+TEST_F(QtServicesTest, ALockKeepsTheNextOneWaiting) {
+  auto first = files.lock(folder / "lock");
+  std::atomic<bool> released = false;
+  bool waited = false;
+  std::thread other([&] {
+    const auto second = files.lock(folder / "lock");
+    waited = released;
+  });
+  queue.runFor(5ms);
+  released = true;
+  first.cancel();
+  other.join();
+  EXPECT_TRUE(waited);
+  EXPECT_FALSE(files.lock(folder / "no such folder" / "lock")) << "everybody goes on without it";
+}
+
 TEST_F(QtServicesTest, AWatchStaysWithTheFileThatWasOpened) {
   const auto path = folder / "watched";
   EXPECT_FALSE(files.watch(path, [](FileEvents) {}));
@@ -177,20 +191,6 @@ TEST_F(QtServicesTest, ATerminationSignalArrivesOnTheMainThread) {
   ::kill(::getpid(), SIGHUP);
   EXPECT_TRUE(wait([&] { return received != 0; }));
   EXPECT_EQ(received, SIGHUP);
-}
-
-TEST_F(QtServicesTest, PicturesAreScaledAndComeBack) {
-  QtImages images;
-  const Image picture{2, 2, {0xffff0000, 0xff00ff00, 0xff0000ff, 0xffffffff}};
-  EXPECT_EQ(images.decode(images.encodePNG(picture)), picture);
-  const auto scaled = images.scaled(picture, 128, 64);
-  ASSERT_TRUE(scaled);
-  EXPECT_EQ(scaled->pixels.size(), 128U * 64U);
-  EXPECT_EQ(images.encodeJPEG(*scaled, 80).substr(0, 3), "\xff\xd8\xff");
-  EXPECT_EQ(images.scaled(picture, 0, 5), std::nullopt);
-  EXPECT_EQ(images.decode("no picture"), std::nullopt);
-  EXPECT_EQ(images.decode(""), std::nullopt);
-  EXPECT_EQ(images.sketch(10, 10, {}), std::nullopt) << "there are no fonts without a GUI application";
 }
 
 }  // namespace

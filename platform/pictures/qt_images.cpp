@@ -1,4 +1,4 @@
-#include "platform/qt/qt_images.h"
+#include "platform/pictures/qt_images.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -24,8 +24,8 @@ Image fromQImage(const QImage& picture) {
 
 /// Borrows the image's pixels.
 QImage toQImage(const Image& image) {
-  return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width, image.height, image.width * 4,
-                QImage::Format_ARGB32);
+  return QImage(reinterpret_cast<const uchar*>(image.pixels.data()), image.width, image.height,
+                qsizetype{image.width} * 4, QImage::Format_ARGB32);
 }
 
 std::string encode(const Image& image, const char* format, int quality) {

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tallowin {
+
+/// What the program is asked to do.
+enum class Mode {
+  resident,
+  probe,
+  switchSpace,
+  capture,
+  listSettings,
+  getSetting,
+  setSetting,
+  unsetSetting,
+  version,
+  help
+};
+
+/// Whether the mode reads or changes settings.
+[[nodiscard]] constexpr bool isSettingsMode(Mode mode) {
+  return mode >= Mode::listSettings && mode <= Mode::unsetSetting;
+}
+
+/// Which desktop it works on. `automatic` is x11 where a window manager that speaks EWMH runs, else none.
+enum class PlatformChoice { automatic, x11, simulated, none };
+
+/// The command line, understood.
+struct CommandLine {
+  Mode mode = Mode::resident;
+  std::int64_t desktopNumber = 0;  ///< for switchSpace
+  bool classic = false;            ///< for switchSpace
+  std::string settingKey;          ///< for getSetting, setSetting and unsetSetting
+  std::string settingValue;        ///< for setSetting, as written
+  PlatformChoice platform = PlatformChoice::automatic;
+  std::optional<std::filesystem::path> scenario;  ///< a simulated desktop in real time
+  std::optional<std::filesystem::path> simulate;  ///< a simulated desktop in virtual time
+  std::optional<std::filesystem::path> journal;   ///< where the simulation's journal goes
+  std::optional<std::filesystem::path> home;      ///< keep everything below this folder
+  bool verbose = false;
+  bool operator==(const CommandLine&) const = default;
+};
+
+/// Reads the arguments, without the program's own name. `environmentPlatform` is the value of TALLOWIN_PLATFORM, which
+/// holds when the arguments name no platform. The error is one line that says what is wrong and what would be right.
+[[nodiscard]] std::expected<CommandLine, std::string> parseCommandLine(
+    std::span<const std::string> arguments, const std::optional<std::string>& environmentPlatform);
+
+/// The text of --help.
+[[nodiscard]] std::string_view helpText();
+
+}  // namespace tallowin

@@ -1,0 +1,63 @@
+#include "app/main/host.h"
+
+#include <cstdlib>
+#include <iostream>
+
+#include "app/exit_status.h"
+#include "platform/x11/x11_desktop.h"
+
+namespace tallowin {
+
+namespace {
+
+/// Under Wayland only an X server of its own with a window manager, as some desktops have, can be worked on.
+bool isWayland() {
+  const char* display = std::getenv("WAYLAND_DISPLAY");
+  return display != nullptr && *display != '\0';
+}
+
+constexpr auto noWayland =
+    "this Wayland desktop does not let other programs see or switch its virtual desktops; Tallowin needs an X11 one";
+
+HostResult makeAutomaticHost(const CommandLine& line) {
+  if (X11Desktop::windowManagerPresent()) {
+    return makeX11Host(line);
+  }
+  if (isWayland()) {
+    if (line.mode == Mode::resident) {
+      return std::unexpected(HostError{noWayland, exit_status::unavailable});
+    }
+    std::cerr << "tallowin: " << noWayland << '\n';
+  }
+  return makeNoneHost(line);
+}
+
+/// Settings are the machine's, whatever its desktop; only a simulation in virtual time has its own.
+bool needsNoDesktop(const CommandLine& line) {
+  return isSettingsMode(line.mode) && !line.simulate;
+}
+
+}  // namespace
+
+bool runsLoop(Mode mode) {
+  return mode == Mode::resident || mode == Mode::switchSpace || mode == Mode::capture;
+}
+
+HostResult makeHost(const CommandLine& line) {
+  if (needsNoDesktop(line)) {
+    return makeNoneHost(line);
+  }
+  switch (line.platform) {
+    case PlatformChoice::automatic:
+      return makeAutomaticHost(line);
+    case PlatformChoice::x11:
+      return makeX11Host(line);
+    case PlatformChoice::simulated:
+      return makeSimulatedHost(line);
+    case PlatformChoice::none:
+      return makeNoneHost(line);
+  }
+  return makeNoneHost(line);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,47 @@
+#include "app/main/machine.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <cstdlib>
+
+#include "base/standard_folders.h"
+
+namespace tallowin {
+
+namespace {
+
+// Linux desktops keep no preferences for all programs under the names that are asked for here.
+std::optional<PropertyList> noGlobalPreference(std::string_view /*key*/) {
+  return std::nullopt;
+}
+
+}  // namespace
+
+Folders machineFolders(const std::optional<std::filesystem::path>& home) {
+  if (home) {
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(*home, error);
+    return foldersBelow(error ? *home : absolute);
+  }
+  auto folders = standardFolders(QDir::homePath().toStdString(), [](const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+  });
+  folders.documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+  return folders;
+}
+
+Machine::Machine(const std::optional<std::filesystem::path>& home, bool verbose)
+    : log(verbose),
+      folders(machineFolders(home)),
+      preferences({files, mainQueue, clock, log}, preferencesFile(folders), noGlobalPreference) {}
+
+void Machine::stopOnSignals() {
+  signals_ = onTerminationSignal(descriptors, [this](int signal) {
+    constexpr int signalled = 128;  // as shells report it
+    mainQueue.stop(signalled + signal);
+    signals_.cancel();
+  });
+}
+
+}  // namespace tallowin

@@ -1,0 +1,85 @@
+#include <QCoreApplication>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iostream>
+#include <unistd.h>
+#include <vector>
+
+#include "app/command_line.h"
+#include "app/exit_status.h"
+#include "app/main/host.h"
+#include "app/program.h"
+#include "platform/qt/lazy_images.h"
+#include "platform/qt/qt_messages.h"
+
+namespace {
+
+using tallowin::CommandLine;
+using tallowin::Mode;
+
+int fail(const std::string& message, int status) {
+  std::cerr << "tallowin: " << message << '\n';
+  return status;
+}
+
+/// A simulated desktop draws its windows with their titles, for which Qt wants a GUI application, though not a screen.
+std::unique_ptr<QCoreApplication> makeApplication(const CommandLine& line, int& argc, char** argv) {
+  if (line.platform == tallowin::PlatformChoice::simulated && line.mode == Mode::capture) {
+    if (const auto* pictures = tallowin::loadPicturesModule()) {
+      return std::unique_ptr<QCoreApplication>(pictures->makeApplication(argc, argv));
+    }
+  }
+  return std::make_unique<QCoreApplication>(argc, argv);
+}
+
+int run(const CommandLine& line) {
+  auto host = tallowin::makeHost(line);
+  if (!host) {
+    return fail(host.error().message, host.error().exitStatus);
+  }
+  (*host)->begin();
+  return (*host)->end(tallowin::runProgram(line, (*host)->platform(), std::cout, std::cerr));
+}
+
+/// Files and sockets that are opened must not become standard input, output or error because nobody gave us one.
+void openStandardDescriptors() {
+  int opened = 0;
+  while (opened >= 0 && opened <= STDERR_FILENO) {
+    opened = ::open("/dev/null", O_RDWR);
+  }
+  ::close(opened);
+}
+
+/// The status, unless what was printed did not arrive.
+int checkedOutput(int status) {
+  std::cout.flush();
+  return std::cout.good() ? status : fail("the output could not be written", tallowin::exit_status::outputFailed);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  openStandardDescriptors();
+  // A reader or an X server that goes away is seen as a failed write.
+  std::signal(SIGPIPE, SIG_IGN);
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  const char* platform = std::getenv("TALLOWIN_PLATFORM");
+  const auto line =
+      tallowin::parseCommandLine(arguments, platform != nullptr ? std::optional<std::string>(platform) : std::nullopt);
+  if (!line) {
+    return fail(line.error(), tallowin::exit_status::usage);
+  }
+  if (line->mode == Mode::help) {
+    std::cout << tallowin::helpText();
+    return checkedOutput(tallowin::exit_status::success);
+  }
+  if (line->mode == Mode::version) {
+    std::cout << "tallowin " TALLOWIN_VERSION "\n";
+    return checkedOutput(tallowin::exit_status::success);
+  }
+  tallowin::sendQtMessagesToLog();
+  int qtArgc = 1;  // Qt has options of its own, which are none of this program's
+  const auto application = makeApplication(*line, qtArgc, argv);
+  return checkedOutput(run(*line));
+}

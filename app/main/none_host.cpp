@@ -1,0 +1,66 @@
+#include "app/main/host.h"
+#include "app/main/machine.h"
+#include "core/cgs_bridge.h"
+#include "platform/none/neutral.h"
+#include "platform/none/no_core_foundation.h"
+#include "platform/qt/system_loader.h"
+
+namespace tallowin {
+
+namespace {
+
+class NoneHost : public Host {
+ public:
+  explicit NoneHost(const CommandLine& line) : line_(line), machine_(line.home, line.verbose) {}
+
+  void begin() override {
+    if (runsLoop(line_.mode)) {
+      machine_.stopOnSignals();
+    }
+  }
+
+  Platform platform() override {
+    return {.windowServer = bridge_,
+            .accessibility = accessibility_,
+            .events = events_,
+            .displays = displays_,
+            .windowList = windowList_,
+            .workspace = workspace_,
+            .workspaceNotifications = notifications_,
+            .defaultNotifications = notifications_,
+            .screenCapture = screenCapture_,
+            .images = machine_.images,
+            .preferences = machine_.preferences,
+            .files = machine_.files,
+            .folders = machine_.folders,
+            .processes = machine_.processes,
+            .system = machine_.system,
+            .mainQueue = machine_.mainQueue,
+            .workQueues = machine_.workQueues,
+            .runLoop = machine_.mainQueue,
+            .clock = machine_.clock,
+            .log = machine_.log};
+  }
+
+ private:
+  const CommandLine line_;
+  Machine machine_;
+  SystemLoader loader_;
+  NoCoreFoundation coreFoundation_;
+  CGSBridge bridge_{loader_, coreFoundation_};
+  NeutralAccessibility accessibility_;
+  NeutralEvents events_;
+  NeutralDisplays displays_;
+  NeutralWindowList windowList_;
+  NeutralWorkspace workspace_;
+  NeutralNotificationCenter notifications_;
+  NeutralScreenCapture screenCapture_;
+};
+
+}  // namespace
+
+HostResult makeNoneHost(const CommandLine& line) {
+  return std::make_unique<NoneHost>(line);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,249 @@
+#include <QFile>
+#include <fstream>
+#include <iostream>
+
+#include "app/end_state.h"
+#include "app/exit_status.h"
+#include "app/main/host.h"
+#include "app/main/machine.h"
+#include "base/standard_folders.h"
+#include "core/cgs_bridge.h"
+#include "core/space_provider.h"
+#include "platform/simulated/journal.h"
+#include "platform/simulated/main_thread_work_queues.h"
+#include "platform/simulated/simulated_desktop.h"
+#include "platform/simulated/simulated_parts.h"
+#include "platform/simulated/virtual_time.h"
+
+namespace tallowin {
+
+namespace {
+
+using ScenarioResult = std::expected<Scenario, HostError>;
+
+ScenarioResult readScenario(const std::optional<std::filesystem::path>& path) {
+  if (!path) {
+    return *Scenario::parse("{}");
+  }
+  QFile file(QString::fromStdString(path->string()));
+  if (!file.open(QIODevice::ReadOnly)) {
+    return std::unexpected(
+        HostError{"cannot read " + path->string() + ": " + file.errorString().toStdString(), exit_status::noInput});
+  }
+  constexpr qint64 largestScenario = 64 << 20;
+  const auto bytes = file.read(largestScenario + 1);
+  if (file.error() != QFileDevice::NoError || bytes.size() > largestScenario) {
+    const auto why =
+        bytes.size() > largestScenario ? "it is too large for a scenario" : file.errorString().toStdString();
+    return std::unexpected(HostError{"cannot read " + path->string() + ": " + why, exit_status::noInput});
+  }
+  auto scenario = Scenario::parse(bytes.toStdString());
+  if (!scenario) {
+    return std::unexpected(HostError{path->string() + ": " + scenario.error(), exit_status::badData});
+  }
+  return *std::move(scenario);
+}
+
+/// Where the lines of the journal go.
+class JournalFile {
+ public:
+  /// To `path`; without one to standard output if `byDefault`, else nowhere. False when the file cannot be written.
+  bool open(const std::optional<std::filesystem::path>& path, bool byDefault) {
+    toStandardOutput_ = !path && byDefault;
+    if (path) {
+      file_.open(*path);
+    }
+    return !path || file_.is_open();
+  }
+
+  void write(std::string_view line) {
+    if (file_.is_open()) {
+      file_ << line << '\n';
+    } else if (toStandardOutput_) {
+      std::cout << line << '\n';
+    }
+  }
+
+  /// Whether everything was written.
+  [[nodiscard]] bool close() {
+    file_.flush();
+    std::cout.flush();
+    return file_.good() && (!toStandardOutput_ || std::cout.good());
+  }
+
+ private:
+  bool toStandardOutput_ = false;
+  std::ofstream file_;
+};
+
+/// The simulated desktop, with the window server's functions found by name as on the real one.
+class SimulatedHost : public Host {
+ public:
+  explicit SimulatedHost(Scenario scenario) : scenario_(std::move(scenario)) {}
+
+ protected:
+  [[nodiscard]] const Scenario& scenario() const { return scenario_; }
+
+  void make(MainQueue& queue, SimulatedClock& clock, RunLoop& runLoop, Journal& journal, Images& images) {
+    desktop_ = std::make_unique<SimulatedDesktop>(scenario_, queue, clock, images, journal);
+    desktop_->onQuit = [&runLoop] { runLoop.stop(exit_status::success); };
+    bridge_ = std::make_unique<CGSBridge>(desktop_->loader(), desktop_->coreFoundation());
+  }
+
+  [[nodiscard]] SimulatedDesktop& desktop() { return *desktop_; }
+  [[nodiscard]] WindowServer& bridge() { return *bridge_; }
+
+ private:
+  const Scenario scenario_;
+  std::unique_ptr<SimulatedDesktop> desktop_;
+  std::unique_ptr<CGSBridge> bridge_;
+};
+
+class VirtualTimeHost : public SimulatedHost {
+ public:
+  VirtualTimeHost(const CommandLine& line, Scenario scenario)
+      : SimulatedHost(std::move(scenario)), verbose_(line.verbose), time_(this->scenario().clock) {
+    time_.endAt(this->scenario().end);
+    make(time_, time_, time_, journal_, images_);
+    const auto preferences = preferencesFile(desktop().folders());
+    desktop().usePreferencesFile(preferences);
+    preferences_ = std::make_unique<FilePreferences>(
+        FilePreferences::Services{desktop().files(), time_, time_, desktop().log()}, preferences,
+        [this](std::string_view key) { return desktop().globalPreference(key); });
+  }
+
+  [[nodiscard]] bool openJournal(const CommandLine& line) {
+    return file_.open(line.journal, line.mode == Mode::resident);
+  }
+
+  Platform platform() override {
+    auto& simulated = desktop();
+    return {.windowServer = bridge(),
+            .accessibility = simulated.accessibility(),
+            .events = simulated.events(),
+            .displays = simulated.displays(),
+            .windowList = simulated.windowList(),
+            .workspace = simulated.workspace(),
+            .workspaceNotifications = simulated.workspaceNotifications(),
+            .defaultNotifications = simulated.defaultNotifications(),
+            .screenCapture = simulated.screenCapture(),
+            .images = images_,
+            .preferences = *preferences_,
+            .files = simulated.files(),
+            .folders = simulated.folders(),
+            .processes = simulated.processes(),
+            .system = simulated.system(),
+            .mainQueue = time_,
+            .workQueues = time_,
+            .runLoop = time_,
+            .clock = time_,
+            .log = simulated.log()};
+  }
+
+  void begin() override { desktop().start(); }
+
+  int end(int status) override {
+    const auto list = bridge().CGSBridgeCopyManagedDisplaySpaces().value_or(nullptr);
+    const auto menuBarDisplay = bridge().CGSBridgeCopyActiveMenuBarDisplayIdentifier().value_or("Main");
+    auto state = endState(SpaceProvider::readDisplays(list, menuBarDisplay), *preferences_);
+    state["files"] = desktop().parts().files.contents();
+    state["status"] = status;
+    journal_.record("end", state);
+    if (!file_.close()) {
+      std::cerr << "tallowin: the journal could not be written completely\n";
+      return exit_status::outputFailed;
+    }
+    return status;
+  }
+
+ private:
+  const bool verbose_;
+  VirtualTime time_;
+  JournalFile file_;
+  Journal journal_{time_, [this](std::string_view line) {
+                     file_.write(line);
+                     if (verbose_) {
+                       std::cerr << line << '\n';
+                     }
+                   }};
+  SystemLog machineLog_{verbose_};
+  LazyImages images_{machineLog_};
+  std::unique_ptr<FilePreferences> preferences_;
+};
+
+/// The simulated window server, with the machine's own time, files and log.
+class RealTimeHost : public SimulatedHost {
+ public:
+  RealTimeHost(const CommandLine& line, Scenario scenario)
+      : SimulatedHost(std::move(scenario)),
+        line_(line),
+        machine_(line.home, line.verbose),
+        clock_(this->scenario().clock) {
+    make(machine_.mainQueue, clock_, machine_.mainQueue, journal_, machine_.images);
+    preferences_ = std::make_unique<FilePreferences>(
+        FilePreferences::Services{machine_.files, machine_.mainQueue, machine_.clock, machine_.log},
+        preferencesFile(machine_.folders), [this](std::string_view key) { return desktop().globalPreference(key); });
+    if (!this->scenario().preferences.empty() || !this->scenario().files.empty()) {
+      std::cerr << "tallowin: the scenario's preferences and files count only with --simulate\n";
+    }
+  }
+
+  Platform platform() override {
+    auto& simulated = desktop();
+    return {.windowServer = bridge(),
+            .accessibility = simulated.accessibility(),
+            .events = simulated.events(),
+            .displays = simulated.displays(),
+            .windowList = simulated.windowList(),
+            .workspace = simulated.workspace(),
+            .workspaceNotifications = simulated.workspaceNotifications(),
+            .defaultNotifications = simulated.defaultNotifications(),
+            .screenCapture = simulated.screenCapture(),
+            .images = machine_.images,
+            .preferences = *preferences_,
+            .files = machine_.files,
+            .folders = machine_.folders,
+            .processes = simulated.processes(),
+            .system = simulated.system(),
+            .mainQueue = machine_.mainQueue,
+            .workQueues = workQueues_,
+            .runLoop = machine_.mainQueue,
+            .clock = machine_.clock,
+            .log = machine_.log};
+  }
+
+  void begin() override {
+    if (runsLoop(line_.mode)) {
+      machine_.stopOnSignals();
+    }
+    desktop().start();
+  }
+
+ private:
+  const CommandLine line_;
+  Machine machine_;
+  std::unique_ptr<FilePreferences> preferences_;
+  RealTimeSimulatedClock clock_;
+  MainThreadWorkQueues workQueues_{machine_.mainQueue};  // the simulated services belong to one thread
+  // What is done to the desktop is worth a line of the log to those who want to see it.
+  Journal journal_{clock_, [this](std::string_view line) { machine_.log.info("Simulation", line); }};
+};
+
+}  // namespace
+
+HostResult makeSimulatedHost(const CommandLine& line) {
+  auto scenario = readScenario(line.simulate ? line.simulate : line.scenario);
+  if (!scenario) {
+    return std::unexpected(scenario.error());
+  }
+  if (!line.simulate) {
+    return std::make_unique<RealTimeHost>(line, *std::move(scenario));
+  }
+  auto host = std::make_unique<VirtualTimeHost>(line, *std::move(scenario));
+  if (!host->openJournal(line)) {
+    return std::unexpected(HostError{"cannot write " + line.journal->string(), exit_status::cannotCreate});
+  }
+  return host;
+}
+
+}  // namespace tallowin

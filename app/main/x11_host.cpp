@@ -1,0 +1,81 @@
+#include <iostream>
+
+#include "app/exit_status.h"
+#include "app/main/host.h"
+#include "app/main/machine.h"
+#include "platform/none/neutral.h"
+#include "platform/x11/x11_desktop.h"
+
+namespace tallowin {
+
+namespace {
+
+class X11Host : public Host {
+ public:
+  explicit X11Host(const CommandLine& line) : line_(line), machine_(line.home, line.verbose) {}
+
+  /// An empty text when connected, else why not.
+  std::string connect() {
+    auto connected = X11Desktop::connect(machine_.mainQueue, machine_.clock, machine_.log, machine_.descriptors,
+                                         [this] { connectionLost(); });
+    if (!connected) {
+      return connected.error();
+    }
+    desktop_ = *std::move(connected);
+    return "";
+  }
+
+  void begin() override {
+    if (runsLoop(line_.mode)) {
+      machine_.stopOnSignals();
+    }
+  }
+
+  Platform platform() override {
+    return {.windowServer = desktop_->windowServer(),
+            .accessibility = desktop_->accessibility(),
+            .events = desktop_->events(),
+            .displays = desktop_->displays(),
+            .windowList = windowList_,
+            .workspace = workspace_,
+            .workspaceNotifications = desktop_->workspaceNotifications(),
+            .defaultNotifications = desktop_->defaultNotifications(),
+            .screenCapture = desktop_->screenCapture(),
+            .images = machine_.images,
+            .preferences = machine_.preferences,
+            .files = machine_.files,
+            .folders = machine_.folders,
+            .processes = machine_.processes,
+            .system = machine_.system,
+            .mainQueue = machine_.mainQueue,
+            .workQueues = machine_.workQueues,
+            .runLoop = machine_.mainQueue,
+            .clock = machine_.clock,
+            .log = machine_.log};
+  }
+
+ private:
+  void connectionLost() {
+    std::cerr << "tallowin: the X server has gone away\n";
+    machine_.log.error("X11Desktop", "the X server has gone away");
+    machine_.mainQueue.stop(exit_status::unavailable);
+  }
+
+  const CommandLine line_;
+  Machine machine_;
+  NeutralWindowList windowList_;
+  NeutralWorkspace workspace_;
+  std::unique_ptr<X11Desktop> desktop_;
+};
+
+}  // namespace
+
+HostResult makeX11Host(const CommandLine& line) {
+  auto host = std::make_unique<X11Host>(line);
+  if (const auto fault = host->connect(); !fault.empty()) {
+    return std::unexpected(HostError{fault, exit_status::unavailable});
+  }
+  return host;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+
+#include "platform/files.h"
+#include "platform/main_queue.h"
+
+namespace tallowin {
+
+/// Watches one file that the system replaces whenever it saves it, and that need not exist yet. Main thread only.
+class ReplacedFileWatch {
+ public:
+  /// `onChange` runs on the main thread after every write, deletion or replacement.
+  ReplacedFileWatch(Files& files, MainQueue& mainQueue, std::filesystem::path file, std::function<void()> onChange);
+
+  void start() { watch(); }
+
+ private:
+  void watch();
+  void changed(const FileEvents& events);
+
+  Files& files_;
+  MainQueue& mainQueue_;
+  const std::filesystem::path file_;
+  const std::function<void()> onChange_;
+
+  Subscription source_;
+  WorkItem again_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <expected>
+#include <optional>
+#include <string>
+
+#include "base/url.h"
+#include "commands/space_command.h"
+
+namespace tallowin {
+
+/// A query that names a key twice. Deliberately strict: whoever performs URLs ends the process on it.
+struct DoubledQueryKey {
+  std::string key;
+  bool operator==(const DoubledQueryKey&) const = default;
+
+  /// One line for the log and standard error.
+  [[nodiscard]] std::string message() const { return "a URL names the query key \"" + key + "\" twice"; }
+};
+
+/// The command that a URL of the form "tallowin://HOST[/PATH...][?QUERY]" stands for; nothing for any other URL and for
+/// a host that is not understood. Pure; never looks at the Spaces.
+[[nodiscard]] std::expected<std::optional<SpaceCommand>, DoubledQueryKey> commandFromURL(const URL& url);
+
+}  // namespace tallowin

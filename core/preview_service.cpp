@@ -1,0 +1,51 @@
+#include "core/preview_service.h"
+
+#include <algorithm>
+
+#include "core/display_lookup.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr int previewWidth = 640;
+constexpr int previewQuality = 80;
+
+}  // namespace
+
+std::filesystem::path PreviewService::imageFile(const Space& space) const {
+  // An id is whatever the window server says, and must not lead out of the folder.
+  auto name = space.id;
+  std::ranges::replace(name, '/', '-');
+  return services_.paths.thumbnailsDirectory() / (name + ".jpg");
+}
+
+void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot,
+                                         std::function<void(const std::set<std::string>&)> captured) {
+  work_ = services_.mainQueue.after(Duration::zero(),
+                                    [this, spaces = snapshot.activeSpaces(), captured = std::move(captured)] {
+                                      std::set<std::string> written;
+                                      for (const auto& space : spaces) {
+                                        if (capture(space)) {
+                                          written.insert(space.id);
+                                        }
+                                      }
+                                      captured(written);
+                                    });
+}
+
+bool PreviewService::capture(const Space& space) {
+  const auto display = displayWithIdentifier(services_.displays, space.displayID);
+  const auto image = services_.screenCapture.captureDisplay(display);
+  if (!image || image->width <= 0) {
+    return false;
+  }
+  const int width = std::min(previewWidth, image->width);
+  const int height = std::max(1, static_cast<int>(static_cast<std::int64_t>(image->height) * width / image->width));
+  const auto preview = services_.images.scaled(*image, width, height);
+  return preview &&
+         services_.files.writeAtomically(imageFile(space), services_.images.encodeJPEG(*preview, previewQuality), 0600)
+             .has_value();
+}
+
+}  // namespace tallowin

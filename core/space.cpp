@@ -1,0 +1,100 @@
+#include "core/space.h"
+
+#include <algorithm>
+
+namespace tallowin {
+
+namespace {
+
+template <typename Range, typename Predicate>
+auto firstOf(const Range& range, Predicate predicate) -> std::optional<typename Range::value_type> {
+  const auto found = std::ranges::find_if(range, predicate);
+  return found != range.end() ? std::optional(*found) : std::nullopt;
+}
+
+/// Hashes of members in order, each mixed into the ones before it.
+template <typename... Members>
+std::size_t combined(const Members&... members) {
+  constexpr std::size_t goldenRatio = 0x9e3779b97f4a7c15;  // 2^64 divided by the golden ratio spreads small values
+  std::size_t result = 0;
+  ((result ^= std::hash<Members>{}(members) + goldenRatio + (result << 6) + (result >> 2)), ...);
+  return result;
+}
+
+template <typename Element>
+std::size_t hashOfAll(const std::vector<Element>& elements) {
+  std::size_t result = elements.size();
+  for (const auto& element : elements) {
+    result = combined(result, element);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::optional<Space> DisplaySpaces::activeSpace() const {
+  return activeSpaceID ? firstOf(spaces, [this](const Space& space) { return space.id == *activeSpaceID; })
+                       : std::nullopt;
+}
+
+SpaceSnapshot SpaceSnapshot::empty() {
+  return {{}, Date::min()};
+}
+
+std::vector<Space> SpaceSnapshot::allSpaces() const {
+  std::vector<Space> all;
+  for (const auto& display : displays) {
+    all.insert(all.end(), display.spaces.begin(), display.spaces.end());
+  }
+  return all;
+}
+
+std::vector<Space> SpaceSnapshot::activeSpaces() const {
+  std::vector<Space> active;
+  for (const auto& display : displays) {
+    if (auto space = display.activeSpace()) {
+      active.push_back(*std::move(space));
+    }
+  }
+  return active;
+}
+
+std::optional<Space> SpaceSnapshot::activeSpace() const {
+  const auto display = menuBarDisplay();
+  return display ? display->activeSpace() : std::nullopt;
+}
+
+std::optional<Space> SpaceSnapshot::desktop(std::int64_t number) const {
+  return firstOf(allSpaces(), [number](const Space& space) { return space.desktopNumber == number; });
+}
+
+std::optional<Space> SpaceSnapshot::space(std::string_view id) const {
+  return firstOf(allSpaces(), [id](const Space& space) { return space.id == id; });
+}
+
+std::optional<DisplaySpaces> SpaceSnapshot::menuBarDisplay() const {
+  if (auto found = firstOf(displays, [](const DisplaySpaces& display) { return display.isMenuBarDisplay; })) {
+    return found;
+  }
+  return displays.empty() ? std::nullopt : std::optional(displays.front());
+}
+
+std::optional<DisplaySpaces> SpaceSnapshot::display(const Space& space) const {
+  return firstOf(displays, [&space](const DisplaySpaces& display) { return display.id == space.displayID; });
+}
+
+}  // namespace tallowin
+
+std::size_t std::hash<tallowin::Space>::operator()(const tallowin::Space& space) const noexcept {
+  return tallowin::combined(space.id, space.managedID, space.displayID, space.desktopNumber, space.indexOnDisplay,
+                            space.isFullscreen, space.fullscreenPID, space.isActive);
+}
+
+std::size_t std::hash<tallowin::DisplaySpaces>::operator()(const tallowin::DisplaySpaces& display) const noexcept {
+  return tallowin::combined(display.id, tallowin::hashOfAll(display.spaces), display.activeSpaceID,
+                            display.isMenuBarDisplay);
+}
+
+std::size_t std::hash<tallowin::SpaceSnapshot>::operator()(const tallowin::SpaceSnapshot& snapshot) const noexcept {
+  return tallowin::combined(tallowin::hashOfAll(snapshot.displays), snapshot.timestamp.time_since_epoch().count());
+}

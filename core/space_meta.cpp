@@ -1,0 +1,79 @@
+#include "core/space_meta.h"
+
+#include "base/record_reader.h"
+
+namespace tallowin {
+
+namespace {
+
+struct TextMember {
+  const char* key;
+  std::optional<std::string> SpaceMeta::* member;
+};
+
+constexpr TextMember textMembers[] = {
+    {"name", &SpaceMeta::name}, {"symbol", &SpaceMeta::symbol},     {"colorHex", &SpaceMeta::colorHex},
+    {"note", &SpaceMeta::note}, {"iconFile", &SpaceMeta::iconFile}, {"group", &SpaceMeta::group},
+};
+constexpr auto automationKey = "automation";
+
+PropertyList metaToJson(const SpaceMeta& meta) {
+  auto json = meta.others;
+  for (const auto& [key, member] : textMembers) {
+    if (const auto& value = meta.*member) {
+      json[key] = *value;
+    }
+  }
+  if (meta.automation) {
+    json[automationKey] = toJson(*meta.automation);
+  }
+  return json;
+}
+
+std::optional<SpaceMeta> metaFromJson(const PropertyList& json) {
+  RecordReader reader(json);
+  if (!reader.good()) {
+    return std::nullopt;
+  }
+  SpaceMeta meta;
+  meta.others = json;
+  for (const auto& [key, member] : textMembers) {
+    meta.*member = reader.text(key);
+    meta.others.erase(key);
+  }
+  if (const auto* automation = reader.member(automationKey)) {
+    meta.automation = automationFromJson(*automation);
+    if (!meta.automation) {
+      reader.fail();
+    }
+  }
+  meta.others.erase(automationKey);
+  return reader.good() ? std::optional(std::move(meta)) : std::nullopt;
+}
+
+}  // namespace
+
+PropertyList toJson(const SpaceMetas& metas) {
+  auto json = PropertyList::object();
+  for (const auto& [key, meta] : metas) {
+    json[key] = metaToJson(meta);
+  }
+  return json;
+}
+
+std::optional<SpaceMetas> metasFromJson(const PropertyList& json) {
+  if (!json.is_object()) {
+    return std::nullopt;
+  }
+  SpaceMetas metas;
+  for (const auto& [key, value] : json.items()) {
+    auto meta = metaFromJson(value);
+    if (!meta) {
+      return std::nullopt;
+    }
+    metas.emplace_hint(metas.end(), key, *std::move(meta));
+  }
+  return metas;
+}
+
+}  // namespace tallowin

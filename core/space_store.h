@@ -1,0 +1,110 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "base/app_paths.h"
+#include "base/broadcaster.h"
+#include "base/settings.h"
+#include "core/space.h"
+#include "core/space_meta.h"
+#include "platform/images.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// Owns what the user has said about the Spaces, and is the only one to name a Space. Every change is told and saved
+/// 0.3 s after the last one. Main thread only.
+class SpaceStore {
+ public:
+  struct Services {
+    Files& files;
+    Images& images;
+    Workspace& workspace;
+    MainQueue& mainQueue;
+    const Clock& clock;
+    Log& log;
+    const Settings& settings;
+    const AppPaths& paths;
+  };
+
+  /// Reads the file. One that is missing gives an empty store; so does one that cannot be understood, which is kept
+  /// aside first. One that cannot be read, or not be kept aside, is never replaced.
+  SpaceStore(Services services, std::filesystem::path file);
+
+  /// Supplies names for ordinary Spaces without one, while the setting "autoNameSpaces" is on.
+  std::function<std::optional<std::string>(const Space&)> autoNameProvider;
+
+  /// Calls `observer` before every change of the records.
+  Subscription observeWillChange(std::function<void()> observer) { return willChange_.subscribe(std::move(observer)); }
+
+  [[nodiscard]] const SpaceMetas& metas() const { return metas_; }
+  /// The record with this key, or an empty one.
+  [[nodiscard]] SpaceMeta meta(const std::string& id) const;
+
+  /// Setters by Space id. An empty name, note or group clears it; symbol and colour are stored as given, and cleared by
+  /// nothing; an automation that equals the empty one clears it.
+  void setName(const std::string& name, const std::string& id);
+  void setSymbol(std::optional<std::string> symbol, const std::string& id);
+  void setColor(std::optional<std::string> colorHex, const std::string& id);
+  void setNote(const std::string& note, const std::string& id);
+  void setGroup(const std::string& group, const std::string& id);
+  void setAutomation(const SpaceAutomation& automation, const std::string& id);
+  /// Takes the image file as the Space's icon, scaled to 128 × 128 points; nothing, or a file that is no picture,
+  /// leaves the Space without one.
+  void setCustomIcon(const std::optional<std::filesystem::path>& image, const std::string& id);
+
+  /// Replaces all records.
+  void replaceAll(SpaceMetas metas);
+
+  /// Puts a name at the head of the recent names, which hold at most 20, none twice ignoring case.
+  void remember(const std::string& name);
+
+  /// The icon's picture; nothing when there is none or it cannot be read.
+  [[nodiscard]] std::optional<Image> customIcon(const Space& space);
+  /// What everybody calls the Space.
+  [[nodiscard]] std::string displayName(const Space& space) const;
+  [[nodiscard]] bool hasCustomName(const Space& space) const;
+  /// The name of the system symbol image that stands for it.
+  [[nodiscard]] std::string symbol(const Space& space) const;
+
+  /// Drops the records of Spaces that are not among `existing`. Those of Spaces without UUID and of full-screen
+  /// applications stay.
+  void prune(const std::set<std::string>& existing);
+
+  /// Notes which full-screen Spaces belong to which application, from the Spaces of a new snapshot.
+  void noteFullscreenKeys(const std::vector<Space>& spaces);
+  /// Gives each full-screen Space without a record the one that its application's last full-screen Space had.
+  void adoptFullscreenMemory(const std::vector<Space>& spaces);
+
+ private:
+  using Change = std::function<void(SpaceMeta&)>;
+
+  void load();
+  void keepFileAside(const std::string& why);
+  void update(const std::string& id, const Change& change);
+  void put(const std::string& key, const SpaceMeta& meta);
+  void scheduleSave();
+  void save();
+  [[nodiscard]] std::optional<std::string> writeIcon(const std::filesystem::path& image, const std::string& id);
+  [[nodiscard]] std::filesystem::path iconPath(const std::string& fileName) const;
+  [[nodiscard]] std::optional<RunningApplication> fullscreenOwner(const Space& space) const;
+
+  const Services services_;
+  const std::filesystem::path file_;
+
+  SpaceMetas metas_;
+  Broadcaster<> willChange_;
+  std::map<std::string, std::string> fullscreenKeyByID_;  ///< for the full-screen Spaces of the last snapshot
+  std::map<std::string, Image> iconCache_;                ///< by Space id
+  WorkItem saveWork_;
+  bool replaceable_ = true;  ///< what stands in the file is known or kept aside, or there is no file
+};
+
+}  // namespace tallowin

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "base/published.h"
+#include "base/replaced_file_watch.h"
+#include "core/space_provider.h"
+#include "platform/folders.h"
+#include "platform/notification_center.h"
+
+namespace tallowin {
+
+/// Keeps the current snapshot of the Spaces up to date and tells when it, or the active Space of the menu-bar display,
+/// has changed. Everything that may signal a change leads to one refresh, 40 ms after the last signal. Main thread
+/// only.
+class SpaceWatcher {
+ public:
+  struct Services {
+    const SpaceProvider& provider;
+    WindowServer& windowServer;
+    NotificationCenter& workspaceNotifications;
+    NotificationCenter& defaultNotifications;
+    Files& files;
+    const Folders& folders;
+    MainQueue& mainQueue;
+    Log& log;
+  };
+
+  explicit SpaceWatcher(Services services);
+  SpaceWatcher(const SpaceWatcher&) = delete;
+  SpaceWatcher& operator=(const SpaceWatcher&) = delete;
+
+  /// Told of every snapshot whose displays differ from the one before, after it has been published.
+  std::function<void(const SpaceSnapshot&)> onSnapshot;
+  /// Told then of a new active Space of the menu-bar display, with the one before (nothing at the first).
+  std::function<void(const std::optional<Space>& from, const Space& to)> onActiveSpaceChange;
+
+  /// Starts watching and refreshes at once. Later calls do nothing.
+  void start();
+
+  /// Refreshes 40 ms from now, in place of a refresh that is pending. The reason is for people who debug.
+  void requestRefresh(std::string_view reason);
+
+  /// Takes a snapshot now. When none can be had the old one stays.
+  void refresh();
+
+  /// The latest snapshot; SpaceSnapshot::empty() before the first. Observers are told before every change.
+  [[nodiscard]] Published<SpaceSnapshot>& snapshot() { return snapshot_; }
+
+ private:
+  void observeWindowServer();
+  void observeNotifications();
+  void reportActiveSpace(const std::optional<Space>& before, const SpaceSnapshot& now);
+
+  const Services services_;
+  Published<SpaceSnapshot> snapshot_{SpaceSnapshot::empty()};
+  ReplacedFileWatch plistSource_;
+  std::vector<Subscription> observers_;
+  WorkItem pendingRefresh_;
+  bool started_ = false;
+  // Shared with calls on their way from the window server's threads, which look whether the watcher still exists.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace tallowin

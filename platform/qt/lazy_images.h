@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/images.h"
+#include "platform/log.h"
+#include "platform/pictures/pictures_module.h"
+
+namespace tallowin {
+
+/// The pictures module, from the folder of the running program; null when it is not there. Loaded at the first call.
+/// Main thread only.
+[[nodiscard]] const PicturesModule* loadPicturesModule();
+
+/// Pictures by the pictures module, which is loaded when the first one is asked for. Without it there are no pictures,
+/// which is said once, in the log. Main thread only.
+class LazyImages : public Images {
+ public:
+  explicit LazyImages(Log& log) : log_(log) {}
+
+  std::optional<Image> decode(std::string_view bytes) override;
+  std::optional<Image> scaled(const Image& image, int width, int height) override;
+  std::string encodePNG(const Image& image) override;
+  std::string encodeJPEG(const Image& image, int quality) override;
+  std::optional<Image> sketch(int width, int height, const std::vector<SketchBox>& boxes) override;
+
+ private:
+  [[nodiscard]] Images* images();
+
+  Log& log_;
+  bool looked_ = false;
+  std::unique_ptr<Images> images_;
+};
+
+}  // namespace tallowin

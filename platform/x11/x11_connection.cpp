@@ -1,0 +1,111 @@
+#include "platform/x11/x11_connection.h"
+
+#include <cstring>
+#include <xcb/randr.h>
+#include <xcb/xtest.h>
+
+namespace tallowin {
+
+namespace {
+
+constexpr std::uint32_t pagerSource = 2;                  // EWMH, source indication: a direct action of the user
+constexpr std::uint32_t longestProperty = 64 * 1024 / 4;  // GetProperty counts in units of four bytes
+
+const xcb_screen_t* findScreen(xcb_connection_t* connection, int number) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  for (; screens.rem > 0 && number > 0; --number) {
+    xcb_screen_next(&screens);
+  }
+  return screens.rem > 0 ? screens.data : nullptr;
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<X11Connection>, std::string> X11Connection::open() {
+  const char* name = std::getenv("DISPLAY");
+  if (name == nullptr || *name == '\0') {
+    return std::unexpected("cannot reach an X server: DISPLAY is not set");
+  }
+  const auto failure = std::unexpected("cannot reach the X server \"" + std::string(name) + "\" that DISPLAY names");
+  int screenNumber = 0;
+  xcb_connection_t* connection = xcb_connect(nullptr, &screenNumber);
+  const auto* screen = xcb_connection_has_error(connection) == 0 ? findScreen(connection, screenNumber) : nullptr;
+  if (screen == nullptr) {
+    xcb_disconnect(connection);
+    return failure;
+  }
+  std::unique_ptr<X11Connection> opened(new X11Connection(connection, screen));
+  if (!opened->alive()) {
+    return failure;
+  }
+  return opened;
+}
+
+X11Connection::X11Connection(xcb_connection_t* connection, const xcb_screen_t* screen)
+    : connection_(connection), screen_(screen) {
+  xcb_prefetch_extension_data(connection_, &xcb_randr_id);
+  xcb_prefetch_extension_data(connection_, &xcb_test_id);
+  std::array<xcb_intern_atom_cookie_t, x11AtomNames.size()> cookies{};
+  for (std::size_t i = 0; i < cookies.size(); ++i) {
+    const auto name = x11AtomNames.at(i);
+    cookies.at(i) = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
+  }
+  for (std::size_t i = 0; i < cookies.size(); ++i) {
+    const auto answer = reply(xcb_intern_atom_reply, cookies.at(i));
+    atoms_.at(i) = answer ? answer->atom : xcb_atom_t{XCB_ATOM_NONE};
+  }
+}
+
+X11Connection::~X11Connection() {
+  // A round trip, so that the server has done what was asked: when a connection closes while events are unread, the
+  // kernel drops what is still on its way to the server.
+  reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection_));
+  xcb_disconnect(connection_);
+}
+
+bool X11Connection::hasExtension(xcb_extension_t& extension) const {
+  const auto* data = xcb_get_extension_data(connection_, &extension);
+  return data != nullptr && data->present != 0;
+}
+
+std::optional<int> X11Connection::firstEvent(xcb_extension_t& extension) const {
+  const auto* data = xcb_get_extension_data(connection_, &extension);
+  return data != nullptr && data->present != 0 ? std::optional<int>(data->first_event) : std::nullopt;
+}
+
+xcb_get_property_cookie_t X11Connection::requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type) {
+  return xcb_get_property(connection_, 0, window, atom(property), type, 0, longestProperty);
+}
+
+X11Property X11Connection::takeProperty(xcb_get_property_cookie_t cookie) {
+  const auto answer = reply(xcb_get_property_reply, cookie);
+  if (!answer) {
+    return {};
+  }
+  const auto length = static_cast<std::size_t>(xcb_get_property_value_length(answer.get()));
+  if (length == 0) {
+    return {};
+  }
+  return {answer->format, std::string(static_cast<const char*>(xcb_get_property_value(answer.get())), length)};
+}
+
+void X11Connection::sendToWindowManager(xcb_window_t window, X11Atom message,
+                                        const std::array<std::uint32_t, 5>& data) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = atom(message);
+  std::memcpy(event.data.data32, data.data(), sizeof event.data.data32);
+  // SendEvent always carries 32 bytes, which is just the size of this event.
+  static_assert(sizeof event == 32);
+  xcb_send_event(connection_, 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(connection_);
+}
+
+void X11Connection::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
+  sendToWindowManager(window, X11Atom::netWmDesktop, {desktop, pagerSource, 0, 0, 0});
+}
+
+}  // namespace tallowin

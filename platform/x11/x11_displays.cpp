@@ -1,0 +1,125 @@
+#include "platform/x11/x11_displays.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "platform/x11/edid.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> panelConnectors = {"eDP", "LVDS", "DSI"};
+constexpr std::uint32_t longestEdid = 32 * 1024 / 4;  // 256 blocks of 128 bytes, in units of four bytes
+
+bool isPanel(std::string_view name) {
+  return std::ranges::any_of(panelConnectors, [&](std::string_view connector) { return name.starts_with(connector); });
+}
+
+/// What a monitor is put together from, asked for before any answer is awaited.
+struct MonitorCookies {
+  bool primary;
+  xcb_get_atom_name_cookie_t name;
+  std::optional<xcb_randr_get_output_property_cookie_t> edid;
+};
+
+MonitorCookies request(const X11Connection& connection, const xcb_randr_monitor_info_t& monitor) {
+  MonitorCookies cookies{monitor.primary != 0, xcb_get_atom_name(connection.raw(), monitor.name), std::nullopt};
+  if (xcb_randr_monitor_info_outputs_length(&monitor) > 0) {
+    cookies.edid =
+        xcb_randr_get_output_property(connection.raw(), *xcb_randr_monitor_info_outputs(&monitor),
+                                      connection.atom(X11Atom::edid), XCB_GET_PROPERTY_TYPE_ANY, 0, longestEdid, 0, 0);
+  }
+  return cookies;
+}
+
+std::string takeName(X11Connection& connection, xcb_get_atom_name_cookie_t cookie) {
+  const auto answer = connection.reply(xcb_get_atom_name_reply, cookie);
+  return answer ? validUtf8({xcb_get_atom_name_name(answer.get()),
+                             static_cast<std::size_t>(xcb_get_atom_name_name_length(answer.get()))})
+                : std::string();
+}
+
+std::string takeEdid(X11Connection& connection, xcb_randr_get_output_property_cookie_t cookie) {
+  const auto answer = connection.reply(xcb_randr_get_output_property_reply, cookie);
+  if (!answer || answer->format != 8) {
+    return {};
+  }
+  return {reinterpret_cast<const char*>(xcb_randr_get_output_property_data(answer.get())),
+          static_cast<std::size_t>(xcb_randr_get_output_property_data_length(answer.get()))};
+}
+
+}  // namespace
+
+X11Displays::X11Displays(X11Connection& connection) : connection_(connection) {
+  if (connection_.hasExtension(xcb_randr_id)) {
+    // A server answers in the oldest version that it has not been told is understood. Its own version does not matter:
+    // a request that it does not know fails.
+    xcb_discard_reply(connection_.raw(), xcb_randr_query_version(connection_.raw(), 1, 5).sequence);
+  }
+}
+
+DisplayID X11Displays::CGMainDisplayID() {
+  return connection_.alive() ? mainDisplay : 0;
+}
+
+CGRect X11Displays::CGDisplayBounds(DisplayID display) {
+  if (display != mainDisplay) {
+    return {};
+  }
+  const auto size = connection_.reply(xcb_get_geometry_reply, xcb_get_geometry(connection_.raw(), connection_.root()));
+  return size ? CGRect{{0, 0}, {static_cast<double>(size->width), static_cast<double>(size->height)}} : CGRect{};
+}
+
+DisplayID X11Displays::CGDisplayGetDisplayIDFromUUID(std::string_view /*uuid*/) {
+  return 0;
+}
+
+bool X11Displays::CGDisplayIsBuiltin(DisplayID display) {
+  return display == mainDisplay && std::ranges::any_of(monitors(), isPanel, &Monitor::name);
+}
+
+std::vector<Screen> X11Displays::screens() {
+  const auto bounds = CGDisplayBounds(mainDisplay);
+  if (bounds == CGRect{}) {
+    return {};
+  }
+  std::string name;
+  for (const auto& monitor : monitors()) {
+    name += (name.empty() ? "" : " + ") + monitor.name;
+  }
+  return {{mainDisplay, bounds, name.empty() ? "Screen" : name}};
+}
+
+std::vector<std::string> X11Displays::displaySetIdentifiers() {
+  std::vector<std::string> identifiers;
+  for (const auto& monitor : monitors()) {
+    identifiers.push_back(monitorIdentity(monitor.edid).value_or(monitor.name));
+  }
+  return identifiers;
+}
+
+std::vector<X11Displays::Monitor> X11Displays::monitors() {
+  if (!connection_.hasExtension(xcb_randr_id)) {
+    return {};
+  }
+  const auto answer =
+      connection_.reply(xcb_randr_get_monitors_reply, xcb_randr_get_monitors(connection_.raw(), connection_.root(), 1));
+  if (!answer) {
+    return {};
+  }
+  std::vector<MonitorCookies> cookies;
+  for (auto each = xcb_randr_get_monitors_monitors_iterator(answer.get()); each.rem > 0;
+       xcb_randr_monitor_info_next(&each)) {
+    cookies.push_back(request(connection_, *each.data));
+  }
+  std::ranges::stable_partition(cookies, &MonitorCookies::primary);
+  std::vector<Monitor> found;
+  for (const auto& [primary, name, edid] : cookies) {
+    found.push_back({takeName(connection_, name), edid ? takeEdid(connection_, *edid) : std::string()});
+  }
+  return found;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <xcb/randr.h>
+
+#include "platform/displays.h"
+#include "platform/x11/x11_connection.h"
+
+namespace tallowin {
+
+/// EWMH has one set of desktops for all monitors, so all monitors together are one display, number 1, which is as large
+/// as the root window. Its name and what identifies the set come from the monitors that RandR knows.
+class X11Displays : public Displays {
+ public:
+  static constexpr DisplayID mainDisplay = 1;
+
+  explicit X11Displays(X11Connection& connection);
+
+  DisplayID CGMainDisplayID() override;
+  CGRect CGDisplayBounds(DisplayID display) override;
+  DisplayID CGDisplayGetDisplayIDFromUUID(std::string_view uuid) override;
+  /// True when one of the monitors is connected as laptop panels are.
+  bool CGDisplayIsBuiltin(DisplayID display) override;
+  std::vector<Screen> screens() override;
+  /// One for each monitor: what its EDID says (monitorIdentity), else the name of its connector.
+  std::vector<std::string> displaySetIdentifiers() override;
+
+ private:
+  struct Monitor {
+    std::string name;  ///< usually the connector's, such as "eDP-1"
+    std::string edid;  ///< of its first output; empty when it has none
+  };
+  /// The active monitors, the primary one first. Empty without RandR 1.5.
+  std::vector<Monitor> monitors();
+
+  X11Connection& connection_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,178 @@
+#include "platform/x11/x11_events.h"
+
+#include <X11/keysym.h>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <ranges>
+#include <utility>
+#include <xcb/xtest.h>
+
+namespace tallowin {
+
+namespace {
+
+struct Modifier {
+  std::uint64_t flag;
+  Keysym keysym;
+};
+
+constexpr Modifier modifiers[] = {
+    {CGEventFlag::command, XK_Super_L},
+    {CGEventFlag::alternate, XK_Alt_L},
+    {CGEventFlag::control, XK_Control_L},
+    {CGEventFlag::shift, XK_Shift_L},
+};
+
+constexpr std::uint8_t leftButton = 1;
+
+/// The bits of the core keyboard state that hold the layout in force (X Keyboard Extension, effective group).
+constexpr unsigned groupShift = 13;
+constexpr unsigned groupMask = 3;
+
+std::int16_t coordinate(double value) {
+  constexpr double lowest = std::numeric_limits<std::int16_t>::min();
+  constexpr double highest = std::numeric_limits<std::int16_t>::max();
+  return static_cast<std::int16_t>(std::fmin(std::fmax(std::round(value), lowest), highest));
+}
+
+KeyMap readKeyMap(X11Connection& connection, xcb_get_keyboard_mapping_cookie_t cookie) {
+  const auto answer = connection.reply(xcb_get_keyboard_mapping_reply, cookie);
+  if (!answer) {
+    return {};
+  }
+  const auto* keysyms = xcb_get_keyboard_mapping_keysyms(answer.get());
+  return {xcb_get_setup(connection.raw())->min_keycode, answer->keysyms_per_keycode,
+          std::vector<Keysym>(keysyms, keysyms + xcb_get_keyboard_mapping_keysyms_length(answer.get()))};
+}
+
+/// Everything to press for a key, in order, itself last; nothing when the keyboard cannot give it.
+std::vector<std::uint8_t> keycodesToPress(const KeyMap& map, Keysym keysym, std::uint64_t flags, unsigned group) {
+  const auto key = findKey(map, keysym, group);
+  if (!key) {
+    return {};
+  }
+  std::vector<Keysym> held;
+  for (const auto& modifier : modifiers) {
+    if ((flags & modifier.flag) != 0 || (modifier.flag == CGEventFlag::shift && key->shift)) {
+      held.push_back(modifier.keysym);
+    }
+  }
+  if (key->level3) {
+    held.push_back(XK_ISO_Level3_Shift);
+  }
+  std::vector<std::uint8_t> keycodes;
+  for (const auto modifier : held) {
+    const auto position = findKey(map, modifier, group);
+    if (!position) {
+      return {};  // without its modifier the key would do something else
+    }
+    keycodes.push_back(position->keycode);
+  }
+  keycodes.push_back(key->keycode);
+  return keycodes;
+}
+
+}  // namespace
+
+X11Events::~X11Events() {
+  while (!held_.empty()) {
+    releaseKey(held_.begin()->first);
+  }
+}
+
+XcbPtr<xcb_query_pointer_reply_t> X11Events::queryPointer() {
+  return connection_.reply(xcb_query_pointer_reply, xcb_query_pointer(connection_.raw(), connection_.root()));
+}
+
+CGPoint X11Events::pointerLocation() {
+  const auto pointer = queryPointer();
+  return pointer ? CGPoint{static_cast<double>(pointer->root_x), static_cast<double>(pointer->root_y)} : CGPoint{};
+}
+
+CGPoint X11Events::mouseLocation() {
+  const auto cookie = xcb_get_geometry(connection_.raw(), connection_.root());
+  const auto location = pointerLocation();
+  const auto size = connection_.reply(xcb_get_geometry_reply, cookie);
+  return size ? CGPoint{location.x, size->height - location.y} : CGPoint{};
+}
+
+std::uint32_t X11Events::pressedMouseButtons() {
+  const auto pointer = queryPointer();
+  const std::uint32_t mask = pointer ? pointer->mask : 0U;
+  return ((mask & XCB_BUTTON_MASK_1) != 0 ? 1U : 0U) | ((mask & XCB_BUTTON_MASK_3) != 0 ? 2U : 0U) |
+         ((mask & XCB_BUTTON_MASK_2) != 0 ? 4U : 0U);
+}
+
+void X11Events::CGWarpMouseCursorPosition(CGPoint position) {
+  xcb_warp_pointer(connection_.raw(), XCB_WINDOW_NONE, connection_.root(), 0, 0, 0, 0, coordinate(position.x),
+                   coordinate(position.y));
+  xcb_flush(connection_.raw());
+}
+
+void X11Events::postInput(const EmulatedEvent& event) {
+  if (!connection_.hasExtension(xcb_test_id)) {
+    return;
+  }
+  const auto keyCode = static_cast<VirtualKeyCode>(event.integer(EmulatedEvent::keyCodeField));
+  switch (event.type()) {
+    case EmulatedEvent::keyDown:
+      pressKey(keyCode, event.flags);
+      break;
+    case EmulatedEvent::keyUp:
+      releaseKey(keyCode);
+      break;
+    default:
+      postMouse(static_cast<CGMouseEventType>(event.type()), event.location);
+  }
+  xcb_flush(connection_.raw());
+}
+
+void X11Events::pressKey(VirtualKeyCode keyCode, std::uint64_t flags) {
+  const auto keysym = keysymFor(keyCode);
+  if (!keysym || held_.contains(keyCode)) {
+    return;
+  }
+  const auto* setup = xcb_get_setup(connection_.raw());
+  const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+  const auto cookie = xcb_get_keyboard_mapping(connection_.raw(), setup->min_keycode, count);
+  const auto pointer = queryPointer();
+  const auto map = readKeyMap(connection_, cookie);
+  const unsigned group = pointer ? (pointer->mask >> groupShift & groupMask) : 0U;
+  auto keycodes = keycodesToPress(map, *keysym, flags, group);
+  for (const auto keycode : keycodes) {
+    fake(XCB_KEY_PRESS, keycode);
+  }
+  if (!keycodes.empty()) {
+    held_[keyCode] = std::move(keycodes);
+  }
+}
+
+void X11Events::releaseKey(VirtualKeyCode keyCode) {
+  const auto held = held_.extract(keyCode);
+  if (held.empty()) {
+    return;
+  }
+  for (const auto keycode : held.mapped() | std::views::reverse) {
+    fake(XCB_KEY_RELEASE, keycode);
+  }
+}
+
+void X11Events::postMouse(CGMouseEventType type, CGPoint location) {
+  const bool down = type == CGMouseEventType::leftMouseDown;
+  const bool up = type == CGMouseEventType::leftMouseUp;
+  if (!down && !up && type != CGMouseEventType::mouseMoved && type != CGMouseEventType::leftMouseDragged) {
+    return;
+  }
+  fake(XCB_MOTION_NOTIFY, 0, location);
+  if (down || up) {
+    fake(down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, leftButton);
+  }
+}
+
+void X11Events::fake(std::uint8_t type, std::uint8_t detail, CGPoint location) {
+  xcb_test_fake_input(connection_.raw(), type, detail, XCB_CURRENT_TIME, connection_.root(), coordinate(location.x),
+                      coordinate(location.y), 0);
+}
+
+}  // namespace tallowin

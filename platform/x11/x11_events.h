@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <vector>
+#include <xcb/xcb.h>
+
+#include "platform/emulated/emulated_events.h"
+#include "platform/x11/key_map.h"
+#include "platform/x11/x11_connection.h"
+
+namespace tallowin {
+
+/// Input through the XTEST extension. A key goes to where the keyboard's layout has it, with Command as the left Super
+/// key, Option as left Alt; its modifiers are held until its release is posted. Without XTEST nothing is posted.
+class X11Events : public EmulatedEvents {
+ public:
+  X11Events(X11Connection& connection, const Clock& clock, EmulatedDock& dock)
+      : EmulatedEvents(clock, dock), connection_(connection) {}
+  /// Releases what is still held.
+  ~X11Events() override;
+
+  void CGWarpMouseCursorPosition(CGPoint position) override;
+  std::uint32_t pressedMouseButtons() override;
+  CGPoint mouseLocation() override;
+
+ protected:
+  CGPoint pointerLocation() override;
+  void postInput(const EmulatedEvent& event) override;
+
+ private:
+  XcbPtr<xcb_query_pointer_reply_t> queryPointer();
+  void pressKey(VirtualKeyCode keyCode, std::uint64_t flags);
+  void releaseKey(VirtualKeyCode keyCode);
+  void postMouse(CGMouseEventType type, CGPoint location);
+  void fake(std::uint8_t type, std::uint8_t detail, CGPoint location = {});
+
+  X11Connection& connection_;
+  /// The keycodes that were pressed for each key that is held, in the order of pressing.
+  std::map<VirtualKeyCode, std::vector<std::uint8_t>> held_;
+};
+
+}  // namespace tallowin

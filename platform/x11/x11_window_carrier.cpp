@@ -1,0 +1,89 @@
+#include "platform/x11/x11_window_carrier.h"
+
+#include <utility>
+
+namespace tallowin {
+
+namespace {
+
+// What window managers need between the steps; shorter waits lose the window under some of them.
+constexpr Duration untilOnAllDesktops = std::chrono::milliseconds(60);
+constexpr Duration untilSwitched = std::chrono::milliseconds(150);
+
+/// Window managers put a window into a frame or two; anything deeper is none of theirs.
+constexpr int deepestNesting = 8;
+
+}  // namespace
+
+X11WindowCarrier::X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
+                                   std::function<void(ManagedSpaceID)> switchTo)
+    : connection_(connection), desktops_(desktops), queue_(queue), switchTo_(std::move(switchTo)) {}
+
+X11WindowCarrier::~X11WindowCarrier() {
+  if (carried_) {
+    settle();
+  }
+}
+
+bool X11WindowCarrier::carryTo(ManagedSpaceID space) {
+  if (!carried_) {
+    carried_ = draggedWindow();
+  }
+  if (!carried_) {
+    return false;
+  }
+  target_ = space;
+  connection_.moveToDesktop(*carried_, X11Connection::allDesktops);
+  next_ = queue_.after(untilOnAllDesktops, [this] {
+    switchTo_(target_);
+    next_ = queue_.after(untilSwitched, [this] { settle(); });
+  });
+  return true;
+}
+
+void X11WindowCarrier::settle() {
+  const auto state = desktops_.read();
+  const auto index = state.indexOf(target_);
+  // A desktop that has gone in the meantime must not leave the window on all of the others.
+  connection_.moveToDesktop(*carried_, static_cast<std::uint32_t>(index.value_or(state.current.value_or(0))));
+  carried_.reset();
+}
+
+/// The active window, when the left button is held over its frame: over the window itself it does something else.
+std::optional<xcb_window_t> X11WindowCarrier::draggedWindow() {
+  const auto root = connection_.root();
+  const auto pointerCookie = xcb_query_pointer(connection_.raw(), root);
+  const auto activeCookie = connection_.requestProperty(root, X11Atom::netActiveWindow, XCB_ATOM_WINDOW);
+  const auto pointer = connection_.reply(xcb_query_pointer_reply, pointerCookie);
+  const auto active = parseCardinal(connection_.takeProperty(activeCookie));
+  if (!pointer || (pointer->mask & XCB_BUTTON_MASK_1) == 0 || pointer->child == XCB_WINDOW_NONE || !active) {
+    return std::nullopt;
+  }
+  const auto insideCookie =
+      xcb_translate_coordinates(connection_.raw(), root, *active, pointer->root_x, pointer->root_y);
+  const auto sizeCookie = xcb_get_geometry(connection_.raw(), *active);
+  const auto inside = connection_.reply(xcb_translate_coordinates_reply, insideCookie);
+  const auto size = connection_.reply(xcb_get_geometry_reply, sizeCookie);
+  if (!inside || !size) {
+    return std::nullopt;
+  }
+  const bool overWindow =
+      inside->dst_x >= 0 && inside->dst_y >= 0 && inside->dst_x < size->width && inside->dst_y < size->height;
+  return !overWindow && topLevelOf(*active) == pointer->child ? active : std::nullopt;
+}
+
+std::optional<xcb_window_t> X11WindowCarrier::topLevelOf(xcb_window_t window) {
+  for (int depth = 0; depth < deepestNesting; ++depth) {
+    const auto tree = connection_.reply(xcb_query_tree_reply, xcb_query_tree(connection_.raw(), window));
+    if (!tree || tree->parent == XCB_WINDOW_NONE) {
+      return std::nullopt;
+    }
+    if (tree->parent == connection_.root()) {
+      return window;
+    }
+    window = tree->parent;
+  }
+  return std::nullopt;
+}
+
+}  // namespace tallowin

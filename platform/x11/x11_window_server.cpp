@@ -1,0 +1,113 @@
+#include "platform/x11/x11_window_server.h"
+
+#include <utility>
+
+namespace tallowin {
+
+namespace {
+
+PropertyList spaceEntry(ManagedSpaceID space) {
+  return {{"ManagedSpaceID", space}, {"type", 0}};
+}
+
+}  // namespace
+
+ConnectionID X11WindowServer::CGSBridgeConnection() {
+  // The base of the ids that the server lets this client use is different for each client, and never 0, the server's.
+  return connection_.alive() ? xcb_get_setup(connection_.raw())->resource_id_base : 0;
+}
+
+std::optional<PropertyList> X11WindowServer::CGSBridgeCopyManagedDisplaySpaces() {
+  const auto state = desktops_.read();
+  if (state.spaces.empty()) {
+    return std::nullopt;
+  }
+  auto spaces = PropertyList::array();
+  for (const auto space : state.spaces) {
+    spaces.push_back(spaceEntry(space));
+  }
+  PropertyList display = {{"Display Identifier", mainDisplay}, {"Spaces", std::move(spaces)}};
+  if (const auto active = state.active()) {
+    display["Current Space"] = {{"ManagedSpaceID", *active}};
+  }
+  return PropertyList::array({std::move(display)});
+}
+
+std::optional<std::string> X11WindowServer::CGSBridgeCopyActiveMenuBarDisplayIdentifier() {
+  return connection_.alive() ? std::optional<std::string>(mainDisplay) : std::nullopt;
+}
+
+std::uint64_t X11WindowServer::CGSBridgeActiveSpace() {
+  return static_cast<std::uint64_t>(desktops_.read().active().value_or(0));
+}
+
+bool X11WindowServer::CGSBridgeRegisterSpaceNotifications(SpaceNotificationCallback callback) {
+  callback_ = std::move(callback);
+  return connection_.alive();
+}
+
+std::optional<SymbolicHotKeyBinding> X11WindowServer::CGSBridgeGetSymbolicHotKey(int hotKey) {
+  return hotKeys_.binding(hotKey);
+}
+
+bool X11WindowServer::CGSBridgeIsSymbolicHotKeyEnabled(int hotKey) {
+  return hotKeys_.isEnabled(hotKey);
+}
+
+bool X11WindowServer::CGSBridgeSetSymbolicHotKeyEnabled(int hotKey, bool enabled) {
+  return hotKeys_.setEnabled(hotKey, enabled);
+}
+
+CGSBridgeHealth X11WindowServer::CGSBridgeProbe() {
+  const bool listed = !desktops_.read().spaces.empty();
+  std::uint32_t bits = CGSBridgeHealth::managedDisplaySpaces | CGSBridgeHealth::activeMenuBarDisplay |
+                       CGSBridgeHealth::activeSpace | CGSBridgeHealth::notifications | CGSBridgeHealth::symbolicHotKeys;
+  bits |= connection_.alive() ? CGSBridgeHealth::connection : 0U;
+  bits |= listed ? CGSBridgeHealth::spacesListed : 0U;
+  return CGSBridgeHealth(bits);
+}
+
+std::optional<std::vector<ManagedSpaceID>> X11WindowServer::CGSBridgeCopySpacesForWindow(WindowNumber window) {
+  const auto cookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  const auto state = desktops_.read();
+  const auto desktop = parseCardinal(connection_.takeProperty(cookie));
+  if (desktop == X11Connection::allDesktops && !state.spaces.empty()) {
+    return state.spaces;
+  }
+  if (!desktop || *desktop >= state.spaces.size()) {
+    return std::nullopt;
+  }
+  return std::vector{state.spaces[*desktop]};
+}
+
+std::optional<WindowNumber> X11WindowServer::CGSBridgeAXWindowID(const AXUIElement& /*element*/) {
+  return std::nullopt;
+}
+
+bool X11WindowServer::CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpaceID space) {
+  const auto cookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  const auto index = desktops_.read().indexOf(space);
+  // Only windows that are managed have the property, and only they can be moved.
+  if (!parseCardinal(connection_.takeProperty(cookie)) || !index) {
+    return false;
+  }
+  connection_.moveToDesktop(window, static_cast<std::uint32_t>(*index));
+  return connection_.alive();
+}
+
+bool X11WindowServer::CGSBridgeDockNotify(std::string_view /*notification*/) {
+  return false;
+}
+
+bool X11WindowServer::CGSBridgeStartTouchMonitor(TouchCallback /*callback*/) {
+  return false;
+}
+
+void X11WindowServer::notify(WindowServerEvent event) const {
+  // A copy, as the receiver may be replaced while it is being told.
+  if (const auto callback = callback_) {
+    callback(event);
+  }
+}
+
+}  // namespace tallowin

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/emulated/symbolic_hot_keys.h"
+#include "platform/window_server.h"
+#include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_desktop_reader.h"
+
+namespace tallowin {
+
+/// The desktops of an EWMH window manager as the Spaces of one display, "Main". A desktop's managed id is its index
+/// plus one; where desktops are dynamic it comes from the desktop's name (namedSpaceIDs). Without a window manager
+/// there is no list.
+class X11WindowServer : public WindowServer {
+ public:
+  static constexpr auto mainDisplay = "Main";
+
+  /// `hotKeys` are kept for the process: no other program knows of them.
+  X11WindowServer(X11Connection& connection, X11DesktopReader& desktops, SymbolicHotKeys& hotKeys)
+      : connection_(connection), desktops_(desktops), hotKeys_(hotKeys) {}
+
+  ConnectionID CGSBridgeConnection() override;
+  std::optional<PropertyList> CGSBridgeCopyManagedDisplaySpaces() override;
+  std::optional<std::string> CGSBridgeCopyActiveMenuBarDisplayIdentifier() override;
+  std::uint64_t CGSBridgeActiveSpace() override;
+  bool CGSBridgeRegisterSpaceNotifications(SpaceNotificationCallback callback) override;
+  std::optional<SymbolicHotKeyBinding> CGSBridgeGetSymbolicHotKey(int hotKey) override;
+  bool CGSBridgeIsSymbolicHotKeyEnabled(int hotKey) override;
+  bool CGSBridgeSetSymbolicHotKeyEnabled(int hotKey, bool enabled) override;
+  CGSBridgeHealth CGSBridgeProbe() override;
+  std::optional<std::vector<ManagedSpaceID>> CGSBridgeCopySpacesForWindow(WindowNumber window) override;
+  std::optional<WindowNumber> CGSBridgeAXWindowID(const AXUIElement& element) override;
+  bool CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpaceID space) override;
+  bool CGSBridgeDockNotify(std::string_view notification) override;
+  bool CGSBridgeStartTouchMonitor(TouchCallback callback) override;
+
+  /// Tells the registered receiver of a change. Main thread only.
+  void notify(WindowServerEvent event) const;
+
+ private:
+  X11Connection& connection_;
+  X11DesktopReader& desktops_;
+  SymbolicHotKeys& hotKeys_;
+  SpaceNotificationCallback callback_;
+};
+
+}  // namespace tallowin

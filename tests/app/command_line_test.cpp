@@ -1,0 +1,93 @@
+#include "app/command_line.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace tallowin {
+namespace {
+
+std::expected<CommandLine, std::string> parse(const std::string& words, std::optional<std::string> platform = {}) {
+  std::istringstream stream(words);
+  std::vector<std::string> arguments;
+  for (std::string word; stream >> word;) {
+    arguments.push_back(word);
+  }
+  return parseCommandLine(arguments, platform);
+}
+
+TEST(CommandLine, TheFirstModeInTheProgramsOrderRuns) {
+  const std::pair<const char*, Mode> cases[] = {
+      {"", Mode::resident},
+      {"--verbose", Mode::resident},
+      {"--capture --probe", Mode::probe},
+      {"--capture --switch 3", Mode::switchSpace},
+      {"--switch 3 --probe", Mode::probe},
+      {"--probe --help --platform nonsense", Mode::help},
+  };
+  for (const auto& [words, mode] : cases) {
+    const auto line = parse(words);
+    ASSERT_TRUE(line) << words << ": " << line.error();
+    EXPECT_EQ(line->mode, mode) << words;
+  }
+}
+
+TEST(CommandLine, ValuesReachTheirPlaces) {
+  CommandLine expected;
+  expected.mode = Mode::switchSpace;
+  expected.desktopNumber = 12;
+  expected.classic = true;
+  expected.platform = PlatformChoice::simulated;
+  expected.simulate = "s.json";
+  expected.journal = "j";
+  expected.home = "/h";
+  expected.verbose = true;
+  EXPECT_EQ(parse("--simulate s.json --journal j --switch 12 classic --home /h --verbose"), expected);
+
+  const auto set = parse("--set switchMode classic");
+  ASSERT_TRUE(set);
+  EXPECT_EQ(set->settingKey + "=" + set->settingValue, "switchMode=classic");
+}
+
+TEST(CommandLine, TheEnvironmentNamesThePlatformUnlessTheArgumentsDo) {
+  EXPECT_EQ(parse("--probe", "none")->platform, PlatformChoice::none);
+  EXPECT_EQ(parse("--probe", "")->platform, PlatformChoice::automatic);
+  EXPECT_EQ(parse("--probe --platform x11", "none")->platform, PlatformChoice::x11);
+  EXPECT_EQ(parse("--scenario s", "x11")->platform, PlatformChoice::simulated);
+}
+
+TEST(CommandLine, MistakesAreSaidInOneLineWithWhatWouldBeRight) {
+  struct Case {
+    const char* words;
+    const char* said;
+  };
+  const Case cases[] = {
+      {"--prob", "unknown argument \"--prob\"; --help lists what there is"},
+      {"3", "unknown argument \"3\""},
+      {"--switch", "--switch needs more after it: --switch N"},
+      {"--switch three", "--switch needs the number of a desktop, such as --switch 3, not \"three\""},
+      {"--switch 3x", "not \"3x\""},
+      {"--switch --verbose", "not \"--verbose\""},
+      {"--switch 99999999999999999999", "not \"99999999999999999999\""},
+      {"--switch 1.0", "not \"1.0\""},
+      {"--get a --set b c", "one at a time"},
+      {"--probe --set b c", "go alone"},
+      {"--probe --home", "--home DIR"},
+      {"classic", "classic goes with --switch N"},
+      {"--set key", "--set KEY VALUE"},
+      {"--platform wayland", "--platform is one of auto, x11, simulated, none, not \"wayland\""},
+      {"--scenario a --simulate b", "give one of them"},
+      {"--probe --journal j", "--journal FILE goes with --simulate FILE"},
+      {"--simulate a --platform x11", "leave --platform out"},
+  };
+  for (const auto& [words, said] : cases) {
+    const auto line = parse(words);
+    ASSERT_FALSE(line) << words;
+    EXPECT_NE(line.error().find(said), std::string::npos) << line.error();
+    EXPECT_EQ(line.error().find('\n'), std::string::npos) << line.error();
+  }
+  EXPECT_NE(parseCommandLine(std::vector<std::string>{"--home", ""}, {}).error().find("--home"), std::string::npos);
+  EXPECT_NE(parse("--probe", "wayland").error().find("TALLOWIN_PLATFORM is one of"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,328 @@
+#!/bin/bash
+# The program on real window managers: run.sh PROGRAM WINDOW-MANAGER...
+#
+# Each case is one line, "ok" or "FAIL" with what was expected and what was seen. What the desktop really does is seen by
+# wmctrl, xprop and xdotool only.
+set -u
+. "$(dirname "$0")/desktop.sh"
+
+PASSED=0
+FAILED=0
+SKIPPED=0
+
+# pass_if NAME EXPECTED SEEN
+pass_if() {
+  if [ "$2" == "$3" ]; then
+    PASSED=$((PASSED + 1))
+    echo "ok   $LABEL: $1"
+  else
+    FAILED=$((FAILED + 1))
+    printf 'FAIL %s: %s\n  expected: %s\n  seen:     %s\n' "$LABEL" "$1" "${2//$'\n'/$'\n            '}" \
+      "${3//$'\n'/$'\n            '}"
+  fi
+}
+
+# pass_if_eventually NAME EXPECTED COMMAND...: the command's output becomes what is expected.
+pass_if_eventually() {
+  local name=$1 expected=$2
+  shift 2
+  eventually output_is "$expected" "$@"
+  pass_if "$name" "$expected" "$("$@")"
+}
+
+output_is() {
+  local expected=$1
+  shift
+  [ "$("$@")" == "$expected" ]
+}
+
+# The program with a home folder that is kept for one window manager. Its exit status goes to the last line.
+tallowin() {
+  timeout 20 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11 "$@" 2>&1
+  echo "exit $?"
+}
+
+current_desktop() {
+  xprop -root -notype _NET_CURRENT_DESKTOP | sed 's/.*= //'
+}
+
+desktop_count() {
+  wmctrl -d | wc -l
+}
+
+# "1 [2] 3 4", as an independent program sees the desktops.
+witnessed_desktops() {
+  wmctrl -d | awk '{ n = $1 + 1; printf "%s%s", (NR > 1 ? " " : ""), ($2 == "*" ? "[" n "]" : n) } END { print "" }'
+}
+
+# The same as the program's probe sees them.
+probed_desktops() {
+  tallowin --probe |
+    sed -n 's/^  \([* ]\) \[[0-9]*\] desktop \([0-9]*\) .*/\1 \2/p' |
+    awk '{ printf "%s%s", (NR > 1 ? " " : ""), ($1 == "*" ? "[" $2 "]" : $1) } END { print "" }'
+}
+
+# Puts desktop index $1 in front without the program.
+put_in_front() {
+  wmctrl -s "$1"
+  eventually output_is "$1" current_desktop
+}
+
+# switch_case FROM TO [classic]: desktop numbers from 1.
+switch_case() {
+  local from=$1 to=$2
+  put_in_front $((from - 1))
+  local said
+  said=$(tallowin --switch "$to" ${3:+"$3"})
+  pass_if "--switch $to${3:+ $3} from $from shows it" $((to - 1)) "$(current_desktop)"
+  pass_if "--switch $to${3:+ $3} from $from says so" "switch to desktop $to: posted
+active desktop: $to
+exit 0" "$(echo "$said" | grep '^switch to'; echo "$said" | tail -n 2 | sed 's/^  after [0-9.]*s //')"
+}
+
+probe_cases() {
+  local said
+  said=$(tallowin --probe)
+  pass_if "--probe is healthy" "bridge health: 0b1111111 healthy=true" "$(echo "$said" | grep '^bridge')"
+  pass_if "--probe may do everything" "accessibility=true screenRecording=true" \
+    "$(echo "$said" | grep '^accessibility')"
+  pass_if "--probe shows one display with the menu bar" 1 "$(echo "$said" | grep -c '^display Main menuBar=true name=.')"
+  pass_if "--probe agrees with wmctrl -d" "$(witnessed_desktops)" "$(probed_desktops)"
+  pass_if "--probe succeeds" "exit 0" "$(echo "$said" | tail -n 1)"
+}
+
+managed_id_case() {
+  pass_if "--probe names desktops by position" "managed=1 id=managed-1
+managed=2 id=managed-2
+managed=3 id=managed-3
+managed=4 id=managed-4" "$(tallowin --probe | sed -n 's/.*\(managed=[0-9]* id=[^ ]*\).*/\1/p')"
+}
+
+switch_cases() {
+  switch_case 1 2
+  switch_case 2 1
+  switch_case 1 4
+  switch_case 4 1
+  switch_case 4 2
+  switch_case 1 3 classic
+  switch_case 3 2 classic
+  # The classic way is a setting that stays; back to the usual one.
+  pass_if "--set puts the setting back" "exit 0" "$(tallowin --set switchMode instant | tail -n 1)"
+  switch_case 3 3
+  put_in_front 1
+  pass_if "--switch announces the hot key" "hotkey 119: bound=true keyCode=19 mods=0x40000 enabled=true
+accessibility trusted: true" "$(tallowin --switch 2 | head -n 2)"
+  pass_if "--switch 99 finds none" "desktop 99 not found
+exit 1" "$(tallowin --switch 99)"
+  pass_if "--switch 99 leaves the desktop alone" 1 "$(current_desktop)"
+}
+
+count_cases() {
+  local count
+  for count in 6 2 4; do
+    wmctrl -n "$count"
+    pass_if_eventually "wmctrl -n $count is obeyed" "$count" desktop_count
+    pass_if "--probe sees $count desktops" "$(witnessed_desktops)" "$(probed_desktops)"
+  done
+  wmctrl -n 6
+  eventually output_is 6 desktop_count
+  switch_case 1 6
+  put_in_front 0
+  wmctrl -n 4
+  eventually output_is 4 desktop_count
+}
+
+# A switch while the title bar of TRIAL is held takes the window along, and it goes on following the pointer.
+drag_case() {
+  put_in_front 0
+  local window x y before step
+  window=$(xdotool search --name '^TRIAL$' | tail -n 1)
+  if [ "$(xprop -id "$window" -notype _NET_FRAME_EXTENTS | cut -d , -f 3)" == " 0" ]; then
+    SKIPPED=$((SKIPPED + 1))
+    echo "skipped $LABEL: a drag, as windows have no title bar here"
+    return
+  fi
+  read -r x y < <(xwininfo -id "$window" | awk '/Absolute upper-left X/ { x = $4 } /Absolute upper-left Y/ { y = $4 }
+    END { print x + 60, y - 8 }')
+  xdotool mousemove "$x" "$y" mousedown 1
+  # One step alone does not begin a drag.
+  for step in 5 10 15 20 25 30; do
+    xdotool mousemove $((x + step)) $((y + step))
+  done
+  if ! eventually window_has_moved "$window" "$x" && is_optional "$LABEL"; then
+    xdotool mouseup 1
+    SKIPPED=$((SKIPPED + 1))
+    echo "skipped $LABEL: a drag, as xdotool could not begin one here"
+    return
+  fi
+  pass_if "a title bar can be dragged" yes "$(window_has_moved "$window" "$x" && echo yes)"
+  pass_if "--switch 2 during a drag succeeds" "exit 0" "$(tallowin --switch 2 | tail -n 1)"
+  pass_if_eventually "the dragged window comes along" 1 desktop_of "$window"
+  pass_if "its desktop is shown" 1 "$(current_desktop)"
+  before=$(window_left "$window")
+  for step in 40 60 80; do
+    xdotool mousemove $((x + step)) $((y + 30))
+  done
+  pass_if_eventually "the drag goes on" $((before + 50)) window_left "$window"
+  xdotool mouseup 1
+  wmctrl -i -r "$window" -t 0
+  pass_if_eventually "it can be moved afterwards" 0 desktop_of "$window"
+}
+
+window_left() {
+  xwininfo -id "$1" | sed -n 's/.*Absolute upper-left X: *//p'
+}
+
+# Whether the window is no longer where it was when the pointer was 60 pixels from its left edge.
+window_has_moved() {
+  [ "$(window_left "$1")" != $(($2 - 60)) ]
+}
+
+desktop_of() {
+  xprop -id "$1" -notype _NET_WM_DESKTOP | sed 's/.*= //'
+}
+
+capture_case() {
+  put_in_front 0
+  local said before
+  before=$(find "$DESKTOP_DIRECTORY/tallowin" -name '*.jpg' -o -name '*.jpeg' | wc -l)
+  said=$(tallowin --capture)
+  pass_if "--capture succeeds" "exit 0" "$(echo "$said" | tail -n 1)"
+  local file
+  file=$(find "$DESKTOP_DIRECTORY/tallowin" \( -name '*.jpg' -o -name '*.jpeg' \) -newer "$DESKTOP_DIRECTORY/display")
+  pass_if "--capture writes one picture" "$((before + 1))" "$(echo "$file" | grep -c .)"
+  pass_if "--capture writes JPEG" "ff d8 ff" "$(head -c 3 "${file:-/dev/null}" | od -An -tx1 | sed 's/^ //')"
+}
+
+# Workspaces of i3 come and go, and their indexes shift.
+dynamic_cases() {
+  i3-msg -q 'workspace "1"'
+  i3-msg -q 'workspace "3: web"; exec xterm -T WEB'
+  eventually output_is 1 window_count WEB
+  i3-msg -q 'workspace "mail"; exec xterm -T MAIL'
+  eventually output_is 1 window_count MAIL
+  pass_if_eventually "i3 has three workspaces" 3 desktop_count
+  local ids_before
+  ids_before=$(probed_ids)
+  pass_if "ids come from the names" "managed-1 managed-3" "$(echo "$ids_before" | cut -d ' ' -f 1-2)"
+  probe_cases
+  switch_case 3 1
+  switch_case 1 2
+  switch_case 2 3
+  switch_case 3 2 classic
+  pass_if "--set puts the setting back" "exit 0" "$(tallowin --set switchMode instant | tail -n 1)"
+  pass_if "--switch 99 finds none" "desktop 99 not found
+exit 1" "$(tallowin --switch 99)"
+  # Workspace 1 goes when its window has gone and another workspace is shown.
+  wmctrl -F -c TRIAL
+  pass_if_eventually "workspace 1 goes" 2 desktop_count
+  pass_if "ids stay with the names when indexes shift" "${ids_before#* }" "$(probed_ids)"
+  probe_cases
+  switch_case 1 2
+  switch_case 2 1
+}
+
+window_count() {
+  wmctrl -l | grep -c " $1\$"
+}
+
+probed_ids() {
+  tallowin --probe | sed -n 's/.* id=\([^ ]*\).*/\1/p' | paste -sd ' '
+}
+
+window_manager_cases() {
+  LABEL=$1
+  if ! start_server || ! start_window_manager "$1"; then
+    pass_if "starts and manages a window" yes "no; its log ends: $(tail -n 3 "$DESKTOP_DIRECTORY/log")"
+    stop_desktop
+    return
+  fi
+  if [ "$1" == i3 ]; then
+    dynamic_cases
+  else
+    put_in_front 0
+    probe_cases
+    managed_id_case
+    switch_cases
+    count_cases
+    drag_case
+  fi
+  capture_case
+  stop_desktop
+}
+
+# A server without a window manager, then no server at all.
+degraded_cases() {
+  LABEL="no window manager"
+  start_server || return
+  local said
+  said=$(timeout 20 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform auto --probe 2>&1)
+  pass_if "--platform auto --probe is degraded" 1 "$(echo "$said" | grep -c '^bridge health: .*healthy=false$')"
+  said=$(tallowin --switch 2)
+  pass_if "--platform x11 --switch has no desktops" "no snapshot
+exit 1" "$said"
+  end_group "$SERVER_GROUP"
+  LABEL="no server"
+  said=$(tallowin --probe)
+  pass_if "--platform x11 says why in one line" "tallowin: cannot reach the X server \"$DISPLAY\" that DISPLAY names" \
+    "$(echo "$said" | sed '$d')"
+  pass_if "--platform x11 fails" 1 "$(echo "$said" | tail -n 1 | grep -c '^exit [1-9][0-9]*$')"
+  stop_desktop
+}
+
+# A resident program whose server goes away ends by itself.
+lost_server_case() {
+  LABEL="lost server"
+  start_server || return
+  start_window_manager openbox || return
+  local group
+  start_group "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11
+  group=$STARTED_GROUP
+  pass_if_eventually "the program connects" 1 connections_of "$group"
+  end_group "$SERVER_GROUP"
+  eventually group_is_gone "$group"
+  pass_if "the program ends" gone "$(group_lives "$group" || echo gone)"
+  pass_if "the program says why" 1 "$(grep -c '^tallowin: the X server has gone away$' "$DESKTOP_DIRECTORY/log")"
+  end_group "$group"
+  stop_desktop
+}
+
+# How many stream connections process $1 has, as the kernel knows it: type 0001, state 03. The X server's is the only one.
+connections_of() {
+  local inodes
+  inodes=$(readlink "/proc/$1"/fd/* 2>/dev/null | sed -n 's/^socket:\[\(.*\)\]$/\1/p' | paste -sd ' ')
+  awk -v inodes=" $inodes " '$5 == "0001" && $6 == "03" && index(inodes, " " $7 " ")' /proc/net/unix | wc -l
+}
+
+group_is_gone() {
+  ! group_lives "$1"
+}
+
+if [ $# -lt 2 ]; then
+  echo "usage: run.sh PROGRAM WINDOW-MANAGER..." >&2
+  exit 64
+fi
+PROGRAM=$(realpath "$1")
+shift
+trap stop_desktop EXIT
+trap 'exit 130' INT TERM
+
+for wm in "$@"; do
+  LABEL=$wm
+  if ! is_known "$wm"; then
+    pass_if "is a window manager that is known here" yes no
+  elif command -v "$wm" >/dev/null; then
+    window_manager_cases "$wm"
+  elif is_optional "$wm"; then
+    SKIPPED=$((SKIPPED + 1))
+    echo "skipped $wm: not installed"
+  else
+    pass_if "is installed" yes no
+  fi
+done
+degraded_cases
+lost_server_case
+
+[ $SKIPPED -eq 0 ] || echo "$SKIPPED skipped"
+echo "$PASSED passed, $FAILED failed"
+[ $FAILED -eq 0 ]

@@ -1,0 +1,71 @@
+# shellcheck shell=bash
+# The window managers of the end-to-end tests, each with a configuration of four desktops. To be sourced.
+
+# Whether the matrix may do without this window manager where it is not installed.
+is_optional() {
+  case $1 in
+    openbox | xfwm4 | i3) return 1 ;;
+    *) return 0 ;;
+  esac
+}
+
+is_known() {
+  case $1 in
+    openbox | xfwm4 | i3 | kwin_x11 | metacity | fluxbox | icewm) return 0 ;;
+    *) return 1 ;;
+  esac
+}
+
+# Writes the configuration of window manager $1 into $HOME, which is fresh, and sets WM_COMMAND to what starts it.
+configure_window_manager() {
+  case $1 in
+    openbox)
+      mkdir -p "$HOME/.config/openbox"
+      sed 's#<number>[0-9]*</number>#<number>4</number>#' /etc/xdg/openbox/rc.xml >"$HOME/.config/openbox/rc.xml"
+      WM_COMMAND=(openbox --sm-disable)
+      ;;
+    xfwm4)
+      WM_COMMAND=(dbus-run-session -- xfwm4 --compositor=off --vblank=off)
+      ;;
+    i3)
+      mkdir -p "$HOME/.config/i3"
+      cat >"$HOME/.config/i3/config" <<'CONFIG'
+font pango:monospace 8
+for_window [class=".*"] floating enable
+CONFIG
+      WM_COMMAND=(i3 -c "$HOME/.config/i3/config")
+      ;;
+    kwin_x11)
+      mkdir -p "$HOME/.config"
+      cat >"$HOME/.config/kwinrc" <<'CONFIG'
+[Desktops]
+Number=4
+Rows=1
+[Compositing]
+Enabled=false
+[org.kde.kdecoration2]
+library=org.kde.breeze
+CONFIG
+      WM_COMMAND=(env QT_QPA_PLATFORM=xcb dbus-run-session -- kwin_x11 --no-kactivities --replace)
+      ;;
+    metacity)
+      WM_COMMAND=(env GSETTINGS_BACKEND=memory metacity --sm-disable --no-composite --replace)
+      ;;
+    fluxbox)
+      mkdir -p "$HOME/.fluxbox"
+      # Without the overlay the default style runs a program that may put up a window of its own.
+      echo 'background: none' >"$HOME/.fluxbox/overlay"
+      cat >"$HOME/.fluxbox/init" <<'CONFIG'
+session.screen0.workspaces: 4
+session.screen0.toolbar.visible: false
+session.styleOverlay: ~/.fluxbox/overlay
+CONFIG
+      WM_COMMAND=(fluxbox -rc "$HOME/.fluxbox/init")
+      ;;
+    icewm)
+      mkdir -p "$HOME/.icewm"
+      printf 'WorkspaceNames="1","2","3","4"\nShowTaskBar=0\n' >"$HOME/.icewm/preferences"
+      WM_COMMAND=(icewm)
+      ;;
+  esac
+}

@@ -1,0 +1,21 @@
+// Any bytes may be given to the symbol-table walk.
+
+#include <cstring>
+#include <vector>
+
+#include "core/mach_o_symbols.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  // The first bytes choose the slide and the load address, so that sums of addresses overflow too.
+  std::int64_t slide = 0;
+  std::uint64_t loadAddress = 0;
+  if (size < sizeof slide + sizeof loadAddress) {
+    return 0;
+  }
+  std::memcpy(&slide, data, sizeof slide);
+  std::memcpy(&loadAddress, data + sizeof slide, sizeof loadAddress);
+  const auto* const image = reinterpret_cast<const std::byte*>(data) + sizeof slide + sizeof loadAddress;
+  const std::vector<std::byte> bytes(image, reinterpret_cast<const std::byte*>(data) + size);
+  static_cast<void>(tallowin::addressOfSymbol({"/x/SkyLight", bytes, slide, loadAddress}, "wanted"));
+  return 0;
+}

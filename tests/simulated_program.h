@@ -1,0 +1,88 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "base/file_preferences.h"
+#include "base/settings.h"
+#include "core/cgs_bridge.h"
+#include "core/space_provider.h"
+#include "platform/simulated/journal.h"
+#include "platform/simulated/simulated_desktop.h"
+#include "platform/simulated/virtual_time.h"
+
+namespace tallowin {
+
+/// For tests whose desktop has no pictures.
+class NoImages : public Images {
+ public:
+  std::optional<Image> decode(std::string_view /*bytes*/) override { return {}; }
+  std::optional<Image> scaled(const Image& /*image*/, int /*width*/, int /*height*/) override { return {}; }
+  std::string encodePNG(const Image& /*image*/) override { return {}; }
+  std::string encodeJPEG(const Image& /*image*/, int /*quality*/) override { return {}; }
+  std::optional<Image> sketch(int /*width*/, int /*height*/, const std::vector<SketchBox>& /*boxes*/) override {
+    return {};
+  }
+};
+
+/// A simulated desktop in virtual time with the window-server bridge and the settings on top of it, and what the
+/// journal has recorded.
+class SimulatedProgram {
+ public:
+  explicit SimulatedProgram(std::string_view scenarioJSON) : scenario(parsed(scenarioJSON)), time(scenario.clock) {
+    desktop.usePreferencesFile("/home/user/.config/tallowin/preferences.json");
+    settings.registerDefaults();
+    desktop.start();
+  }
+
+  /// The journal's lines of one operation since the last call, without their times.
+  [[nodiscard]] std::vector<nlohmann::ordered_json> take(std::string_view op) {
+    std::vector<nlohmann::ordered_json> taken;
+    for (const auto& line : std::exchange(lines, {})) {
+      auto record = nlohmann::ordered_json::parse(line);
+      if (record["op"] == op) {
+        record.erase("t");
+        record.erase("op");
+        taken.push_back(std::move(record));
+      }
+    }
+    return taken;
+  }
+
+  /// The messages logged since the last take() of anything.
+  [[nodiscard]] std::vector<std::string> takeLog() {
+    std::vector<std::string> messages;
+    for (const auto& record : take("log")) {
+      messages.push_back(record.at("message"));
+    }
+    return messages;
+  }
+
+  [[nodiscard]] SpaceSnapshot snapshot() const { return provider.snapshot().value_or(SpaceSnapshot::empty()); }
+
+  const Scenario scenario;
+  VirtualTime time;
+  std::vector<std::string> lines;
+  Journal journal{time, [this](std::string_view line) { lines.emplace_back(line); }};
+  NoImages images;
+  SimulatedDesktop desktop{scenario, time, time, images, journal};
+  CGSBridge bridge{desktop.loader(), desktop.coreFoundation()};
+  FilePreferences preferences{{desktop.files(), time, time, desktop.log()},
+                              "/home/user/.config/tallowin/preferences.json",
+                              [this](std::string_view key) { return desktop.globalPreference(key); }};
+  Settings settings{preferences};
+  SpaceProvider provider{bridge, time, desktop.log()};
+
+ private:
+  static Scenario parsed(std::string_view json) {
+    auto scenario = Scenario::parse(json);
+    if (!scenario) {
+      ADD_FAILURE() << scenario.error();
+      return *Scenario::parse("{}");
+    }
+    return *std::move(scenario);
+  }
+};
+
+}  // namespace tallowin
