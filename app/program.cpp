@@ -29,7 +29,7 @@ int runProgram(const CommandLine& line, const Platform& platform, std::ostream& 
     case Mode::unsetSetting:
       return unsetSetting(settings, line.settingKey, error);
     case Mode::resident:
-      return runResident(platform, provider, error);
+      return runResident(platform, settings, provider, error);
     case Mode::version:
     case Mode::help:
       break;

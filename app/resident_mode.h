@@ -2,13 +2,13 @@
 
 #include <ostream>
 
+#include "base/settings.h"
 #include "core/space_provider.h"
 #include "platform/platform.h"
 
 namespace tallowin {
 
-/// Without a mode: watches the Spaces until told to quit, and logs which desktop becomes active. Says on `error`
-/// when there are none to watch. Answers the exit status that the run loop was stopped with.
-int runResident(const Platform& platform, const SpaceProvider& provider, std::ostream& error);
+/// Without a mode: the resident program, until the run loop is stopped. Answers the status that it was stopped with.
+int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider, std::ostream& error);
 
 }  // namespace tallowin

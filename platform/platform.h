@@ -14,6 +14,8 @@
 #include "platform/processes.h"
 #include "platform/screen_capture.h"
 #include "platform/system.h"
+#include "platform/toasts.h"
+#include "platform/url_events.h"
 #include "platform/window_list.h"
 #include "platform/window_server.h"
 #include "platform/workspace.h"
@@ -37,6 +39,8 @@ struct Platform {
   Files& files;
   const Folders& folders;
   Processes& processes;
+  Toasts& toasts;
+  URLEvents& urlEvents;
   System& system;
   MainQueue& mainQueue;
   WorkQueues& workQueues;

@@ -26,6 +26,10 @@ class System {
   virtual std::string operatingSystemVersionString() = 0;
   virtual ProcessID processIdentifier() = 0;
 
+  /// Ends the process at once; nothing is flushed or tidied up. On the simulated system the work that is running is
+  /// finished first.
+  virtual void terminate(int status) = 0;
+
   /// The login's dictionary (CGSessionCopyCurrentDictionary); "CGSSessionScreenIsLocked" is true in it while the screen
   /// is locked. An empty dictionary when the system does not tell.
   virtual PropertyList CGSessionCopyCurrentDictionary() = 0;

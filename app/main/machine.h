@@ -5,16 +5,17 @@
 #include <optional>
 
 #include "base/file_preferences.h"
+#include "base/log_toasts.h"
 #include "platform/folders.h"
 #include "platform/qt/lazy_images.h"
 #include "platform/qt/qt_descriptors.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_processes.h"
-#include "platform/qt/qt_work_queues.h"
 #include "platform/qt/system_clock.h"
 #include "platform/qt/system_log.h"
 #include "platform/qt/termination_signals.h"
+#include "platform/qt/thread_work_queues.h"
 #include "platform/qt/unix_system.h"
 
 namespace tallowin {
@@ -25,13 +26,14 @@ struct Machine {
   Machine(const std::optional<std::filesystem::path>& home, bool verbose);
 
   QtMainQueue mainQueue;
-  QtWorkQueues workQueues;
+  ThreadWorkQueues workQueues;
   QtDescriptors descriptors;
   QtFiles files{descriptors};
   QtProcesses processes;
   SystemClock clock;
   SystemLog log;
   LazyImages images{log};
+  LogToasts toasts{log};
   UnixSystem system;
   Folders folders;
   FilePreferences preferences;

@@ -34,6 +34,8 @@ class NoneHost : public Host {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = machine_.processes,
+            .toasts = machine_.toasts,
+            .urlEvents = urlEvents_,
             .system = machine_.system,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
@@ -53,6 +55,7 @@ class NoneHost : public Host {
   NeutralDisplays displays_;
   NeutralWindowList windowList_;
   NeutralWorkspace workspace_;
+  NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;
 };

@@ -86,7 +86,7 @@ class SimulatedHost : public Host {
 
   void make(MainQueue& queue, SimulatedClock& clock, RunLoop& runLoop, Journal& journal, Images& images) {
     desktop_ = std::make_unique<SimulatedDesktop>(scenario_, queue, clock, images, journal);
-    desktop_->onQuit = [&runLoop] { runLoop.stop(exit_status::success); };
+    desktop_->onQuit = [&runLoop](int status) { runLoop.stop(status); };
     bridge_ = std::make_unique<CGSBridge>(desktop_->loader(), desktop_->coreFoundation());
   }
 
@@ -132,6 +132,8 @@ class VirtualTimeHost : public SimulatedHost {
             .files = simulated.files(),
             .folders = simulated.folders(),
             .processes = simulated.processes(),
+            .toasts = simulated.toasts(),
+            .urlEvents = simulated.urlEvents(),
             .system = simulated.system(),
             .mainQueue = time_,
             .workQueues = time_,
@@ -204,6 +206,8 @@ class RealTimeHost : public SimulatedHost {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = simulated.processes(),
+            .toasts = simulated.toasts(),
+            .urlEvents = simulated.urlEvents(),
             .system = simulated.system(),
             .mainQueue = machine_.mainQueue,
             .workQueues = workQueues_,

@@ -46,6 +46,8 @@ class X11Host : public Host {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = machine_.processes,
+            .toasts = machine_.toasts,
+            .urlEvents = urlEvents_,
             .system = machine_.system,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
@@ -65,6 +67,7 @@ class X11Host : public Host {
   Machine machine_;
   NeutralWindowList windowList_;
   NeutralWorkspace workspace_;
+  NeutralURLEvents urlEvents_;
   std::unique_ptr<X11Desktop> desktop_;
 };
 

@@ -6,6 +6,7 @@
 #include "platform/notification_center.h"
 #include "platform/screen_capture.h"
 #include "platform/system.h"
+#include "platform/url_events.h"
 #include "platform/window_list.h"
 #include "platform/workspace.h"
 
@@ -87,6 +88,11 @@ class NeutralWorkspace : public Workspace {
   }
   bool openURL(std::string_view /*url*/) override { return false; }
   std::optional<std::string> iconForFile(const std::filesystem::path& /*file*/) override { return {}; }
+};
+
+class NeutralURLEvents : public URLEvents {
+ public:
+  void setHandler(std::function<void(const std::string& text)> /*handler*/) override {}
 };
 
 class NeutralNotificationCenter : public NotificationCenter {

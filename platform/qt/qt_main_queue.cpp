@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QTimer>
 #include <limits>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace tallowin {
 
@@ -26,8 +28,33 @@ WorkItem started(QTimer* timer, Duration interval) {
 
 }  // namespace
 
+QtMainQueue::QtMainQueue()
+    : wakeUp_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)), notifier_(wakeUp_, QSocketNotifier::Read) {
+  QObject::connect(&notifier_, &QSocketNotifier::activated, &context_, [this] { runArrived(); });
+}
+
+QtMainQueue::~QtMainQueue() {
+  notifier_.setEnabled(false);
+  ::close(wakeUp_);
+}
+
 void QtMainQueue::async(std::function<void()> work) {
-  QMetaObject::invokeMethod(&context_, std::move(work), Qt::QueuedConnection);
+  const std::lock_guard lock(mutex_);
+  arrived_.push_back(std::move(work));
+  ::eventfd_write(wakeUp_, 1);
+}
+
+/// Runs what had arrived by now; what arrives meanwhile waits for its own turn of the event loop.
+void QtMainQueue::runArrived() {
+  eventfd_t count = 0;
+  ::eventfd_read(wakeUp_, &count);
+  for (; count > 0 && !stopped_; --count) {
+    std::unique_lock lock(mutex_);
+    const auto work = std::move(arrived_.front());
+    arrived_.pop_front();
+    lock.unlock();
+    work();
+  }
 }
 
 WorkItem QtMainQueue::after(Duration delay, std::function<void()> work) {

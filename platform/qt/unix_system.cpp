@@ -20,6 +20,10 @@ ProcessID UnixSystem::processIdentifier() {
   return ::getpid();
 }
 
+void UnixSystem::terminate(int status) {
+  ::_exit(status);
+}
+
 PropertyList UnixSystem::CGSessionCopyCurrentDictionary() {
   return PropertyList::object();
 }

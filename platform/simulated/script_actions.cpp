@@ -259,7 +259,11 @@ void renamePlist(SimulatedParts& desktop) {
 }
 
 ScriptAction quit(Arguments& /*arguments*/) {
-  return [](SimulatedDesktop& desktop) { desktop.onQuit(); };
+  return [](SimulatedDesktop& desktop) { desktop.onQuit(0); };
+}
+
+ScriptAction openURL(Arguments& arguments) {
+  return onParts([url = arguments.require("url").text()](SimulatedParts& desktop) { desktop.urlEvents.open(url); });
 }
 
 struct Entry {
@@ -287,6 +291,7 @@ constexpr Entry actions[] = {
     {"minimizeWindow", minimizeWindow},
     {"movePointer", movePointer},
     {"moveWindow", moveWindow},
+    {"openURL", openURL},
     {"openWindow", openWindow},
     {"pressMouse", plain<[](SimulatedParts& desktop) { desktop.events.pressLeftButton(); }>},
     {"pressSymbolicHotKey", pressSymbolicHotKey},

@@ -10,7 +10,12 @@ SimulatedDesktop::SimulatedDesktop(const Scenario& scenario, MainQueue& queue, S
     : scenario_(scenario),
       queue_(queue),
       journal_(journal),
-      parts_(std::make_unique<SimulatedParts>(scenario, queue, clock, images, journal)) {}
+      parts_(std::make_unique<SimulatedParts>(scenario, queue, clock, images, journal)) {
+  parts_->system.onTerminate = [this](int status) {
+    journal_.record("terminate", {{"status", status}});
+    onQuit(status);
+  };
+}
 
 SimulatedDesktop::~SimulatedDesktop() = default;
 
@@ -59,6 +64,12 @@ Log& SimulatedDesktop::log() {
 }
 Processes& SimulatedDesktop::processes() {
   return parts_->processes;
+}
+Toasts& SimulatedDesktop::toasts() {
+  return parts_->toasts;
+}
+URLEvents& SimulatedDesktop::urlEvents() {
+  return parts_->urlEvents;
 }
 Files& SimulatedDesktop::files() {
   return parts_->files;

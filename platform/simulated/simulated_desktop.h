@@ -23,6 +23,8 @@
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_clock.h"
 #include "platform/system.h"
+#include "platform/toasts.h"
+#include "platform/url_events.h"
 #include "platform/window_list.h"
 #include "platform/workspace.h"
 
@@ -44,8 +46,8 @@ class SimulatedDesktop {
   /// Sets the script going; its times count from now.
   void start();
 
-  /// Called by the script's action "quit".
-  std::function<void()> onQuit = [] {};
+  /// Called when the process is to end: by the script's action "quit", with status 0, or because it ends itself.
+  std::function<void(int status)> onQuit = [](int) {};
 
   /// Where the program keeps its preferences, as a JSON object. Writes the scenario's preferences there, when it has
   /// any, and is where the script's actions on preferences take place. Before start().
@@ -62,6 +64,8 @@ class SimulatedDesktop {
   System& system();
   Log& log();
   Processes& processes();
+  Toasts& toasts();
+  URLEvents& urlEvents();
   Files& files();
   DynamicLoader& loader();
   CoreFoundation& coreFoundation();

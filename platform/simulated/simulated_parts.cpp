@@ -51,6 +51,7 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       screenCapture(state, images, journal),
       system(state),
       processes(journal),
+      toasts(journal),
       objectiveC(coreFoundation, !scenario.missingFunctions.contains(SimulatedObjectiveC::operationClass)),
       trackpads(state.trackpads, clock, journal),
       windowServer(state, journal, scenario.notificationFailures),

@@ -19,7 +19,9 @@
 #include "platform/simulated/simulated_screen_capture.h"
 #include "platform/simulated/simulated_spaces.h"
 #include "platform/simulated/simulated_system.h"
+#include "platform/simulated/simulated_toasts.h"
 #include "platform/simulated/simulated_trackpads.h"
+#include "platform/simulated/simulated_url_events.h"
 #include "platform/simulated/simulated_window_list.h"
 #include "platform/simulated/simulated_window_server.h"
 #include "platform/simulated/simulated_workspace.h"
@@ -60,6 +62,8 @@ struct SimulatedParts {
   SimulatedScreenCapture screenCapture;
   SimulatedSystem system;
   SimulatedProcesses processes;
+  SimulatedToasts toasts;
+  SimulatedURLEvents urlEvents;
   SimulatedCoreFoundation coreFoundation;
   SimulatedObjectiveC objectiveC;
   SimulatedTrackpads trackpads;

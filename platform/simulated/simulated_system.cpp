@@ -9,12 +9,12 @@ std::string SimulatedSystem::operatingSystemVersionString() {
 }
 
 PropertyList SimulatedSystem::CGSessionCopyCurrentDictionary() {
-  PropertyList session = {{"kCGSSessionOnConsoleKey", true}};
+  PropertyList dictionary = {{"kCGSSessionOnConsoleKey", true}};
   // As on the real system, the key is there only while the screen is locked.
   if (state_.screenLocked) {
-    session["CGSSessionScreenIsLocked"] = true;
+    dictionary["CGSSessionScreenIsLocked"] = true;
   }
-  return session;
+  return dictionary;
 }
 
 }  // namespace tallowin

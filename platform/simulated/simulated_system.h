@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/simulated/desktop_state.h"
 #include "platform/system.h"
 
 namespace tallowin {
 
-/// The simulated process and session. Main thread only.
+/// The simulated process and its login. Main thread only.
 class SimulatedSystem : public System {
  public:
   explicit SimulatedSystem(const DesktopState& state) : state_(state) {}
@@ -13,7 +15,11 @@ class SimulatedSystem : public System {
   OperatingSystemVersion operatingSystemVersion() override { return state_.systemVersion; }
   std::string operatingSystemVersionString() override;
   ProcessID processIdentifier() override { return state_.ownProcess; }
+  void terminate(int status) override { onTerminate(status); }
   PropertyList CGSessionCopyCurrentDictionary() override;
+
+  /// Told when the process ends itself.
+  std::function<void(int status)> onTerminate = [](int) {};
 
  private:
   const DesktopState& state_;

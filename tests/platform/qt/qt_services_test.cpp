@@ -14,8 +14,8 @@
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/qt_processes.h"
-#include "platform/qt/qt_work_queues.h"
 #include "platform/qt/termination_signals.h"
+#include "platform/qt/thread_work_queues.h"
 
 namespace tallowin {
 namespace {
@@ -93,7 +93,7 @@ TEST_F(QtServicesTest, OtherThreadsReachTheMainThread) {
   const auto main = std::this_thread::get_id();
   std::atomic<int> workedElsewhere = 0;
   int arrived = 0;
-  QtWorkQueues queues;
+  ThreadWorkQueues queues;
   const auto work = queues.make("tallowin.test");
   for (int i = 0; i < 100; ++i) {
     work->after(Duration::zero(), [&] {

@@ -375,7 +375,7 @@ TEST(SimulatedDesktopTest, theSameScenarioGivesTheSameJournal) {
                  {"at": 0.7, "do": "corruptFile", "path": "/a"}, {"at": 1, "do": "jumpClock", "by": -3600},
                  {"at": 2, "do": "quit"}]})");
     bool quit = false;
-    story.desktop.onQuit = [&] { quit = true; };
+    story.desktop.onQuit = [&](int status) { quit = status == 0; };
     const auto timer = story.time.every(300ms, 0ms, [&] { swipeRight(story.desktop.events()); });
     story.time.run();
     EXPECT_TRUE(quit);

@@ -5,7 +5,7 @@
 namespace tallowin {
 
 /// Serial queues, each with a thread of its own at low priority.
-class QtWorkQueues : public WorkQueues {
+class ThreadWorkQueues : public WorkQueues {
  public:
   std::unique_ptr<WorkQueue> make(const std::string& label) override;
 };

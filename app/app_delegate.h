@@ -1,0 +1,46 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "app/command_performer.h"
+#include "base/app_paths.h"
+#include "platform/platform.h"
+
+namespace tallowin {
+
+/// Owns the services of the resident program, connects them, and reacts when the active Space changes. Main thread
+/// only.
+class AppDelegate {
+ public:
+  /// `error` receives what the user must be told beside the log.
+  AppDelegate(const Platform& platform, const Settings& settings, const SpaceProvider& provider, std::ostream& error);
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+  ~AppDelegate();
+
+  /// Starts everything in its order.
+  void applicationDidFinishLaunching();
+
+  /// Carries out one command.
+  void perform(const SpaceCommand& command) { performer_.perform(command); }
+
+  /// Performs the URL in `text`. A text that is no URL does nothing; one that is not understood is said so; one whose
+  /// query names a key twice ends the process.
+  void handleURLEvent(const std::string& text);
+
+ private:
+  void snapshotChanged(const SpaceSnapshot& snapshot);
+  void activeSpaceChanged(const Space& to);
+
+  const Platform platform_;
+  std::ostream& error_;
+  AppPaths paths_;
+  SpaceStore store_;
+  SpaceHistory history_;
+  SpaceSwitcher switcher_;
+  SpaceWatcher watcher_;
+  CommandPerformer performer_;
+};
+
+}  // namespace tallowin

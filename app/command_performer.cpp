@@ -1,0 +1,84 @@
+#include "app/command_performer.h"
+
+namespace tallowin {
+
+void CommandPerformer::perform(const SpaceCommand& command) {
+  std::visit(*this, command);
+}
+
+/// The Space that is meant; when there is none, that is said.
+std::optional<Space> CommandPerformer::find(const SpaceRef& ref) {
+  auto space = resolve(ref, snapshot(), services_.store);
+  if (!space) {
+    if (const auto message = notFoundMessage(ref)) {
+      services_.toasts.show({*message, std::nullopt, true});
+    }
+  }
+  return space;
+}
+
+void CommandPerformer::switchTo(const std::optional<Space>& space) {
+  if (space) {
+    services_.switcher.switchTo(*space, snapshot());
+  }
+}
+
+void CommandPerformer::notAvailable() {
+  services_.toasts.show({"not available yet", std::nullopt, true});
+}
+
+void CommandPerformer::operator()(const command::SwitchTo& command) {
+  auto target = find(command.space);
+  const auto active = snapshot().activeSpace();
+  if (target && active && target->id == active->id && services_.settings.boolean("backAndForth")) {
+    target = services_.history.previous(snapshot());
+  }
+  switchTo(target);
+}
+
+void CommandPerformer::operator()(const command::Step& command) {
+  const auto display = services_.switcher.displayUnderMouse(snapshot());
+  if (!display) {
+    return;
+  }
+  const auto& settings = services_.settings;
+  const SteppingRules rules{settings.boolean("wrapAround"), settings.boolean("hideFullscreenSpaces"),
+                            settings.boolean("skipEmptyWhenCycling") || settings.boolean("hideEmptySpaces")};
+  switchTo(neighbour(*display, command.right, rules, services_.isSpaceEmpty));
+}
+
+void CommandPerformer::operator()(const command::Step2D& command) {
+  const auto display = services_.switcher.displayUnderMouse(snapshot());
+  if (display) {
+    switchTo(gridNeighbour(*display, command.up, services_.settings.integer("gridColumns")));
+  }
+}
+
+void CommandPerformer::operator()(const command::Back& /*command*/) {
+  switchTo(services_.history.previous(snapshot()));
+}
+
+void CommandPerformer::operator()(const command::Rename& command) {
+  if (!command.name) {
+    notAvailable();
+    return;
+  }
+  if (const auto space = find(command.space)) {
+    services_.store.setName(*command.name, space->id);
+    if (!command.name->empty()) {
+      services_.store.remember(*command.name);
+    }
+  }
+}
+
+void CommandPerformer::operator()(const command::Note& command) {
+  if (!command.text) {
+    notAvailable();
+    return;
+  }
+  if (const auto space = find(command.space)) {
+    services_.store.setNote(*command.text, space->id);
+  }
+}
+
+}  // namespace tallowin
