@@ -30,7 +30,7 @@ cannot_install() {
 # the packages and ends the script. A stamp per package list keeps later runs from asking dpkg again. On other systems
 # TALLOWIN_PACKAGES_PRESENT=1 says that everything is there.
 ensure_packages() {
-  local why=$1 stamp missing sudo=()
+  local why=$1 stamp log missing sudo=()
   shift
   stamp="$root/build/.packages-$(printf '%s\n' "$@" | cksum | cut -d' ' -f1)"
   [ ! -e "$stamp" ] || return 0
@@ -45,9 +45,12 @@ ensure_packages() {
       sudo=(sudo)
     fi
     echo "Installing with apt-get, to $why: ${missing[*]}" >&2
-    "${sudo[@]}" apt-get update -qq >&2 || echo "The list of packages could not be brought up to date." >&2
-    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 ||
-      cannot_install "$why" "apt-get failed." "${missing[@]}"
+    mkdir -p "$root/build"
+    log="$root/build/packages.log"
+    # A list of packages that cannot be brought up to date may still do.
+    "${sudo[@]}" apt-get update -qq >"$log" 2>&1 || true
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+      >>"$log" 2>&1 || { cat "$log" >&2; cannot_install "$why" "apt-get failed." "${missing[@]}"; }
   fi
   mkdir -p "$root/build"
   touch "$stamp"
