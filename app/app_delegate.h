@@ -1,9 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <ostream>
 #include <string>
 
 #include "app/command_performer.h"
+#include "app/desktop_name_mirror.h"
+#include "app/request_handler.h"
+#include "app/state_feed.h"
+#include "app/url_command.h"
 #include "base/app_paths.h"
 #include "platform/platform.h"
 
@@ -22,12 +27,12 @@ class AppDelegate {
   /// Starts everything in its order.
   void applicationDidFinishLaunching();
 
-  /// Carries out one command.
-  void perform(const SpaceCommand& command) { performer_.perform(command); }
+  /// Carries out one command, on the Spaces as they are now.
+  void perform(const SpaceCommand& command);
 
-  /// Performs the URL in `text`. A text that is no URL does nothing; one that is not understood is said so; one whose
-  /// query names a key twice ends the process.
-  void handleURLEvent(const std::string& text);
+  /// Performs the URL in `text`. A text that is no URL does nothing; one that is not understood is said so in a toast;
+  /// one whose query names a key twice ends the process. Answers why it was not performed.
+  std::optional<URLFault> handleURLEvent(const std::string& text);
 
  private:
   void snapshotChanged(const SpaceSnapshot& snapshot);
@@ -40,7 +45,10 @@ class AppDelegate {
   SpaceHistory history_;
   SpaceSwitcher switcher_;
   SpaceWatcher watcher_;
+  DesktopNameMirror nameMirror_;
   CommandPerformer performer_;
+  StateFeed feed_;
+  RequestHandler requests_;
 };
 
 }  // namespace tallowin

@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "app/request_words.h"
 #include "base/decimal_integer.h"
 
 namespace tallowin {
@@ -59,6 +60,9 @@ constexpr auto platforms = std::to_array<std::pair<std::string_view, PlatformCho
     {"none", PlatformChoice::none},
 });
 
+/// The words that are no options, among those that were given.
+constexpr std::string_view request;
+
 /// Options that were given, with what followed each. The last one wins.
 using Given = std::map<std::string_view, std::vector<std::string>>;
 
@@ -75,7 +79,8 @@ std::expected<Given, std::string> gather(std::span<const std::string> arguments)
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const auto option = std::ranges::find(options(), arguments[i], &Option::name);
     if (option == options().end()) {
-      return std::unexpected("unknown argument \"" + arguments[i] + "\"; --help lists what there is");
+      given[request].push_back(arguments[i]);
+      continue;
     }
     if (arguments.size() - i - 1 < option->values.size()) {
       return std::unexpected(std::string(option->name) + " needs more after it: " + usageOf(*option));
@@ -132,6 +137,20 @@ std::string readMode(const Given& given, CommandLine& line) {
   return "";
 }
 
+/// The same, for the words of a request.
+std::string readRequest(const Given& given, CommandLine& line) {
+  if (const auto words = given.find(request); words != given.end()) {
+    line.request = words->second;
+  }
+  if (const auto words = readRequestWords(line.request); !words) {
+    return words.error();
+  }
+  if (!line.request.empty() && (line.mode != Mode::resident || line.simulate)) {
+    return "\"" + line.request.front() + "\" is for the running Tallowin, and goes without other modes";
+  }
+  return "";
+}
+
 /// The same, for options that do not go together.
 std::string contradiction(const Given& given, const CommandLine& line) {
   const auto isAsked = [&](const auto& mode) { return given.contains(mode.first); };
@@ -174,8 +193,8 @@ std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::st
   line.journal = valueOf(*given, "--journal");
   line.home = valueOf(*given, "--home");
   line.verbose = given->contains("--verbose");
-  for (const auto& fault :
-       {readPlatform(*given, environmentPlatform, line), readMode(*given, line), contradiction(*given, line)}) {
+  for (const auto& fault : {readPlatform(*given, environmentPlatform, line), readMode(*given, line),
+                            readRequest(*given, line), contradiction(*given, line)}) {
     if (!fault.empty()) {
       return std::unexpected(fault);
     }
@@ -190,6 +209,12 @@ std::string_view helpText() {
   return R"(Tallowin names, switches and scripts virtual desktops ("Spaces").
 
   tallowin                        watch the Spaces until told to quit
+  tallowin URL                    perform a tallowin:// URL
+  tallowin list [--json]          list the Spaces
+  tallowin current [--json]       name the active Space
+  tallowin watch [--json]         print the state, and a line for every change
+  tallowin quit                   tell the running Tallowin to quit
+
   tallowin --probe                print what the desktop reports about its Spaces
   tallowin --switch N [classic]   switch to desktop N; classic uses the desktop's own shortcuts
   tallowin --capture              write a preview image of each visible Space
@@ -207,9 +232,10 @@ std::string_view helpText() {
   --verbose                       log to standard error too
   --version, --help
 
-Exit status: 0 done, 1 no such desktop, or a setting without a value, 2 the switch was not seen, 64 a mistake in the
-arguments, 65 or 66 a scenario that cannot be understood or read, 69 no such desktop system, or it has gone away,
-73 a file cannot be written, 74 the output cannot be written, 128 and more ended by a signal.
+Exit status: 0 done, 1 no such desktop, a setting without a value, or a URL that is not understood, 2 the switch was not
+seen, 64 a mistake in the arguments, 65 or 66 a scenario that cannot be understood or read, 69 no such desktop system, no
+running Tallowin to ask, or it has gone away, 73 a file cannot be written, 74 the output cannot be written, 128 and more
+ended by a signal.
 )";
 }
 

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tallowin {
 
@@ -45,6 +46,7 @@ struct CommandLine {
   std::optional<std::filesystem::path> journal;   ///< where the simulation's journal goes
   std::optional<std::filesystem::path> home;      ///< keep everything below this folder
   bool verbose = false;
+  std::vector<std::string> request;  ///< for resident: what the running instance is asked for, or this one becoming it
   bool operator==(const CommandLine&) const = default;
 };
 

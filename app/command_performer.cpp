@@ -18,8 +18,8 @@ std::optional<Space> CommandPerformer::find(const SpaceRef& ref) {
 }
 
 void CommandPerformer::switchTo(const std::optional<Space>& space) {
-  if (space) {
-    services_.switcher.switchTo(*space, snapshot());
+  if (space && services_.switcher.switchTo(*space, snapshot())) {
+    lastSwitch_ = services_.clock.now();
   }
 }
 

@@ -23,6 +23,7 @@ class CommandPerformer {
     SpaceSwitcher& switcher;
     const Settings& settings;
     Toasts& toasts;
+    const Clock& clock;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
   };
@@ -31,6 +32,9 @@ class CommandPerformer {
 
   /// Does what the command asks for. Whatever the user must know is shown as a toast.
   void perform(const SpaceCommand& command);
+
+  /// When this program last started a switch; nothing while it has not.
+  [[nodiscard]] std::optional<Date> lastSwitch() const { return lastSwitch_; }
 
   /// One for each command that can be carried out; the others say that they are not available yet.
   void operator()(const command::SwitchTo& command);
@@ -51,6 +55,7 @@ class CommandPerformer {
   void notAvailable();
 
   const Services services_;
+  std::optional<Date> lastSwitch_;
 };
 
 }  // namespace tallowin

@@ -5,9 +5,12 @@
 namespace tallowin {
 
 int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
-                std::ostream& error) {
+                const std::optional<std::string>& url, std::ostream& error) {
   AppDelegate delegate(platform, settings, provider, error);
   delegate.applicationDidFinishLaunching();
+  if (url) {
+    static_cast<void>(delegate.handleURLEvent(*url));
+  }
   return platform.runLoop.run();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <ostream>
+#include <string>
 
 #include "base/settings.h"
 #include "core/space_provider.h"
@@ -9,6 +11,8 @@
 namespace tallowin {
 
 /// Without a mode: the resident program, until the run loop is stopped. Answers the status that it was stopped with.
-int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider, std::ostream& error);
+/// `url` is performed once everything has started.
+int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
+                const std::optional<std::string>& url, std::ostream& error);
 
 }  // namespace tallowin

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <utf8proc.h>
 
 namespace tallowin {
@@ -27,19 +28,22 @@ std::string folded(std::string_view text) {
   return mapped(text, UTF8PROC_STABLE | UTF8PROC_COMPOSE | UTF8PROC_CASEFOLD, nullptr);
 }
 
+/// Takes the first character away; nothing, and one byte, when it is no UTF-8.
+std::optional<utf8proc_int32_t> takeCharacter(std::string_view& text) {
+  utf8proc_int32_t codepoint = 0;
+  const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                                       static_cast<utf8proc_ssize_t>(text.size()), &codepoint);
+  text.remove_prefix(length > 0 ? static_cast<std::size_t>(length) : 1);
+  return length > 0 ? std::optional(codepoint) : std::nullopt;
+}
+
 }  // namespace
 
 bool isValidUTF8(std::string_view text) {
-  const auto* at = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
-  auto left = static_cast<utf8proc_ssize_t>(text.size());
-  while (left > 0) {
-    utf8proc_int32_t codepoint = 0;
-    const auto length = utf8proc_iterate(at, left, &codepoint);
-    if (length <= 0) {
+  while (!text.empty()) {
+    if (!takeCharacter(text)) {
       return false;
     }
-    at += length;
-    left -= length;
   }
   return true;
 }
@@ -50,6 +54,27 @@ std::string lowerCased(std::string_view text) {
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
   return folded(a) == folded(b);
+}
+
+std::string printable(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const auto before = text;
+    const auto character = takeCharacter(text);
+    const auto taken = before.substr(0, before.size() - text.size());
+    const bool isControl = character && utf8proc_category(*character) == UTF8PROC_CATEGORY_CC;
+    result += isControl ? " " : taken;
+  }
+  return result;
+}
+
+std::size_t displayWidth(std::string_view text) {
+  std::size_t width = 0;
+  while (!text.empty()) {
+    const auto character = takeCharacter(text);
+    width += character ? static_cast<std::size_t>(utf8proc_charwidth(*character)) : 1;
+  }
+  return width;
 }
 
 }  // namespace tallowin

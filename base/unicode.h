@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,12 @@ namespace tallowin {
 
 /// Whether the texts are the same but for case and composition (Unicode's full case folding).
 [[nodiscard]] bool equalIgnoringCase(std::string_view a, std::string_view b);
+
+/// The text with a blank for every control character (C0, DEL, C1), so that a terminal or a line-wise reader shows it
+/// and does nothing else with it.
+[[nodiscard]] std::string printable(std::string_view text);
+
+/// How many columns of a terminal the text takes. A byte that is no UTF-8 counts as one.
+[[nodiscard]] std::size_t displayWidth(std::string_view text);
 
 }  // namespace tallowin

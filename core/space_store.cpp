@@ -36,6 +36,10 @@ SpaceStore::SpaceStore(Services services, std::filesystem::path file) : services
   load();
 }
 
+SpaceStore::~SpaceStore() {
+  finishSaving();
+}
+
 void SpaceStore::load() {
   const auto text = services_.files.read(file_);
   if (!text) {
@@ -251,7 +255,26 @@ void SpaceStore::save() {
     services_.log.error(category, "did not replace " + file_.string());
     return;
   }
-  if (const auto written = services_.files.writeAtomically(file_, prettyJSON(toJson(metas_)), privateFile); !written) {
+  if (!writing_) {
+    writing_ = services_.workQueues.make("tallowin.store");
+  }
+  // Of thousands of records making the text and waiting for the disk take longer than anybody should have to.
+  writing_->after(Duration::zero(), [this, metas = metas_, save = ++saves_] {
+    write(metas);
+    saved_ = save;
+  });
+}
+
+void SpaceStore::finishSaving() {
+  writing_.reset();  // it finishes what it is writing, and drops what waits
+  if (saved_ != saves_) {
+    write(metas_);
+    saved_ = saves_;
+  }
+}
+
+void SpaceStore::write(const SpaceMetas& metas) const {
+  if (const auto written = services_.files.writeAtomically(file_, prettyJSON(toJson(metas)), privateFile); !written) {
     services_.log.error(category, "cannot write " + file_.string() + ": " + written.error().description);
   }
 }

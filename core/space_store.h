@@ -1,8 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -19,8 +21,8 @@
 
 namespace tallowin {
 
-/// Owns what the user has said about the Spaces, and is the only one to name a Space. Every change is told and saved
-/// 0.3 s after the last one. Main thread only.
+/// Owns what the user has said about the Spaces, and is the only one to name a Space. Every change is told at once, and
+/// saved 0.3 s after the last one, on a queue of its own. Main thread only.
 class SpaceStore {
  public:
   struct Services {
@@ -28,6 +30,7 @@ class SpaceStore {
     Images& images;
     Workspace& workspace;
     MainQueue& mainQueue;
+    WorkQueues& workQueues;
     const Clock& clock;
     Log& log;
     const Settings& settings;
@@ -37,6 +40,10 @@ class SpaceStore {
   /// Reads the file. One that is missing gives an empty store; so does one that cannot be understood, which is kept
   /// aside first. One that cannot be read, or not be kept aside, is never replaced.
   SpaceStore(Services services, std::filesystem::path file);
+  /// Finishes the saves that have begun. A change of the last 0.3 s is lost.
+  ~SpaceStore();
+  SpaceStore(const SpaceStore&) = delete;
+  SpaceStore& operator=(const SpaceStore&) = delete;
 
   /// Supplies names for ordinary Spaces without one, while the setting "autoNameSpaces" is on.
   std::function<std::optional<std::string>(const Space&)> autoNameProvider;
@@ -62,6 +69,9 @@ class SpaceStore {
 
   /// Replaces all records.
   void replaceAll(SpaceMetas metas);
+
+  /// Waits until every save that has begun is in the file.
+  void finishSaving();
 
   /// Puts a name at the head of the recent names, which hold at most 20, none twice ignoring case.
   void remember(const std::string& name);
@@ -92,6 +102,7 @@ class SpaceStore {
   void put(const std::string& key, const SpaceMeta& meta);
   void scheduleSave();
   void save();
+  void write(const SpaceMetas& metas) const;
   [[nodiscard]] std::optional<std::string> writeIcon(const std::filesystem::path& image, const std::string& id);
   [[nodiscard]] std::filesystem::path iconPath(const std::string& fileName) const;
   [[nodiscard]] std::optional<RunningApplication> fullscreenOwner(const Space& space) const;
@@ -104,7 +115,10 @@ class SpaceStore {
   std::map<std::string, std::string> fullscreenKeyByID_;  ///< for the full-screen Spaces of the last snapshot
   std::map<std::string, Image> iconCache_;                ///< by Space id
   WorkItem saveWork_;
-  bool replaceable_ = true;  ///< what stands in the file is known or kept aside, or there is no file
+  std::uint64_t saves_ = 0;               ///< counts those that have begun
+  std::atomic<std::uint64_t> saved_ = 0;  ///< so many are in the file; shared with the queue
+  std::unique_ptr<WorkQueue> writing_;    ///< made for the first save
+  bool replaceable_ = true;               ///< what stands in the file is known or kept aside, or there is no file
 };
 
 }  // namespace tallowin

@@ -34,7 +34,8 @@ struct FileEvents {
   bool renamed = false;
 };
 
-/// The file system. Paths are absolute. Main thread only, except read() and exists(), which any thread may call.
+/// The file system. Paths are absolute. Main thread only, except read(), exists() and
+/// writeAtomically(), which any thread may call.
 class Files {
  public:
   virtual ~Files() = default;

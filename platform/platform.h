@@ -2,6 +2,8 @@
 
 #include "platform/accessibility.h"
 #include "platform/clock.h"
+#include "platform/command_channel.h"
+#include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/events.h"
 #include "platform/files.h"
@@ -26,6 +28,7 @@ namespace tallowin {
 /// the services that they use. The services outlive everything that was given them.
 struct Platform {
   WindowServer& windowServer;
+  DesktopNames& desktopNames;
   Accessibility& accessibility;
   Events& events;
   Displays& displays;
@@ -41,6 +44,7 @@ struct Platform {
   Processes& processes;
   Toasts& toasts;
   URLEvents& urlEvents;
+  CommandChannel& commandChannel;
   System& system;
   MainQueue& mainQueue;
   WorkQueues& workQueues;

@@ -1,7 +1,7 @@
 # Which Debian packages each task needs, and how to get the missing ones. Sourced by ./run and ./test.
 
 packages_build=(g++ cmake ninja-build ccache pkg-config
-  qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev
+  qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev libsystemd-dev
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-randr0-dev libxcb-xtest0-dev libxcb-keysyms1-dev)
 packages_test=(libgtest-dev libgmock-dev libbenchmark-dev
   xvfb x11-utils x11-xserver-utils xterm procps wmctrl xdotool openbox xfwm4 i3-wm dbus jq fonts-dejavu-core)

@@ -19,9 +19,9 @@ bool isWayland() {
 constexpr auto noWayland =
     "this Wayland desktop does not let other programs see or switch its virtual desktops; Tallowin needs an X11 one";
 
-HostResult makeAutomaticHost(const CommandLine& line) {
+HostResult makeAutomaticHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
   if (X11Desktop::windowManagerPresent()) {
-    return makeX11Host(line);
+    return makeX11Host(line, std::move(lock));
   }
   if (isWayland()) {
     if (line.mode == Mode::resident) {
@@ -29,7 +29,7 @@ HostResult makeAutomaticHost(const CommandLine& line) {
     }
     std::cerr << "tallowin: " << noWayland << '\n';
   }
-  return makeNoneHost(line);
+  return makeNoneHost(line, std::move(lock));
 }
 
 /// Settings are the machine's, whatever its desktop; only a simulation in virtual time has its own.
@@ -43,21 +43,21 @@ bool runsLoop(Mode mode) {
   return mode == Mode::resident || mode == Mode::switchSpace || mode == Mode::capture;
 }
 
-HostResult makeHost(const CommandLine& line) {
+HostResult makeHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
   if (needsNoDesktop(line)) {
-    return makeNoneHost(line);
+    return makeNoneHost(line, std::move(lock));
   }
   switch (line.platform) {
     case PlatformChoice::automatic:
-      return makeAutomaticHost(line);
+      return makeAutomaticHost(line, std::move(lock));
     case PlatformChoice::x11:
-      return makeX11Host(line);
+      return makeX11Host(line, std::move(lock));
     case PlatformChoice::simulated:
-      return makeSimulatedHost(line);
+      return makeSimulatedHost(line, std::move(lock));
     case PlatformChoice::none:
-      return makeNoneHost(line);
+      return makeNoneHost(line, std::move(lock));
   }
-  return makeNoneHost(line);
+  return makeNoneHost(line, std::move(lock));
 }
 
 }  // namespace tallowin

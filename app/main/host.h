@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "platform/channel/instance_lock.h"
 #include "platform/platform.h"
 
 namespace tallowin {
@@ -33,20 +34,21 @@ struct HostError {
 };
 using HostResult = std::expected<std::unique_ptr<Host>, HostError>;
 
-/// A real desktop by X11. A connection that is lost later stops the run loop with `unavailable` and says so on standard
-/// error.
-HostResult makeX11Host(const CommandLine& line);
+/// A real desktop by X11. `lock` as for makeHost(). A connection that is lost later stops the run loop with
+/// `unavailable` and says so on standard error.
+HostResult makeX11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
 
 /// No desktop: the window server's functions are looked for and not found.
-HostResult makeNoneHost(const CommandLine& line);
+HostResult makeNoneHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
 
 /// A simulated desktop in virtual time (--simulate) or in real time.
-HostResult makeSimulatedHost(const CommandLine& line);
+HostResult makeSimulatedHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
 
 /// Whether the mode lets time pass, as those do that watch or wait.
 [[nodiscard]] bool runsLoop(Mode mode);
 
-/// The host that the command line asks for.
-HostResult makeHost(const CommandLine& line);
+/// The host that the command line asks for. With `lock` its process is the instance that other programs reach; `lock`
+/// may be null.
+HostResult makeHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
 
 }  // namespace tallowin

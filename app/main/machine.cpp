@@ -5,6 +5,8 @@
 #include <cstdlib>
 
 #include "base/standard_folders.h"
+#include "platform/channel/socket_command_channel.h"
+#include "platform/none/neutral.h"
 
 namespace tallowin {
 
@@ -31,10 +33,27 @@ Folders machineFolders(const std::optional<std::filesystem::path>& home) {
   return folders;
 }
 
-Machine::Machine(const std::optional<std::filesystem::path>& home, bool verbose)
-    : log(verbose),
-      folders(machineFolders(home)),
-      preferences({files, mainQueue, clock, log}, preferencesFile(folders), noGlobalPreference) {}
+Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
+    : log(line.verbose),
+      folders(machineFolders(line.home)),
+      preferences({files, mainQueue, clock, log}, preferencesFile(folders), noGlobalPreference),
+      channel_(std::make_unique<NeutralCommandChannel>()) {
+  if (lock) {
+    auto channel = SocketCommandChannel::open({descriptors, mainQueue, log}, std::move(lock));
+    if (channel) {
+      channel_ = *std::move(channel);
+    } else {
+      log.error("Machine", "no other program can reach this one: " + channel.error());
+    }
+  }
+}
+
+Toasts& Machine::toasts(Mode mode) {
+  if (mode == Mode::resident) {
+    return notifications;
+  }
+  return logToasts;
+}
 
 void Machine::stopOnSignals() {
   signals_ = onTerminationSignal(descriptors, [this](int signal) {

@@ -4,8 +4,12 @@
 #include <memory>
 #include <optional>
 
+#include "app/command_line.h"
+#include "app/main/lazy_notifications.h"
 #include "base/file_preferences.h"
 #include "base/log_toasts.h"
+#include "platform/channel/instance_lock.h"
+#include "platform/command_channel.h"
 #include "platform/folders.h"
 #include "platform/qt/lazy_images.h"
 #include "platform/qt/qt_descriptors.h"
@@ -22,8 +26,8 @@ namespace tallowin {
 
 /// The services that every real machine has, whatever its desktop.
 struct Machine {
-  /// `home` is where the user's things are kept, if not in the usual places.
-  Machine(const std::optional<std::filesystem::path>& home, bool verbose);
+  /// With `lock`, which may be null, other programs can reach this process. That they cannot is said in the log.
+  Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
 
   QtMainQueue mainQueue;
   ThreadWorkQueues workQueues;
@@ -33,16 +37,22 @@ struct Machine {
   SystemClock clock;
   SystemLog log;
   LazyImages images{log};
-  LogToasts toasts{log};
+  LogToasts logToasts{log};
+  LazyNotifications notifications{mainQueue, descriptors, clock, log};
   UnixSystem system;
   Folders folders;
   FilePreferences preferences;
+
+  [[nodiscard]] CommandChannel& commandChannel() { return *channel_; }
+  /// Where messages to the user go: to the desktop from the resident program, from commands to the log.
+  [[nodiscard]] Toasts& toasts(Mode mode);
 
   /// Makes SIGTERM, SIGINT and SIGHUP stop the run loop, the second time end the process. For modes that run it: before
   /// and without it these signals end the process at once.
   void stopOnSignals();
 
  private:
+  std::unique_ptr<CommandChannel> channel_;
   Subscription signals_;
 };
 

@@ -9,6 +9,7 @@
 #include "app/command_line.h"
 #include "app/exit_status.h"
 #include "app/main/host.h"
+#include "app/main/instance.h"
 #include "app/program.h"
 #include "platform/qt/lazy_images.h"
 #include "platform/qt/qt_messages.h"
@@ -33,8 +34,13 @@ std::unique_ptr<QCoreApplication> makeApplication(const CommandLine& line, int& 
   return std::make_unique<QCoreApplication>(argc, argv);
 }
 
-int run(const CommandLine& line) {
-  auto host = tallowin::makeHost(line);
+/// Whether there is to be one process for all that ask for this.
+bool asksInstance(const CommandLine& line) {
+  return line.mode == Mode::resident && !line.simulate;
+}
+
+int run(const CommandLine& line, std::unique_ptr<tallowin::InstanceLock> lock) {
+  auto host = tallowin::makeHost(line, std::move(lock));
   if (!host) {
     return fail(host.error().message, host.error().exitStatus);
   }
@@ -78,8 +84,12 @@ int main(int argc, char** argv) {
     std::cout << "tallowin " TALLOWIN_VERSION "\n";
     return checkedOutput(tallowin::exit_status::success);
   }
+  auto instance = asksInstance(*line) ? tallowin::findInstance(*line) : tallowin::Instance();
+  if (instance.status) {
+    return *instance.status;
+  }
   tallowin::sendQtMessagesToLog();
   int qtArgc = 1;  // Qt has options of its own, which are none of this program's
   const auto application = makeApplication(*line, qtArgc, argv);
-  return checkedOutput(run(*line));
+  return checkedOutput(run(*line, std::move(instance.lock)));
 }

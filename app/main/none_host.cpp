@@ -11,7 +11,8 @@ namespace {
 
 class NoneHost : public Host {
  public:
-  explicit NoneHost(const CommandLine& line) : line_(line), machine_(line.home, line.verbose) {}
+  NoneHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
+      : line_(line), machine_(line, std::move(lock)) {}
 
   void begin() override {
     if (runsLoop(line_.mode)) {
@@ -21,6 +22,7 @@ class NoneHost : public Host {
 
   Platform platform() override {
     return {.windowServer = bridge_,
+            .desktopNames = desktopNames_,
             .accessibility = accessibility_,
             .events = events_,
             .displays = displays_,
@@ -34,8 +36,9 @@ class NoneHost : public Host {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = machine_.processes,
-            .toasts = machine_.toasts,
+            .toasts = machine_.toasts(line_.mode),
             .urlEvents = urlEvents_,
+            .commandChannel = machine_.commandChannel(),
             .system = machine_.system,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
@@ -50,6 +53,7 @@ class NoneHost : public Host {
   SystemLoader loader_;
   NoCoreFoundation coreFoundation_;
   CGSBridge bridge_{loader_, coreFoundation_};
+  NeutralDesktopNames desktopNames_;
   NeutralAccessibility accessibility_;
   NeutralEvents events_;
   NeutralDisplays displays_;
@@ -62,8 +66,8 @@ class NoneHost : public Host {
 
 }  // namespace
 
-HostResult makeNoneHost(const CommandLine& line) {
-  return std::make_unique<NoneHost>(line);
+HostResult makeNoneHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
+  return std::make_unique<NoneHost>(line, std::move(lock));
 }
 
 }  // namespace tallowin

@@ -119,6 +119,7 @@ class VirtualTimeHost : public SimulatedHost {
   Platform platform() override {
     auto& simulated = desktop();
     return {.windowServer = bridge(),
+            .desktopNames = simulated.desktopNames(),
             .accessibility = simulated.accessibility(),
             .events = simulated.events(),
             .displays = simulated.displays(),
@@ -134,6 +135,7 @@ class VirtualTimeHost : public SimulatedHost {
             .processes = simulated.processes(),
             .toasts = simulated.toasts(),
             .urlEvents = simulated.urlEvents(),
+            .commandChannel = simulated.commandChannel(),
             .system = simulated.system(),
             .mainQueue = time_,
             .workQueues = time_,
@@ -176,10 +178,10 @@ class VirtualTimeHost : public SimulatedHost {
 /// The simulated window server, with the machine's own time, files and log.
 class RealTimeHost : public SimulatedHost {
  public:
-  RealTimeHost(const CommandLine& line, Scenario scenario)
+  RealTimeHost(const CommandLine& line, Scenario scenario, std::unique_ptr<InstanceLock> lock)
       : SimulatedHost(std::move(scenario)),
         line_(line),
-        machine_(line.home, line.verbose),
+        machine_(line, std::move(lock)),
         clock_(this->scenario().clock) {
     make(machine_.mainQueue, clock_, machine_.mainQueue, journal_, machine_.images);
     preferences_ = std::make_unique<FilePreferences>(
@@ -193,6 +195,7 @@ class RealTimeHost : public SimulatedHost {
   Platform platform() override {
     auto& simulated = desktop();
     return {.windowServer = bridge(),
+            .desktopNames = simulated.desktopNames(),
             .accessibility = simulated.accessibility(),
             .events = simulated.events(),
             .displays = simulated.displays(),
@@ -208,6 +211,7 @@ class RealTimeHost : public SimulatedHost {
             .processes = simulated.processes(),
             .toasts = simulated.toasts(),
             .urlEvents = simulated.urlEvents(),
+            .commandChannel = machine_.commandChannel(),
             .system = simulated.system(),
             .mainQueue = machine_.mainQueue,
             .workQueues = workQueues_,
@@ -235,13 +239,13 @@ class RealTimeHost : public SimulatedHost {
 
 }  // namespace
 
-HostResult makeSimulatedHost(const CommandLine& line) {
+HostResult makeSimulatedHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
   auto scenario = readScenario(line.simulate ? line.simulate : line.scenario);
   if (!scenario) {
     return std::unexpected(scenario.error());
   }
   if (!line.simulate) {
-    return std::make_unique<RealTimeHost>(line, *std::move(scenario));
+    return std::make_unique<RealTimeHost>(line, *std::move(scenario), std::move(lock));
   }
   auto host = std::make_unique<VirtualTimeHost>(line, *std::move(scenario));
   if (!host->openJournal(line)) {

@@ -12,7 +12,7 @@ namespace {
 
 class X11Host : public Host {
  public:
-  explicit X11Host(const CommandLine& line) : line_(line), machine_(line.home, line.verbose) {}
+  X11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock) : line_(line), machine_(line, std::move(lock)) {}
 
   /// An empty text when connected, else why not.
   std::string connect() {
@@ -33,6 +33,7 @@ class X11Host : public Host {
 
   Platform platform() override {
     return {.windowServer = desktop_->windowServer(),
+            .desktopNames = desktop_->desktopNames(),
             .accessibility = desktop_->accessibility(),
             .events = desktop_->events(),
             .displays = desktop_->displays(),
@@ -46,8 +47,9 @@ class X11Host : public Host {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = machine_.processes,
-            .toasts = machine_.toasts,
+            .toasts = machine_.toasts(line_.mode),
             .urlEvents = urlEvents_,
+            .commandChannel = machine_.commandChannel(),
             .system = machine_.system,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
@@ -73,8 +75,8 @@ class X11Host : public Host {
 
 }  // namespace
 
-HostResult makeX11Host(const CommandLine& line) {
-  auto host = std::make_unique<X11Host>(line);
+HostResult makeX11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
+  auto host = std::make_unique<X11Host>(line, std::move(lock));
   if (const auto fault = host->connect(); !fault.empty()) {
     return std::unexpected(HostError{fault, exit_status::unavailable});
   }

@@ -8,9 +8,6 @@ namespace {
 
 constexpr auto category = "EmulatedDock";
 
-/// A switch that has not arrived after this long is not waited for any more. In ticks.
-constexpr std::uint64_t patience = 1'000'000'000;
-
 }  // namespace
 
 EmulatedDock::EmulatedDock(DesktopOperations& desktops, const SymbolicHotKeys& hotKeys, MainQueue& queue,
@@ -80,6 +77,7 @@ bool EmulatedDock::pressHotKey(const EmulatedEvent& event) {
 void EmulatedDock::activeSpaceChanged(const std::string& display) {
   if (const auto found = journeys_.find(display); found != journeys_.end()) {
     found->second.heading.reset();
+    found->second.givingUp.cancel();
   }
 }
 
@@ -91,6 +89,9 @@ void EmulatedDock::step(int steps, SwitchCause cause) {
   }
   const auto& display = rows[*index].display;
   auto& journey = journeys_[display];
+  if (journey.steps == 0 && behaviour_.lastReported) {
+    journey.base = behaviour_.lastReported(display);
+  }
   journey.steps += steps;
   journey.cause = cause;
   journey.work = queue_.after(Duration::zero(), [this, display] { perform(display); });
@@ -98,11 +99,30 @@ void EmulatedDock::step(int steps, SwitchCause cause) {
 
 /// The Space that steps count from: the one that the display is heading for, else the active one.
 std::optional<ManagedSpaceID> EmulatedDock::departure(Journey& journey, const DesktopRow& row) const {
-  if (journey.heading &&
-      (journey.heading == row.active || clock_.machAbsoluteTime() - journey.headingSince > patience)) {
+  if (journey.heading == row.active || !isUnderWay(journey)) {
     journey.heading.reset();
   }
   return journey.heading ? journey.heading : row.active;
+}
+
+bool EmulatedDock::isUnderWay(const Journey& journey) const {
+  const Duration since(clock_.machAbsoluteTime() - journey.headingSince);  // a tick is a nanosecond
+  return journey.heading && since <= behaviour_.patience;
+}
+
+std::optional<ManagedSpaceID> EmulatedDock::heading(const std::string& display,
+                                                    std::optional<ManagedSpaceID> active) {
+  const auto found = journeys_.find(display);
+  if (found == journeys_.end()) {
+    return std::nullopt;
+  }
+  auto& journey = found->second;
+  if (journey.steps != 0) {
+    journey.work.cancel();
+    perform(display);
+  }
+  // When something else than before is active the switch has arrived, or somebody else was faster.
+  return isUnderWay(journey) && active == journey.origin ? journey.heading : std::nullopt;
 }
 
 void EmulatedDock::perform(const std::string& display) {
@@ -116,7 +136,8 @@ void EmulatedDock::perform(const std::string& display) {
   if (row == rows.end()) {
     return;
   }
-  const auto from = departure(journey, *row);
+  const auto base = std::exchange(journey.base, std::nullopt);
+  const auto from = base ? base : departure(journey, *row);
   const auto at = std::ranges::find_if(row->spaces, [&](const DesktopSpace& space) { return space.id == from; });
   if (at == row->spaces.end()) {
     return;
@@ -125,7 +146,7 @@ void EmulatedDock::perform(const std::string& display) {
   const auto last = static_cast<std::ptrdiff_t>(row->spaces.size()) - 1;
   const auto target = std::clamp<std::ptrdiff_t>(at - row->spaces.begin() + steps, 0, last);
   if (target != at - row->spaces.begin()) {
-    head(journey, row->spaces[static_cast<std::size_t>(target)].id, journey.cause);
+    head(journey, *row, row->spaces[static_cast<std::size_t>(target)].id, journey.cause);
   }
 }
 
@@ -143,16 +164,23 @@ void EmulatedDock::switchToDesktop(std::size_t number) {
       journey.steps = 0;
       journey.work.cancel();
       if (departure(journey, row) != space.id) {
-        head(journey, space.id, SwitchCause::hotKey);
+        head(journey, row, space.id, SwitchCause::hotKey);
       }
       return;
     }
   }
 }
 
-void EmulatedDock::head(Journey& journey, ManagedSpaceID space, SwitchCause cause) {
+void EmulatedDock::head(Journey& journey, const DesktopRow& row, ManagedSpaceID space, SwitchCause cause) {
   journey.heading = space;
   journey.headingSince = clock_.machAbsoluteTime();
+  journey.origin = row.active;
+  if (behaviour_.givenUp) {
+    journey.givingUp = queue_.after(behaviour_.patience, [this, &journey] {
+      journey.heading.reset();
+      behaviour_.givenUp();
+    });
+  }
   desktops_.switchTo(space, cause);
 }
 

@@ -26,6 +26,13 @@ struct DockBehaviour {
   std::function<bool()> naturalScrolling = [] { return true; };
   /// Whether the screen is locked. The Dock then takes its events and does nothing.
   std::function<bool()> screenLocked = [] { return false; };
+  /// A switch that has not arrived after this long is not waited for any more.
+  Duration patience = std::chrono::seconds(1);
+  /// The active Space of a display that steps count from, where all gestures come from this process and count from what
+  /// it was last told; without it they count from where the display is, or is heading.
+  std::function<std::optional<ManagedSpaceID>(const std::string& display)> lastReported;
+  /// Told when a switch has not arrived in time.
+  std::function<void()> givenUp;
 };
 
 /// Plays the Dock where there is none: takes the gesture events and hot keys that the real one takes, and switches
@@ -39,6 +46,10 @@ class EmulatedDock {
   /// presses and releases of enabled hot keys.
   bool handle(const EmulatedEvent& event);
 
+  /// The Space that a display, of which `active` is seen to be the active one, is on its way to after everything that
+  /// has been posted; nothing when it is not on its way anywhere.
+  [[nodiscard]] std::optional<ManagedSpaceID> heading(const std::string& display, std::optional<ManagedSpaceID> active);
+
   /// To be called whenever a display's active Space has changed, by whomever: later steps count from there.
   void activeSpaceChanged(const std::string& display);
 
@@ -47,9 +58,12 @@ class EmulatedDock {
   struct Journey {
     int steps = 0;                             ///< not yet performed, positive to the right
     SwitchCause cause = SwitchCause::gesture;  ///< of the latest of them
+    std::optional<ManagedSpaceID> base;        ///< where they count from, if that is not found out when they are performed
     std::optional<ManagedSpaceID> heading;     ///< a switch that was begun and has not been seen to arrive
+    std::optional<ManagedSpaceID> origin;      ///< what was active when it was begun
     std::uint64_t headingSince = 0;            ///< in ticks
     WorkItem work;
+    WorkItem givingUp;
   };
 
   void swipe(const EmulatedEvent& event);
@@ -57,8 +71,9 @@ class EmulatedDock {
   void perform(const std::string& display);
   bool pressHotKey(const EmulatedEvent& event);
   void switchToDesktop(std::size_t number);
-  void head(Journey& journey, ManagedSpaceID space, SwitchCause cause);
+  void head(Journey& journey, const DesktopRow& row, ManagedSpaceID space, SwitchCause cause);
   [[nodiscard]] std::optional<ManagedSpaceID> departure(Journey& journey, const DesktopRow& row) const;
+  [[nodiscard]] bool isUnderWay(const Journey& journey) const;
 
   DesktopOperations& desktops_;
   const SymbolicHotKeys& hotKeys_;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/accessibility.h"
+#include "platform/command_channel.h"
+#include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/events.h"
 #include "platform/notification_center.h"
@@ -60,6 +62,11 @@ class NeutralDisplays : public Displays {
   std::vector<std::string> displaySetIdentifiers() override { return {}; }
 };
 
+class NeutralDesktopNames : public DesktopNames {
+ public:
+  void publish(const std::map<ManagedSpaceID, std::string>& /*names*/) override {}
+};
+
 class NeutralWindowList : public WindowList {
  public:
   std::optional<PropertyList> CGWindowListCopyWindowInfo(std::uint32_t /*options*/,
@@ -93,6 +100,11 @@ class NeutralWorkspace : public Workspace {
 class NeutralURLEvents : public URLEvents {
  public:
   void setHandler(std::function<void(const std::string& text)> /*handler*/) override {}
+};
+
+class NeutralCommandChannel : public CommandChannel {
+ public:
+  void setHandler(Handler /*handler*/) override {}
 };
 
 class NeutralNotificationCenter : public NotificationCenter {

@@ -1,15 +1,11 @@
 #include "platform/qt/lazy_images.h"
 
-#include <dlfcn.h>
-#include <filesystem>
+#include "platform/qt/program_module.h"
 
 namespace tallowin {
 
 const PicturesModule* loadPicturesModule() {
-  std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  auto* const library = ::dlopen((program.parent_path() / TALLOWIN_PICTURES_MODULE).c_str(), RTLD_LAZY | RTLD_LOCAL);
-  auto* const entry = library != nullptr ? ::dlsym(library, picturesModuleEntry) : nullptr;
+  auto* const entry = programModuleFunction(TALLOWIN_PICTURES_MODULE, picturesModuleEntry);
   return entry != nullptr ? reinterpret_cast<PicturesModuleEntry>(entry)() : nullptr;
 }
 

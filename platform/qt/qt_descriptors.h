@@ -8,6 +8,7 @@ namespace tallowin {
 class QtDescriptors : public Descriptors {
  public:
   Subscription watchReadable(int descriptor, std::function<void()> onReadable) override;
+  Subscription watchWritable(int descriptor, std::function<void()> onWritable) override;
 };
 
 }  // namespace tallowin

@@ -266,6 +266,20 @@ ScriptAction openURL(Arguments& arguments) {
   return onParts([url = arguments.require("url").text()](SimulatedParts& desktop) { desktop.urlEvents.open(url); });
 }
 
+ScriptAction runCommand(Arguments& arguments) {
+  std::vector<std::string> words;
+  for (const auto& word : arguments.require("arguments").list()) {
+    words.push_back(word.text());
+  }
+  return onParts([words](SimulatedParts& desktop) { desktop.commandChannel.run(words); });
+}
+
+ScriptAction interruptCommand(Arguments& arguments) {
+  return onParts([caller = arguments.require("caller").integer<std::int32_t>()](SimulatedParts& desktop) {
+    desktop.commandChannel.interrupt(caller);
+  });
+}
+
 struct Entry {
   std::string_view name;
   Reader read;
@@ -283,6 +297,7 @@ constexpr Entry actions[] = {
     {"disconnectDisplay", disconnectDisplay},
     {"fillDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(true); }>},
     {"freeDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(false); }>},
+    {"interruptCommand", interruptCommand},
     {"jumpClock", jumpClock},
     {"launchApplication", launchApplication},
     {"lockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = true; }>},
@@ -302,6 +317,7 @@ constexpr Entry actions[] = {
     {"removeSpace", removeSpace},
     {"renamePlist", plain<renamePlist>},
     {"retitleWindow", retitleWindow},
+    {"runCommand", runCommand},
     {"setGlobalPreference", setGlobalPreference},
     {"setManagedDisplaySpaces", setManagedDisplaySpaces},
     {"setMenuBarDisplay", setMenuBarDisplay},

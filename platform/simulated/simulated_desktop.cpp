@@ -68,8 +68,15 @@ Processes& SimulatedDesktop::processes() {
 Toasts& SimulatedDesktop::toasts() {
   return parts_->toasts;
 }
+DesktopNames& SimulatedDesktop::desktopNames() {
+  return parts_->desktopNames;
+}
 URLEvents& SimulatedDesktop::urlEvents() {
   return parts_->urlEvents;
+}
+
+CommandChannel& SimulatedDesktop::commandChannel() {
+  return parts_->commandChannel;
 }
 Files& SimulatedDesktop::files() {
   return parts_->files;

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "platform/accessibility.h"
+#include "platform/command_channel.h"
 #include "platform/core_foundation.h"
+#include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/dynamic_loader.h"
 #include "platform/events.h"
@@ -65,7 +67,9 @@ class SimulatedDesktop {
   Log& log();
   Processes& processes();
   Toasts& toasts();
+  DesktopNames& desktopNames();
   URLEvents& urlEvents();
+  CommandChannel& commandChannel();
   Files& files();
   DynamicLoader& loader();
   CoreFoundation& coreFoundation();

@@ -11,14 +11,14 @@ namespace {
 constexpr int lastSystemWithPlainSwipes = 26;
 
 DockBehaviour dockBehaviour(const DesktopState& state) {
-  return {.requiresAugmentedSwipes = state.systemVersion.major > lastSystemWithPlainSwipes,
-          .naturalScrolling =
-              [&state] {
-                const auto found = state.globalPreferences.find(scrollingDirectionPreference);
-                return isNaturalScrolling(found != state.globalPreferences.end() ? std::optional(found->second)
-                                                                                 : std::nullopt);
-              },
-          .screenLocked = [&state] { return state.screenLocked; }};
+  DockBehaviour behaviour;
+  behaviour.requiresAugmentedSwipes = state.systemVersion.major > lastSystemWithPlainSwipes;
+  behaviour.naturalScrolling = [&state] {
+    const auto found = state.globalPreferences.find(scrollingDirectionPreference);
+    return isNaturalScrolling(found != state.globalPreferences.end() ? std::optional(found->second) : std::nullopt);
+  };
+  behaviour.screenLocked = [&state] { return state.screenLocked; };
+  return behaviour;
 }
 
 std::function<CGRect(const std::string&)> boundsIn(const DesktopState& state) {
@@ -52,6 +52,8 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       system(state),
       processes(journal),
       toasts(journal),
+      desktopNames(journal),
+      commandChannel(journal),
       objectiveC(coreFoundation, !scenario.missingFunctions.contains(SimulatedObjectiveC::operationClass)),
       trackpads(state.trackpads, clock, journal),
       windowServer(state, journal, scenario.notificationFailures),

@@ -8,7 +8,9 @@
 #include "platform/simulated/preferences_file.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_accessibility.h"
+#include "platform/simulated/simulated_command_channel.h"
 #include "platform/simulated/simulated_core_foundation.h"
+#include "platform/simulated/simulated_desktop_names.h"
 #include "platform/simulated/simulated_displays.h"
 #include "platform/simulated/simulated_events.h"
 #include "platform/simulated/simulated_files.h"
@@ -63,7 +65,9 @@ struct SimulatedParts {
   SimulatedSystem system;
   SimulatedProcesses processes;
   SimulatedToasts toasts;
+  SimulatedDesktopNames desktopNames;
   SimulatedURLEvents urlEvents;
+  SimulatedCommandChannel commandChannel;
   SimulatedCoreFoundation coreFoundation;
   SimulatedObjectiveC objectiveC;
   SimulatedTrackpads trackpads;

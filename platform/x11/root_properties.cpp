@@ -57,15 +57,19 @@ std::optional<std::size_t> parseDesktopCount(const X11Property& property) {
   return count && *count >= 1 && *count <= maximumDesktopCount ? std::optional<std::size_t>(*count) : std::nullopt;
 }
 
-std::vector<std::string> parseDesktopNames(const X11Property& property) {
-  std::vector<std::string> names;
+std::vector<std::string> parseTexts(const X11Property& property, std::size_t most) {
+  std::vector<std::string> texts;
   std::string_view rest = property.format == 8 ? std::string_view(property.bytes) : std::string_view();
-  while (!rest.empty() && names.size() < maximumDesktopCount) {
+  while (!rest.empty() && texts.size() < most) {
     const auto end = std::min(rest.find('\0'), rest.size());
-    names.push_back(validUtf8(rest.substr(0, end)));
+    texts.push_back(validUtf8(rest.substr(0, end)));
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
-  return names;
+  return texts;
+}
+
+std::vector<std::string> parseDesktopNames(const X11Property& property) {
+  return parseTexts(property, maximumDesktopCount);
 }
 
 std::string validUtf8(std::string_view bytes) {

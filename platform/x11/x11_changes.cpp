@@ -57,7 +57,11 @@ void X11Changes::propertyChanged(const xcb_property_notify_event_t& event) {
     return;
   } else if (is(X11Atom::netCurrentDesktop)) {
     tell(activeSpaceChanged);
-  } else if (is(X11Atom::netNumberOfDesktops) || is(X11Atom::netDesktopNames)) {
+  } else if (is(X11Atom::netNumberOfDesktops)) {
+    listeners_.desktopNames.desktopsChanged();
+    tell(spacesChanged);
+  } else if (is(X11Atom::netDesktopNames)) {
+    listeners_.desktopNames.namesChanged(event.sequence);
     tell(spacesChanged);
   }
 }
@@ -72,6 +76,7 @@ void X11Changes::windowManagerChanged() {
   }
   checkWindow_ = named;
   dynamic_ = desktops_.read().dynamic;
+  listeners_.desktopNames.windowManagerChanged();
 }
 
 void X11Changes::tell(WindowServerEvent event) {

@@ -7,6 +7,7 @@
 #include "platform/emulated/emulated_dock.h"
 #include "platform/main_queue.h"
 #include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_desktop_names.h"
 #include "platform/x11/x11_desktop_reader.h"
 #include "platform/x11/x11_window_server.h"
 
@@ -27,6 +28,7 @@ class X11Changes {
   /// Who is told.
   struct Listeners {
     X11WindowServer& windowServer;
+    X11DesktopNames& desktopNames;
     EmulatedDock& dock;
     BroadcastNotificationCenter& workspaceNotifications;
     BroadcastNotificationCenter& defaultNotifications;

@@ -8,8 +8,8 @@ namespace tallowin {
 
 namespace {
 
-constexpr std::uint32_t pagerSource = 2;                  // EWMH, source indication: a direct action of the user
-constexpr std::uint32_t longestProperty = 64 * 1024 / 4;  // GetProperty counts in units of four bytes
+constexpr std::uint32_t pagerSource = 2;  // EWMH, source indication: a direct action of the user
+constexpr std::uint32_t longestProperty = longestPropertyBytes / 4;  // GetProperty counts in units of four bytes
 
 const xcb_screen_t* findScreen(xcb_connection_t* connection, int number) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));

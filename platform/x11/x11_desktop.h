@@ -15,6 +15,7 @@
 #include "platform/x11/x11_accessibility.h"
 #include "platform/x11/x11_changes.h"
 #include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_desktop_names.h"
 #include "platform/x11/x11_desktop_operations.h"
 #include "platform/x11/x11_desktop_reader.h"
 #include "platform/x11/x11_displays.h"
@@ -43,12 +44,15 @@ class X11Desktop {
   Displays& displays() { return displays_; }
   Accessibility& accessibility() { return accessibility_; }
   ScreenCapture& screenCapture() { return screenCapture_; }
+  DesktopNames& desktopNames() { return desktopNames_; }
   NotificationCenter& workspaceNotifications() { return workspaceNotifications_; }
   NotificationCenter& defaultNotifications() { return defaultNotifications_; }
 
  private:
   X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Log& log,
              Descriptors& descriptors, std::function<void()> onConnectionLost);
+
+  DockBehaviour dockBehaviour();
 
   const std::unique_ptr<X11Connection> connection_;
   BroadcastNotificationCenter workspaceNotifications_;
@@ -62,6 +66,7 @@ class X11Desktop {
   X11Displays displays_;
   X11Accessibility accessibility_;
   X11ScreenCapture screenCapture_;
+  X11DesktopNames desktopNames_;
   X11Changes changes_;
   X11EventPump pump_;
 };

@@ -14,12 +14,14 @@ void X11DesktopReader::takeCheckWindow(CheckWindowCookies cookies, xcb_window_t 
   properties.checkWindowName = connection_.takeProperty(cookies.name);
 }
 
-X11DesktopState X11DesktopReader::read() {
+X11DesktopProperties X11DesktopReader::readProperties() {
   const auto root = connection_.root();
   const auto likely = likelyCheckWindow_.load();
   const auto count = connection_.requestProperty(root, X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL);
   const auto current = connection_.requestProperty(root, X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL);
   const auto names = connection_.requestProperty(root, X11Atom::netDesktopNames, connection_.atom(X11Atom::utf8String));
+  const auto record =
+      connection_.requestProperty(root, X11Atom::tallowinDesktopNames, connection_.atom(X11Atom::utf8String));
   const auto check = connection_.requestProperty(root, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW);
   const auto likelyCookies = requestCheckWindow(likely);
 
@@ -27,13 +29,14 @@ X11DesktopState X11DesktopReader::read() {
   properties.numberOfDesktops = connection_.takeProperty(count);
   properties.currentDesktop = connection_.takeProperty(current);
   properties.desktopNames = connection_.takeProperty(names);
+  properties.desktopNamesRecord = connection_.takeProperty(record);
   properties.supportingWmCheck = connection_.takeProperty(check);
   takeCheckWindow(likelyCookies, likely, properties);
   if (const auto named = parseCardinal(properties.supportingWmCheck); named && *named != likely) {
     takeCheckWindow(requestCheckWindow(*named), *named, properties);
     likelyCheckWindow_ = *named;
   }
-  return readX11DesktopState(properties);
+  return properties;
 }
 
 }  // namespace tallowin

@@ -16,7 +16,10 @@ class X11DesktopReader {
       : connection_(connection), likelyCheckWindow_(connection.root()) {}
 
   /// The desktops as they are now.
-  X11DesktopState read();
+  X11DesktopState read() { return readX11DesktopState(readProperties()); }
+
+  /// What they are read from.
+  X11DesktopProperties readProperties();
 
  private:
   struct CheckWindowCookies {

@@ -5,6 +5,8 @@
 #include <limits>
 #include <set>
 
+#include "platform/x11/x11_desktop_names_record.h"
+
 namespace tallowin {
 
 namespace {
@@ -39,6 +41,12 @@ std::vector<ManagedSpaceID> numberedSpaceIDs(std::size_t count) {
     ids.push_back(static_cast<ManagedSpaceID>(index + 1));
   }
   return ids;
+}
+
+/// The Spaces of desktops that are known by the names which the window manager gave them.
+std::vector<ManagedSpaceID> dynamicSpaceIDs(const X11DesktopProperties& properties, std::size_t count) {
+  const auto record = parseDesktopNamesRecord(properties.desktopNamesRecord);
+  return namedSpaceIDs(ownDesktopNames(parseDesktopNames(properties.desktopNames), record, true), count);
 }
 
 }  // namespace
@@ -79,8 +87,7 @@ X11DesktopState readX11DesktopState(const X11DesktopProperties& properties) {
   // i3 numbers its workspaces by their rank among those that exist.
   state.dynamic = properties.checkWindowName.format == 8 && properties.checkWindowName.bytes == "i3";
   if (const auto count = parseDesktopCount(properties.numberOfDesktops)) {
-    state.spaces =
-        state.dynamic ? namedSpaceIDs(parseDesktopNames(properties.desktopNames), *count) : numberedSpaceIDs(*count);
+    state.spaces = state.dynamic ? dynamicSpaceIDs(properties, *count) : numberedSpaceIDs(*count);
   }
   if (const auto current = parseCardinal(properties.currentDesktop); current && *current < state.spaces.size()) {
     state.current = *current;

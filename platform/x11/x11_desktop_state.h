@@ -17,6 +17,7 @@ struct X11DesktopProperties {
   X11Property numberOfDesktops;
   X11Property currentDesktop;
   X11Property desktopNames;
+  X11Property desktopNamesRecord;  ///< _TALLOWIN_DESKTOP_NAMES: what of the names was mirrored there
   X11Property supportingWmCheck;
   std::uint32_t checkWindow = 0;  ///< the window that the next two were read from
   X11Property checkWindowCheck;

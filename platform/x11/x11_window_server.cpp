@@ -27,8 +27,10 @@ std::optional<PropertyList> X11WindowServer::CGSBridgeCopyManagedDisplaySpaces()
     spaces.push_back(spaceEntry(space));
   }
   PropertyList display = {{"Display Identifier", mainDisplay}, {"Spaces", std::move(spaces)}};
-  if (const auto active = state.active()) {
-    display["Current Space"] = {{"ManagedSpaceID", *active}};
+  const auto heading = dock_.heading(mainDisplay, state.active());
+  reportedActive_ = heading && state.indexOf(*heading) ? heading : state.active();
+  if (reportedActive_) {
+    display["Current Space"] = {{"ManagedSpaceID", *reportedActive_}};
   }
   return PropertyList::array({std::move(display)});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/emulated/emulated_dock.h"
 #include "platform/emulated/symbolic_hot_keys.h"
 #include "platform/window_server.h"
 #include "platform/x11/x11_connection.h"
@@ -9,14 +10,15 @@ namespace tallowin {
 
 /// The desktops of an EWMH window manager as the Spaces of one display, "Main". A desktop's managed id is its index
 /// plus one; where desktops are dynamic it comes from the desktop's name (namedSpaceIDs). Without a window manager
-/// there is no list.
+/// there is no list. While a switch of our own is under way its target counts as the
+/// current Space, so that the next one is counted from there however soon it comes.
 class X11WindowServer : public WindowServer {
  public:
   static constexpr auto mainDisplay = "Main";
 
   /// `hotKeys` are kept for the process: no other program knows of them.
-  X11WindowServer(X11Connection& connection, X11DesktopReader& desktops, SymbolicHotKeys& hotKeys)
-      : connection_(connection), desktops_(desktops), hotKeys_(hotKeys) {}
+  X11WindowServer(X11Connection& connection, X11DesktopReader& desktops, SymbolicHotKeys& hotKeys, EmulatedDock& dock)
+      : connection_(connection), desktops_(desktops), hotKeys_(hotKeys), dock_(dock) {}
 
   ConnectionID CGSBridgeConnection() override;
   std::optional<PropertyList> CGSBridgeCopyManagedDisplaySpaces() override;
@@ -33,6 +35,9 @@ class X11WindowServer : public WindowServer {
   bool CGSBridgeDockNotify(std::string_view notification) override;
   bool CGSBridgeStartTouchMonitor(TouchCallback callback) override;
 
+  /// The active Space as the list last told it.
+  [[nodiscard]] std::optional<ManagedSpaceID> reportedActive() const { return reportedActive_; }
+
   /// Tells the registered receiver of a change. Main thread only.
   void notify(WindowServerEvent event) const;
 
@@ -40,6 +45,8 @@ class X11WindowServer : public WindowServer {
   X11Connection& connection_;
   X11DesktopReader& desktops_;
   SymbolicHotKeys& hotKeys_;
+  EmulatedDock& dock_;
+  std::optional<ManagedSpaceID> reportedActive_;
   SpaceNotificationCallback callback_;
 };
 

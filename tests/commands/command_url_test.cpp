@@ -113,7 +113,7 @@ TEST(SpaceRef, NamesResolveExactlyThenByBeginningThenByPart) {
   SimulatedProgram program("{}");
   const AppPaths paths(program.desktop.files(), program.desktop.folders());
   SpaceStore store({program.desktop.files(), program.images, program.desktop.workspace(), program.time, program.time,
-                    program.desktop.log(), program.settings, paths},
+                    program.time, program.desktop.log(), program.settings, paths},
                    "/s.json");
   const auto snapshot = program.snapshot();
   const auto spaces = snapshot.allSpaces();

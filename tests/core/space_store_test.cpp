@@ -43,7 +43,7 @@ struct StoringProgram : SimulatedProgram {
   [[nodiscard]] PropertyList saved() { return parseJSON(desktop.files().read(file).value_or("null")).value(); }
 
   AppPaths paths{desktop.files(), desktop.folders()};
-  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, desktop.log(), settings, paths},
+  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
                    paths.supportDirectory() / "spaces.json"};
 };
 

@@ -230,6 +230,72 @@ probed_ids() {
   tallowin --probe | sed -n 's/.* id=\([^ ]*\).*/\1/p' | paste -sd ' '
 }
 
+# The program in front of the running instance. Its exit status goes to the last line.
+ask() {
+  timeout 20 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" "$@" 2>&1
+  echo "exit $?"
+}
+
+instance_runs() {
+  ask list >/dev/null
+  [ "$(ask list | tail -n 1)" == "exit 0" ]
+}
+
+start_instance() {
+  start_group "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11
+  INSTANCE_GROUP=$STARTED_GROUP
+  eventually instance_runs
+}
+
+# The running instance follows others, names, switches, goes back, and survives being killed. Desktops $1 and $2 are
+# numbers of desktops that there are.
+instance_cases() {
+  local first=$1 second=$2
+  pass_if "nobody answers before it runs" 'tallowin: not running; "tallowin" starts it
+exit 69' "$(ask current)"
+  put_in_front $((first - 1))
+  start_instance
+  pass_if "a second start finds the first" "tallowin: already running
+exit 0" "$(ask)"
+  timeout 60 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
+  local watcher=$!
+  eventually grep -q state "$DESKTOP_DIRECTORY/watched"
+  pass_if "a name is taken" "exit 0" "$(ask "tallowin://rename/$second?name=Mail%20%26%20more")"
+  pass_if_eventually "pagers show the name" "Mail & more" named_by_wmctrl "$second"
+  pass_if "a URL switches" "exit 0" "$(ask tallowin://switch/mail)"
+  pass_if_eventually "it is shown" $((second - 1)) current_desktop
+  pass_if_eventually "current names it" "Mail & more
+exit 0" ask current
+  xdotool set_desktop $((first - 1))
+  pass_if_eventually "watch follows xdotool" "active $first" last_watched
+  pass_if "back goes back" "exit 0" "$(ask tallowin://back)"
+  pass_if_eventually "to where it was" $((second - 1)) current_desktop
+  pass_if "nonsense is refused" "tallowin: Tallowin does not understand nonsense
+exit 1" "$(ask tallowin://nonsense)"
+  eventually grep -qs 'Mail & more' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/spaces.json"
+  kill -KILL -- "-$INSTANCE_GROUP"
+  eventually group_is_gone "$INSTANCE_GROUP"
+  wait "$watcher"
+  pass_if "watch says that it has gone" "tallowin: the running tallowin has gone away" \
+    "$(tail -n 1 "$DESKTOP_DIRECTORY/watched")"
+  start_instance
+  pass_if_eventually "nothing is lost" "Mail & more
+exit 0" ask current
+  pass_if "it quits when it is told" "exit 0" "$(ask quit)"
+  eventually group_is_gone "$INSTANCE_GROUP"
+  pass_if "and has gone" gone "$(group_lives "$INSTANCE_GROUP" || echo gone)"
+  end_group "$INSTANCE_GROUP"
+}
+
+named_by_wmctrl() {
+  xprop -root -notype -f _NET_DESKTOP_NAMES 8u _NET_DESKTOP_NAMES | sed 's/^[^=]*= //; s/^"//; s/"$//; s/", "/\n/g' |
+    sed -n "${1}p"
+}
+
+last_watched() {
+  tail -n 1 "$DESKTOP_DIRECTORY/watched" | cut -f 2,3 | tr '\t' ' '
+}
+
 window_manager_cases() {
   LABEL=$1
   if ! start_server || ! start_window_manager "$1"; then
@@ -248,6 +314,7 @@ window_manager_cases() {
     drag_case
   fi
   capture_case
+  instance_cases 1 2
   stop_desktop
 }
 

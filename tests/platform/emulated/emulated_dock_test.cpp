@@ -47,7 +47,13 @@ class EmulatedDockTest : public testing::Test {
   SymbolicHotKeys hotKeys;
   LinesLog log;
   bool naturalScrolling = true;
-  EmulatedDock dock{desktops, hotKeys, time, time, log, {false, [this] { return naturalScrolling; }}};
+  EmulatedDock dock{desktops, hotKeys, time, time, log, behaviour()};
+
+  DockBehaviour behaviour() {
+    DockBehaviour behaviour;
+    behaviour.naturalScrolling = [this] { return naturalScrolling; };
+    return behaviour;
+  }
 };
 
 TEST_F(EmulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpaces) {
@@ -136,8 +142,34 @@ TEST_F(EmulatedDockTest, onlyAugmentedSwipesFollowTheScrollingDirection) {
   EXPECT_THAT(desktops.switched, ElementsAre(1, 2));
 }
 
+TEST_F(EmulatedDockTest, whereGesturesCountFromWhatWasToldTheyAreAbsolute) {
+  // The process was told 2 while the desktop is at 0, and asks for one step to the right: it means 3.
+  auto told = behaviour();
+  std::optional<ManagedSpaceID> reported;
+  int givenUp = 0;
+  told.lastReported = [&](const std::string&) { return reported; };
+  told.givenUp = [&] { ++givenUp; };
+  told.patience = 100ms;
+  EmulatedDock absolute(desktops, hotKeys, time, time, log, told);
+  const auto rows = desktops.rows();
+  reported = rows.front().spaces[2].id;
+  absolute.handle(swipeEvent(1, 1));
+  absolute.handle(swipeEvent(4, 1));
+  const auto target = rows.front().spaces[3].id;
+  EXPECT_EQ(absolute.heading(rows.front().display, rows.front().active), target) << "before it has been asked for";
+  EXPECT_THAT(desktops.switched, ElementsAre(target));
+  EXPECT_EQ(absolute.heading(rows.front().display, target), std::nullopt) << "it has arrived";
+  time.advance(99ms);
+  EXPECT_EQ(givenUp, 0);
+  time.advance(1ms);
+  EXPECT_EQ(givenUp, 1) << "nobody told of its arrival";
+  EXPECT_EQ(absolute.heading(rows.front().display, rows.front().active), std::nullopt);
+}
+
 TEST_F(EmulatedDockTest, aNewerDockRefusesPlainSwipes) {
-  EmulatedDock newer(desktops, hotKeys, time, time, log, {true, [] { return true; }});
+  auto newerBehaviour = behaviour();
+  newerBehaviour.requiresAugmentedSwipes = true;
+  EmulatedDock newer(desktops, hotKeys, time, time, log, newerBehaviour);
   for (const std::int64_t phase : {1, 2, 4}) {
     EXPECT_TRUE(newer.handle(swipeEvent(phase, 1)));
   }

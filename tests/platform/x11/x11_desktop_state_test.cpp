@@ -20,6 +20,7 @@ X11DesktopProperties properties(std::uint32_t count, std::uint32_t current, std:
   return {.numberOfDesktops = word(count),
           .currentDesktop = word(current),
           .desktopNames = {.format = 8, .bytes = std::move(names)},
+          .desktopNamesRecord = {},
           .supportingWmCheck = word(checkWindow),
           .checkWindow = checkWindow,
           .checkWindowCheck = word(checkWindow),

@@ -6,7 +6,7 @@
 #include <thread>
 #include <xcb/xcb_keysyms.h>
 
-#include "tests/platform/x11/poll_loop.h"
+#include "tests/platform/poll_loop.h"
 #include "tests/platform/x11/scripted_window_manager.h"
 #include "tests/platform/x11/x_server.h"
 

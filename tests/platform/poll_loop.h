@@ -46,6 +46,11 @@ class PollLoop : public MainQueue, public Descriptors {
     return Subscription([this, descriptor] { watches_.erase(descriptor); });
   }
 
+  Subscription watchWritable(int descriptor, std::function<void()> onWritable) override {
+    writers_[descriptor] = std::move(onWritable);
+    return Subscription([this, descriptor] { writers_.erase(descriptor); });
+  }
+
   /// Runs work until the condition holds. False when that takes longer than anything here ever should.
   bool runUntil(const std::function<bool()>& condition) {
     const auto end = Time::now() + std::chrono::seconds(10);
@@ -64,6 +69,7 @@ class PollLoop : public MainQueue, public Descriptors {
     }
   }
 
+  [[nodiscard]] bool hasTimers() const { return !timers_.empty(); }
   [[nodiscard]] std::size_t watchCount() const { return watches_.size(); }
 
  private:
@@ -77,10 +83,14 @@ class PollLoop : public MainQueue, public Descriptors {
     for (const auto& [descriptor, work] : watches_) {
       descriptors.push_back({descriptor, POLLIN, 0});
     }
+    for (const auto& [descriptor, work] : writers_) {
+      descriptors.push_back({descriptor, POLLOUT, 0});
+    }
     poll(descriptors.data(), descriptors.size(), milliseconds);
     bool ran = false;
     for (const auto& [descriptor, events, seen] : descriptors) {
-      if (const auto watch = watches_.find(descriptor); seen != 0 && watch != watches_.end()) {
+      auto& watches = events == POLLOUT ? writers_ : watches_;
+      if (const auto watch = watches.find(descriptor); seen != 0 && watch != watches.end()) {
         std::function<void()>(watch->second)();
         ran = true;
       }
@@ -113,6 +123,7 @@ class PollLoop : public MainQueue, public Descriptors {
 
   const int wake_;
   std::map<int, std::function<void()>> watches_;
+  std::map<int, std::function<void()>> writers_;
   std::map<int, Timer> timers_;
   int lastId_ = 0;
 

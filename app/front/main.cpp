@@ -1,0 +1,51 @@
+// What a user calls as "tallowin": hands the request to the running instance and ends with its answer. Whatever that
+// instance cannot do is done by the whole program, which takes this one's place. It links nothing that takes time to
+// load, as it is what hot keys and scripts wait for.
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+#include "app/front/front_arguments.h"
+#include "platform/channel/channel_client.h"
+#include "platform/channel/channel_folder.h"
+
+namespace {
+
+constexpr int unavailable = 69;  // EX_UNAVAILABLE (sysexits.h)
+
+int becomeWholeProgram(char** argv) {
+  char self[PATH_MAX];
+  const auto length = ::readlink("/proc/self/exe", self, sizeof self);
+  std::string path(self, length > 0 ? static_cast<std::size_t>(length) : 0);
+  path = path.substr(0, path.rfind('/') + 1) + TALLOWIN_WHOLE_PROGRAM;
+  ::execv(path.c_str(), argv);
+  std::fprintf(stderr, "tallowin: cannot start %s: %s\n", path.c_str(), std::strerror(errno));
+  return unavailable;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 1) {
+    return unavailable;
+  }
+  const auto arguments = tallowin::readFrontArguments(argv + 1);
+  if (!arguments.forInstance) {
+    return becomeWholeProgram(argv);
+  }
+  const auto result = tallowin::handOver(tallowin::channelFolder(arguments.home), arguments.request);
+  switch (result.outcome) {
+    case tallowin::HandOver::Outcome::answered:
+      return result.status;
+    case tallowin::HandOver::Outcome::notRunning:
+      return becomeWholeProgram(argv);
+    case tallowin::HandOver::Outcome::unreachable:
+      break;
+  }
+  std::fprintf(stderr, "tallowin: %s\n", result.why.c_str());
+  return unavailable;
+}

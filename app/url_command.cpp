@@ -1,0 +1,35 @@
+#include "app/url_command.h"
+
+#include "app/exit_status.h"
+#include "commands/command_url.h"
+
+namespace tallowin {
+
+namespace {
+
+std::string notUnderstood(const std::string& what) {
+  return "Tallowin does not understand " + what;
+}
+
+}  // namespace
+
+int exitStatus(const URLFault& fault) {
+  return fault.kind == URLFault::Kind::doubledKey ? exit_status::badData : exit_status::failure;
+}
+
+std::expected<SpaceCommand, URLFault> commandFromText(const std::string& text) {
+  const auto url = URL::parse(text);
+  if (!url) {
+    return std::unexpected(URLFault{URLFault::Kind::notURL, notUnderstood(text)});
+  }
+  const auto command = commandFromURL(*url);
+  if (!command) {
+    return std::unexpected(URLFault{URLFault::Kind::doubledKey, command.error().message()});
+  }
+  if (!*command) {
+    return std::unexpected(URLFault{URLFault::Kind::unknown, notUnderstood(url->host.value_or(text))});
+  }
+  return **command;
+}
+
+}  // namespace tallowin

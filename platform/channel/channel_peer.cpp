@@ -1,0 +1,144 @@
+#include "platform/channel/channel_peer.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "platform/channel/request_reader.h"
+
+namespace tallowin {
+
+using channel::FrameKind;
+
+namespace {
+
+constexpr int misunderstood = 69;  // EX_UNAVAILABLE (sysexits.h)
+
+}  // namespace
+
+ChannelPeer::ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, Events events)
+    : socket_(socket),
+      descriptors_(descriptors),
+      queue_(queue),
+      events_(std::move(events)),
+      readable_(descriptors.watchReadable(socket, [this] { readMore(); })),
+      patience_(queue.after(requestTime, [this] { close(); })) {}
+
+ChannelPeer::~ChannelPeer() {
+  if (statusAtEnd_) {
+    end(*statusAtEnd_);
+  }
+  readable_.cancel();
+  writable_.cancel();
+  ::close(socket_);
+}
+
+void ChannelPeer::readMore() {
+  constexpr std::size_t most = 65536;
+  char bytes[most];
+  const auto count = ::recv(socket_, bytes, sizeof bytes, MSG_DONTWAIT);
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
+    return;
+  }
+  if (count <= 0) {
+    close();
+    return;
+  }
+  if (requested_) {
+    return;  // there is one request to a connection
+  }
+  arrived_.append(bytes, static_cast<std::size_t>(count));
+  auto request = readRequest(arrived_);
+  if (!request) {
+    requested_ = true;
+    send(FrameKind::err, "tallowin: " + request.error() + "\n");
+    end(misunderstood);
+  } else if (*request) {
+    requested_ = true;
+    patience_.cancel();
+    arrived_.clear();
+    events_.onRequest(*this, **std::move(request));
+  }
+}
+
+bool ChannelPeer::send(FrameKind kind, std::string_view text) {
+  if (ended_ || gone_) {
+    return false;
+  }
+  if (waitingBytes_ > maximumWaiting) {
+    drop();
+    return false;
+  }
+  waiting_.push_back(channel::encodeFrame(kind, text));
+  waitingBytes_ += waiting_.back().size();
+  flush();
+  return !gone_;
+}
+
+/// Keeps what has been begun, so that the reader finds whole frames and then the notice, whenever it reads again.
+void ChannelPeer::drop() {
+  waiting_.resize(1);
+  waiting_.push_back(channel::encodeFrame(FrameKind::err, "tallowin: dropped, as nobody read for too long\n"));
+  end(misunderstood);
+}
+
+void ChannelPeer::end(int status) {
+  if (ended_ || gone_) {
+    return;
+  }
+  waiting_.push_back(channel::encodeFrame(FrameKind::exit, std::string(1, static_cast<char>(status))));
+  ended_ = true;
+  flush();
+}
+
+void ChannelPeer::abandon() {
+  if (!ended_ && !statusAtEnd_) {
+    close();
+  }
+}
+
+void ChannelPeer::flush() {
+  while (!waiting_.empty() && !gone_) {
+    const auto& frame = waiting_.front();
+    const auto count = ::send(socket_, frame.data() + sent_, frame.size() - sent_, MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (count < 0 && errno == EAGAIN) {
+      if (!writable_) {
+        writable_ = descriptors_.watchWritable(socket_, [this] { flush(); });
+      }
+      return;
+    }
+    if (count < 0 && errno != EINTR) {
+      close();
+      return;
+    }
+    sent_ += count > 0 ? static_cast<std::size_t>(count) : 0;
+    if (sent_ == frame.size()) {
+      waitingBytes_ -= std::min(waitingBytes_, frame.size());
+      waiting_.pop_front();
+      sent_ = 0;
+    }
+  }
+  writable_.cancel();
+  if (ended_) {
+    close();
+  }
+}
+
+/// Says so in a turn of its own, as whoever is told destroys this peer, and may be on the way through it.
+void ChannelPeer::close() {
+  if (gone_) {
+    return;
+  }
+  gone_ = true;
+  readable_.cancel();
+  writable_.cancel();
+  patience_.cancel();
+  ::shutdown(socket_, SHUT_RDWR);
+  going_ = queue_.after(Duration::zero(), [this] {
+    const auto onGone = events_.onGone;  // it goes with this peer
+    onGone(*this);
+  });
+}
+
+}  // namespace tallowin

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/channel/channel_protocol.h"
+#include "platform/command_channel.h"
+#include "platform/descriptors.h"
+#include "platform/main_queue.h"
+
+namespace tallowin {
+
+/// The listening end of one connection of the command channel: takes the request, sends the answer as fast as the other
+/// end reads it. Main thread only.
+class ChannelPeer {
+ public:
+  /// Whoever connects must have sent its request by then.
+  static constexpr Duration requestTime = std::chrono::seconds(5);
+  /// When more bytes than this wait for a reader who stalls, it is dropped with a notice at the next frame.
+  static constexpr std::size_t maximumWaiting = std::size_t{256} << 10;
+
+  /// What the connection leads to. Each may destroy the peer.
+  struct Events {
+    std::function<void(ChannelPeer&, Request)> onRequest;
+    std::function<void(ChannelPeer&)> onGone;
+  };
+
+  /// Owns the socket, which does not block.
+  ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, Events events);
+  ~ChannelPeer();
+  ChannelPeer(const ChannelPeer&) = delete;
+  ChannelPeer& operator=(const ChannelPeer&) = delete;
+
+  /// Sends a frame, or keeps it until the other end reads. False when the other end has gone or the answer has ended.
+  bool send(channel::FrameKind kind, std::string_view text);
+  /// Ends the answer; the connection closes when everything has been read.
+  void end(int status);
+  /// Ends it without a status.
+  void abandon();
+  /// Makes the destructor end the answer with a status.
+  void endAtDestruction(int status) { statusAtEnd_ = status; }
+
+ private:
+  void readMore();
+  void drop();
+  void flush();
+  void close();
+
+  const int socket_;
+  Descriptors& descriptors_;
+  MainQueue& queue_;
+  const Events events_;
+
+  std::string arrived_;
+  bool requested_ = false;
+  std::deque<std::string> waiting_;  ///< frames, the first one perhaps sent in part
+  std::size_t sent_ = 0;             ///< bytes of the first one
+  std::size_t waitingBytes_ = 0;
+  bool ended_ = false;
+  bool gone_ = false;
+  std::optional<int> statusAtEnd_;
+  Subscription readable_;
+  Subscription writable_;
+  WorkItem patience_;
+  WorkItem going_;
+};
+
+}  // namespace tallowin

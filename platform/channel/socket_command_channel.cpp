@@ -1,0 +1,148 @@
+#include "platform/channel/socket_command_channel.h"
+
+#include <cerrno>
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/channel/unix_socket.h"
+
+namespace tallowin {
+
+using channel::FrameKind;
+
+namespace {
+
+constexpr auto category = "CommandChannel";
+constexpr int busy = 69;  // EX_UNAVAILABLE (sysexits.h)
+
+/// A listening socket at the path, or a negative number and errno.
+int listenAt(const std::string& path) {
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  const auto address = unixAddress(path);
+  if (socket < 0) {
+    return socket;
+  }
+  ::unlink(path.c_str());
+  if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+      ::listen(socket, SOMAXCONN) == 0) {
+    return socket;
+  }
+  const int error = errno;
+  ::close(socket);
+  errno = error;
+  return -1;
+}
+
+}  // namespace
+
+/// The caller at the other end of a connection that may have ended.
+class SocketCommandChannel::PeerCaller : public Caller {
+ public:
+  PeerCaller(std::weak_ptr<Peers> peers, PeerNumber number) : peers_(std::move(peers)), number_(number) {}
+  PeerCaller(const PeerCaller&) = delete;
+  PeerCaller& operator=(const PeerCaller&) = delete;
+  ~PeerCaller() override {
+    if (auto* peer = find()) {
+      peer->abandon();
+    }
+  }
+
+  bool out(std::string_view text) override { return send(FrameKind::out, text); }
+  bool err(std::string_view text) override { return send(FrameKind::err, text); }
+
+  void exit(int status) override {
+    if (auto* peer = find()) {
+      peer->end(status);
+    }
+  }
+
+  void exitAtEnd(int status) override {
+    if (auto* peer = find()) {
+      peer->endAtDestruction(status);
+    }
+  }
+
+ private:
+  bool send(FrameKind kind, std::string_view text) {
+    auto* peer = find();
+    return peer != nullptr && peer->send(kind, text);
+  }
+
+  [[nodiscard]] ChannelPeer* find() const {
+    const auto peers = peers_.lock();
+    const auto found = peers ? peers->find(number_) : Peers::iterator();
+    return peers && found != peers->end() ? found->second.get() : nullptr;
+  }
+
+  const std::weak_ptr<Peers> peers_;
+  const PeerNumber number_;
+};
+
+std::expected<std::unique_ptr<SocketCommandChannel>, std::string> SocketCommandChannel::open(
+    Services services, std::unique_ptr<InstanceLock> lock) {
+  const int listener = listenAt(lock->folder().shortPath(channelSocketName));
+  if (listener < 0) {
+    return std::unexpected(std::string(std::strerror(errno)));
+  }
+  return std::unique_ptr<SocketCommandChannel>(new SocketCommandChannel(services, std::move(lock), listener));
+}
+
+SocketCommandChannel::SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock, int listener)
+    : services_(services), lock_(std::move(lock)), listener_(listener) {}
+
+SocketCommandChannel::~SocketCommandChannel() {
+  readable_.cancel();
+  ::unlink(lock_->folder().shortPath(channelSocketName).c_str());
+  ::close(listener_);
+  lock_->release();
+  peers_->clear();
+}
+
+void SocketCommandChannel::setHandler(Handler handler) {
+  handler_ = std::move(handler);
+  readable_ = handler_ ? services_.descriptors.watchReadable(listener_, [this] { acceptAll(); }) : Subscription();
+}
+
+void SocketCommandChannel::acceptAll() {
+  while (true) {
+    const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    if (socket >= 0) {
+      accept(socket);
+    } else if (errno == EAGAIN) {
+      return;
+    } else if (errno != EINTR && errno != ECONNABORTED) {
+      pause(std::strerror(errno));
+      return;
+    }
+  }
+}
+
+/// With no descriptors left the listener would stay readable, and nothing could be done about it at once.
+void SocketCommandChannel::pause(const std::string& why) {
+  constexpr Duration soon = std::chrono::seconds(1);
+  services_.log.error(category, "cannot accept a connection: " + why);
+  readable_.cancel();
+  resume_ = services_.mainQueue.after(soon, [this] { setHandler(handler_); });
+}
+
+void SocketCommandChannel::accept(int socket) {
+  const auto number = ++lastNumber_;
+  auto peer = std::make_unique<ChannelPeer>(socket, services_.descriptors, services_.mainQueue,
+                                            ChannelPeer::Events{
+                                                [this, number](ChannelPeer&, Request request) {
+                                                  handler_(request, std::make_unique<PeerCaller>(peers_, number));
+                                                },
+                                                [this, number](ChannelPeer&) { peers_->erase(number); },
+                                            });
+  if (peers_->size() >= maximumPeers) {
+    services_.log.error(category, "too many programs ask at once");
+    peer->send(FrameKind::err, "tallowin: too many programs ask at once\n");
+    peer->end(busy);
+    return;
+  }
+  peers_->emplace(number, std::move(peer));
+}
+
+}  // namespace tallowin

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <expected>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/channel/channel_peer.h"
+#include "platform/channel/instance_lock.h"
+#include "platform/command_channel.h"
+#include "platform/descriptors.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+
+namespace tallowin {
+
+/// The command channel as a Unix socket in the folder of the instance's lock. Main thread only.
+class SocketCommandChannel : public CommandChannel {
+ public:
+  struct Services {
+    Descriptors& descriptors;
+    MainQueue& mainQueue;
+    Log& log;
+  };
+
+  /// No more connections than this are served at once; the next ones are told so.
+  static constexpr std::size_t maximumPeers = 64;
+
+  /// Takes over the socket of an instance that has died. Requests may come from now on; they wait for a handler. The
+  /// error is the system's description of why there is no socket.
+  [[nodiscard]] static std::expected<std::unique_ptr<SocketCommandChannel>, std::string> open(
+      Services services, std::unique_ptr<InstanceLock> lock);
+
+  /// Lets the next instance start, then ends the answers that were to be ended last.
+  ~SocketCommandChannel() override;
+  SocketCommandChannel(const SocketCommandChannel&) = delete;
+  SocketCommandChannel& operator=(const SocketCommandChannel&) = delete;
+
+  void setHandler(Handler handler) override;
+
+ private:
+  /// A connection by its number; numbers are not used again.
+  using PeerNumber = std::uint64_t;
+  class PeerCaller;
+  /// The connections that live. Shared with the callers, which may outlive the channel.
+  using Peers = std::map<PeerNumber, std::unique_ptr<ChannelPeer>>;
+
+  SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock, int listener);
+
+  void acceptAll();
+  void pause(const std::string& why);
+  void accept(int socket);
+
+  const Services services_;
+  std::unique_ptr<InstanceLock> lock_;
+  const int listener_;
+  Handler handler_;
+  Subscription readable_;
+  WorkItem resume_;
+  PeerNumber lastNumber_ = 0;
+  std::shared_ptr<Peers> peers_ = std::make_shared<Peers>();
+};
+
+}  // namespace tallowin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/identifiers.h"
+#include "platform/x11/x11_desktop_names_record.h"
+#include "platform/x11/x11_desktop_state.h"
+
+namespace tallowin {
+
+/// How the names of the desktops are, and how they are to be.
+struct DesktopNamesPlan {
+  std::vector<ManagedSpaceID> spaces;  ///< left to right
+  bool dynamic = false;                ///< as in X11DesktopState
+  std::vector<std::string> current;    ///< what stands in _NET_DESKTOP_NAMES
+  DesktopNamesRecord recorded;         ///< what stands in _TALLOWIN_DESKTOP_NAMES
+  std::vector<std::string> wanted;     ///< for _NET_DESKTOP_NAMES; empty for none
+  DesktopNamesRecord record;           ///< for _TALLOWIN_DESKTOP_NAMES; empty for none, as nothing in `wanted` is ours
+  bool operator==(const DesktopNamesPlan&) const = default;
+
+  /// Whether there is anything to write.
+  [[nodiscard]] bool changesAnything() const { return wanted != current || record != recorded; }
+};
+
+/// Puts the user's names, by managed id, over those of the window manager. The list is as long as the window manager's,
+/// or as far as the last desktop that the user has named; those without any name between are empty. Zero bytes are left
+/// out of names, and what is no UTF-8 is replaced. Without a window manager, and where the lists are too long to be
+/// read back whole, everything stays as it is.
+[[nodiscard]] DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties,
+                                                const std::map<ManagedSpaceID, std::string>& names);
+
+}  // namespace tallowin

@@ -1,0 +1,105 @@
+#include "app/desktop_name_mirror.h"
+
+#include <gmock/gmock.h>
+#include <optional>
+
+#include "tests/simulated_program.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A program that watches, stores and mirrors names.
+struct MirroringProgram : SimulatedProgram {
+  using SimulatedProgram::SimulatedProgram;
+
+  /// What was published since the last call, after everything that is due has run.
+  std::vector<std::string> takePublished() {
+    time.advance(0ms);
+    std::vector<std::string> published;
+    for (const auto& record : take("publishDesktopNames")) {
+      published.push_back(record.at("names").dump());
+    }
+    return published;
+  }
+
+  [[nodiscard]] std::string id(ManagedSpaceID managed) const {
+    for (const auto& space : snapshot().allSpaces()) {
+      if (space.managedID == managed) {
+        return space.id;
+      }
+    }
+    return "";
+  }
+
+  AppPaths paths{desktop.files(), desktop.folders()};
+  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
+                   paths.supportDirectory() / "spaces.json"};
+  SpaceWatcher watcher{{provider, bridge, desktop.workspaceNotifications(), desktop.defaultNotifications(),
+                        desktop.files(), desktop.folders(), time, desktop.log()}};
+  DesktopNameMirror mirror{{watcher, store, bridge, desktop.desktopNames(), time}};
+};
+
+TEST(DesktopNameMirror, PublishesTheUsersNamesOfTheSpacesThatExist) {
+  MirroringProgram program(R"({"script": [{"at": 1, "do": "removeSpace", "space": 2},
+                                          {"at": 2, "do": "switchSpace", "space": 3}]})");
+  auto& store = program.store;
+  const auto second = program.id(2);
+  const auto third = program.id(3);
+  store.autoNameProvider = [](const Space&) { return "Automatic"; };
+  store.setName("Mail", second);
+  EXPECT_THAT(program.takePublished(), IsEmpty()) << "nothing is known of the Spaces yet";
+  program.watcher.start();
+  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"2":"Mail"})"));
+
+  store.setName("Post", second);
+  store.setName("Web", third);
+  store.setName("Nowhere", "managed-99");
+  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"2":"Post","3":"Web"})")) << "once for the three";
+  store.setNote("by the window", third);
+  EXPECT_THAT(program.takePublished(), IsEmpty());
+
+  program.time.advance(1s + 100ms);
+  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"3":"Web"})")) << "Space 2 has gone";
+  program.time.advance(1s);
+  EXPECT_THAT(program.takePublished(), IsEmpty()) << "a switch changes no name";
+  store.setName("", third);
+  EXPECT_THAT(program.takePublished(), ElementsAre("{}"));
+}
+
+TEST(DesktopNameMirror, LeavesFullScreenSpacesAlone) {
+  MirroringProgram program(R"({"managedDisplaySpaces": [{"Display Identifier": "Main", "Spaces": [
+      {"ManagedSpaceID": 1, "uuid": "A", "type": 0}, {"ManagedSpaceID": 2, "uuid": "B", "type": 4}]}]})");
+  program.watcher.start();
+  program.store.setName("Film", "B");
+  EXPECT_THAT(program.takePublished(), IsEmpty());
+  program.store.setName("Home", "A");
+  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"1":"Home"})"));
+}
+
+TEST(DesktopNameMirror, PublishesNothingInADegradedSystem) {
+  MirroringProgram program(R"({"script": [{"at": 1, "do": "setManagedDisplaySpaces", "list": null}]})");
+  program.watcher.start();
+  const auto first = program.id(1);
+  program.time.advance(2s);
+  program.store.setName("Home", first);
+  EXPECT_FALSE(program.bridge.CGSBridgeProbe().healthy());
+  EXPECT_FALSE(program.watcher.snapshot().get().displays.empty());
+  EXPECT_THAT(program.takePublished(), IsEmpty());
+}
+
+TEST(DesktopNameMirror, MayGoBeforeItsWorkIsDone) {
+  MirroringProgram program("{}");
+  std::optional<DesktopNameMirror> another(std::in_place,
+                                           DesktopNameMirror::Services{program.watcher, program.store, program.bridge,
+                                                                       program.desktop.desktopNames(), program.time});
+  program.watcher.start();
+  another.reset();
+  program.time.advance(1s);
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,63 @@
+// What the running instance can be asked for, and how the small program in front of it reads its arguments.
+
+#include <gtest/gtest.h>
+
+#include "app/front/front_arguments.h"
+#include "app/request_words.h"
+
+namespace tallowin {
+namespace {
+
+using Words = std::vector<std::string>;
+
+TEST(RequestWords, AreReadOrRefusedInOneLine) {
+  const std::pair<Words, RequestWords> understood[] = {
+      {{}, {RequestKind::start, false, {}}},
+      {{"list"}, {RequestKind::list, false, {}}},
+      {{"--json", "current"}, {RequestKind::current, true, {}}},
+      {{"watch", "--json"}, {RequestKind::watch, true, {}}},
+      {{"tallowin://switch/3"}, {RequestKind::url, false, {"tallowin://switch/3"}}},
+  };
+  for (const auto& [words, expected] : understood) {
+    EXPECT_EQ(readRequestWords(words), expected) << testing::PrintToString(words);
+  }
+  const std::pair<Words, std::string> refused[] = {
+      {{"lists"}, "unknown argument \"lists\"; --help lists what there is"},
+      {{"list", "more"}, "it is called so: tallowin list [--json]"},
+      {{"quit", "--json"}, "it is called so: tallowin quit"},
+      {{"--json"}, "--json goes with list, current or watch"},
+      {{"tallowin://back", "--json"}, "a URL goes alone"},
+  };
+  for (const auto& [words, message] : refused) {
+    EXPECT_EQ(readRequestWords(words).error(), message);
+  }
+}
+
+TEST(FrontArguments, TellWhatTheInstanceCanDo) {
+  struct Case {
+    std::vector<const char*> arguments;
+    bool forInstance;
+    std::string home;
+    Words request;
+  };
+  const Case cases[] = {
+      {{}, true, "", {}},
+      {{"list", "--json"}, true, "", {"list", "--json"}},
+      {{"--home", "h", "--verbose", "--platform", "x11", "tallowin://back"}, true, "h", {"tallowin://back"}},
+      {{"--scenario", "list"}, true, "", {}},
+      {{"--probe"}, false, "", {"--probe"}},
+      {{"--switch", "3", "classic"}, false, "", {"--switch", "3", "classic"}},
+      {{"--home"}, false, "", {}},
+      {{"--simulate", "s.json"}, false, "", {"--simulate", "s.json"}},
+  };
+  for (auto [arguments, forInstance, home, request] : cases) {
+    arguments.push_back(nullptr);
+    const auto read = readFrontArguments(arguments.data());
+    EXPECT_EQ(read.forInstance, forInstance) << testing::PrintToString(request);
+    EXPECT_EQ(read.home != nullptr ? read.home : "", home);
+    EXPECT_EQ(read.request, request);
+  }
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,210 @@
+#include "platform/dbus/notification_toasts.h"
+
+#include <gmock/gmock.h>
+#include <optional>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "tests/platform/dbus/fake_notification_service.h"
+#include "tests/platform/dbus/message_bus.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SetClock : public Clock {
+ public:
+  [[nodiscard]] Date now() const override { return {}; }
+  [[nodiscard]] std::uint64_t machAbsoluteTime() const override { return 1; }
+  [[nodiscard]] std::chrono::nanoseconds systemUptime() const override { return uptime; }
+  [[nodiscard]] CalendarDay localDay(Date /*date*/) const override { return {}; }
+
+  std::chrono::nanoseconds uptime = 1h;
+};
+
+class KeptLog : public Log {
+ public:
+  void write(Level level, std::string_view category, std::string_view message) override {
+    auto& list = category == "Toast" ? toasts : failures;
+    list.push_back((level == Level::error ? "error: " : "") + std::string(message));
+  }
+
+  std::vector<std::string> toasts;
+  std::vector<std::string> failures;
+};
+
+std::string information(int replaced, const std::string& text) {
+  return "Tallowin " + std::to_string(replaced) + " tallowin [" + text + "] [] transient=b1 urgency=y0 2500";
+}
+
+class NotificationToastsTest : public testing::Test {
+ protected:
+  void startBus() {
+    if (!bus_.start()) {
+      GTEST_SKIP() << "dbus-daemon could not be started";
+    }
+  }
+
+  void startService() {
+    service_.emplace(loop_);
+    ASSERT_TRUE(service_->ownsName());
+  }
+
+  void show(const std::string& text, bool isError = false) { toasts_->show({text, std::nullopt, isError}); }
+
+  bool runUntilShown(std::size_t count) {
+    return loop_.runUntil([&] { return service_->shown.size() >= count; });
+  }
+  bool runUntilFailed(std::size_t count) {
+    return loop_.runUntil([&] { return log_.failures.size() >= count; });
+  }
+  /// The reply to what was shown has come: nothing else is waited for.
+  bool runUntilIdle() {
+    return loop_.runUntil([&] { return !loop_.hasTimers(); });
+  }
+
+  MessageBus bus_;
+  PollLoop loop_;
+  SetClock clock_;
+  KeptLog log_;
+  std::optional<FakeNotificationService> service_;
+  std::optional<NotificationToasts> toasts_{std::in_place, NotificationToasts::Services{loop_, loop_, clock_, log_}};
+};
+
+TEST_F(NotificationToastsTest, EachTakesThePlaceOfTheLast) {
+  startBus();
+  startService();
+  EXPECT_EQ(loop_.watchCount(), 1U) << "no connection before the first message";
+  show("<b>one</b> & more");
+  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
+  show("two", true);
+  ASSERT_TRUE(runUntilShown(2) && runUntilIdle());
+  show("M\xFF");
+  ASSERT_TRUE(runUntilShown(3) && runUntilIdle());
+  EXPECT_THAT(service_->shown,
+              ElementsAre(information(0, "<b>one</b> & more"),
+                          "Tallowin 41 dialog-error [two] [] transient=b1 urgency=y1 2500", information(42, "M?")));
+  EXPECT_THAT(log_.toasts, ElementsAre("<b>one</b> & more", "error: two", "M\xFF"));
+  EXPECT_THAT(log_.failures, IsEmpty());
+}
+
+TEST_F(NotificationToastsTest, TheNewestWaitsForTheAnswer) {
+  startBus();
+  startService();
+  service_->answers = false;
+  for (const auto* text : {"one", "two", "three"}) {
+    show(text);
+  }
+  ASSERT_TRUE(runUntilShown(1));
+  loop_.runReady();
+  EXPECT_THAT(service_->shown, ElementsAre(information(0, "one")));
+  service_->answerHeld();
+  ASSERT_TRUE(runUntilShown(2));
+  show("four");
+  loop_.runReady();
+  service_->answers = true;
+  service_->answerHeld();
+  ASSERT_TRUE(runUntilShown(3) && runUntilIdle());
+  EXPECT_THAT(service_->shown, ElementsAre(information(0, "one"), information(41, "three"), information(42, "four")));
+  EXPECT_THAT(log_.toasts, ElementsAre("one", "two", "three", "four"));
+}
+
+TEST_F(NotificationToastsTest, TriesAgainAfterAWhileWhereThereIsNoService) {
+  startBus();
+  show("one");
+  show("two");
+  ASSERT_TRUE(runUntilFailed(1));
+  startService();
+  clock_.uptime += 29999ms;
+  show("three");
+  loop_.runReady();
+  EXPECT_FALSE(loop_.hasTimers()) << "nothing was asked";
+  clock_.uptime += 1ms;
+  show("four");
+  ASSERT_TRUE(runUntilShown(1));
+  EXPECT_THAT(service_->shown, ElementsAre(information(0, "four")));
+  EXPECT_THAT(log_.toasts, ElementsAre("one", "two", "three", "four"));
+}
+
+TEST_F(NotificationToastsTest, WithoutABusTheLogHasThem) {
+  show("one");
+  show("two", true);
+  EXPECT_THAT(log_.failures, ElementsAre("the desktop shows no notifications: No such file or directory"));
+  EXPECT_THAT(log_.toasts, ElementsAre("one", "error: two"));
+  startBus();
+  startService();
+  clock_.uptime += 30s;
+  show("three");
+  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
+  EXPECT_THAT(service_->shown, ElementsAre(information(0, "three")));
+}
+
+TEST_F(NotificationToastsTest, ABusThatGoesAwayIsReplacedByTheNext) {
+  startBus();
+  startService();
+  show("one");
+  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
+  service_.reset();
+  bus_.stop();
+  ASSERT_TRUE(loop_.runUntil([&] { return loop_.watchCount() == 0; })) << "a descriptor at its end is always readable";
+  EXPECT_FALSE(loop_.hasTimers());
+  startBus();
+  startService();
+  show("two");
+  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
+  EXPECT_THAT(service_->shown, ElementsAre(information(0, "two"))) << "the new service has never shown the first";
+
+  service_.reset();
+  bus_.stop();
+  startBus();
+  startService();
+  show("three");  // before anything can have been heard of the end
+  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
+  EXPECT_THAT(service_->shown, ElementsAre(information(0, "three")));
+
+  // It goes while a message is on its way.
+  service_->answers = false;
+  show("four");
+  show("five");
+  ASSERT_TRUE(runUntilShown(2));
+  bus_.stop();
+  ASSERT_TRUE(runUntilFailed(1));
+  ASSERT_TRUE(loop_.runUntil([&] { return loop_.watchCount() == 0; }));
+  EXPECT_FALSE(loop_.hasTimers());
+  EXPECT_THAT(log_.toasts, ElementsAre("one", "two", "three", "four", "five"));
+}
+
+TEST_F(NotificationToastsTest, NeverWaitsForABusThatSaysNothing) {
+  const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string path =
+      std::string(std::getenv("DBUS_SESSION_BUS_ADDRESS")).substr(std::string("unix:path=").size());
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(listener, 5), 0);
+  show("one");
+  show("two");
+  loop_.runReady();
+  EXPECT_THAT(log_.failures, IsEmpty());
+  const int peer = accept(listener, nullptr, nullptr);
+  ASSERT_GE(peer, 0);
+  ASSERT_EQ(write(peer, "nonsense\r\n", 10), 10);
+  close(peer);
+  ASSERT_TRUE(runUntilFailed(1));
+  EXPECT_EQ(loop_.watchCount(), 0U);
+  EXPECT_FALSE(loop_.hasTimers());
+
+  clock_.uptime += 30s;
+  show("three");
+  loop_.runReady();
+  toasts_.reset();  // with the call outstanding
+  EXPECT_EQ(loop_.watchCount(), 0U);
+  close(listener);
+}
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,360 @@
+#include "platform/x11/x11_desktop_names.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <optional>
+#include <set>
+
+#include "platform/x11/x11_desktop.h"
+#include "tests/platform/x11/scripted_window_manager.h"
+#include "tests/platform/x11/stepped_loop.h"
+#include "tests/platform/x11/x_server.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SilentLog : public Log {
+ public:
+  void write(Level /*level*/, std::string_view /*category*/, std::string_view /*message*/) override {}
+};
+
+/// Another client, which looks at the root window's properties and writes them.
+class Somebody {
+ public:
+  Somebody() : connection_(*X11Connection::open()) {
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection_->raw(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
+  }
+
+  std::vector<std::string> read(X11Atom property) {
+    return parseDesktopNames(connection_->takeProperty(
+        connection_->requestProperty(connection_->root(), property, connection_->atom(X11Atom::utf8String))));
+  }
+
+  /// The names in short: "Mail|2|".
+  std::string names() {
+    std::string text;
+    for (const auto& name : read(X11Atom::netDesktopNames)) {
+      text += name + "|";
+    }
+    return text;
+  }
+
+  void writeNames(const std::vector<std::string>& names) {
+    const auto bytes = encodeTexts(names);
+    xcb_change_property(connection_->raw(), XCB_PROP_MODE_REPLACE, connection_->root(),
+                        connection_->atom(X11Atom::netDesktopNames), connection_->atom(X11Atom::utf8String), 8,
+                        static_cast<std::uint32_t>(bytes.size()), bytes.data());
+    read(X11Atom::netDesktopNames);
+  }
+
+  void deleteNames() {
+    xcb_delete_property(connection_->raw(), connection_->root(), connection_->atom(X11Atom::netDesktopNames));
+    read(X11Atom::netDesktopNames);
+  }
+
+  /// How often the names were written or deleted since the last call.
+  int takeChanges() {
+    read(X11Atom::netDesktopNames);
+    int changes = 0;
+    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_->raw())}) {
+      const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
+      const bool isProperty = (event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY;
+      changes += isProperty && change.atom == connection_->atom(X11Atom::netDesktopNames) ? 1 : 0;
+    }
+    return changes;
+  }
+
+ private:
+  std::unique_ptr<X11Connection> connection_;
+};
+
+/// A desktop on a real server. Its delays pass when the test says so.
+class X11DesktopNamesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!server_.running()) {
+      GTEST_SKIP() << "Xvfb could not be started";
+    }
+    somebody_.emplace();
+  }
+
+  void connect(MainQueue& queue, const Clock& clock, Descriptors& descriptors) {
+    auto connected = X11Desktop::connect(queue, clock, log_, descriptors, [] {});
+    ASSERT_TRUE(connected) << connected.error();
+    desktop_ = std::move(*connected);
+  }
+  void connect() { connect(loop_, loop_, loop_); }
+
+  void publish(const std::map<ManagedSpaceID, std::string>& names) { desktop_->desktopNames().publish(names); }
+
+  std::vector<ManagedSpaceID> ids() {
+    std::vector<ManagedSpaceID> ids;
+    const auto list = desktop_->windowServer().CGSBridgeCopyManagedDisplaySpaces();
+    for (const auto& space : list ? list->at(0)["Spaces"] : PropertyList::array()) {
+      ids.push_back(space["ManagedSpaceID"].get<ManagedSpaceID>());
+    }
+    return ids;
+  }
+
+  /// Lets everything that has happened take its effect, and the time pass.
+  void settle(Duration time = 50ms) {
+    ids();  // a round trip: all events are here
+    loop_.advance(time);
+    ids();
+    loop_.runReady();
+  }
+
+  XServer server_;
+  SilentLog log_;
+  SteppedLoop loop_;
+  std::optional<Somebody> somebody_;
+  std::unique_ptr<X11Desktop> desktop_;
+};
+
+TEST_F(X11DesktopNamesTest, MirrorsNamesAndGivesTheOldOnesBack) {
+  ScriptedWindowManager manager;
+  manager.setDesktops(4, 0, {"one\0two\0", 8});
+  connect();
+  settle();
+  somebody_->takeChanges();
+  EXPECT_EQ(somebody_->names(), "one|two|") << "before the first publication";
+
+  const struct {
+    std::map<ManagedSpaceID, std::string> names;
+    const char* shown;
+    int changes;
+  } steps[] = {
+      {{{3, "Mail"}}, "one|two|Mail|", 1},
+      {{{3, "Mail"}}, "one|two|Mail|", 0},
+      {{{1, "Home"}, {3, "Post"}, {9, "None"}}, "Home|two|Post|", 1},
+      {{{1, "Home"}}, "Home|two|", 1},
+      {{{1, "Home"}, {2, "two"}}, "Home|two|", 0},
+      {{}, "one|two|", 1},
+  };
+  for (const auto& [names, shown, changes] : steps) {
+    publish(names);
+    settle(49ms);
+    EXPECT_EQ(somebody_->takeChanges(), 0);
+    settle(1ms);
+    EXPECT_EQ(somebody_->names(), shown);
+    settle(1s);
+    EXPECT_EQ(somebody_->takeChanges(), changes) << shown;
+    EXPECT_FALSE(loop_.hasDelayedWork());
+  }
+  EXPECT_THAT(somebody_->read(X11Atom::tallowinDesktopNames), IsEmpty());
+}
+
+TEST_F(X11DesktopNamesTest, KnowsTheWindowManagersNamesAfterBeingKilled) {
+  ScriptedWindowManager manager;
+  manager.setDesktops(3, 0, {"one\0two\0", 8});
+  connect();
+  publish({{2, "Mail"}, {3, "Web"}});
+  settle();
+  EXPECT_EQ(somebody_->names(), "one|Mail|Web|");
+  desktop_.reset();
+  connect();
+  settle();
+  EXPECT_EQ(somebody_->names(), "one|Mail|Web|");
+  publish({{3, "Web"}});
+  settle();
+  EXPECT_EQ(somebody_->names(), "one|two|Web|");
+  publish({});
+  settle();
+  EXPECT_EQ(somebody_->names(), "one|two|");
+}
+
+TEST_F(X11DesktopNamesTest, NamesTheDesktopsOfTheNextWindowManager) {
+  std::optional<ScriptedWindowManager> manager(std::in_place);
+  manager->setDesktops(2, 0, {"one\0two\0", 8});
+  connect();
+  publish({{2, "Mail"}});
+  settle();
+  manager.reset();
+  somebody_->deleteNames();
+  settle();
+  EXPECT_EQ(somebody_->names(), "") << "there is nobody whose desktops could be named";
+  manager.emplace();
+  manager->setDesktops(3, 0, {"a\0b\0c\0", 6});
+  settle();
+  EXPECT_EQ(somebody_->names(), "a|Mail|c|");
+  publish({});
+  settle();
+  EXPECT_EQ(somebody_->names(), "a|b|c|");
+}
+
+TEST_F(X11DesktopNamesTest, DoesNotFightForTheNames) {
+  ScriptedWindowManager manager;
+  manager.setDesktops(2, 0, {"one\0two\0", 8});
+  connect();
+  publish({{2, "Mail"}});
+  settle();
+  const auto rewriteAfter = [&](Duration pause) {
+    settle(pause);
+    somebody_->writeNames({"x", "y"});
+    settle();
+    return somebody_->names();
+  };
+  for (int times = 0; times < 3; ++times) {
+    EXPECT_EQ(rewriteAfter(950ms), "x|Mail|") << "a second after the last time";
+  }
+  EXPECT_EQ(rewriteAfter(949ms), "x|y|") << "twice within a second";
+  EXPECT_EQ(rewriteAfter(10s), "x|y|") << "nor later";
+  EXPECT_FALSE(loop_.hasDelayedWork());
+  publish({{2, "Mail"}});
+  settle();
+  EXPECT_EQ(somebody_->names(), "x|y|") << "those are the same names";
+  publish({{2, "Post"}});
+  settle();
+  EXPECT_EQ(somebody_->names(), "x|Post|");
+
+  EXPECT_EQ(rewriteAfter(0ms), "x|Post|");
+  EXPECT_EQ(rewriteAfter(0ms), "x|y|");
+  const ScriptedWindowManager another;
+  settle();
+  EXPECT_EQ(somebody_->names(), "x|Post|") << "the window manager has restarted";
+
+  // A window manager that deletes and rewrites has changed them once.
+  somebody_->takeChanges();
+  settle(1s);
+  somebody_->deleteNames();
+  settle(20ms);
+  somebody_->writeNames({"1", "2"});
+  settle();
+  EXPECT_EQ(somebody_->names(), "1|Post|");
+  settle(1s);
+  EXPECT_EQ(somebody_->takeChanges(), 3);
+}
+
+TEST_F(X11DesktopNamesTest, DesktopsThatComeAndGoAreNoFight) {
+  ScriptedWindowManager manager;
+  manager.setDesktops(2, 0, {"one\0two\0", 8});
+  connect();
+  publish({{2, "Mail"}, {4, "Web"}});
+  settle();
+  for (const std::uint32_t count : {3U, 4U, 3U, 2U, 3U, 4U}) {
+    manager.setDesktops(count, 0, {"1\0002\0003\0", 6});
+    settle();
+    EXPECT_EQ(somebody_->names(), count == 4 ? "1|Mail|3|Web|" : "1|Mail|3|");
+  }
+}
+
+TEST_F(X11DesktopNamesTest, DynamicDesktopsStayThemselves) {
+  ScriptedWindowManager manager("i3");
+  manager.setDesktops(2, 0, {"1\0mail\0", 7});
+  connect();
+  const auto mail = ids().at(1);
+  ASSERT_THAT(ids(), ElementsAre(1, mail));
+  publish({{1, "mail"}});  // named as another workspace is already
+  settle();
+  EXPECT_EQ(somebody_->names(), "mail|mail|");
+  EXPECT_THAT(ids(), ElementsAre(1, mail));
+  manager.setDesktops(1, 0, {"1\0", 2});
+  settle();
+  EXPECT_EQ(somebody_->names(), "mail|");
+  EXPECT_THAT(ids(), ElementsAre(1));
+  manager.setDesktops(2, 1, {"1\0mail\0", 7});
+  manager.setDesktops(1, 0, {"mail\0", 5});  // which is just what was written for workspace 1
+  settle(0ms);
+  EXPECT_THAT(ids(), ElementsAre(mail));
+  settle();
+  EXPECT_EQ(somebody_->names(), "mail|");
+  EXPECT_THAT(ids(), ElementsAre(mail));
+
+  // A new start finds everything mirrored, and hears of the next change all the same.
+  manager.setDesktops(1, 0, {"1\0", 2});
+  settle();
+  desktop_.reset();
+  connect();
+  publish({{1, "mail"}});
+  settle();
+  EXPECT_THAT(ids(), ElementsAre(1));
+  manager.setDesktops(1, 0, {"mail\0", 5});
+  settle(0ms);
+  EXPECT_THAT(ids(), ElementsAre(mail));
+}
+
+/// The real i3, whose workspaces the test opens and leaves.
+class I3DesktopNamesTest : public X11DesktopNamesTest {
+ protected:
+  void SetUp() override {
+    X11DesktopNamesTest::SetUp();
+    char folder[] = "/tmp/tallowin-i3-XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    folder_ = folder;
+    std::ofstream(folder_ / "config") << "font pango:monospace 8\n";
+    i3_.emplace(std::vector<std::string>{"i3", "-c", folder_ / "config"});
+    connect(polls_, loop_, polls_);
+    if (!polls_.runUntil([&] { return desktop_->windowServer().CGSBridgeProbe().healthy(); })) {
+      GTEST_SKIP() << "i3 could not be started";
+    }
+  }
+
+  void TearDown() override {
+    desktop_.reset();
+    i3_.reset();
+    std::filesystem::remove_all(folder_);
+  }
+
+  static void i3(const std::string& command) {
+    EXPECT_EQ(ChildProcess({"i3-msg", "-q", command}).wait(), 0) << command;
+  }
+
+  static void openWorkspace(const std::string& name) { i3("workspace \"" + name + "\"; open"); }
+
+  /// Runs until the names are shown, and sees to it that the ids of the Spaces are always those of i3's own names.
+  bool runUntilShown(const std::string& names, std::size_t count) {
+    const bool shown = polls_.runUntil([&] {
+      for (const auto id : ids()) {
+        EXPECT_TRUE(known_.contains(id)) << id << " while the names are " << somebody_->names();
+      }
+      return somebody_->names() == names && ids().size() == count;
+    });
+    return shown ? true : (ADD_FAILURE() << somebody_->names(), false);
+  }
+
+  PollLoop polls_;
+  std::filesystem::path folder_;
+  std::optional<ChildProcess> i3_;
+  std::set<ManagedSpaceID> known_;
+};
+
+TEST_F(I3DesktopNamesTest, WorkspacesComeAndGoUnderTheirMirroredNames) {
+  const auto mail = namedSpaceIDs({"mail"}, 1).at(0);
+  known_ = {1, 3, 5, mail};
+  openWorkspace("1");
+  openWorkspace("3: web");
+  openWorkspace("mail");
+  ASSERT_TRUE(runUntilShown("1|3: web|mail|", 3));
+  publish({{1, "Home"}, {mail, "Post"}});
+  ASSERT_TRUE(runUntilShown("Home|3: web|Post|", 3));
+  for (int times = 0; times < 3; ++times) {
+    i3("workspace 5");
+    ASSERT_TRUE(runUntilShown("Home|3: web|5|Post|", 4));
+    EXPECT_THAT(ids(), ElementsAre(1, 3, 5, mail));
+    i3("workspace 1");  // the empty workspace 5 goes
+    ASSERT_TRUE(runUntilShown("Home|3: web|Post|", 3));
+    EXPECT_THAT(ids(), ElementsAre(1, 3, mail));
+  }
+  i3("kill");
+  i3("workspace mail");  // workspace 1 goes, and all indexes shift
+  ASSERT_TRUE(runUntilShown("3: web|Post|", 2));
+  EXPECT_THAT(ids(), ElementsAre(3, mail));
+  i3("rename workspace \"3: web\" to \"3: net\"");
+  ASSERT_TRUE(runUntilShown("3: net|Post|", 2));
+  i3("restart");
+  ASSERT_TRUE(polls_.runUntil([&] { return somebody_->names() == "3: net|Post|" && ids().size() == 2; }));
+  publish({{3, "Web"}, {mail, "Post"}});
+  ASSERT_TRUE(runUntilShown("Web|Post|", 2));
+  publish({});
+  ASSERT_TRUE(runUntilShown("3: net|mail|", 2));
+  EXPECT_THAT(somebody_->read(X11Atom::tallowinDesktopNames), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tallowin
