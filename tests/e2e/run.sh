@@ -259,9 +259,12 @@ exit 69' "$(ask current)"
 exit 0" "$(ask)"
   timeout 60 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
   local watcher=$!
-  eventually grep -q state "$DESKTOP_DIRECTORY/watched"
+  eventually grep -qs state "$DESKTOP_DIRECTORY/watched"
   pass_if "a name is taken" "exit 0" "$(ask "tallowin://rename/$second?name=Mail%20%26%20more")"
-  pass_if_eventually "pagers show the name" "Mail & more" named_by_wmctrl "$second"
+  pass_if_eventually "pagers show the name" "Mail & more" named_by_pagers "$second"
+  if [ "$LABEL" == openbox ]; then
+    restart_case "$second"
+  fi
   pass_if "a URL switches" "exit 0" "$(ask tallowin://switch/mail)"
   pass_if_eventually "it is shown" $((second - 1)) current_desktop
   pass_if_eventually "current names it" "Mail & more
@@ -287,7 +290,23 @@ exit 0" ask current
   end_group "$INSTANCE_GROUP"
 }
 
-named_by_wmctrl() {
+# The name is there after openbox has started again, and the instance goes on.
+restart_case() {
+  local spy=$DESKTOP_DIRECTORY/restarts
+  start_group bash -c "stdbuf -oL xprop -spy -root _NET_SUPPORTING_WM_CHECK >'$spy'"
+  local spy_group=$STARTED_GROUP
+  eventually grep -qs WM_CHECK "$spy"
+  openbox --restart
+  pass_if_eventually "openbox starts again" yes has_started_again "$spy"
+  pass_if_eventually "its name is still there" "Mail & more" named_by_pagers "$1"
+  end_group "$spy_group"
+}
+
+has_started_again() {
+  [ "$(grep -c WM_CHECK "$1")" -gt 1 ] && echo yes
+}
+
+named_by_pagers() {
   xprop -root -notype -f _NET_DESKTOP_NAMES 8u _NET_DESKTOP_NAMES | sed 's/^[^=]*= //; s/^"//; s/"$//; s/", "/\n/g' |
     sed -n "${1}p"
 }
