@@ -110,8 +110,7 @@ bool EmulatedDock::isUnderWay(const Journey& journey) const {
   return journey.heading && since <= behaviour_.patience;
 }
 
-std::optional<ManagedSpaceID> EmulatedDock::heading(const std::string& display,
-                                                    std::optional<ManagedSpaceID> active) {
+std::optional<ManagedSpaceID> EmulatedDock::heading(const std::string& display, std::optional<ManagedSpaceID> active) {
   const auto found = journeys_.find(display);
   if (found == journeys_.end()) {
     return std::nullopt;

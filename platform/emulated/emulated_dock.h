@@ -58,10 +58,10 @@ class EmulatedDock {
   struct Journey {
     int steps = 0;                             ///< not yet performed, positive to the right
     SwitchCause cause = SwitchCause::gesture;  ///< of the latest of them
-    std::optional<ManagedSpaceID> base;        ///< where they count from, if that is not found out when they are performed
-    std::optional<ManagedSpaceID> heading;     ///< a switch that was begun and has not been seen to arrive
-    std::optional<ManagedSpaceID> origin;      ///< what was active when it was begun
-    std::uint64_t headingSince = 0;            ///< in ticks
+    std::optional<ManagedSpaceID> base;     ///< where they count from, if that is not found out when they are performed
+    std::optional<ManagedSpaceID> heading;  ///< a switch that was begun and has not been seen to arrive
+    std::optional<ManagedSpaceID> origin;   ///< what was active when it was begun
+    std::uint64_t headingSince = 0;         ///< in ticks
     WorkItem work;
     WorkItem givingUp;
   };
