@@ -35,6 +35,9 @@ bool SpaceSwitcher::switchTo(const Space& target, const SpaceSnapshot& snapshot)
     services_.log.error(category, "accessibility not granted");
     return false;
   }
+  if (willSwitch) {
+    willSwitch(snapshot);
+  }
   const auto steps = target.indexOnDisplay - active->indexOnDisplay;
   if (switchesClassically()) {
     return classicSwitch(target, steps);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "base/settings.h"
@@ -31,6 +32,9 @@ class SpaceSwitcher {
   };
 
   explicit SpaceSwitcher(Services services);
+
+  /// Told just before a switch is posted, while the Space that is left is still shown.
+  std::function<void(const SpaceSnapshot& snapshot)> willSwitch;
 
   /// Switches the display that holds `target` to it. True when it is active already or the switch was posted, which
   /// does not mean that it was seen to happen; false when nothing could be posted.

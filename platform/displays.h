@@ -38,8 +38,8 @@ class Displays {
   /// All screens, the main one first.
   virtual std::vector<Screen> screens() = 0;
 
-  /// What identifies the set of connected displays: one stable identifier each, in no particular order. Where every
-  /// display has Spaces of its own these are the display identifiers of the managed-display-spaces list.
+  /// What identifies the set of connected displays where the managed-display-spaces list does not tell, because all
+  /// displays share one set of Spaces: one stable identifier each, in no particular order. Empty elsewhere.
   virtual std::vector<std::string> displaySetIdentifiers() = 0;
 };
 

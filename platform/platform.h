@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/accessibility.h"
+#include "platform/alerts.h"
 #include "platform/clock.h"
 #include "platform/command_channel.h"
 #include "platform/desktop_names.h"
@@ -8,6 +9,7 @@
 #include "platform/events.h"
 #include "platform/files.h"
 #include "platform/folders.h"
+#include "platform/global_hot_keys.h"
 #include "platform/images.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
@@ -43,11 +45,14 @@ struct Platform {
   const Folders& folders;
   Processes& processes;
   Toasts& toasts;
+  Alerts& alerts;
+  GlobalHotKeys& globalHotKeys;
   URLEvents& urlEvents;
   CommandChannel& commandChannel;
   System& system;
   MainQueue& mainQueue;
   WorkQueues& workQueues;
+  WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it
   RunLoop& runLoop;
   Clock& clock;
   Log& log;

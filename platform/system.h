@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <cstdint>
 #include <string>
 
 #include "platform/identifiers.h"
@@ -25,6 +26,8 @@ class System {
   /// As the system words it, for reports.
   virtual std::string operatingSystemVersionString() = 0;
   virtual ProcessID processIdentifier() = 0;
+  /// 64 random bits that nobody can foretell; in a simulation the same ones in every run.
+  virtual std::uint64_t randomBits() = 0;
 
   /// Ends the process at once; nothing is flushed or tidied up. On the simulated system the work that is running is
   /// finished first.

@@ -37,11 +37,14 @@ class NoneHost : public Host {
             .folders = machine_.folders,
             .processes = machine_.processes,
             .toasts = machine_.toasts(line_.mode),
+            .alerts = alerts_,
+            .globalHotKeys = globalHotKeys_,
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
             .system = machine_.system,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
+            .desktopQueues = machine_.workQueues,
             .runLoop = machine_.mainQueue,
             .clock = machine_.clock,
             .log = machine_.log};
@@ -59,6 +62,8 @@ class NoneHost : public Host {
   NeutralDisplays displays_;
   NeutralWindowList windowList_;
   NeutralWorkspace workspace_;
+  NeutralAlerts alerts_;
+  NeutralGlobalHotKeys globalHotKeys_;
   NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;

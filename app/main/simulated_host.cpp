@@ -6,11 +6,11 @@
 #include "app/exit_status.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
+#include "base/main_thread_work_queues.h"
 #include "base/standard_folders.h"
 #include "core/cgs_bridge.h"
 #include "core/space_provider.h"
 #include "platform/simulated/journal.h"
-#include "platform/simulated/main_thread_work_queues.h"
 #include "platform/simulated/simulated_desktop.h"
 #include "platform/simulated/simulated_parts.h"
 #include "platform/simulated/virtual_time.h"
@@ -134,11 +134,14 @@ class VirtualTimeHost : public SimulatedHost {
             .folders = simulated.folders(),
             .processes = simulated.processes(),
             .toasts = simulated.toasts(),
+            .alerts = simulated.alerts(),
+            .globalHotKeys = simulated.globalHotKeys(),
             .urlEvents = simulated.urlEvents(),
             .commandChannel = simulated.commandChannel(),
             .system = simulated.system(),
             .mainQueue = time_,
             .workQueues = time_,
+            .desktopQueues = time_,
             .runLoop = time_,
             .clock = time_,
             .log = simulated.log()};
@@ -210,11 +213,14 @@ class RealTimeHost : public SimulatedHost {
             .folders = machine_.folders,
             .processes = simulated.processes(),
             .toasts = simulated.toasts(),
+            .alerts = simulated.alerts(),
+            .globalHotKeys = simulated.globalHotKeys(),
             .urlEvents = simulated.urlEvents(),
             .commandChannel = machine_.commandChannel(),
             .system = simulated.system(),
             .mainQueue = machine_.mainQueue,
-            .workQueues = workQueues_,
+            .workQueues = machine_.workQueues,
+            .desktopQueues = desktopQueues_,
             .runLoop = machine_.mainQueue,
             .clock = machine_.clock,
             .log = machine_.log};
@@ -232,7 +238,7 @@ class RealTimeHost : public SimulatedHost {
   Machine machine_;
   std::unique_ptr<FilePreferences> preferences_;
   RealTimeSimulatedClock clock_;
-  MainThreadWorkQueues workQueues_{machine_.mainQueue};  // the simulated services belong to one thread
+  MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // the simulated services belong to one thread
   // What is done to the desktop is worth a line of the log to those who want to see it.
   Journal journal_{clock_, [this](std::string_view line) { machine_.log.info("Simulation", line); }};
 };

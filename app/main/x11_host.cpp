@@ -3,6 +3,7 @@
 #include "app/exit_status.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
+#include "base/main_thread_work_queues.h"
 #include "platform/none/neutral.h"
 #include "platform/x11/x11_desktop.h"
 
@@ -17,7 +18,7 @@ class X11Host : public Host {
   /// An empty text when connected, else why not.
   std::string connect() {
     auto connected = X11Desktop::connect(machine_.mainQueue, machine_.clock, machine_.log, machine_.descriptors,
-                                         [this] { connectionLost(); });
+                                         machine_.processes, [this] { connectionLost(); });
     if (!connected) {
       return connected.error();
     }
@@ -37,8 +38,8 @@ class X11Host : public Host {
             .accessibility = desktop_->accessibility(),
             .events = desktop_->events(),
             .displays = desktop_->displays(),
-            .windowList = windowList_,
-            .workspace = workspace_,
+            .windowList = desktop_->windowList(),
+            .workspace = desktop_->workspace(),
             .workspaceNotifications = desktop_->workspaceNotifications(),
             .defaultNotifications = desktop_->defaultNotifications(),
             .screenCapture = desktop_->screenCapture(),
@@ -48,11 +49,14 @@ class X11Host : public Host {
             .folders = machine_.folders,
             .processes = machine_.processes,
             .toasts = machine_.toasts(line_.mode),
+            .alerts = alerts_,
+            .globalHotKeys = desktop_->globalHotKeys(),
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
             .system = machine_.system,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
+            .desktopQueues = desktopQueues_,
             .runLoop = machine_.mainQueue,
             .clock = machine_.clock,
             .log = machine_.log};
@@ -67,8 +71,8 @@ class X11Host : public Host {
 
   const CommandLine line_;
   Machine machine_;
-  NeutralWindowList windowList_;
-  NeutralWorkspace workspace_;
+  MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
+  NeutralAlerts alerts_;
   NeutralURLEvents urlEvents_;
   std::unique_ptr<X11Desktop> desktop_;
 };

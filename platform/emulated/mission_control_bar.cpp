@@ -58,7 +58,7 @@ void MissionControlBar::click(CGPoint location) {
     return;
   }
   const auto corner = thumbnail->frame.origin;
-  if (thumbnail->hasCloseButton && location.x < corner.x + badgeSize && location.y < corner.y + badgeSize) {
+  if (thumbnail->showsBadge && location.x < corner.x + badgeSize && location.y < corner.y + badgeSize) {
     remove(thumbnail->space);
   } else {
     choose(thumbnail->space);
@@ -100,9 +100,10 @@ std::vector<MissionControlBar::Thumbnail> MissionControlBar::thumbnails(const st
         continue;
       }
       // The last desktop cannot be closed, and neither can full-screen Spaces, by their thumbnail.
-      const bool closes = behaviour_.hasCloseButtons && space.ordinary && ordinary > 1 && hovered_ == space.id;
+      const bool badge = space.ordinary && ordinary > 1 && hovered_ == space.id && hoveredLongEnough_;
       thumbnails.push_back({space.id, space.ordinary ? "Desktop " + std::to_string(number) : "Full Screen",
-                            frameAt(boundsOf_(display), thumbnails.size()), closes && hoveredLongEnough_});
+                            frameAt(boundsOf_(display), thumbnails.size()), badge,
+                            badge && behaviour_.hasCloseButtons});
     }
   }
   return thumbnails;

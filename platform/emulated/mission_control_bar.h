@@ -19,9 +19,10 @@ class MissionControlBar {
   /// A Space's picture in the bar of its display.
   struct Thumbnail {
     ManagedSpaceID space = 0;
-    std::string title;  ///< "Desktop 3" for the third ordinary one of all displays
-    CGRect frame;       ///< on the top of the display
-    bool hasCloseButton = false;
+    std::string title;            ///< "Desktop 3" for the third ordinary one of all displays
+    CGRect frame;                 ///< on the top of the display
+    bool showsBadge = false;      ///< the close badge, where the pointer has rested long enough
+    bool hasCloseButton = false;  ///< the badge is an element of its own
   };
 
   /// `boundsOf` gives the bounds of the display with that identifier.

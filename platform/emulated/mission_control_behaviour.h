@@ -10,7 +10,7 @@ struct MissionControlBehaviour {
   Duration hoverTime = std::chrono::milliseconds{400};  ///< until a thumbnail shows its close button
   bool opens = true;
   bool hasAddButton = true;
-  bool hasCloseButtons = true;
+  bool hasCloseButtons = true;  ///< without, a close badge can be clicked but is no accessibility element
   bool operator==(const MissionControlBehaviour&) const = default;
 };
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/accessibility.h"
+#include "platform/alerts.h"
 #include "platform/command_channel.h"
 #include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/events.h"
+#include "platform/global_hot_keys.h"
 #include "platform/notification_center.h"
 #include "platform/screen_capture.h"
 #include "platform/system.h"
@@ -95,6 +97,21 @@ class NeutralWorkspace : public Workspace {
   }
   bool openURL(std::string_view /*url*/) override { return false; }
   std::optional<std::string> iconForFile(const std::filesystem::path& /*file*/) override { return {}; }
+};
+
+class NeutralAlerts : public Alerts {
+ public:
+  void show(const Alert& /*alert*/, std::function<void(std::optional<std::size_t>)> answered) override {
+    answered(std::nullopt);
+  }
+};
+
+class NeutralGlobalHotKeys : public GlobalHotKeys {
+ public:
+  std::optional<Subscription> registerHotKey(VirtualKeyCode /*keyCode*/, std::uint64_t /*modifierFlags*/,
+                                             std::function<void()> /*pressed*/) override {
+    return std::nullopt;
+  }
 };
 
 class NeutralURLEvents : public URLEvents {

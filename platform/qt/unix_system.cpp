@@ -1,5 +1,6 @@
 #include "platform/qt/unix_system.h"
 
+#include <QRandomGenerator>
 #include <QSysInfo>
 #include <QVersionNumber>
 #include <unistd.h>
@@ -14,6 +15,10 @@ OperatingSystemVersion UnixSystem::operatingSystemVersion() {
 std::string UnixSystem::operatingSystemVersionString() {
   return (QSysInfo::prettyProductName() + ", " + QSysInfo::kernelType() + " " + QSysInfo::kernelVersion())
       .toStdString();
+}
+
+std::uint64_t UnixSystem::randomBits() {
+  return QRandomGenerator::system()->generate64();
 }
 
 ProcessID UnixSystem::processIdentifier() {

@@ -10,6 +10,7 @@ class UnixSystem : public System {
   OperatingSystemVersion operatingSystemVersion() override;
   std::string operatingSystemVersionString() override;
   ProcessID processIdentifier() override;
+  std::uint64_t randomBits() override;
   void terminate(int status) override;
   PropertyList CGSessionCopyCurrentDictionary() override;
 };

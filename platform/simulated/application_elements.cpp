@@ -8,36 +8,40 @@ namespace tallowin {
 
 namespace {
 
-class CloseButton : public EmulatedElement {
+class CloseButton : public ApplicationPart {
  public:
-  CloseButton(DesktopState& state, WindowNumber window) : state_(state), window_(window) {}
+  CloseButton(const ApplicationPart& parent, WindowNumber window) : ApplicationPart(parent), window_(window) {}
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
     return name == "AXRole" ? AXValue("AXButton") : AXValue();
   }
 
   bool perform(std::string_view action) const override {
-    return action == "AXPress" && std::erase_if(state_.windows, [this](const SimulatedWindow& window) {
-                                    return window.number == window_;
-                                  }) > 0;
+    const auto* const application = state().application(pid());
+    if (action != "AXPress" || application == nullptr || state().window(window_) == nullptr) {
+      return false;
+    }
+    if (!application->refusesClose) {
+      std::erase_if(state().windows, [this](const SimulatedWindow& window) { return window.number == window_; });
+    }
+    return true;
   }
 
  private:
-  DesktopState& state_;
   const WindowNumber window_;
 };
 
 class OrdinaryWindow : public WindowElement {
  public:
-  OrdinaryWindow(DesktopState& state, WindowNumber number) : WindowElement(number), state_(state) {}
+  using WindowElement::WindowElement;
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
-    const auto* const window = state_.window(number());
+    const auto* const window = state().window(number());
     if (window == nullptr) {
       return {};
     }
     if (name == "AXCloseButton") {
-      return AXUIElement(std::make_shared<CloseButton>(state_, number()));
+      return AXUIElement(std::make_shared<CloseButton>(*this, number()));
     }
     const std::pair<std::string_view, AXValue> attributes[] = {
         {"AXRole", "AXWindow"},
@@ -53,7 +57,7 @@ class OrdinaryWindow : public WindowElement {
   }
 
   bool setAttribute(std::string_view name, const AXValue& value) const override {
-    auto* const window = state_.window(number());
+    auto* const window = state().window(number());
     if (window == nullptr) {
       return false;
     }
@@ -77,33 +81,32 @@ class OrdinaryWindow : public WindowElement {
 
  private:
   [[nodiscard]] bool isFirstOfItsApplication(const SimulatedWindow& window) const {
-    const auto first = std::ranges::find(state_.windows, window.pid, &SimulatedWindow::pid);
-    return first != state_.windows.end() && first->number == window.number;
+    const auto& windows = state().windows;
+    const auto first = std::ranges::find(windows, window.pid, &SimulatedWindow::pid);
+    return first != windows.end() && first->number == window.number;
   }
 
   /// In front of the other windows of its application; in front of all when that is the active one.
   [[nodiscard]] bool raise() const {
-    auto& windows = state_.windows;
+    auto& windows = state().windows;
     const auto window = std::ranges::find(windows, number(), &SimulatedWindow::number);
     if (window == windows.end()) {
       return false;
     }
-    const auto* const owner = state_.application(window->pid);
+    const auto* const owner = state().application(window->pid);
     const bool isActive = owner != nullptr && owner->isActive;
     const auto first = isActive ? windows.begin() : std::ranges::find(windows, window->pid, &SimulatedWindow::pid);
     std::rotate(first, window, std::next(window));
     return true;
   }
-
-  DesktopState& state_;
 };
 
-class Application : public EmulatedElement {
+class Application : public ApplicationPart {
  public:
-  Application(DesktopState& state, ProcessID pid) : state_(state), pid_(pid) {}
+  Application(DesktopState& state, ProcessID pid) : ApplicationPart(state, pid) {}
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
-    const auto* const application = state_.application(pid_);
+    const auto* const application = state().application(pid());
     if (application == nullptr) {
       return {};
     }
@@ -116,38 +119,34 @@ class Application : public EmulatedElement {
     if (name == "AXHidden") {
       return application->isHidden;
     }
-    auto windows = windowElements();
     if (name == "AXWindows" || name == "AXChildren") {
-      return windows;
+      return windowElements([](const SimulatedWindow&) { return true; });
     }
-    return name == "AXFocusedWindow" && !windows.empty() ? AXValue(windows.front()) : AXValue();
+    if (name != "AXFocusedWindow") {
+      return {};
+    }
+    const auto open = windowElements([](const SimulatedWindow& window) { return !window.minimized; });
+    return open.empty() ? AXValue() : AXValue(open.front());
   }
 
  private:
-  [[nodiscard]] std::vector<AXUIElement> windowElements() const {
+  [[nodiscard]] std::vector<AXUIElement> windowElements(bool (*wanted)(const SimulatedWindow&)) const {
     std::vector<AXUIElement> elements;
-    for (const auto& window : state_.windows) {
+    for (const auto& window : state().windows) {
       const bool here =
-          std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return state_.spaces.isActive(space); });
-      if (window.pid == pid_ && window.layer == 0 && here) {
-        elements.push_back(makeWindowElement(state_, window.number));
+          std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return state().spaces.isActive(space); });
+      if (window.pid == pid() && window.layer == 0 && here && wanted(window)) {
+        elements.push_back(std::make_shared<OrdinaryWindow>(*this, window.number));
       }
     }
     return elements;
   }
-
-  DesktopState& state_;
-  const ProcessID pid_;
 };
 
 }  // namespace
 
 AXUIElement makeApplicationElement(DesktopState& state, ProcessID pid) {
   return std::make_shared<Application>(state, pid);
-}
-
-AXUIElement makeWindowElement(DesktopState& state, WindowNumber window) {
-  return std::make_shared<OrdinaryWindow>(state, window);
 }
 
 }  // namespace tallowin

@@ -3,12 +3,15 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/emulated/symbolic_hot_keys.h"
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
+#include "platform/main_queue.h"
 #include "platform/property_list.h"
 #include "platform/simulated/raw_spaces.h"
 #include "platform/system.h"
@@ -34,6 +37,10 @@ struct SimulatedApplication {
   ActivationPolicy activationPolicy = ActivationPolicy::regular;
   bool isActive = false;
   bool isHidden = false;
+  /// How long it takes to answer accessibility; nothing when it hangs and never does.
+  std::optional<Duration> responseTime = Duration::zero();
+  /// Pressing its windows' close buttons closes nothing: it asks its user, who does not answer.
+  bool refusesClose = false;
   bool operator==(const SimulatedApplication&) const = default;
 
   /// Where it is installed.
@@ -72,6 +79,10 @@ struct DesktopState {
   SymbolicHotKeys hotKeys;
   std::map<std::string, PropertyList> globalPreferences;
   int trackpads = 1;
+  /// Private functions that accept moves of windows and make none.
+  std::set<std::string, std::less<>> ignoredMoves;
+  /// Key combinations, with their modifiers, that other programs have registered.
+  std::set<std::pair<VirtualKeyCode, std::uint64_t>> takenHotKeys;
 
   [[nodiscard]] SimulatedWindow* window(WindowNumber number);
   [[nodiscard]] SimulatedApplication* application(ProcessID pid);

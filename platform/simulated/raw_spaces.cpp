@@ -1,6 +1,7 @@
 #include "platform/simulated/raw_spaces.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 
 namespace tallowin {
@@ -27,9 +28,24 @@ std::optional<ManagedSpaceID> idOf(const PropertyList& space) {
   return space.is_object() ? integerAt(space, idKey) : std::nullopt;
 }
 
+bool isSpace(const PropertyList& entry) {
+  return idOf(entry).has_value();
+}
+
+/// The Space with this id in a list of Spaces, or the list's end.
+auto spaceIn(PropertyList& spaces, ManagedSpaceID space) {
+  return std::ranges::find_if(spaces, [&](const PropertyList& candidate) { return idOf(candidate) == space; });
+}
+
 bool isDisplay(const PropertyList& entry) {
   return entry.is_object() && entry.contains(identifierKey) && entry[identifierKey].is_string() &&
          entry.contains(spacesKey) && entry[spacesKey].is_array();
+}
+
+/// Whether the entry is of this display: a UUID in any case.
+bool isNamed(const PropertyList& display, std::string_view identifier) {
+  const auto lower = [](unsigned char c) { return std::tolower(c); };
+  return std::ranges::equal(display[identifierKey].get_ref<const std::string&>(), identifier, {}, lower, lower);
 }
 
 std::optional<ManagedSpaceID> currentOf(const PropertyList& display) {
@@ -122,8 +138,7 @@ bool RawSpaces::activate(ManagedSpaceID space) {
   if (entry == nullptr) {
     return false;
   }
-  (*entry)[currentKey] = *std::ranges::find_if((*entry)[spacesKey],
-                                               [&](const PropertyList& candidate) { return idOf(candidate) == space; });
+  (*entry)[currentKey] = *spaceIn((*entry)[spacesKey], space);
   return true;
 }
 
@@ -172,17 +187,55 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
   }
   auto& spaces = (*entry)[spacesKey];
   lastNewID_ = std::max(lastNewID_, std::min(space, idLimit));
-  spaces.erase(std::ranges::find_if(spaces, [&](const PropertyList& candidate) { return idOf(candidate) == space; }));
+  spaces.erase(spaceIn(spaces, space));
   return heir;
+}
+
+std::optional<PropertyList> RawSpaces::take(ManagedSpaceID space) {
+  const auto display = displayOf(space);
+  auto* const entry = display ? displayEntry(*display) : nullptr;
+  if (entry == nullptr) {
+    return std::nullopt;
+  }
+  auto taken = *spaceIn((*entry)[spacesKey], space);
+  return remove(space) ? std::optional(std::move(taken)) : std::nullopt;
+}
+
+RawSpaces::AbsentDisplay RawSpaces::takeAbsent(std::string_view display) {
+  const auto found =
+      std::ranges::find_if(absent_, [&](const AbsentDisplay& absent) { return isNamed(absent.entry, display); });
+  if (found == absent_.end()) {
+    return {{{identifierKey, display}, {spacesKey, PropertyList::array()}}};
+  }
+  auto taken = std::move(*found);
+  absent_.erase(found);
+  return taken;
 }
 
 void RawSpaces::addDisplay(std::string_view display) {
   if (!list_.is_array()) {
     list_ = PropertyList::array();
   }
-  if (displayEntry(display) == nullptr) {
-    list_.push_back(displayEntryWith(display, PropertyList::array({desktopEntry(newID())})));
+  if (displayEntry(display) != nullptr) {
+    return;
   }
+  auto [entry, areElsewhere] = takeAbsent(display);
+  auto spaces = PropertyList::array();
+  for (const auto& space : entry[spacesKey]) {
+    const auto id = idOf(space);
+    if (auto back = !areElsewhere ? std::optional(space) : id ? take(*id) : std::nullopt) {
+      spaces.push_back(*std::move(back));
+    }
+  }
+  if (std::ranges::none_of(spaces, isSpace)) {
+    spaces.push_back(desktopEntry(newID()));
+  }
+  const auto current = currentOf(entry);
+  if (!current || spaceIn(spaces, *current) == spaces.end()) {
+    entry[currentKey] = *std::ranges::find_if(spaces, isSpace);
+  }
+  entry[spacesKey] = std::move(spaces);
+  list_.push_back(std::move(entry));
 }
 
 void RawSpaces::removeDisplay(std::string_view display) {
@@ -190,13 +243,15 @@ void RawSpaces::removeDisplay(std::string_view display) {
   if (leaving == nullptr) {
     return;
   }
-  const auto spaces = (*leaving)[spacesKey];
+  auto removed = std::move(*leaving);
   list_.erase(list_.begin() + (leaving - &list_.front()));
   const auto left = rows();
-  if (auto* const heir = left.empty() ? nullptr : displayEntry(left.front().display)) {
+  auto* const heir = left.empty() ? nullptr : displayEntry(left.front().display);
+  if (heir != nullptr) {
     auto& kept = (*heir)[spacesKey];
-    kept.insert(kept.end(), spaces.begin(), spaces.end());
+    kept.insert(kept.end(), removed[spacesKey].begin(), removed[spacesKey].end());
   }
+  absent_.push_back({std::move(removed), heir != nullptr});
 }
 
 }  // namespace tallowin

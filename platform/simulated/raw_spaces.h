@@ -45,19 +45,31 @@ class RawSpaces {
   /// Space that does not exist.
   std::optional<ManagedSpaceID> remove(ManagedSpaceID space);
 
-  /// Adds a display with one desktop, unless the list has it.
+  /// Adds a display, unless the list has it: with the Spaces that it had when it was removed, as far as they still
+  /// exist and no other display would be left without an ordinary desktop; with one new desktop if there are none.
   void addDisplay(std::string_view display);
 
-  /// Removes a display, appending its Spaces to the first other one.
+  /// Removes a display, appending its Spaces to the first other one. Without another one they wait for its return.
   void removeDisplay(std::string_view display);
 
   bool operator==(const RawSpaces&) const = default;
 
  private:
+  /// A display that was removed.
+  struct AbsentDisplay {
+    PropertyList entry;                ///< as it was
+    bool spacesWereInherited = false;  ///< its Spaces are on other displays since
+    bool operator==(const AbsentDisplay&) const = default;
+  };
+
+  AbsentDisplay takeAbsent(std::string_view display);
   [[nodiscard]] PropertyList* displayEntry(std::string_view display);
   ManagedSpaceID newID();
+  /// Takes a Space away from the display that has it. Nothing when there is none or it must stay.
+  std::optional<PropertyList> take(ManagedSpaceID space);
 
   PropertyList list_;
+  std::vector<AbsentDisplay> absent_;
   ManagedSpaceID lastNewID_ = 0;
 };
 

@@ -222,6 +222,32 @@ void readNotificationFailures(const Value& value, Scenario& scenario) {
   }
 }
 
+void readIgnoredMoves(const Value& value, Scenario& scenario) {
+  static constexpr std::string_view moves[] = {"SLSBridgedMoveWindowsToManagedSpaceOperation",
+                                               "SLSMoveWindowsToManagedSpace", "SLSSetWindowListWorkspace"};
+  auto& ignored = scenario.desktop.ignoredMoves;
+  if (value.isText() && value.text() == "all") {
+    ignored = {std::begin(moves), std::end(moves)};
+    return;
+  }
+  for (const auto& element : value.list()) {
+    const auto name = element.text();
+    if (std::ranges::find(moves, name) == std::end(moves)) {
+      element.expected("the name of a function that moves windows");
+    }
+    ignored.insert(name);
+  }
+}
+
+void readTakenHotKeys(const Value& value, Scenario& scenario) {
+  for (const auto& element : value.list()) {
+    ScenarioObject object(element);
+    const auto key = readKey(object.require("key"));
+    const auto modifiers = object.find("modifiers");
+    scenario.desktop.takenHotKeys.insert({key, modifiers ? modifiers->integer<std::uint64_t>() : 0});
+  }
+}
+
 void readTrackpads(const Value& value, Scenario& scenario) {
   constexpr int most = 16;
   const auto count = value.integer<int>();
@@ -297,6 +323,8 @@ constexpr Member members[] = {
        scenario.desktop.pressedMouseButtons = value.integer<std::uint32_t>();
      }},
     {"symbolicHotKeys", readSymbolicHotKeys},
+    {"takenHotKeys", readTakenHotKeys},
+    {"ignoredMoves", readIgnoredMoves},
     {"trackpads", readTrackpads},
     {"files", readFiles},
     {"disk", readDisk},

@@ -68,6 +68,12 @@ SimulatedApplication readApplication(ScenarioObject& object) {
   if (const auto hidden = object.find("hidden")) {
     application.isHidden = hidden->boolean();
   }
+  if (const auto time = object.find("responseTime")) {
+    application.responseTime = readResponseTime(*time);
+  }
+  if (const auto refuses = object.find("refusesClose")) {
+    application.refusesClose = refuses->boolean();
+  }
   return application;
 }
 
@@ -120,6 +126,25 @@ SimulatedWindow WindowRecord::placedIn(const DesktopState& state) const {
     placed.spaces = state.activeSpacesAt(placed.frame.center());
   }
   return placed;
+}
+
+std::optional<Duration> readResponseTime(const ScenarioValue& value) {
+  return value.isNull() ? std::nullopt : std::optional(value.seconds());
+}
+
+VirtualKeyCode readKey(const ScenarioValue& value) {
+  // HIToolbox/Events.h, kVK_ANSI_A to kVK_ANSI_Z.
+  constexpr VirtualKeyCode letters[] = {0,  11, 8,  2,  14, 3, 5,  4,  34, 38, 40, 37, 46,
+                                        45, 31, 35, 12, 15, 1, 17, 32, 9,  13, 7,  16, 6};
+  if (!value.isText()) {
+    return value.integer<VirtualKeyCode>();
+  }
+  const auto text = value.text();
+  if (text.size() != 1 || text[0] < 'a' || text[0] > 'z') {
+    value.expected("a letter from \"a\" to \"z\" or a virtual key code");
+    return 0;
+  }
+  return letters[text[0] - 'a'];
 }
 
 HotKeyRecord readHotKey(ScenarioObject& object) {

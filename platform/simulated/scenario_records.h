@@ -34,6 +34,12 @@ struct WindowRecord {
 /// "space" or "spaces"; nothing when neither is there.
 [[nodiscard]] std::optional<std::vector<ManagedSpaceID>> readSpaces(ScenarioObject& object);
 
+/// How long an application takes to answer; nothing for null, which stands for never.
+[[nodiscard]] std::optional<Duration> readResponseTime(const ScenarioValue& value);
+
+/// A key: a lower-case letter of the ANSI keyboard or a virtual key code.
+[[nodiscard]] VirtualKeyCode readKey(const ScenarioValue& value);
+
 /// What a symbolic hot key becomes: unbound, or bound and enabled or not.
 struct HotKeyRecord {
   std::optional<SymbolicHotKeyBinding> binding;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/simulated/parts_action.h"
 #include "platform/simulated/scenario_records.h"
-#include "platform/simulated/simulated_desktop.h"
-#include "platform/simulated/simulated_parts.h"
+#include "platform/simulated/window_actions.h"
 
 namespace tallowin {
 
@@ -13,12 +13,6 @@ namespace {
 
 using Arguments = ScenarioObject;
 using Reader = ScriptAction (*)(Arguments&);
-
-/// An action as most of them are: something done to the desktop's parts.
-template <typename Action>
-ScriptAction onParts(Action action) {
-  return [action = std::move(action)](SimulatedDesktop& desktop) { action(desktop.parts()); };
-}
 
 ScriptAction switchSpace(Arguments& arguments) {
   return onParts([space = arguments.require("space").integer<ManagedSpaceID>()](SimulatedParts& desktop) {
@@ -71,72 +65,6 @@ ScriptAction disconnectDisplay(Arguments& arguments) {
   return onParts([display = arguments.require("id").integer<DisplayID>()](SimulatedParts& desktop) {
     desktop.disconnectDisplay(display);
   });
-}
-
-ScriptAction activateApplication(Arguments& arguments) {
-  return onParts([pid = arguments.require("pid").integer<ProcessID>()](SimulatedParts& desktop) {
-    desktop.workspace.activate(pid);
-  });
-}
-
-ScriptAction launchApplication(Arguments& arguments) {
-  auto application = readApplication(arguments);
-  application.pid = arguments.require("pid").integer<ProcessID>();
-  return onParts([application](SimulatedParts& desktop) {
-    desktop.workspace.launch(application);
-    if (application.isActive) {
-      desktop.workspace.activate(*application.pid);
-    }
-  });
-}
-
-ScriptAction quitApplication(Arguments& arguments) {
-  return onParts(
-      [pid = arguments.require("pid").integer<ProcessID>()](SimulatedParts& desktop) { desktop.workspace.quit(pid); });
-}
-
-/// An action on the window "number", if there is one by then.
-template <typename Change>
-ScriptAction onWindow(Arguments& arguments, Change change) {
-  return onParts([number = arguments.require("number").integer<WindowNumber>(), change](SimulatedParts& desktop) {
-    if (auto* const window = desktop.state.window(number)) {
-      change(*window);
-    }
-  });
-}
-
-ScriptAction openWindow(Arguments& arguments) {
-  return onParts([record = readWindow(arguments)](SimulatedParts& desktop) {
-    if (desktop.state.window(record.window.number) == nullptr) {
-      desktop.state.windows.insert(desktop.state.windows.begin(), record.placedIn(desktop.state));
-    }
-  });
-}
-
-ScriptAction closeWindow(Arguments& arguments) {
-  return onParts([number = arguments.require("number").integer<WindowNumber>()](SimulatedParts& desktop) {
-    std::erase_if(desktop.state.windows, [&](const SimulatedWindow& window) { return window.number == number; });
-  });
-}
-
-ScriptAction retitleWindow(Arguments& arguments) {
-  return onWindow(arguments,
-                  [title = arguments.require("title").text()](SimulatedWindow& window) { window.title = title; });
-}
-
-ScriptAction moveWindow(Arguments& arguments) {
-  const auto frame = arguments.find("frame");
-  return onWindow(arguments, [frame = frame ? std::optional(frame->rect()) : std::nullopt,
-                              spaces = readSpaces(arguments)](SimulatedWindow& window) {
-    window.frame = frame.value_or(window.frame);
-    window.spaces = spaces.value_or(window.spaces);
-  });
-}
-
-ScriptAction minimizeWindow(Arguments& arguments) {
-  const auto minimized = arguments.find("minimized");
-  return onWindow(arguments,
-                  [value = !minimized || minimized->boolean()](SimulatedWindow& window) { window.minimized = value; });
 }
 
 ScriptAction setPreference(Arguments& arguments) {
@@ -203,6 +131,19 @@ ScriptAction setPermission(Arguments& arguments) {
 
 ScriptAction movePointer(Arguments& arguments) {
   return onParts([to = arguments.require("to").point()](SimulatedParts& desktop) { desktop.events.movePointer(to); });
+}
+
+ScriptAction pressKey(Arguments& arguments) {
+  const auto modifiers = arguments.find("modifiers");
+  return onParts([key = readKey(arguments.require("key")), flags = modifiers ? modifiers->integer<std::uint64_t>() : 0](
+                     SimulatedParts& desktop) { desktop.pressKey(key, flags); });
+}
+
+ScriptAction answerAlert(Arguments& arguments) {
+  const auto button = arguments.require("button");
+  return onParts([text = button.isNull() ? std::nullopt : std::optional(button.text())](SimulatedParts& desktop) {
+    desktop.alerts.answer(text);
+  });
 }
 
 ScriptAction pressSymbolicHotKey(Arguments& arguments) {
@@ -289,6 +230,7 @@ struct Entry {
 constexpr Entry actions[] = {
     {"activateApplication", activateApplication},
     {"addSpace", addSpace},
+    {"answerAlert", answerAlert},
     {"bounceDock", bounceDock},
     {"closeWindow", closeWindow},
     {"connectDisplay", connectDisplay},
@@ -297,6 +239,7 @@ constexpr Entry actions[] = {
     {"disconnectDisplay", disconnectDisplay},
     {"fillDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(true); }>},
     {"freeDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(false); }>},
+    {"hideApplication", hideApplication},
     {"interruptCommand", interruptCommand},
     {"jumpClock", jumpClock},
     {"launchApplication", launchApplication},
@@ -308,6 +251,7 @@ constexpr Entry actions[] = {
     {"moveWindow", moveWindow},
     {"openURL", openURL},
     {"openWindow", openWindow},
+    {"pressKey", pressKey},
     {"pressMouse", plain<[](SimulatedParts& desktop) { desktop.events.pressLeftButton(); }>},
     {"pressSymbolicHotKey", pressSymbolicHotKey},
     {"quit", quit},
@@ -323,10 +267,12 @@ constexpr Entry actions[] = {
     {"setMenuBarDisplay", setMenuBarDisplay},
     {"setPermission", setPermission},
     {"setPreference", setPreference},
+    {"setResponseTime", setResponseTime},
     {"setSymbolicHotKey", setSymbolicHotKey},
     {"sleepScreens", plain<post<NotificationName::NSWorkspaceScreensDidSleepNotification>>},
     {"switchSpace", switchSpace},
     {"touch", touch},
+    {"unhideApplication", unhideApplication},
     {"unlockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = false; }>},
     {"wake", plain<post<NotificationName::NSWorkspaceDidWakeNotification>>},
     {"wakeScreens", plain<post<NotificationName::NSWorkspaceScreensDidWakeNotification>>},

@@ -11,6 +11,12 @@ const EmulatedElement* emulated(const AXUIElement& element) {
   return dynamic_cast<const EmulatedElement*>(element.get());
 }
 
+/// Whether the application behind the element answers before the messaging timeout.
+bool answers(const EmulatedElement& element) {
+  const auto* const part = dynamic_cast<const ApplicationPart*>(&element);
+  return part == nullptr || part->answers();
+}
+
 std::string textOf(const EmulatedElement& element, std::string_view attribute) {
   const auto value = element.attribute(attribute);
   const auto* const text = std::get_if<std::string>(&value);
@@ -55,30 +61,40 @@ AXUIElement SimulatedAccessibility::AXUIElementCreateApplication(ProcessID pid) 
              : makeApplicationElement(state_, pid);
 }
 
+void SimulatedAccessibility::AXUIElementSetMessagingTimeout(const AXUIElement& element, Duration timeout) {
+  if (const auto* const part = dynamic_cast<const ApplicationPart*>(element.get())) {
+    part->setMessagingTimeout(timeout);
+  }
+}
+
+const EmulatedElement* SimulatedAccessibility::asked(const AXUIElement& element) const {
+  return state_.accessibilityAllowed ? emulated(element) : nullptr;
+}
+
 AXValue SimulatedAccessibility::AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view attribute) {
-  const auto* const known = emulated(element);
-  return state_.accessibilityAllowed && known != nullptr ? known->attribute(attribute) : AXValue();
+  const auto* const known = asked(element);
+  return known != nullptr && answers(*known) ? known->attribute(attribute) : AXValue();
 }
 
 bool SimulatedAccessibility::AXUIElementSetAttributeValue(const AXUIElement& element, std::string_view attribute,
                                                           const AXValue& value) {
-  const auto* const known = emulated(element);
-  if (!state_.accessibilityAllowed || known == nullptr) {
+  const auto* const known = asked(element);
+  if (known == nullptr) {
     return false;
   }
   journal_.record(
       "AXUIElementSetAttributeValue",
       {{"element", described(*known)}, {"attribute", attribute}, {"value", std::visit(ValueAsJSON{}, value)}});
-  return known->setAttribute(attribute, value);
+  return answers(*known) && known->setAttribute(attribute, value);
 }
 
 bool SimulatedAccessibility::AXUIElementPerformAction(const AXUIElement& element, std::string_view action) {
-  const auto* const known = emulated(element);
-  if (!state_.accessibilityAllowed || known == nullptr) {
+  const auto* const known = asked(element);
+  if (known == nullptr) {
     return false;
   }
   journal_.record("AXUIElementPerformAction", {{"element", described(*known)}, {"action", action}});
-  return known->perform(action);
+  return answers(*known) && known->perform(action);
 }
 
 }  // namespace tallowin

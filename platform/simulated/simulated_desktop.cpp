@@ -71,6 +71,12 @@ Toasts& SimulatedDesktop::toasts() {
 DesktopNames& SimulatedDesktop::desktopNames() {
   return parts_->desktopNames;
 }
+Alerts& SimulatedDesktop::alerts() {
+  return parts_->alerts;
+}
+GlobalHotKeys& SimulatedDesktop::globalHotKeys() {
+  return parts_->globalHotKeys;
+}
 URLEvents& SimulatedDesktop::urlEvents() {
   return parts_->urlEvents;
 }

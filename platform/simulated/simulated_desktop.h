@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/accessibility.h"
+#include "platform/alerts.h"
 #include "platform/command_channel.h"
 #include "platform/core_foundation.h"
 #include "platform/desktop_names.h"
@@ -16,6 +17,7 @@
 #include "platform/events.h"
 #include "platform/files.h"
 #include "platform/folders.h"
+#include "platform/global_hot_keys.h"
 #include "platform/images.h"
 #include "platform/log.h"
 #include "platform/notification_center.h"
@@ -68,6 +70,8 @@ class SimulatedDesktop {
   Processes& processes();
   Toasts& toasts();
   DesktopNames& desktopNames();
+  Alerts& alerts();
+  GlobalHotKeys& globalHotKeys();
   URLEvents& urlEvents();
   CommandChannel& commandChannel();
   Files& files();

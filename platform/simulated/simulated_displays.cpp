@@ -47,12 +47,4 @@ std::vector<Screen> SimulatedDisplays::screens() {
   return screens;
 }
 
-std::vector<std::string> SimulatedDisplays::displaySetIdentifiers() {
-  std::vector<std::string> identifiers;
-  for (const auto& display : state_.displays) {
-    identifiers.push_back(display.uuid);
-  }
-  return identifiers;
-}
-
 }  // namespace tallowin

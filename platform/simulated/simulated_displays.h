@@ -15,7 +15,7 @@ class SimulatedDisplays : public Displays {
   DisplayID CGDisplayGetDisplayIDFromUUID(std::string_view uuid) override;
   bool CGDisplayIsBuiltin(DisplayID display) override;
   std::vector<Screen> screens() override;
-  std::vector<std::string> displaySetIdentifiers() override;
+  std::vector<std::string> displaySetIdentifiers() override { return {}; }
 
  private:
   [[nodiscard]] const SimulatedDisplay* find(DisplayID display) const;

@@ -54,6 +54,8 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       toasts(journal),
       desktopNames(journal),
       commandChannel(journal),
+      alerts(journal),
+      globalHotKeys(state, journal),
       objectiveC(coreFoundation, !scenario.missingFunctions.contains(SimulatedObjectiveC::operationClass)),
       trackpads(state.trackpads, clock, journal),
       windowServer(state, journal, scenario.notificationFailures),
@@ -103,15 +105,23 @@ void SimulatedParts::connectParts() {
 }
 
 void SimulatedParts::pressSymbolicHotKey(int hotKey) {
-  const auto binding = state.hotKeys.binding(hotKey);
-  if (!binding) {
-    return;
+  if (const auto binding = state.hotKeys.binding(hotKey)) {
+    sendKeyToDock(binding->keyCode, binding->modifierFlags);
   }
-  // From the hardware to the Dock; no permission is needed for one's own keyboard.
+}
+
+void SimulatedParts::pressKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags) {
+  if (!globalHotKeys.press(keyCode, modifierFlags) && !missionControl.keyDown(keyCode)) {
+    sendKeyToDock(keyCode, modifierFlags);
+  }
+}
+
+/// From the hardware to the Dock; no permission is needed for one's own keyboard.
+void SimulatedParts::sendKeyToDock(VirtualKeyCode keyCode, std::uint64_t modifierFlags) {
   EmulatedEvent event;
   event.timestamp = clock.machAbsoluteTime();
-  event.flags = binding->modifierFlags;
-  event.fields[EmulatedEvent::keyCodeField] = std::int64_t{binding->keyCode};
+  event.flags = modifierFlags;
+  event.fields[EmulatedEvent::keyCodeField] = std::int64_t{keyCode};
   for (const auto type : {EmulatedEvent::keyDown, EmulatedEvent::keyUp}) {
     event.fields[EmulatedEvent::typeField] = type;
     dock.handle(event);

@@ -8,12 +8,14 @@
 #include "platform/simulated/preferences_file.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_accessibility.h"
+#include "platform/simulated/simulated_alerts.h"
 #include "platform/simulated/simulated_command_channel.h"
 #include "platform/simulated/simulated_core_foundation.h"
 #include "platform/simulated/simulated_desktop_names.h"
 #include "platform/simulated/simulated_displays.h"
 #include "platform/simulated/simulated_events.h"
 #include "platform/simulated/simulated_files.h"
+#include "platform/simulated/simulated_global_hot_keys.h"
 #include "platform/simulated/simulated_loader.h"
 #include "platform/simulated/simulated_log.h"
 #include "platform/simulated/simulated_objective_c.h"
@@ -40,6 +42,8 @@ struct SimulatedParts {
 
   /// The user presses a symbolic hot key, if it is bound.
   void pressSymbolicHotKey(int hotKey);
+  /// The user presses a key combination, which goes to whoever has registered it, else to the Dock.
+  void pressKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags);
   void connectDisplay(const SimulatedDisplay& display);
   void disconnectDisplay(DisplayID display);
 
@@ -68,6 +72,8 @@ struct SimulatedParts {
   SimulatedDesktopNames desktopNames;
   SimulatedURLEvents urlEvents;
   SimulatedCommandChannel commandChannel;
+  SimulatedAlerts alerts;
+  SimulatedGlobalHotKeys globalHotKeys;
   SimulatedCoreFoundation coreFoundation;
   SimulatedObjectiveC objectiveC;
   SimulatedTrackpads trackpads;
@@ -75,6 +81,7 @@ struct SimulatedParts {
   SimulatedLoader loader;
 
  private:
+  void sendKeyToDock(VirtualKeyCode keyCode, std::uint64_t modifierFlags);
   void placeFiles(const Scenario& scenario);
   void connectParts();
 };

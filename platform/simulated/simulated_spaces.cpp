@@ -33,14 +33,17 @@ bool SimulatedSpaces::switchNow(ManagedSpaceID space) {
   }
   const auto before = state_.spaces.activeOn(*display);
   state_.spaces.activate(space);
-  if (before == space) {
-    return true;
+  if (before != space) {
+    announceActive(*display, space);
   }
-  journal_.record("activeSpace", {{"display", *display}, {"space", space}});
-  onArrival(*display, space);
+  return true;
+}
+
+void SimulatedSpaces::announceActive(const std::string& display, ManagedSpaceID space) {
+  journal_.record("activeSpace", {{"display", display}, {"space", space}});
+  onArrival(display, space);
   onServerEvent(activeSpaceEvent);
   workspaceNotifications_.post({NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, std::nullopt});
-  return true;
 }
 
 void SimulatedSpaces::arrive(const std::string& display, ManagedSpaceID space, SwitchCause cause) {
@@ -106,9 +109,17 @@ void SimulatedSpaces::connectDisplay(const SimulatedDisplay& display) {
   if (std::ranges::find(state_.displays, display.id, &SimulatedDisplay::id) != state_.displays.end()) {
     return;
   }
+  const auto before = rows();
   state_.displays.push_back(display);
   state_.spaces.addDisplay(display.uuid);
   announceList();
+  // It may have taken its active Space back from another display.
+  for (const auto& row : before) {
+    const auto active = state_.spaces.activeOn(row.display);
+    if (active && active != row.active) {
+      announceActive(row.display, *active);
+    }
+  }
 }
 
 bool SimulatedSpaces::disconnectDisplay(DisplayID display) {

@@ -55,13 +55,14 @@ class SimulatedSpaces : public DesktopOperations {
   /// Puts another raw list in place of the present one.
   void replaceList(PropertyList list);
 
-  /// One whose id is connected already is left as it is.
+  /// One whose id is connected already is left as it is. One that was here before gets its Spaces back.
   void connectDisplay(const SimulatedDisplay& display);
   /// False when no such display is connected.
   bool disconnectDisplay(DisplayID display);
 
  private:
   void arrive(const std::string& display, ManagedSpaceID space, SwitchCause cause);
+  void announceActive(const std::string& display, ManagedSpaceID space);
   void announceList();
 
   DesktopState& state_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <random>
 
 #include "platform/simulated/desktop_state.h"
 #include "platform/system.h"
@@ -15,6 +16,7 @@ class SimulatedSystem : public System {
   OperatingSystemVersion operatingSystemVersion() override { return state_.systemVersion; }
   std::string operatingSystemVersionString() override;
   ProcessID processIdentifier() override { return state_.ownProcess; }
+  std::uint64_t randomBits() override { return random_(); }
   void terminate(int status) override { onTerminate(status); }
   PropertyList CGSessionCopyCurrentDictionary() override;
 
@@ -23,6 +25,7 @@ class SimulatedSystem : public System {
 
  private:
   const DesktopState& state_;
+  std::mt19937_64 random_{1};
 };
 
 }  // namespace tallowin

@@ -52,7 +52,7 @@ SimulatedWindowServer::Error SimulatedWindowServer::setHotKeyEnabled(std::uint32
 void SimulatedWindowServer::moveWindows(std::string_view op, const std::vector<std::int64_t>& windows,
                                         std::uint64_t space) {
   journal_.record(op, {{"windows", windows}, {"space", space}});
-  if (std::in_range<ManagedSpaceID>(space)) {
+  if (std::in_range<ManagedSpaceID>(space) && !state_.ignoredMoves.contains(op)) {
     place(windows, static_cast<ManagedSpaceID>(space));
   }
 }
@@ -76,7 +76,9 @@ SimulatedWindowServer::Error SimulatedWindowServer::setWorkspace(const std::vect
   if (found == compatIDs_.end()) {
     return failure;
   }
-  place(windows, found->second);
+  if (!state_.ignoredMoves.contains("SLSSetWindowListWorkspace")) {
+    place(windows, found->second);
+  }
   return success;
 }
 

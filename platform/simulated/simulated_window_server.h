@@ -39,7 +39,8 @@ class SimulatedWindowServer {
   [[nodiscard]] const SymbolicHotKeys& hotKeys() const { return state_.hotKeys; }
   Error setHotKeyEnabled(std::uint32_t hotKey, bool enabled);
 
-  /// Moves windows to a Space; windows that do not exist are passed over, as is a Space that does not.
+  /// Moves windows to a Space; windows that do not exist are passed over, as is a Space that does not, and a function
+  /// whose moves are to be ignored.
   void moveWindows(std::string_view op, const std::vector<std::int64_t>& windows, std::uint64_t space);
 
   /// Gives a Space a compatibility id, or takes it away with 0.

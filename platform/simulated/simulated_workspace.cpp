@@ -43,20 +43,32 @@ std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() {
 
 bool SimulatedWorkspace::hide(ProcessID pid) {
   journal_.record("hide", {{"pid", pid}});
-  auto* const application = state_.application(pid);
-  if (application != nullptr) {
-    application->isHidden = true;
-  }
-  return application != nullptr;
+  return setHidden(pid, true);
 }
 
 bool SimulatedWorkspace::unhide(ProcessID pid) {
   journal_.record("unhide", {{"pid", pid}});
+  return setHidden(pid, false);
+}
+
+bool SimulatedWorkspace::setHidden(ProcessID pid, bool hidden) {
   auto* const application = state_.application(pid);
-  if (application != nullptr) {
-    application->isHidden = false;
+  if (application == nullptr) {
+    return false;
   }
-  return application != nullptr;
+  application->isHidden = hidden;
+  if (hidden && application->isActive) {
+    activateFrontmostOwner();
+  }
+  return true;
+}
+
+/// Whoever owns the frontmost window that is left to be seen takes over.
+void SimulatedWorkspace::activateFrontmostOwner() {
+  const auto next = std::ranges::find_if(state_.windows, [&](const auto& window) { return state_.isOnScreen(window); });
+  if (next != state_.windows.end()) {
+    activate(next->pid);
+  }
 }
 
 bool SimulatedWorkspace::activateWithOptions(ProcessID pid) {
@@ -154,9 +166,8 @@ bool SimulatedWorkspace::quit(ProcessID pid) {
   application->isActive = application->isHidden = false;
   std::erase_if(state_.windows, [&](const SimulatedWindow& window) { return window.pid == pid; });
   tell(NotificationName::NSWorkspaceDidTerminateApplicationNotification, pid);
-  const auto next = std::ranges::find_if(state_.windows, [&](const auto& window) { return state_.isOnScreen(window); });
-  if (wasActive && next != state_.windows.end()) {
-    activate(next->pid);
+  if (wasActive) {
+    activateFrontmostOwner();
   }
   return true;
 }

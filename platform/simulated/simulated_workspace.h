@@ -31,6 +31,9 @@ class SimulatedWorkspace : public Workspace {
 
   /// Makes an application the active one; its windows come to the front in their order. False when it does not run.
   bool activate(ProcessID pid);
+  /// Hides an application or shows it again. One that is hidden while active leaves that to the owner of the then
+  /// frontmost window. False when it does not run.
+  bool setHidden(ProcessID pid, bool hidden);
   /// Starts an application, which is installed then, too, and is not active yet. One that has this process id already
   /// is left as it is.
   void launch(SimulatedApplication application);
@@ -40,6 +43,7 @@ class SimulatedWorkspace : public Workspace {
  private:
   void open(const std::filesystem::path& path, const OpenConfiguration& configuration,
             const OpenCompletion& completion);
+  void activateFrontmostOwner();
   void tell(NotificationName name, ProcessID pid);
 
   DesktopState& state_;

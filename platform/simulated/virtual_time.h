@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
+#include "base/main_thread_work_queues.h"
 #include "platform/main_queue.h"
-#include "platform/simulated/main_thread_work_queues.h"
 #include "platform/simulated/simulated_clock.h"
 
 namespace tallowin {

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "platform/emulated/emulated_element.h"
 #include "platform/identifiers.h"
+#include "platform/simulated/application_part.h"
 
 namespace tallowin {
 
 /// An accessibility element that stands for a window of the window server.
-class WindowElement : public EmulatedElement {
+class WindowElement : public ApplicationPart {
  public:
-  explicit WindowElement(WindowNumber number) : number_(number) {}
+  WindowElement(const ApplicationPart& application, WindowNumber number)
+      : ApplicationPart(application), number_(number) {}
   [[nodiscard]] WindowNumber number() const { return number_; }
 
  private:

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <xcb/randr.h>
+#include <xcb/res.h>
 #include <xcb/xtest.h>
 
 namespace tallowin {
@@ -45,6 +46,7 @@ X11Connection::X11Connection(xcb_connection_t* connection, const xcb_screen_t* s
     : connection_(connection), screen_(screen) {
   xcb_prefetch_extension_data(connection_, &xcb_randr_id);
   xcb_prefetch_extension_data(connection_, &xcb_test_id);
+  xcb_prefetch_extension_data(connection_, &xcb_res_id);
   std::array<xcb_intern_atom_cookie_t, x11AtomNames.size()> cookies{};
   for (std::size_t i = 0; i < cookies.size(); ++i) {
     const auto name = x11AtomNames.at(i);
@@ -71,6 +73,12 @@ bool X11Connection::hasExtension(xcb_extension_t& extension) const {
 std::optional<int> X11Connection::firstEvent(xcb_extension_t& extension) const {
   const auto* data = xcb_get_extension_data(connection_, &extension);
   return data != nullptr && data->present != 0 ? std::optional<int>(data->first_event) : std::nullopt;
+}
+
+bool X11Connection::succeeded(xcb_void_cookie_t cookie) {
+  const XcbPtr<xcb_generic_error_t> error(xcb_request_check(connection_, cookie));
+  replyObserver_();
+  return error == nullptr && alive();
 }
 
 xcb_get_property_cookie_t X11Connection::requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type) {

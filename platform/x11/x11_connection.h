@@ -65,6 +65,9 @@ class X11Connection {
     return result;
   }
 
+  /// Waits whether the server did what a checked request without a reply asked for.
+  [[nodiscard]] bool succeeded(xcb_void_cookie_t cookie);
+
   /// Asks for a property of the given type, of which at most 64 KiB are read.
   xcb_get_property_cookie_t requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type);
   /// Waits for it.

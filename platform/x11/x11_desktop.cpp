@@ -1,5 +1,6 @@
 #include "platform/x11/x11_desktop.h"
 
+#include <unistd.h>
 #include <utility>
 
 namespace tallowin {
@@ -11,31 +12,41 @@ bool X11Desktop::windowManagerPresent() {
 
 std::expected<std::unique_ptr<X11Desktop>, std::string> X11Desktop::connect(MainQueue& queue, const Clock& clock,
                                                                             Log& log, Descriptors& descriptors,
+                                                                            Processes& processes,
                                                                             std::function<void()> onConnectionLost) {
   auto connection = X11Connection::open();
   if (!connection) {
     return std::unexpected(connection.error());
   }
   return std::unique_ptr<X11Desktop>(
-      new X11Desktop(std::move(*connection), queue, clock, log, descriptors, std::move(onConnectionLost)));
+      new X11Desktop(std::move(*connection), queue, clock, log, descriptors, processes, std::move(onConnectionLost)));
 }
 
 X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Log& log,
-                       Descriptors& descriptors, std::function<void()> onConnectionLost)
+                       Descriptors& descriptors, Processes& processes, std::function<void()> onConnectionLost)
     : connection_(std::move(connection)),
       desktops_(*connection_),
-      operations_(*connection_, desktops_, queue),
+      windows_(*connection_, desktops_, processes, getpid()),
+      operations_(*connection_, desktops_, windows_.reader, windows_.actions, windows_.refusals, queue),
       dock_(operations_, hotKeys_, queue, clock, log, dockBehaviour()),
-      windowServer_(*connection_, desktops_, hotKeys_, dock_),
-      events_(*connection_, clock, dock_),
       displays_(*connection_),
-      accessibility_(*connection_),
+      missionControl_(
+          operations_, queue,
+          [this](const std::string& /*display*/) { return displays_.CGDisplayBounds(X11Displays::mainDisplay); }),
+      windowServer_(*connection_, desktops_, hotKeys_, dock_, windows_.actions,
+                    [this](std::string_view notification) { notifyDock(notification); }),
+      events_(*connection_, clock, dock_, missionControl_),
+      accessibility_(*connection_, missionControl_, windows_.context),
+      windowList_(*connection_, windows_.reader, windows_.applications),
+      workspace_(queue, windows_.launcher, windows_.context),
+      globalHotKeys_(*connection_),
       screenCapture_(*connection_),
       desktopNames_(*connection_, desktops_, queue, clock),
       changes_(*connection_, desktops_, queue,
                {windowServer_, desktopNames_, dock_, workspaceNotifications_, defaultNotifications_}),
+      applicationChanges_(*connection_, windows_.reader, windows_.applications, queue, workspaceNotifications_),
       pump_(
-          *connection_, queue, descriptors, [this](const xcb_generic_event_t& event) { changes_.handle(event); },
+          *connection_, queue, descriptors, [this](const xcb_generic_event_t& event) { handle(event); },
           std::move(onConnectionLost)) {}
 
 DockBehaviour X11Desktop::dockBehaviour() {
@@ -46,6 +57,19 @@ DockBehaviour X11Desktop::dockBehaviour() {
   behaviour.lastReported = [this](const std::string& /*display*/) { return windowServer_.reportedActive(); };
   behaviour.givenUp = [this] { windowServer_.notify(X11Changes::activeSpaceChanged); };
   return behaviour;
+}
+
+void X11Desktop::handle(const xcb_generic_event_t& event) {
+  changes_.handle(event);
+  applicationChanges_.handle(event);
+  globalHotKeys_.handle(event);
+}
+
+void X11Desktop::notifyDock(std::string_view notification) {
+  // Where desktops can be neither added nor removed there is nothing to open Mission Control for.
+  if (operations_.canChangeCount()) {
+    missionControl_.notify(notification);
+  }
 }
 
 }  // namespace tallowin

@@ -1,12 +1,26 @@
 #include "platform/x11/x11_desktop_operations.h"
 
+#include <algorithm>
+#include <map>
+
 #include "platform/x11/x11_window_server.h"
 
 namespace tallowin {
 
-X11DesktopOperations::X11DesktopOperations(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue)
+namespace {
+
+constexpr Duration untilMoved = std::chrono::milliseconds(100);
+
+}  // namespace
+
+X11DesktopOperations::X11DesktopOperations(X11Connection& connection, X11DesktopReader& desktops,
+                                           X11WindowReader& windows, X11WindowActions& actions, X11Refusals& refusals,
+                                           MainQueue& queue)
     : connection_(connection),
       desktops_(desktops),
+      windows_(windows),
+      actions_(actions),
+      refusals_(refusals),
       carrier_(connection, desktops, queue, [this](ManagedSpaceID space) { switchPlainly(space); }) {}
 
 std::vector<DesktopRow> X11DesktopOperations::rows() {
@@ -41,7 +55,7 @@ void X11DesktopOperations::switchPlainly(ManagedSpaceID space) {
 
 bool X11DesktopOperations::addDesktop(const std::string& display) {
   const auto state = desktops_.read();
-  if (display != X11WindowServer::mainDisplay || state.dynamic || state.spaces.empty()) {
+  if (display != X11WindowServer::mainDisplay || !canChangeCount()) {
     return false;
   }
   return askForCount(state.spaces.size() + 1);
@@ -49,10 +63,46 @@ bool X11DesktopOperations::addDesktop(const std::string& display) {
 
 bool X11DesktopOperations::removeDesktop(ManagedSpaceID space) {
   const auto state = desktops_.read();
-  if (state.dynamic || state.spaces.size() < 2 || state.spaces.back() != space) {
+  const auto index = state.indexOf(space);
+  if (!canChangeCount() || state.spaces.size() < 2 || !index) {
+    return false;
+  }
+  if (*index + 1 < state.spaces.size() && !moveLeft(state, *index + 1)) {
     return false;
   }
   return askForCount(state.spaces.size() - 1);
+}
+
+/// Moves what is on the desktops from this one on to the desktop left of each.
+bool X11DesktopOperations::moveLeft(const X11DesktopState& state, std::size_t firstDesktop) {
+  std::map<WindowNumber, std::uint32_t> targets;
+  for (const auto& window : windows_.read().windows) {
+    if (window.desktop && *window.desktop >= firstDesktop && *window.desktop < state.spaces.size()) {
+      targets[window.id] = *window.desktop - 1;
+    }
+  }
+  for (const auto& [window, desktop] : targets) {
+    if (losesMinimizedWindows(state)) {
+      actions_.restore(window);
+    }
+    connection_.moveToDesktop(window, desktop);
+  }
+  if (state.current && *state.current >= firstDesktop) {
+    switchPlainly(state.spaces[*state.current - 1]);
+  }
+  const auto arrived = [&] {
+    const auto now = windows_.read();
+    return std::ranges::all_of(now.windows, [&](const X11Window& window) {
+      const auto target = targets.find(window.id);
+      return target == targets.end() || window.desktop == target->second;
+    });
+  };
+  return waitUntil(arrived, untilMoved);
+}
+
+bool X11DesktopOperations::canChangeCount() {
+  const auto state = desktops_.read();
+  return !state.dynamic && !state.spaces.empty() && !refusals_.isRefused(X11Refusals::Request::desktopCount);
 }
 
 bool X11DesktopOperations::askForCount(std::size_t count) {
@@ -61,7 +111,7 @@ bool X11DesktopOperations::askForCount(std::size_t count) {
   }
   connection_.sendToWindowManager(connection_.root(), X11Atom::netNumberOfDesktops,
                                   {static_cast<std::uint32_t>(count), 0, 0, 0, 0});
-  return connection_.alive();
+  return refusals_.confirm(X11Refusals::Request::desktopCount, [&] { return desktops_.read().spaces.size() == count; });
 }
 
 }  // namespace tallowin

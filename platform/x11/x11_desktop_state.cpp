@@ -84,8 +84,9 @@ X11DesktopState readX11DesktopState(const X11DesktopProperties& properties) {
     return state;
   }
   state.checkWindow = *named;
+  state.managerName = properties.checkWindowName.format == 8 ? properties.checkWindowName.bytes : "";
   // i3 numbers its workspaces by their rank among those that exist.
-  state.dynamic = properties.checkWindowName.format == 8 && properties.checkWindowName.bytes == "i3";
+  state.dynamic = state.managerName == "i3";
   if (const auto count = parseDesktopCount(properties.numberOfDesktops)) {
     state.spaces = state.dynamic ? dynamicSpaceIDs(properties, *count) : numberedSpaceIDs(*count);
   }
@@ -93,6 +94,10 @@ X11DesktopState readX11DesktopState(const X11DesktopProperties& properties) {
     state.current = *current;
   }
   return state;
+}
+
+bool losesMinimizedWindows(const X11DesktopState& state) {
+  return state.managerName == "Fluxbox";
 }
 
 std::optional<std::size_t> X11DesktopState::indexOf(ManagedSpaceID space) const {

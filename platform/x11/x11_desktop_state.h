@@ -27,6 +27,7 @@ struct X11DesktopProperties {
 /// The desktops at one moment.
 struct X11DesktopState {
   std::uint32_t checkWindow = 0;       ///< that of the running window manager, 0 when none is running
+  std::string managerName;             ///< what the window manager calls itself; empty when it does not say
   bool dynamic = false;                ///< desktops come and go with use, and their numbers shift: their names stay
   std::vector<ManagedSpaceID> spaces;  ///< left to right; empty when the desktops are not known
   std::optional<std::size_t> current;  ///< index in `spaces`
@@ -37,6 +38,10 @@ struct X11DesktopState {
   /// The current Space, nothing when it is not known.
   [[nodiscard]] std::optional<ManagedSpaceID> active() const;
 };
+
+/// Whether the window manager writes down a minimised window's move without making it (fluxbox): what it says and where
+/// the window is differ for good then, so such a window has to be shown first.
+[[nodiscard]] bool losesMinimizedWindows(const X11DesktopState& state);
 
 /// Reads the properties. A window manager counts as running when the window that the root window names names itself, as
 /// the property of one that died stays on the root window (EWMH, _NET_SUPPORTING_WM_CHECK).

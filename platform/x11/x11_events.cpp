@@ -8,6 +8,8 @@
 #include <utility>
 #include <xcb/xtest.h>
 
+#include "platform/x11/x11_keyboard.h"
+
 namespace tallowin {
 
 namespace {
@@ -34,16 +36,6 @@ std::int16_t coordinate(double value) {
   constexpr double lowest = std::numeric_limits<std::int16_t>::min();
   constexpr double highest = std::numeric_limits<std::int16_t>::max();
   return static_cast<std::int16_t>(std::fmin(std::fmax(std::round(value), lowest), highest));
-}
-
-KeyMap readKeyMap(X11Connection& connection, xcb_get_keyboard_mapping_cookie_t cookie) {
-  const auto answer = connection.reply(xcb_get_keyboard_mapping_reply, cookie);
-  if (!answer) {
-    return {};
-  }
-  const auto* keysyms = xcb_get_keyboard_mapping_keysyms(answer.get());
-  return {xcb_get_setup(connection.raw())->min_keycode, answer->keysyms_per_keycode,
-          std::vector<Keysym>(keysyms, keysyms + xcb_get_keyboard_mapping_keysyms_length(answer.get()))};
 }
 
 /// Everything to press for a key, in order, itself last; nothing when the keyboard cannot give it.
@@ -117,7 +109,9 @@ void X11Events::postInput(const EmulatedEvent& event) {
   const auto keyCode = static_cast<VirtualKeyCode>(event.integer(EmulatedEvent::keyCodeField));
   switch (event.type()) {
     case EmulatedEvent::keyDown:
-      pressKey(keyCode, event.flags);
+      if (!missionControl_.keyDown(keyCode)) {
+        pressKey(keyCode, event.flags);
+      }
       break;
     case EmulatedEvent::keyUp:
       releaseKey(keyCode);
@@ -133,11 +127,9 @@ void X11Events::pressKey(VirtualKeyCode keyCode, std::uint64_t flags) {
   if (!keysym || held_.contains(keyCode)) {
     return;
   }
-  const auto* setup = xcb_get_setup(connection_.raw());
-  const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-  const auto cookie = xcb_get_keyboard_mapping(connection_.raw(), setup->min_keycode, count);
+  const auto cookie = requestKeyMap(connection_);
   const auto pointer = queryPointer();
-  const auto map = readKeyMap(connection_, cookie);
+  const auto map = takeKeyMap(connection_, cookie);
   const unsigned group = pointer ? (pointer->mask >> groupShift & groupMask) : 0U;
   auto keycodes = keycodesToPress(map, *keysym, flags, group);
   for (const auto keycode : keycodes) {
@@ -161,13 +153,34 @@ void X11Events::releaseKey(VirtualKeyCode keyCode) {
 void X11Events::postMouse(CGMouseEventType type, CGPoint location) {
   const bool down = type == CGMouseEventType::leftMouseDown;
   const bool up = type == CGMouseEventType::leftMouseUp;
-  if (!down && !up && type != CGMouseEventType::mouseMoved && type != CGMouseEventType::leftMouseDragged) {
+  const bool dragged = type == CGMouseEventType::leftMouseDragged;
+  if (!down && !up && !dragged && type != CGMouseEventType::mouseMoved) {
     return;
   }
-  fake(XCB_MOTION_NOTIFY, 0, location);
-  if (down || up) {
+  if (dragged) {
+    drag(location);
+  } else {
+    fake(XCB_MOTION_NOTIFY, 0, location);
+  }
+  missionControl_.pointerMoved(location);
+  if (down) {
+    // What is pressed on Mission Control is released on it.
+    clicking_ = missionControl_.isOpen();
+  }
+  if (up && std::exchange(clicking_, false)) {
+    missionControl_.clicked(location);
+  } else if (down ? !clicking_ : up) {
     fake(down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, leftButton);
   }
+}
+
+/// Window managers begin to move a window after several motions, the farthest of which is beyond their threshold; a
+/// single one is not enough however far it goes.
+void X11Events::drag(CGPoint location) {
+  for (const double ahead : {4.0, 8.0, 12.0, 16.0, 12.0, 8.0, 4.0}) {
+    fake(XCB_MOTION_NOTIFY, 0, {location.x + ahead, location.y});
+  }
+  fake(XCB_MOTION_NOTIFY, 0, location);
 }
 
 void X11Events::fake(std::uint8_t type, std::uint8_t detail, CGPoint location) {

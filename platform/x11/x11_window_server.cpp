@@ -1,6 +1,10 @@
 #include "platform/x11/x11_window_server.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "platform/x11/x11_elements.h"
+#include "platform/x11/x11_window_properties.h"
 
 namespace tallowin {
 
@@ -71,9 +75,14 @@ CGSBridgeHealth X11WindowServer::CGSBridgeProbe() {
 
 std::optional<std::vector<ManagedSpaceID>> X11WindowServer::CGSBridgeCopySpacesForWindow(WindowNumber window) {
   const auto cookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  const auto statesCookie = connection_.requestProperty(window, X11Atom::netWmState, XCB_ATOM_ATOM);
   const auto state = desktops_.read();
   const auto desktop = parseCardinal(connection_.takeProperty(cookie));
-  if (desktop == X11Connection::allDesktops && !state.spaces.empty()) {
+  const auto states = parseWords(connection_.takeProperty(statesCookie));
+  // i3 says by this state alone that a window is on all desktops; others leave it set when that is over.
+  const bool sticky =
+      state.dynamic && std::ranges::find(states, connection_.atom(X11Atom::netWmStateSticky)) != states.end();
+  if (desktop && (sticky || *desktop == X11Connection::allDesktops) && !state.spaces.empty()) {
     return state.spaces;
   }
   if (!desktop || *desktop >= state.spaces.size()) {
@@ -82,23 +91,29 @@ std::optional<std::vector<ManagedSpaceID>> X11WindowServer::CGSBridgeCopySpacesF
   return std::vector{state.spaces[*desktop]};
 }
 
-std::optional<WindowNumber> X11WindowServer::CGSBridgeAXWindowID(const AXUIElement& /*element*/) {
-  return std::nullopt;
+std::optional<WindowNumber> X11WindowServer::CGSBridgeAXWindowID(const AXUIElement& element) {
+  const auto* const window = dynamic_cast<const X11WindowElement*>(element.get());
+  return window == nullptr ? std::nullopt : std::optional(window->number());
 }
 
 bool X11WindowServer::CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpaceID space) {
   const auto cookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
-  const auto index = desktops_.read().indexOf(space);
+  const auto state = desktops_.read();
+  const auto index = state.indexOf(space);
   // Only windows that are managed have the property, and only they can be moved.
   if (!parseCardinal(connection_.takeProperty(cookie)) || !index) {
     return false;
+  }
+  if (losesMinimizedWindows(state)) {
+    actions_.restore(window);
   }
   connection_.moveToDesktop(window, static_cast<std::uint32_t>(*index));
   return connection_.alive();
 }
 
-bool X11WindowServer::CGSBridgeDockNotify(std::string_view /*notification*/) {
-  return false;
+bool X11WindowServer::CGSBridgeDockNotify(std::string_view notification) {
+  notifyDock_(notification);
+  return connection_.alive();
 }
 
 bool X11WindowServer::CGSBridgeStartTouchMonitor(TouchCallback /*callback*/) {

@@ -5,6 +5,7 @@
 #include "platform/window_server.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
+#include "platform/x11/x11_window_actions.h"
 
 namespace tallowin {
 
@@ -16,9 +17,15 @@ class X11WindowServer : public WindowServer {
  public:
   static constexpr auto mainDisplay = "Main";
 
-  /// `hotKeys` are kept for the process: no other program knows of them.
-  X11WindowServer(X11Connection& connection, X11DesktopReader& desktops, SymbolicHotKeys& hotKeys, EmulatedDock& dock)
-      : connection_(connection), desktops_(desktops), hotKeys_(hotKeys), dock_(dock) {}
+  /// `hotKeys` are kept for the process: no other program knows of them. `notifyDock` takes the Dock's notifications.
+  X11WindowServer(X11Connection& connection, X11DesktopReader& desktops, SymbolicHotKeys& hotKeys, EmulatedDock& dock,
+                  X11WindowActions& actions, std::function<void(std::string_view)> notifyDock)
+      : connection_(connection),
+        desktops_(desktops),
+        hotKeys_(hotKeys),
+        dock_(dock),
+        actions_(actions),
+        notifyDock_(std::move(notifyDock)) {}
 
   ConnectionID CGSBridgeConnection() override;
   std::optional<PropertyList> CGSBridgeCopyManagedDisplaySpaces() override;
@@ -47,6 +54,8 @@ class X11WindowServer : public WindowServer {
   SymbolicHotKeys& hotKeys_;
   EmulatedDock& dock_;
   std::optional<ManagedSpaceID> reportedActive_;
+  X11WindowActions& actions_;
+  const std::function<void(std::string_view)> notifyDock_;
   SpaceNotificationCallback callback_;
 };
 

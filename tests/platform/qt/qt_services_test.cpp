@@ -59,19 +59,23 @@ class QtServicesTest : public testing::Test {
 TEST_F(QtServicesTest, WorkRunsInOrderAndALostItemNever) {
   std::vector<std::string> ran;
   WorkItem second;
+  WorkItem last;
+  const auto end = [&] {
+    ran.emplace_back("last");
+    queue.stop(3);
+  };
   const auto first = queue.after(1ms, [&] {
     ran.emplace_back("first");
     second.cancel();
-    queue.async([&ran] { ran.emplace_back("async"); });
+    queue.async([&] {
+      ran.emplace_back("async");
+      last = queue.after(5ms, end);
+    });
   });
   second = queue.after(1ms, [&] { ran.emplace_back("second"); });
   {
     const auto lost = queue.after(0ms, [&] { ran.emplace_back("lost"); });
   }
-  const auto last = queue.after(5ms, [&] {
-    ran.emplace_back("last");
-    queue.stop(3);
-  });
   EXPECT_EQ(queue.run(), 3);
   EXPECT_EQ(ran, (std::vector<std::string>{"first", "async", "last"}));
   EXPECT_EQ(queue.run(), 3) << "a stopped loop stays stopped";

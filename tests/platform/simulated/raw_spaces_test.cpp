@@ -61,6 +61,29 @@ TEST(RawSpacesTest, displaysComeAndGoWithTheirSpaces) {
   EXPECT_TRUE(spaces.rows().empty());
 }
 
+TEST(RawSpacesTest, aDisplayThatComesBackGetsItsSpacesBack) {
+  RawSpaces spaces(malformedInPlaces());
+  spaces.activate(2);
+  spaces.removeDisplay("A");
+  EXPECT_TRUE(spaces.activate(1)) << "on B now";
+  EXPECT_EQ(spaces.remove(9), 2) << "this one ends while its display is away";
+  spaces.addDisplay("a");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{3, true}}, 3}, {"A", {{1, true}, {2, true}}, 2}}))
+      << "under the name it had";
+
+  // B's own desktop ends while A is away: B keeps one of those that it has inherited.
+  spaces.removeDisplay("A");
+  spaces.remove(3);
+  spaces.addDisplay("A");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{2, true}}, 2}, {"A", {{1, true}}, 1}}));
+
+  spaces.removeDisplay("A");
+  spaces.removeDisplay("B");
+  EXPECT_TRUE(spaces.rows().empty());
+  spaces.addDisplay("B");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{2, true}, {1, true}}, 2}})) << "they have waited";
+}
+
 TEST(RawSpacesTest, hugeIDsAndNoListAtAllAreBorne) {
   RawSpaces huge(PropertyList::parse(
       R"([{"Display Identifier": "A", "Spaces": [{"ManagedSpaceID": 9223372036854775807}, {"ManagedSpaceID": 18446744073709551615}]}])"));

@@ -6,10 +6,8 @@
 #include <optional>
 #include <set>
 
-#include "platform/x11/x11_desktop.h"
-#include "tests/platform/x11/scripted_window_manager.h"
 #include "tests/platform/x11/stepped_loop.h"
-#include "tests/platform/x11/x_server.h"
+#include "tests/platform/x11/x11_desktop_fixture.h"
 
 namespace tallowin {
 namespace {
@@ -17,11 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class SilentLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view /*message*/) override {}
-};
 
 /// Another client, which looks at the root window's properties and writes them.
 class Somebody {
@@ -85,7 +78,7 @@ class X11DesktopNamesTest : public testing::Test {
   }
 
   void connect(MainQueue& queue, const Clock& clock, Descriptors& descriptors) {
-    auto connected = X11Desktop::connect(queue, clock, log_, descriptors, [] {});
+    auto connected = X11Desktop::connect(queue, clock, log_, descriptors, processes_, [] {});
     ASSERT_TRUE(connected) << connected.error();
     desktop_ = std::move(*connected);
   }
@@ -112,6 +105,7 @@ class X11DesktopNamesTest : public testing::Test {
 
   XServer server_;
   SilentLog log_;
+  NoProcesses processes_;
   SteppedLoop loop_;
   std::optional<Somebody> somebody_;
   std::unique_ptr<X11Desktop> desktop_;

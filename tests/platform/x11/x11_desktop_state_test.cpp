@@ -29,7 +29,10 @@ X11DesktopProperties properties(std::uint32_t count, std::uint32_t current, std:
 
 TEST(X11DesktopState, NumbersDesktopsByPositionWhateverTheirNames) {
   const auto state = readX11DesktopState(properties(3, 1, std::string("7: x\0", 5)));
-  EXPECT_EQ(state, (X11DesktopState{.checkWindow = checkWindow, .dynamic = false, .spaces = {1, 2, 3}, .current = 1}));
+  EXPECT_EQ(
+      state,
+      (X11DesktopState{
+          .checkWindow = checkWindow, .managerName = "Openbox", .dynamic = false, .spaces = {1, 2, 3}, .current = 1}));
   EXPECT_EQ(state.active(), 2);
   EXPECT_EQ(state.indexOf(3), 2U);
   EXPECT_EQ(state.indexOf(4), std::nullopt);

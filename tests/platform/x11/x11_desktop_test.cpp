@@ -1,14 +1,10 @@
-#include "platform/x11/x11_desktop.h"
-
 #include <X11/keysym.h>
 #include <gmock/gmock.h>
 #include <optional>
 #include <thread>
 #include <xcb/xcb_keysyms.h>
 
-#include "tests/platform/poll_loop.h"
-#include "tests/platform/x11/scripted_window_manager.h"
-#include "tests/platform/x11/x_server.h"
+#include "tests/platform/x11/x11_desktop_fixture.h"
 
 namespace tallowin {
 namespace {
@@ -16,84 +12,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class StoppedClock : public Clock {
- public:
-  [[nodiscard]] Date now() const override { return {}; }
-  [[nodiscard]] std::uint64_t machAbsoluteTime() const override { return 1; }
-  [[nodiscard]] std::chrono::nanoseconds systemUptime() const override { return {}; }
-  [[nodiscard]] CalendarDay localDay(Date /*date*/) const override { return {}; }
-};
-
-class SilentLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view /*message*/) override {}
-};
-
 /// A press ('+') or release ('-') of the key with this keysym.
 std::string keyText(char sign, Keysym keysym) {
   return std::string(1, sign).append(std::to_string(keysym));
 }
-
-/// A desktop on a real server, whose window manager is the test.
-class X11DesktopTest : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!server_.running()) {
-      GTEST_SKIP() << "Xvfb could not be started";
-    }
-  }
-
-  void connect() {
-    auto connected = X11Desktop::connect(loop_, clock_, log_, loop_, [this] { ++lost_; });
-    ASSERT_TRUE(connected) << connected.error();
-    desktop_ = std::move(*connected);
-    desktop_->windowServer().CGSBridgeRegisterSpaceNotifications(
-        [this](WindowServerEvent event) { told_.push_back(event); });
-    loop_.runReady();
-  }
-
-  WindowServer& windowServer() { return desktop_->windowServer(); }
-
-  /// The list in short: "1 [2] 3", or "none".
-  std::string spaces() {
-    const auto list = windowServer().CGSBridgeCopyManagedDisplaySpaces();
-    if (!list) {
-      return "none";
-    }
-    const auto& display = list->at(0);
-    const auto current = display.value(PropertyList::json_pointer("/Current Space/ManagedSpaceID"), ManagedSpaceID{-1});
-    std::string text;
-    for (const auto& space : display["Spaces"]) {
-      text.append(text.empty() ? "" : " ").append(space["ManagedSpaceID"] == current ? "[" : "");
-      text.append(space["ManagedSpaceID"].dump()).append(space["ManagedSpaceID"] == current ? "]" : "");
-    }
-    return text;
-  }
-
-  void post(VirtualKeyCode keyCode, std::uint64_t flags, bool down) {
-    auto event = desktop_->events().CGEventCreateKeyboardEvent(keyCode, down);
-    desktop_->events().CGEventSetFlags(*event, flags);
-    desktop_->events().CGEventPost(CGEventTap::hid, *event);
-  }
-
-  /// What the window manager was asked for so far.
-  std::vector<std::string> requests(ScriptedWindowManager& manager) {
-    windowServer().CGSBridgeActiveSpace();  // a round trip: the server has passed the requests on
-    return manager.takeRequests();
-  }
-
-  bool runUntilTold(std::size_t count) {
-    return loop_.runUntil([&] { return told_.size() >= count; });
-  }
-
-  XServer server_;
-  PollLoop loop_;
-  StoppedClock clock_;
-  SilentLog log_;
-  std::unique_ptr<X11Desktop> desktop_;
-  std::vector<WindowServerEvent> told_;
-  int lost_ = 0;
-};
 
 TEST_F(X11DesktopTest, SwitchesByHotKeyAndHearsOfIt) {
   ScriptedWindowManager manager;
@@ -176,28 +98,6 @@ TEST_F(X11DesktopTest, FindsAndMovesWindows) {
   EXPECT_FALSE(windowServer().CGSBridgeMoveWindowToSpace(one, 4));
   EXPECT_FALSE(windowServer().CGSBridgeMoveWindowToSpace(unmanaged, 1));
   EXPECT_THAT(requests(manager), ElementsAre("_NET_WM_DESKTOP 2 2 0 0 0"));
-}
-
-TEST_F(X11DesktopTest, AddsAndRemovesTheLastDesktop) {
-  ScriptedWindowManager manager;
-  manager.setDesktops(2, 0);
-  const auto connection = X11Connection::open();
-  ASSERT_TRUE(connection);
-  X11DesktopReader reader(**connection);
-  X11DesktopOperations operations(**connection, reader, loop_);
-  EXPECT_TRUE(operations.addDesktop("Main"));
-  EXPECT_FALSE(operations.addDesktop("Another"));
-  EXPECT_TRUE(operations.removeDesktop(2));
-  EXPECT_FALSE(operations.removeDesktop(1)) << "not the last";
-  reader.read();  // a round trip: the server has passed the requests on
-  EXPECT_THAT(manager.takeRequests(),
-              ElementsAre("_NET_NUMBER_OF_DESKTOPS 3 0 0 0 0", "_NET_NUMBER_OF_DESKTOPS 1 0 0 0 0"));
-  manager.setDesktops(1, 0);
-  EXPECT_FALSE(operations.removeDesktop(1)) << "the only one";
-  manager.setDesktops(maximumDesktopCount, 0);
-  EXPECT_FALSE(operations.addDesktop("Main")) << "more than are believed";
-  reader.read();  // a round trip: the server has passed the requests on
-  EXPECT_THAT(manager.takeRequests(), IsEmpty());
 }
 
 TEST_F(X11DesktopTest, TakesTheWindowAlongWhoseTitleBarIsDragged) {
@@ -299,7 +199,7 @@ TEST_F(X11DesktopTest, AnswersNothingOnceTheServerIsGone) {
   loop_.runReady();
   EXPECT_EQ(lost_, 1);
   desktop_.reset();
-  EXPECT_FALSE(X11Desktop::connect(loop_, clock_, log_, loop_, [] {})) << "there is nothing to connect to";
+  EXPECT_FALSE(X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {})) << "there is nothing to connect to";
 }
 
 TEST_F(X11DesktopTest, TypesKeysWithTheirModifiers) {
@@ -394,12 +294,12 @@ TEST_F(X11DesktopTest, CapturesTheScreenAndDescribesIt) {
 
 TEST_F(X11DesktopTest, SaysWhatIsWrongWithTheAddress) {
   setenv("DISPLAY", ":99999", 1);
-  const auto unreachable = X11Desktop::connect(loop_, clock_, log_, loop_, [] {});
+  const auto unreachable = X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {});
   ASSERT_FALSE(unreachable);
   EXPECT_EQ(unreachable.error(), "cannot reach the X server \":99999\" that DISPLAY names");
   EXPECT_FALSE(X11Desktop::windowManagerPresent());
   unsetenv("DISPLAY");
-  const auto unset = X11Desktop::connect(loop_, clock_, log_, loop_, [] {});
+  const auto unset = X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {});
   ASSERT_FALSE(unset);
   EXPECT_EQ(unset.error(), "cannot reach an X server: DISPLAY is not set");
 }

@@ -1,4 +1,4 @@
-#include "platform/simulated/main_thread_work_queues.h"
+#include "base/main_thread_work_queues.h"
 
 #include <cstdint>
 #include <map>

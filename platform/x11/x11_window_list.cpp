@@ -1,0 +1,48 @@
+#include "platform/x11/x11_window_list.h"
+
+namespace tallowin {
+
+namespace {
+
+PropertyList describe(const X11Window& window, const X11Application* owner) {
+  PropertyList description = {
+      {"kCGWindowLayer", window.layer},
+      {"kCGWindowOwnerPID", window.pid},
+      {"kCGWindowNumber", window.id},
+      {"kCGWindowBounds",
+       {{"X", window.frame.origin.x},
+        {"Y", window.frame.origin.y},
+        {"Width", window.frame.size.width},
+        {"Height", window.frame.size.height}}},
+      {"kCGWindowAlpha", window.alpha},
+      {"kCGWindowName", window.title},
+  };
+  if (owner != nullptr && !owner->name.empty()) {
+    description["kCGWindowOwnerName"] = owner->name;
+  }
+  return description;
+}
+
+}  // namespace
+
+std::optional<PropertyList> X11WindowList::CGWindowListCopyWindowInfo(std::uint32_t options, WindowNumber relativeTo) {
+  auto list = PropertyList::array();
+  if ((options & CGWindowListOption::includingWindow) != 0) {
+    if (const auto window = reader_.read(relativeTo)) {
+      list.push_back(describe(*window, applications_.latest()->find(window->pid)));
+    }
+  } else {
+    const auto snapshot = applications_.refresh();
+    for (const auto& window : snapshot->screen.windows) {
+      const bool excluded =
+          ((options & CGWindowListOption::onScreenOnly) != 0 && !snapshot->screen.isOnScreen(window)) ||
+          ((options & CGWindowListOption::excludeDesktopElements) != 0 && window.layer < 0);
+      if (!excluded) {
+        list.push_back(describe(window, snapshot->find(window.pid)));
+      }
+    }
+  }
+  return connection_.alive() ? std::optional(std::move(list)) : std::nullopt;
+}
+
+}  // namespace tallowin

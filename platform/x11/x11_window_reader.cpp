@@ -1,0 +1,234 @@
+#include "platform/x11/x11_window_reader.h"
+
+#include <algorithm>
+#include <set>
+#include <xcb/res.h>
+
+#include "platform/x11/x11_process_identity.h"
+#include "platform/x11/x11_window_properties.h"
+
+namespace tallowin {
+
+/// The requests about one window whose answers are still to come.
+struct X11WindowReader::Cookies {
+  WindowNumber window;
+  xcb_get_property_cookie_t netName, name, pid, machine, wmClass, desktop, state, type, extents, opacity;
+  xcb_get_geometry_cookie_t geometry;
+  xcb_translate_coordinates_cookie_t corner;
+};
+
+namespace {
+
+/// A window in its frame.
+struct Nesting {
+  xcb_query_tree_cookie_t cookie{};
+  xcb_window_t topLevel = XCB_WINDOW_NONE;
+};
+
+/// The place of each top-level window, the higher the farther in front.
+using Places = std::map<xcb_window_t, std::size_t>;
+
+Places takePlaces(X11Connection& connection, xcb_query_tree_cookie_t cookie) {
+  Places places;
+  if (const auto tree = connection.reply(xcb_query_tree_reply, cookie)) {
+    const auto* children = xcb_query_tree_children(tree.get());
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+      places.emplace(children[i], places.size() + 1);
+    }
+  }
+  return places;
+}
+
+xcb_window_t takeParent(X11Connection& connection, xcb_query_tree_cookie_t cookie) {
+  const auto tree = connection.reply(xcb_query_tree_reply, cookie);
+  return tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+/// The place of each window's top-level window, 0 where it is not found. Asks once more for windows that lie two deep
+/// in a frame.
+std::vector<std::size_t> placesOf(X11Connection& connection, const std::vector<WindowNumber>& windows,
+                                  std::vector<Nesting> nestings, const Places& places) {
+  std::set<std::size_t> deeper;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    const auto parent = takeParent(connection, nestings[i].cookie);
+    nestings[i].topLevel = parent == connection.root() ? windows[i] : parent;
+    if (parent != XCB_WINDOW_NONE && !places.contains(nestings[i].topLevel)) {
+      nestings[i].cookie = xcb_query_tree(connection.raw(), parent);
+      deeper.insert(i);
+    }
+  }
+  std::vector<std::size_t> found;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    if (deeper.contains(i)) {
+      nestings[i].topLevel = takeParent(connection, nestings[i].cookie);
+    }
+    const auto place = places.find(nestings[i].topLevel);
+    found.push_back(place == places.end() ? 0 : place->second);
+  }
+  return found;
+}
+
+bool has(const std::vector<std::uint32_t>& atoms, xcb_atom_t atom) {
+  return std::ranges::find(atoms, atom) != atoms.end();
+}
+
+}  // namespace
+
+X11WindowReader::X11WindowReader(X11Connection& connection, ProcessID self)
+    : connection_(connection),
+      self_(self),
+      resourceMask_(connection.alive() ? xcb_get_setup(connection.raw())->resource_id_mask : 0),
+      knowsPids_(connection.hasExtension(xcb_res_id)),
+      localNames_(localMachineNames()) {}
+
+X11WindowReader::Cookies X11WindowReader::request(WindowNumber window) {
+  const auto property = [&](X11Atom atom, xcb_atom_t type) { return connection_.requestProperty(window, atom, type); };
+  const auto predefined = [&](xcb_atom_t atom) {
+    constexpr std::uint32_t longest = 4096;  // in units of four bytes
+    return xcb_get_property(connection_.raw(), 0, window, atom, XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
+  };
+  return {.window = window,
+          .netName = property(X11Atom::netWmName, connection_.atom(X11Atom::utf8String)),
+          .name = predefined(XCB_ATOM_WM_NAME),
+          .pid = property(X11Atom::netWmPid, XCB_ATOM_CARDINAL),
+          .machine = predefined(XCB_ATOM_WM_CLIENT_MACHINE),
+          .wmClass = predefined(XCB_ATOM_WM_CLASS),
+          .desktop = property(X11Atom::netWmDesktop, XCB_ATOM_CARDINAL),
+          .state = property(X11Atom::netWmState, XCB_ATOM_ATOM),
+          .type = property(X11Atom::netWmWindowType, XCB_ATOM_ATOM),
+          .extents = property(X11Atom::netFrameExtents, XCB_ATOM_CARDINAL),
+          .opacity = property(X11Atom::netWmWindowOpacity, XCB_ATOM_CARDINAL),
+          .geometry = xcb_get_geometry(connection_.raw(), window),
+          .corner = xcb_translate_coordinates(connection_.raw(), window, connection_.root(), 0, 0)};
+}
+
+std::optional<X11Window> X11WindowReader::take(const Cookies& cookies, const Pids& pids) {
+  const auto property = [&](xcb_get_property_cookie_t cookie) { return connection_.takeProperty(cookie); };
+  X11Window window;
+  window.id = cookies.window;
+  window.title = parseText(property(cookies.netName), true);
+  const auto name = parseText(property(cookies.name), false);
+  if (window.title.empty()) {
+    window.title = name;
+  }
+  ProcessEvidence evidence;
+  evidence.named = parseCardinal(property(cookies.pid));
+  evidence.machine = parseText(property(cookies.machine), false);
+  if (const auto known = pids.find(baseOf(cookies.window)); known != pids.end()) {
+    evidence.server = known->second;
+  }
+  window.pid = processOf(evidence, localNames_).value_or(standInPid(cookies.window, resourceMask_));
+  std::tie(window.instance, window.className) = parseWMClass(property(cookies.wmClass));
+  window.desktop = parseCardinal(property(cookies.desktop));
+  const auto states = parseWords(property(cookies.state));
+  const auto is = [&](X11Atom state) { return has(states, connection_.atom(state)); };
+  window.hidden = is(X11Atom::netWmStateHidden);
+  window.sticky = is(X11Atom::netWmStateSticky);
+  window.above = is(X11Atom::netWmStateAbove);
+  window.maximized = is(X11Atom::netWmStateMaximizedVert) || is(X11Atom::netWmStateMaximizedHorz);
+  window.fullscreen = is(X11Atom::netWmStateFullscreen);
+  window.layer = windowLayer(parseWords(property(cookies.type)), connection_);
+  window.extents = parseFrameExtents(property(cookies.extents));
+  window.alpha = parseOpacity(property(cookies.opacity));
+  const auto size = connection_.reply(xcb_get_geometry_reply, cookies.geometry);
+  const auto corner = connection_.reply(xcb_translate_coordinates_reply, cookies.corner);
+  if (!size || !corner || window.pid == self_) {
+    return std::nullopt;
+  }
+  // Where the window manager does not tell the decoration's widths a client may have kept a border of its own, around
+  // which requests count.
+  const double border = window.extents ? 0 : size->border_width;
+  window.frame = withExtents({{corner->dst_x - border, corner->dst_y - border},
+                              {static_cast<double>(size->width), static_cast<double>(size->height)}},
+                             window.extents.value_or(FrameExtents{}));
+  return window;
+}
+
+std::optional<std::uint32_t> X11WindowReader::requestPids(const std::vector<WindowNumber>& windows) {
+  if (!knowsPids_ || windows.empty()) {
+    return std::nullopt;
+  }
+  std::set<std::uint32_t> clients;
+  for (const auto window : windows) {
+    clients.insert(baseOf(window));
+  }
+  std::vector<xcb_res_client_id_spec_t> wanted;
+  for (const auto client : clients) {
+    wanted.push_back({client, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
+  }
+  return xcb_res_query_client_ids(connection_.raw(), static_cast<std::uint32_t>(wanted.size()), wanted.data()).sequence;
+}
+
+X11WindowReader::Pids X11WindowReader::takePids(std::optional<std::uint32_t> sequence) {
+  Pids pids;
+  const auto answer =
+      sequence ? connection_.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids_cookie_t{*sequence})
+               : XcbPtr<xcb_res_query_client_ids_reply_t>();
+  if (!answer) {
+    return pids;
+  }
+  for (auto each = xcb_res_query_client_ids_ids_iterator(answer.get()); each.rem > 0;
+       xcb_res_client_id_value_next(&each)) {
+    if (xcb_res_client_id_value_value_length(each.data) > 0) {
+      pids[baseOf(each.data->spec.client)] = *xcb_res_client_id_value_value(each.data);
+    }
+  }
+  return pids;
+}
+
+X11WindowSnapshot X11WindowReader::read() {
+  const auto root = connection_.root();
+  const auto listCookie = connection_.requestProperty(root, X11Atom::netClientList, XCB_ATOM_WINDOW);
+  const auto activeCookie = connection_.requestProperty(root, X11Atom::netActiveWindow, XCB_ATOM_WINDOW);
+  const auto currentCookie = connection_.requestProperty(root, X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL);
+  const auto treeCookie = xcb_query_tree(connection_.raw(), root);
+  X11WindowSnapshot snapshot;
+  const auto listed = parseWords(connection_.takeProperty(listCookie));
+  snapshot.active = parseCardinal(connection_.takeProperty(activeCookie)).value_or(0);
+  snapshot.currentDesktop = parseCardinal(connection_.takeProperty(currentCookie));
+  const auto places = takePlaces(connection_, treeCookie);
+
+  const auto pidsCookie = requestPids(listed);
+  std::vector<Cookies> cookies;
+  std::vector<Nesting> nestings;
+  for (const auto window : listed) {
+    cookies.push_back(request(window));
+    nestings.push_back({.cookie = xcb_query_tree(connection_.raw(), window)});
+  }
+  const auto pids = takePids(pidsCookie);
+  std::vector<std::optional<X11Window>> windows;
+  for (const auto& each : cookies) {
+    windows.push_back(take(each, pids));
+  }
+  const auto placed = placesOf(connection_, listed, std::move(nestings), places);
+
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    if (windows[i]) {
+      order.push_back(i);
+    }
+  }
+  std::ranges::stable_sort(order, std::greater(), [&](std::size_t i) { return placed[i]; });
+  for (const auto i : order) {
+    snapshot.windows.push_back(*std::move(windows[i]));
+  }
+  return snapshot;
+}
+
+std::optional<X11Window> X11WindowReader::read(WindowNumber window) {
+  const auto listCookie = connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW);
+  const auto pidsCookie = requestPids({window});
+  const auto cookies = request(window);
+  const auto listed = parseWords(connection_.takeProperty(listCookie));
+  const auto pids = takePids(pidsCookie);
+  auto read = take(cookies, pids);
+  return has(listed, window) ? read : std::nullopt;
+}
+
+WindowNumber X11WindowReader::activeWindow() {
+  return parseCardinal(connection_.takeProperty(
+                           connection_.requestProperty(connection_.root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW)))
+      .value_or(0);
+}
+
+}  // namespace tallowin

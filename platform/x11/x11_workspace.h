@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/main_queue.h"
+#include "platform/workspace.h"
+#include "platform/x11/x11_elements.h"
+#include "platform/x11/x11_launcher.h"
+
+namespace tallowin {
+
+/// Applications as far as they have windows: one that has none does not run. The "bundle identifier" is the desktop
+/// entry's id (X11Application), and the URL of an application is its desktop entry's file. "com.apple.dock" is the
+/// emulated Dock, which runs always and is not among the running applications.
+class X11Workspace : public Workspace {
+ public:
+  X11Workspace(MainQueue& queue, X11Launcher& launcher, std::shared_ptr<X11ElementContext> context)
+      : queue_(queue), launcher_(launcher), context_(std::move(context)) {}
+
+  std::vector<RunningApplication> runningApplications() override;
+  std::optional<RunningApplication> runningApplicationWithProcessIdentifier(ProcessID pid) override;
+  std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(std::string_view bundle) override;
+  /// The owner of the active window; nothing while that is one of this program.
+  std::optional<RunningApplication> frontmostApplication() override;
+
+  /// Minimises all its windows, and remembers which.
+  bool hide(ProcessID pid) override;
+  /// Brings back the windows that hide() minimised.
+  bool unhide(ProcessID pid) override;
+  /// Makes the window that was made its main one active, else its frontmost one on the desktop in front, else its
+  /// frontmost one on any, to whose desktop it switches.
+  bool activateWithOptions(ProcessID pid) override;
+
+  std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(std::string_view bundle) override;
+  /// Makes an application active that runs already, unless another instance is asked for or there are arguments to
+  /// open.
+  void openApplicationAtURL(const std::filesystem::path& application, const OpenConfiguration& configuration,
+                            OpenCompletion completion) override;
+  bool openURL(std::string_view url) override;
+  std::optional<std::string> iconForFile(const std::filesystem::path& file) override;
+
+ private:
+  [[nodiscard]] bool activateRunning(const std::filesystem::path& application, const OpenConfiguration& configuration);
+
+  MainQueue& queue_;
+  X11Launcher& launcher_;
+  // Shared with the accessibility elements' owner: what is made a main window there is what activating prefers here.
+  const std::shared_ptr<X11ElementContext> context_;
+};
+
+}  // namespace tallowin

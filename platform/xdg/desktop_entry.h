@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallowin {
+
+/// What the desktop entry of an application says (Desktop Entry Specification 1.5). Absent texts are empty.
+struct DesktopEntry {
+  std::string name;  ///< in the user's language where the entry has it
+  std::string exec;  ///< the command line, see expandExec
+  std::string tryExec;
+  std::string icon;  ///< a name to look up or an absolute path
+  std::string startupWMClass;
+  std::vector<std::string> onlyShowIn;
+  std::vector<std::string> notShowIn;
+  bool hidden = false;  ///< the entry counts as deleted
+  bool noDisplay = false;
+  bool terminal = false;
+  bool operator==(const DesktopEntry&) const = default;
+
+  /// Whether menus of these desktops (XdgEnvironment::currentDesktops) offer it.
+  [[nodiscard]] bool isOffered(const std::vector<std::string>& currentDesktops) const;
+};
+
+/// Reads a desktop entry. `localeTags` are the user's languages, best first. Nothing when the text has no
+/// "[Desktop Entry]" group or describes no application. Lines that are not understood are passed over.
+[[nodiscard]] std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
+                                                            const std::vector<std::string>& localeTags);
+
+}  // namespace tallowin

@@ -1,0 +1,103 @@
+#include "platform/xdg/xdg_environment.h"
+
+#include <cstdlib>
+#include <unistd.h>
+
+namespace tallowin {
+
+namespace {
+
+std::vector<std::string> parts(std::string_view list) {
+  std::vector<std::string> found;
+  while (!list.empty()) {
+    const auto end = std::min(list.find(':'), list.size());
+    if (end > 0) {
+      found.emplace_back(list.substr(0, end));
+    }
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+  return found;
+}
+
+std::vector<std::filesystem::path> absoluteFolders(std::string_view list) {
+  std::vector<std::filesystem::path> folders;
+  for (const auto& part : parts(list)) {
+    if (part.starts_with('/')) {
+      folders.emplace_back(part);
+    }
+  }
+  return folders;
+}
+
+bool isProgram(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(path, error) && access(path.c_str(), X_OK) == 0;
+}
+
+}  // namespace
+
+XdgEnvironment readXdgEnvironment(const std::function<std::optional<std::string>(const char* name)>& variable) {
+  const auto text = [&](const char* name, const char* otherwise) {
+    auto value = variable(name).value_or("");
+    return value.empty() ? std::string(otherwise) : value;
+  };
+  XdgEnvironment environment;
+  environment.home = text("HOME", "/");
+  const auto dataHome = text("XDG_DATA_HOME", "");
+  environment.dataFolders.push_back(dataHome.starts_with('/') ? std::filesystem::path(dataHome)
+                                                              : environment.home / ".local/share");
+  for (auto& folder : absoluteFolders(text("XDG_DATA_DIRS", "/usr/local/share:/usr/share"))) {
+    environment.dataFolders.push_back(std::move(folder));
+  }
+  environment.programFolders = absoluteFolders(text("PATH", "/usr/local/bin:/usr/bin:/bin"));
+  environment.currentDesktops = parts(text("XDG_CURRENT_DESKTOP", ""));
+  for (const auto* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    if (environment.locale.empty()) {
+      environment.locale = text(name, "");
+    }
+  }
+  return environment;
+}
+
+XdgEnvironment processXdgEnvironment() {
+  return readXdgEnvironment([](const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+  });
+}
+
+std::optional<std::filesystem::path> findProgram(std::string_view name,
+                                                 const std::vector<std::filesystem::path>& folders) {
+  if (name.find('/') != std::string_view::npos) {
+    return name.starts_with('/') && isProgram(name) ? std::optional<std::filesystem::path>(name) : std::nullopt;
+  }
+  for (const auto& folder : folders) {
+    if (auto path = folder / name; !name.empty() && isProgram(path)) {
+      return path;
+    }
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> localeTags(std::string_view locale) {
+  std::string modifier;
+  if (const auto at = locale.find('@'); at != std::string_view::npos) {
+    modifier = locale.substr(at);
+    locale = locale.substr(0, at);
+  }
+  locale = locale.substr(0, locale.find('.'));
+  if (locale.empty() || locale == "C" || locale == "POSIX") {
+    return {};
+  }
+  const std::string whole(locale);
+  const std::string language(locale.substr(0, locale.find('_')));
+  std::vector<std::string> tags;
+  for (const auto& tag : {whole + modifier, whole, language + modifier, language}) {
+    if (tags.empty() || tags.back() != tag) {
+      tags.push_back(tag);
+    }
+  }
+  return tags;
+}
+
+}  // namespace tallowin

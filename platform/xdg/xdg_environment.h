@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallowin {
+
+/// What the environment says about where applications are and in which language they are named.
+struct XdgEnvironment {
+  std::filesystem::path home;
+  /// Folders of shared data, the most important first: $XDG_DATA_HOME, then those of $XDG_DATA_DIRS (XDG base directory
+  /// specification). Absolute.
+  std::vector<std::filesystem::path> dataFolders;
+  std::vector<std::filesystem::path> programFolders;  ///< $PATH, absolute folders only
+  std::vector<std::string> currentDesktops;           ///< $XDG_CURRENT_DESKTOP
+  std::string locale;                                 ///< of messages, such as "de_CH.UTF-8"; empty when there is none
+};
+
+/// `variable` answers an environment variable; an empty value counts as unset, as relative folders do.
+[[nodiscard]] XdgEnvironment readXdgEnvironment(
+    const std::function<std::optional<std::string>(const char* name)>& variable);
+
+/// The environment of this process.
+[[nodiscard]] XdgEnvironment processXdgEnvironment();
+
+/// The absolute path of a program that can be run: a name is looked for in `folders`, a path is taken as it stands.
+[[nodiscard]] std::optional<std::filesystem::path> findProgram(std::string_view name,
+                                                               const std::vector<std::filesystem::path>& folders);
+
+/// The tags under which a localised value is looked for, best first, such as "de_CH", "de" (Desktop Entry
+/// Specification, localized values for keys). Empty for no locale and for "C" and "POSIX".
+[[nodiscard]] std::vector<std::string> localeTags(std::string_view locale);
+
+}  // namespace tallowin

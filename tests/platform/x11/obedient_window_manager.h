@@ -1,0 +1,251 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+#include <xcb/xcb.h>
+
+#include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_window_properties.h"
+
+namespace tallowin {
+
+/// A window manager that does at once what it is asked for, on a thread of its own, except what it is told to ignore.
+/// Each client gets a frame with a title bar of 20 pixels and borders of 2, and lies `depth` windows deep in it.
+class ObedientWindowManager {
+ public:
+  static constexpr std::uint32_t border = 2;
+  static constexpr std::uint32_t titleBar = 20;
+
+  explicit ObedientWindowManager(std::uint32_t desktops, std::set<X11Atom> ignored = {}, int depth = 1,
+                                 std::string_view name = "Openbox")
+      : connection_(*X11Connection::open()), ignored_(std::move(ignored)), depth_(depth), desktops_(desktops) {
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(raw(), root(), XCB_CW_EVENT_MASK, &mask);
+    check_ = createWindow(root(), {{0, 0}, {1, 1}});
+    setWords(root(), X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check_});
+    setWords(check_, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check_});
+    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, check_, connection_->atom(X11Atom::netWmName),
+                        connection_->atom(X11Atom::utf8String), 8, static_cast<std::uint32_t>(name.size()),
+                        name.data());
+    setWords(root(), X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL, {desktops_});
+    setWords(root(), X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL, {0});
+    connection_->reply(xcb_get_input_focus_reply, xcb_get_input_focus(raw()));
+    thread_ = std::thread([this] { run(); });
+  }
+
+  ~ObedientWindowManager() {
+    if (const auto other = X11Connection::open()) {
+      (*other)->sendToWindowManager((*other)->root(), X11Atom::edid, {});  // stands for the end
+    }
+    thread_.join();
+  }
+  ObedientWindowManager(const ObedientWindowManager&) = delete;
+  ObedientWindowManager& operator=(const ObedientWindowManager&) = delete;
+
+  /// How often each message came.
+  int count(X11Atom message) {
+    const std::lock_guard lock(mutex_);
+    return counts_[message];
+  }
+
+ private:
+  struct Client {
+    xcb_window_t frame = XCB_WINDOW_NONE;
+    std::vector<std::uint32_t> states;
+  };
+
+  void run() {
+    while (const XcbPtr<xcb_generic_event_t> event{xcb_wait_for_event(raw())}) {
+      switch (event->response_type & 0x7F) {
+        case XCB_MAP_REQUEST:
+          show(reinterpret_cast<const xcb_map_request_event_t&>(*event).window);
+          break;
+        case XCB_DESTROY_NOTIFY:
+          forget(reinterpret_cast<const xcb_destroy_notify_event_t&>(*event).window);
+          break;
+        case XCB_CLIENT_MESSAGE:
+          if (!obey(reinterpret_cast<const xcb_client_message_event_t&>(*event))) {
+            return;
+          }
+          break;
+        default:
+          break;
+      }
+      xcb_flush(raw());
+    }
+  }
+
+  void show(xcb_window_t window) {
+    if (clients_.contains(window)) {
+      changeState(window, 0, connection_->atom(X11Atom::netWmStateHidden));
+      xcb_map_window(raw(), window);
+      return;
+    }
+    const auto size = connection_->reply(xcb_get_geometry_reply, xcb_get_geometry(raw(), window));
+    if (!size) {
+      return;
+    }
+    const CGRect client{{static_cast<double>(size->x), static_cast<double>(size->y)},
+                        {static_cast<double>(size->width), static_cast<double>(size->height)}};
+    auto parent = createWindow(root(), frameAround(client.origin, client.size));
+    clients_[window].frame = parent;
+    xcb_map_window(raw(), parent);
+    CGPoint corner{border, titleBar};
+    for (int i = 1; i < depth_; ++i, corner = {0, 0}) {
+      parent = createWindow(parent, {corner, client.size});
+      xcb_map_window(raw(), parent);
+    }
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(raw(), parent, XCB_CW_EVENT_MASK, &mask);
+    xcb_reparent_window(raw(), window, parent, static_cast<std::int16_t>(corner.x),
+                        static_cast<std::int16_t>(corner.y));
+    xcb_map_window(raw(), window);
+    setWords(window, X11Atom::netFrameExtents, XCB_ATOM_CARDINAL, {border, border, titleBar, border});
+    setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {current_});
+    order_.push_back(window);
+    setWords(root(), X11Atom::netClientList, XCB_ATOM_WINDOW, order_);
+    setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
+  }
+
+  void forget(xcb_window_t window) {
+    const auto client = clients_.extract(window);
+    if (!client.empty()) {
+      xcb_destroy_window(raw(), client.mapped().frame);
+      std::erase(order_, window);
+      setWords(root(), X11Atom::netClientList, XCB_ATOM_WINDOW, order_);
+    }
+  }
+
+  bool obey(const xcb_client_message_event_t& message) {
+    const auto is = [&](X11Atom atom) { return message.type == connection_->atom(atom); };
+    if (is(X11Atom::edid)) {
+      return false;
+    }
+    const auto window = message.window;
+    const auto& words = message.data.data32;
+    for (const auto& [atom, act] : actions_) {
+      if (is(atom)) {
+        const std::lock_guard lock(mutex_);
+        ++counts_[atom];
+        if (!ignored_.contains(atom)) {
+          (this->*act)(window, words);
+        }
+      }
+    }
+    return true;
+  }
+
+  void moveToDesktop(xcb_window_t window, const std::uint32_t* words) {
+    setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {words[0]});
+  }
+  void switchTo(xcb_window_t /*root*/, const std::uint32_t* words) {
+    current_ = words[0];
+    setWords(root(), X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL, {current_});
+  }
+  void setCount(xcb_window_t /*root*/, const std::uint32_t* words) {
+    setWords(root(), X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL, {words[0]});
+  }
+  void activate(xcb_window_t window, const std::uint32_t* words) {
+    changeState(window, 0, connection_->atom(X11Atom::netWmStateHidden));
+    restack(window, words);
+    setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
+  }
+  void restack(xcb_window_t window, const std::uint32_t* /*words*/) {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(raw(), clients_[window].frame, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+  }
+  void iconify(xcb_window_t window, const std::uint32_t* /*words*/) {
+    changeState(window, 1, connection_->atom(X11Atom::netWmStateHidden));
+  }
+  void state(xcb_window_t window, const std::uint32_t* words) {
+    changeState(window, words[0], words[1]);
+    changeState(window, words[0], words[2]);
+  }
+  void close(xcb_window_t window, const std::uint32_t* /*words*/) { xcb_destroy_window(raw(), window); }
+
+  void moveResize(xcb_window_t window, const std::uint32_t* words) {
+    const auto frame = clients_[window].frame;
+    const std::uint32_t position = words[0] >> 8 & 3;
+    const std::uint32_t size = words[0] >> 10 & 3;
+    if (position != 0) {
+      xcb_configure_window(raw(), frame, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, words + 1);
+    }
+    if (size != 0) {
+      const std::uint32_t outer[] = {words[3] + 2 * border, words[4] + titleBar + border};
+      xcb_configure_window(raw(), frame, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, outer);
+      xcb_configure_window(raw(), window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, words + 3);
+    }
+  }
+
+  void changeState(xcb_window_t window, std::uint32_t add, xcb_atom_t atom) {
+    const auto client = clients_.find(window);
+    if (client == clients_.end() || atom == XCB_ATOM_NONE) {
+      return;
+    }
+    auto& states = client->second.states;
+    std::erase(states, atom);
+    if (add != 0) {
+      states.push_back(atom);
+    }
+    setWords(window, X11Atom::netWmState, XCB_ATOM_ATOM, states);
+  }
+
+  static CGRect frameAround(CGPoint corner, CGSize client) {
+    return {corner, {client.width + 2 * border, client.height + titleBar + border}};
+  }
+
+  xcb_window_t createWindow(xcb_window_t parent, const CGRect& rectangle) {
+    const auto window = xcb_generate_id(raw());
+    xcb_create_window(raw(), XCB_COPY_FROM_PARENT, window, parent, static_cast<std::int16_t>(rectangle.origin.x),
+                      static_cast<std::int16_t>(rectangle.origin.y), static_cast<std::uint16_t>(rectangle.size.width),
+                      static_cast<std::uint16_t>(rectangle.size.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, 0, nullptr);
+    return window;
+  }
+
+  void setWords(xcb_window_t window, X11Atom atom, xcb_atom_t type, const std::vector<std::uint32_t>& words) {
+    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom), type, 32,
+                        static_cast<std::uint32_t>(words.size()), words.data());
+  }
+
+  xcb_connection_t* raw() { return connection_->raw(); }
+  xcb_window_t root() { return connection_->root(); }
+
+  using Action = void (ObedientWindowManager::*)(xcb_window_t, const std::uint32_t*);
+  const std::map<X11Atom, Action> actions_ = {
+      {X11Atom::netWmDesktop, &ObedientWindowManager::moveToDesktop},
+      {X11Atom::netCurrentDesktop, &ObedientWindowManager::switchTo},
+      {X11Atom::netNumberOfDesktops, &ObedientWindowManager::setCount},
+      {X11Atom::netActiveWindow, &ObedientWindowManager::activate},
+      {X11Atom::netRestackWindow, &ObedientWindowManager::restack},
+      {X11Atom::wmChangeState, &ObedientWindowManager::iconify},
+      {X11Atom::netWmState, &ObedientWindowManager::state},
+      {X11Atom::netCloseWindow, &ObedientWindowManager::close},
+      {X11Atom::netMoveresizeWindow, &ObedientWindowManager::moveResize},
+  };
+
+  std::unique_ptr<X11Connection> connection_;
+  const std::set<X11Atom> ignored_;
+  const int depth_;
+  const std::uint32_t desktops_;
+  xcb_window_t check_ = XCB_WINDOW_NONE;
+  std::thread thread_;
+
+  // The thread's only.
+  std::uint32_t current_ = 0;
+  std::map<xcb_window_t, Client> clients_;
+  std::vector<xcb_window_t> order_;
+
+  std::mutex mutex_;
+  std::map<X11Atom, int> counts_;  ///< guarded by mutex_
+};
+
+}  // namespace tallowin

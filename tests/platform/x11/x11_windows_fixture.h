@@ -1,0 +1,104 @@
+#pragma once
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/x11/x11_accessibility.h"
+#include "platform/x11/x11_desktop_operations.h"
+#include "platform/x11/x11_window_list.h"
+#include "platform/x11/x11_windows.h"
+#include "platform/x11/x11_workspace.h"
+#include "tests/platform/poll_loop.h"
+#include "tests/platform/x11/obedient_window_manager.h"
+#include "tests/platform/x11/test_client.h"
+#include "tests/platform/x11/x_server.h"
+
+namespace tallowin {
+
+/// Takes down what would be started.
+class RecordingProcesses : public Processes {
+ public:
+  std::expected<void, std::string> launch(const ProcessRequest& request) override {
+    auto line = std::filesystem::path(request.executable).filename().string();
+    for (const auto& argument : request.arguments) {
+      line += ' ' + argument;
+    }
+    launched.push_back(line);
+    return {};
+  }
+  std::expected<std::string, std::string> run(const ProcessRequest& /*request*/) override { return ""; }
+
+  std::vector<std::string> launched;
+};
+
+/// The services about windows on a real server, with windows of clients in this process.
+class X11WindowsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!server_.running()) {
+      GTEST_SKIP() << "Xvfb could not be started";
+    }
+  }
+
+  void start(std::uint32_t desktops = 4, std::set<X11Atom> ignored = {}, int depth = 1,
+             std::string_view name = "Openbox") {
+    manager_.emplace(desktops, std::move(ignored), depth, name);
+    connection_ = *X11Connection::open();
+    desktops_.emplace(*connection_);
+    windows_.emplace(*connection_, *desktops_, processes_, 0);
+    operations_.emplace(*connection_, *desktops_, windows_->reader, windows_->actions, windows_->refusals, loop_);
+    missionControl_.emplace(*operations_, loop_, [](const std::string&) { return CGRect{}; });
+    accessibility_.emplace(*connection_, *missionControl_, windows_->context);
+    workspace_.emplace(loop_, windows_->launcher, windows_->context);
+    list_.emplace(*connection_, windows_->reader, windows_->applications);
+  }
+
+  /// A managed window of a client.
+  xcb_window_t open(TestClient& client, std::string_view className, std::string_view title = "") {
+    const auto window = client.open(className, title);
+    EXPECT_TRUE(eventually([&] { return windows_->reader.read(window).has_value(); }));
+    windows_->applications.invalidate();
+    return window;
+  }
+
+  bool eventually(const std::function<bool()>& condition) { return waitUntil(condition, std::chrono::seconds(10)); }
+
+  X11Window read(xcb_window_t window) { return windows_->reader.read(window).value_or(X11Window{}); }
+
+  std::vector<WindowNumber> order() {
+    std::vector<WindowNumber> numbers;
+    for (const auto& window : windows_->reader.read().windows) {
+      numbers.push_back(window.id);
+    }
+    return numbers;
+  }
+
+  AXUIElement element(xcb_window_t window) { return std::make_shared<X11WindowElement>(windows_->context, window); }
+
+  bool set(xcb_window_t window, std::string_view attribute, const AXValue& value) {
+    return accessibility_->AXUIElementSetAttributeValue(element(window), attribute, value);
+  }
+
+  AXValue get(xcb_window_t window, std::string_view attribute) {
+    return accessibility_->AXUIElementCopyAttributeValue(element(window), attribute);
+  }
+
+  XServer server_;
+  PollLoop loop_;
+  RecordingProcesses processes_;
+  std::optional<ObedientWindowManager> manager_;
+  std::unique_ptr<X11Connection> connection_;
+  std::optional<X11DesktopReader> desktops_;
+  std::optional<X11Windows> windows_;
+  std::optional<X11DesktopOperations> operations_;
+  std::optional<MissionControl> missionControl_;
+  std::optional<X11Accessibility> accessibility_;
+  std::optional<X11Workspace> workspace_;
+  std::optional<X11WindowList> list_;
+};
+
+}  // namespace tallowin

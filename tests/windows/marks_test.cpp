@@ -1,0 +1,148 @@
+// Marking windows with letters and jumping back to them, on a simulated desktop.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/windows/windows_program.h"
+#include "windows/mark_commands.h"
+#include "windows/window_marks.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// The keys of some letters on the ANSI keyboard.
+constexpr VirtualKeyCode keyA = 0;
+constexpr VirtualKeyCode keyM = 46;
+constexpr VirtualKeyCode keyZ = 6;
+
+constexpr auto mailAndNotes = R"({"applications": [{"name": "Mail", "pid": 11, "bundleID": "app.mail", "active": true},
+    {"name": "Notes", "pid": 12, "bundleID": "app.notes"}],
+  "windows": [{"number": 111, "pid": 11, "space": 1}, {"number": 121, "pid": 12, "space": 1},
+              {"number": 122, "pid": 12, "space": 3}]})";
+
+struct MarkingProgram : WindowsProgram {
+  explicit MarkingProgram(std::string_view scenarioJSON = mailAndNotes) : WindowsProgram(scenarioJSON) {}
+
+  bool press(VirtualKeyCode key) { return desktop.parts().globalHotKeys.press(key, 0); }
+
+  WindowMarks marks{desktop.globalHotKeys(), time};
+  std::vector<std::string> switches;
+  MarkCommands commands{{marks, *mover, bridge, desktop.toasts(), time, [this] { return this->snapshot(); },
+                         [this](const Space& space) {
+                           switches.push_back(space.id);
+                           desktop.parts().spaces.switchNow(space.managedID);
+                         }}};
+};
+
+TEST(WindowMarks, TakesTheLetterKeysUntilOneIsPressed) {
+  MarkingProgram program;
+  std::string pressed;
+  std::string letters;
+  for (int key = 0; key < 128; ++key) {  // every key of the keyboard, one capture each
+    program.marks.captureLetter([&](const std::string& letter) { pressed = letter; });
+    if (program.press(static_cast<VirtualKeyCode>(key))) {
+      letters += pressed;
+      EXPECT_FALSE(program.press(static_cast<VirtualKeyCode>(key))) << "given back";
+    }
+  }
+  EXPECT_EQ(letters, "ASDFHGZXCVBQWERYTOUIPLJKNM");
+}
+
+TEST(WindowMarks, WaitsForTwoSecondsAndForTheLastCaptureOnly) {
+  MarkingProgram program;
+  std::vector<std::string> told;
+  const auto note = [&told](const char* capture) {
+    return [&told, capture](const std::string& letter) { told.push_back(capture + (" " + letter)); };
+  };
+  program.marks.captureLetter(note("first"));
+  program.time.advance(1s);
+  program.marks.captureLetter(note("second"));
+  program.time.advance(2s - 1ms);
+  EXPECT_TRUE(program.press(keyZ));
+  EXPECT_THAT(told, ElementsAre("second Z"));
+  program.marks.captureLetter([&](const std::string&) { program.marks.captureLetter(note("nested")); });
+  EXPECT_TRUE(program.press(keyA));
+  EXPECT_TRUE(program.press(keyM));
+  EXPECT_THAT(told, ElementsAre("second Z", "nested M"));
+  program.marks.captureLetter(note("late"));
+  program.time.advance(2s);
+  EXPECT_FALSE(program.press(keyA));
+  EXPECT_THAT(told, SizeIs(2));
+}
+
+TEST(WindowMarks, LettersThatOthersHaveTakenAreLeftOut) {
+  MarkingProgram program;
+  program.state().takenHotKeys = {{keyA, 0}};
+  std::string pressed;
+  program.marks.captureLetter([&](const std::string& letter) { pressed = letter; });
+  program.press(keyA);
+  EXPECT_EQ(pressed, "");
+  program.press(keyM);
+  EXPECT_EQ(pressed, "M");
+}
+
+TEST(WindowMarks, LettersAreThoseOfTheKeyboard) {
+  EXPECT_EQ(WindowMarks::letter("a"), "A");
+  EXPECT_EQ(WindowMarks::letter("Z"), "Z");
+  for (const auto* const text : {"", "1", "ab", "ä", "@", "[", "`", "{"}) {
+    EXPECT_EQ(WindowMarks::letter(text), std::nullopt) << text;
+  }
+}
+
+TEST(MarkCommands, MarksTheFrontWindowAndGoesBackToIt) {
+  MarkingProgram program;
+  program.commands.setMark();
+  program.desktop.parts().workspace.activate(12);  // the window that was in front when asked is the one
+  EXPECT_TRUE(program.press(keyM));
+  EXPECT_EQ(program.marks.find("M"), (WindowMarks::Mark{111, 11}));
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Press a letter to mark this window", "Marked as M (bookmark.fill)"));
+
+  program.desktop.parts().spaces.switchNow(4);
+  program.commands.jumpToMark();
+  EXPECT_TRUE(program.press(keyM));
+  EXPECT_THAT(program.switches, ElementsAre(program.spaceNumbered(1).id));
+  program.lines.clear();
+  program.time.advance(249ms);
+  EXPECT_THAT(program.take("activateWithOptions"), IsEmpty());
+  program.time.advance(1ms);
+  EXPECT_THAT(program.take("activateWithOptions"), SizeIs(1));
+
+  program.commands.jumpToMark("M");
+  EXPECT_THAT(program.take("activateWithOptions"), SizeIs(1)) << "at once on the active Space";
+  EXPECT_THAT(program.switches, SizeIs(1));
+  program.commands.jumpToMark("Q");
+  program.commands.jumpToMark();
+  EXPECT_TRUE(program.press(keyA));
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Nothing is marked as Q", "Nothing is marked as A"));
+}
+
+TEST(MarkCommands, AMarkFollowsItsWindowAndDiesWithIt) {
+  MarkingProgram program;
+  program.commands.setMark("X");
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Marked as X (bookmark.fill)"));
+  program.state().window(111)->spaces = {3};
+  program.commands.jumpToMark("X");
+  EXPECT_THAT(program.switches, ElementsAre(program.spaceNumbered(3).id));
+  program.time.advance(1s);
+  std::erase_if(program.state().windows, [](const auto& window) { return window.number == 111; });
+  program.lines.clear();
+  program.commands.jumpToMark("X");
+  program.time.advance(1s);
+  EXPECT_THAT(program.lines, IsEmpty());
+}
+
+TEST(MarkCommands, WithoutAWindowThereIsNothingToMark) {
+  MarkingProgram program("{}");
+  program.commands.setMark();
+  program.commands.setMark("A");
+  EXPECT_THAT(program.takeToasts(), ElementsAre("No window to mark", "No window to mark"));
+  EXPECT_FALSE(program.press(keyA)) << "no letter is asked for";
+}
+
+}  // namespace
+}  // namespace tallowin

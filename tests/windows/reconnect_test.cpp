@@ -1,0 +1,249 @@
+// What happens when displays come and go, and after a restart of the computer.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/windows/windows_program.h"
+#include "windows/display_set_watch.h"
+#include "windows/reconnect_restore.h"
+#include "windows/restart_offer.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// built-in: [1] 2      external: [3] 4
+constexpr auto docked = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111", "displays": [
+    {"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "bounds": [0, 0, 800, 600], "builtin": true},
+    {"id": 2, "uuid": "22222222-2222-4222-8222-222222222222", "bounds": [800, 0, 800, 600]}],
+  "managedDisplaySpaces": [
+    {"Display Identifier": "11111111-1111-4111-8111-111111111111", "Current Space": {"ManagedSpaceID": 1},
+     "Spaces": [{"ManagedSpaceID": 1, "uuid": "one"}, {"ManagedSpaceID": 2, "uuid": "two"}]},
+    {"Display Identifier": "22222222-2222-4222-8222-222222222222", "Current Space": {"ManagedSpaceID": 3},
+     "Spaces": [{"ManagedSpaceID": 3, "uuid": "three"}, {"ManagedSpaceID": 4, "uuid": "four"}]}],
+  "applications": [{"name": "A", "pid": 11, "bundleID": "app.a"}],
+  "windows": [{"number": 41, "pid": 11, "title": "far", "space": 4}, {"number": 11, "pid": 11, "space": 1}],
+  "uptime": UPTIME})";
+
+std::string dockedFor(int uptime) {
+  std::string scenario = docked;
+  return scenario.replace(scenario.find("UPTIME"), 6, std::to_string(uptime));
+}
+
+/// A program whose user plugs an external display in and out.
+struct DockingProgram : WindowsProgram {
+  explicit DockingProgram(int uptime = 3600) : WindowsProgram(dockedFor(uptime)) {
+    watch.onChange = [this] { reconnect.displaysChanged(); };
+    watch.onSettled = [this](const DisplaySet& before, const DisplaySet& now) {
+      settled.push_back(std::to_string(before.identifiers.size()) + " to " + std::to_string(now.identifiers.size()));
+      reconnect.displaysSettled(before, now);
+    };
+    watch.start();
+  }
+
+  void unplug() { desktop.parts().disconnectDisplay(external.id); }
+  void plugIn() { desktop.parts().connectDisplay(external); }
+
+  /// The layout is saved; then the display goes, and the window that was on it ends up on Space 2.
+  void undock() {
+    layouts->save("auto", snapshot());
+    unplug();
+    state().window(41)->spaces = {2};
+    time.advance(60s);
+    settled.clear();
+    lines.clear();
+  }
+
+  [[nodiscard]] std::vector<std::string> takeSettled() { return std::exchange(settled, {}); }
+
+  const SimulatedDisplay external = state().displays.at(1);
+  std::vector<std::string> settled;
+  DisplaySetWatch watch{
+      {desktop.displays(), desktop.defaultNotifications(), time, [this] { return this->snapshot(); }}};
+  ReconnectRestore reconnect{
+      {*layouts, contents, settings, desktop.toasts(), time, [this] { return this->snapshot(); }}};
+};
+
+TEST(ReconnectRestore, WindowsReturnThreeSecondsAfterTheDisplay) {
+  DockingProgram program;
+  program.undock();
+  program.plugIn();
+  program.time.advance(2s - 1ms);
+  EXPECT_FALSE(program.watch.isSettled());
+  EXPECT_THAT(program.takeSettled(), IsEmpty());
+  program.time.advance(1ms);
+  EXPECT_TRUE(program.watch.isSettled());
+  EXPECT_THAT(program.takeSettled(), ElementsAre("1 to 2"));
+  program.time.advance(1s - 1ms);
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(2));
+  program.time.advance(1ms);
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(4));
+  program.time.advance(1s);
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Restored 1 windows to your external display (display.2)"));
+
+  program.time.advance(10s);
+  program.state().window(41)->spaces = {1};
+  program.watch.look();  // systems report the same set again long after
+  program.desktop.parts().defaultNotifications.post(
+      {NotificationName::NSApplicationDidChangeScreenParametersNotification, std::nullopt});
+  program.time.advance(10s);
+  EXPECT_THAT(program.takeSettled(), IsEmpty());
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(1)) << "the user has moved it meanwhile";
+}
+
+TEST(ReconnectRestore, SixtyChangesInTwoSecondsAreOne) {
+  DockingProgram program;
+  program.undock();
+  for (int i = 0; i < 60; ++i) {
+    (i % 2 == 0) ? program.plugIn() : program.unplug();
+    program.time.advance(33ms);
+  }
+  program.plugIn();
+  program.time.advance(3s - 1ms);
+  EXPECT_THAT(program.takeSettled(), ElementsAre("1 to 2"));
+  EXPECT_THAT(program.spacesOf(41), testing::Not(ElementsAre(4)));
+  program.time.advance(1s);
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(4));
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Restored 1 windows to your external display (display.2)"));
+}
+
+TEST(ReconnectRestore, ANewerChangeReplacesARestoreThatWaits) {
+  DockingProgram program;
+  program.undock();
+  program.plugIn();
+  program.time.advance(2500ms);
+  program.unplug();
+  program.time.advance(10s);
+  EXPECT_THAT(program.takeSettled(), ElementsAre("1 to 2", "2 to 1"));
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(2)) << "there are not more displays than before";
+
+  program.plugIn();
+  program.time.advance(2500ms);
+  program.unplug();
+  program.time.advance(100ms);
+  program.plugIn();  // a loose plug
+  program.time.advance(3s - 1ms);
+  EXPECT_THAT(program.takeSettled(), ElementsAre("1 to 2", "2 to 2"));
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(2));
+  program.time.advance(1ms);
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(4)) << "the restore was still owed";
+}
+
+TEST(ReconnectRestore, HappensOnlyWhenWantedAndPossible) {
+  const std::pair<const char*, std::function<void(DockingProgram&)>> cases[] = {
+      {"switched off", [](auto& program) { program.preferences.setObject("restoreOnDisplayReconnect", false); }},
+      {"no layout",
+       [](auto& program) {
+         for (const auto& name : program.desktop.files().list(layoutFolder)) {
+           program.desktop.parts().files.take(layoutFolder + name);
+         }
+       }},
+      {"a broken layout",
+       [](auto& program) {
+         for (const auto& name : program.desktop.files().list(layoutFolder)) {
+           program.desktop.parts().files.corrupt(layoutFolder + name);
+         }
+       }},
+      {"the windows are where they should be", [](auto& program) { program.state().window(41)->spaces = {4}; }},
+  };
+  for (const auto& [what, prepare] : cases) {
+    DockingProgram program;
+    program.undock();
+    prepare(program);
+    const auto before = program.spacesOf(41);
+    program.plugIn();
+    program.time.advance(10s);
+    EXPECT_EQ(program.spacesOf(41), before) << what;
+    EXPECT_THAT(program.takeToasts(), IsEmpty()) << what;
+  }
+}
+
+TEST(ReconnectRestore, NothingIsSavedByItselfUntilTheWindowsAreBack) {
+  DockingProgram program;
+  program.undock();
+  program.plugIn();
+  program.layouts->startAutoSave([&] { return program.snapshot(); });
+  for (int i = 0; i < 299; ++i) {  // the display flickers for five minutes
+    program.time.advance(1s);
+    program.unplug();
+    program.plugIn();
+  }
+  program.time.advance(3s - 1ms);  // over the first save, due at five minutes
+  const auto setup = program.layouts->displaySetup(program.snapshot());
+  EXPECT_EQ(program.layouts->load("auto-setup", setup)->entries.at(0).spaceUUID, "four");
+  program.time.advance(1s);
+  EXPECT_THAT(program.spacesOf(41), ElementsAre(4));
+  program.state().window(41)->spaces = {1};
+  program.time.advance(300s);
+  EXPECT_EQ(program.layouts->load("auto-setup", setup)->entries.at(0).spaceUUID, "one") << "not held for good";
+}
+
+TEST(DisplaySetWatch, SleepingDisplaysAreNoChange) {
+  DockingProgram program;
+  const auto displays = std::exchange(program.state().displays, {});
+  const auto list = std::exchange(program.state().spaces, RawSpaces(PropertyList::array()));
+  program.watch.look();
+  program.time.advance(1h);
+  program.state().displays = displays;
+  program.state().spaces = list;
+  program.watch.look();
+  program.time.advance(1h);
+  EXPECT_THAT(program.takeSettled(), IsEmpty());
+}
+
+/// A program that was started so many seconds after its machine.
+struct RestartedProgram : DockingProgram {
+  explicit RestartedProgram(int uptime) : DockingProgram(uptime) {
+    layouts->save("auto", snapshot());
+    state().window(41)->spaces = {1};
+    readWindows();
+    lines.clear();
+    offer.start();
+  }
+
+  RestartOffer offer{{*layouts, desktop.alerts(), desktop.workspace(), desktop.system(), time, time,
+                      [this] { return this->snapshot(); }}};
+};
+
+TEST(RestartOffer, AsksAfter45SecondsOnMachinesJustRestarted) {
+  for (const auto& [uptime, asks] :
+       {std::pair(60, true), std::pair(895, true), std::pair(900, false), std::pair(1200, false)}) {
+    RestartedProgram program(uptime);
+    program.time.advance(45s - 1ms);
+    EXPECT_THAT(program.take("alert"), IsEmpty());
+    program.time.advance(1ms);
+    EXPECT_EQ(program.take("alert").size(), asks ? 1U : 0U) << uptime;
+  }
+}
+
+TEST(RestartOffer, OnlyTheFirstButtonRestores) {
+  const std::pair<std::optional<std::string>, ManagedSpaceID> cases[] = {
+      {"Restore", 4}, {"Not Now", 1}, {std::nullopt, 1}};
+  for (const auto& [button, space] : cases) {
+    RestartedProgram program(60);
+    program.time.advance(45s);
+    const auto lines = program.lines;
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("activateWithOptions")));
+    const auto alerts = program.take("alert");
+    ASSERT_EQ(alerts.size(), 1U);
+    EXPECT_THAT(alerts[0].dump(), HasSubstr("Put your windows back on their Spaces?"));
+    EXPECT_THAT(alerts[0].dump(), HasSubstr("Tallowin saved where 2 windows were before your Mac restarted."));
+    EXPECT_THAT(alerts[0].dump(), HasSubstr(R"(["Restore","Not Now"])"));
+    program.desktop.parts().alerts.answer(button);
+    program.time.advance(1s);
+    EXPECT_THAT(program.spacesOf(41), ElementsAre(space));
+  }
+  RestartedProgram program(60);
+  for (const auto& name : program.desktop.files().list(layoutFolder)) {
+    program.desktop.parts().files.take(layoutFolder + name);
+  }
+  program.time.advance(60s);
+  EXPECT_THAT(program.take("alert"), IsEmpty()) << "there is nothing to restore";
+}
+
+}  // namespace
+}  // namespace tallowin

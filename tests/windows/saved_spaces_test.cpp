@@ -1,0 +1,188 @@
+// Saving a Space and closing its windows, and reopening it, on a simulated desktop.
+
+#include "windows/saved_spaces.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "base/json_text.h"
+#include "tests/windows/windows_program.h"
+#include "windows/saved_space_commands.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+
+constexpr auto workingDesktop = R"({"start": "2026-03-02T09:00:00Z",
+  "applications": [
+    {"name": "Mail", "pid": 11, "bundleID": "app.mail"}, {"name": "Safari", "pid": 12, "bundleID": "com.apple.Safari"},
+    {"name": "Chrome", "pid": 13, "bundleID": "com.google.Chrome"}, {"name": "Anonymous", "pid": 14}],
+  "windows": [
+    {"number": 1, "pid": 11, "frame": [0, 30, 500, 400]}, {"number": 2, "pid": 12, "frame": [10, 30, 500, 400]},
+    {"number": 3, "pid": 11, "frame": [20, 30, 500, 400]}, {"number": 4, "pid": 14}, {"number": 5, "pid": 13},
+    {"number": 6, "pid": 11, "space": 2}]})";
+
+const std::string file = "/home/user/.local/share/Tallowin/saved-spaces.json";
+
+constexpr auto earlierRecord = R"([{"id": "7C0E2B4A-93D1-4F6E-8A05-1B2C3D4E5F60", "name": "Earlier",
+  "savedAt": "2026-01-01T00:00:00Z", "apps": ["app.mail"], "colour": "of a newer version"}])";
+
+/// A program with the user's commands and two browsers, of which only Safari tells its tabs.
+struct SavingProgram : WindowsProgram {
+  SavingProgram() : WindowsProgram(workingDesktop) {}
+
+  void saveAndClose(ManagedSpaceID space) {
+    lines.clear();
+    commands.saveAndClose(spaceNumbered(space));
+  }
+
+  /// The applications and URLs opened since the last look at the journal.
+  [[nodiscard]] std::vector<std::string> takeOpened() {
+    std::vector<std::string> opened;
+    for (const auto& line : std::exchange(lines, {})) {
+      const auto record = PropertyList::parse(line);
+      if (record["op"] == "openApplicationAtURL") {
+        opened.push_back(record["application"]);
+      } else if (record["op"] == "openURL") {
+        opened.push_back(record["url"]);
+      }
+    }
+    return opened;
+  }
+
+  std::map<std::string, std::vector<std::string>> tabs = {{"com.apple.Safari", {"https://a.example", "about:b"}},
+                                                          {"com.google.Chrome", {}}};
+  std::mt19937_64 random{1};
+  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
+                   "/home/user/.local/share/Tallowin/spaces.json"};
+  SavedSpaces savedSpaces{{store, contents, desktop.accessibility(), bridge, desktop.workspace(), desktop.files(),
+                           paths, time, desktop.log()},
+                          {[this](const std::string& bundleID) { return tabs.contains(bundleID); },
+                           [this](const std::string& bundleID) { return tabs.at(bundleID); }},
+                          [this] { return random(); }};
+  SavedSpaceCommands commands{savedSpaces, desktop.toasts()};
+};
+
+TEST(SavedSpaces, SavesClosesAndReopens) {
+  SavingProgram program;
+  program.store.setName("Büro", program.spaceNumbered(1).id);
+  program.saveAndClose(1);
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Saved Büro with 3 apps and closed its windows (archivebox)"));
+  std::vector<WindowNumber> left;
+  std::ranges::transform(program.state().windows, std::back_inserter(left), &SimulatedWindow::number);
+  EXPECT_THAT(left, ElementsAre(6U));
+
+  const auto list = program.savedSpaces.list();
+  ASSERT_THAT(list, SizeIs(1));
+  EXPECT_THAT(list[0].id, MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
+  EXPECT_EQ(list[0].name, "Büro");
+  EXPECT_THAT(program.fileText(file), HasSubstr("\"savedAt\": \"2026-03-02T09:00:00Z\""));
+  EXPECT_THAT(list[0].apps, ElementsAre("app.mail", "com.apple.Safari", "com.google.Chrome"));
+  EXPECT_THAT(list[0].urls, ElementsAre("https://a.example", "about:b"));
+  EXPECT_THAT(list[0].frames.at("app.mail"), ElementsAre(CGRect{{0, 30}, {500, 400}}, CGRect{{20, 30}, {500, 400}}));
+  EXPECT_THAT(list[0].frames, SizeIs(3));
+
+  EXPECT_EQ(program.savedSpaces.named("büRO"), list[0]);
+  EXPECT_EQ(program.savedSpaces.named("Office"), std::nullopt);
+  program.lines.clear();
+  program.commands.reopen(list[0]);
+  const auto lines = program.lines;
+  EXPECT_THAT(program.takeOpened(),
+              ElementsAre("/Applications/Mail.app", "/Applications/Chrome.app", "https://a.example", "about:b"))
+      << "Safari comes with its tabs; Chrome, which told none, by itself";
+  program.lines = lines;
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Reopening Büro (archivebox)"));
+}
+
+TEST(SavedSpaces, RecordsOfOtherVersionsReopenToo) {
+  SavingProgram program;
+  SavedSpace space;
+  space.apps = {"com.apple.Safari", "app.gone", "app.mail"};
+  program.savedSpaces.restore(space);
+  EXPECT_THAT(program.takeOpened(), ElementsAre("/Applications/Safari.app", "/Applications/Mail.app"))
+      << "no tab would open the browser";
+}
+
+TEST(SavedSpaces, AnEmptySpaceIsNotSaved) {
+  SavingProgram program;
+  program.saveAndClose(3);
+  EXPECT_THAT(program.takeToasts(), ElementsAre("! This Space has no windows to save"));
+  EXPECT_EQ(program.fileText(file), "none");
+}
+
+TEST(SavedSpaces, RecordsAddUpAndKeepWhatNewerVersionsWrote) {
+  SavingProgram program;
+  program.desktop.parts().files.overwrite(file, earlierRecord);
+  program.saveAndClose(1);
+  program.readWindows();
+  program.saveAndClose(2);
+  const auto list = program.savedSpaces.list();
+  ASSERT_THAT(list, SizeIs(3));
+  EXPECT_EQ(list[0].name, "Earlier");
+  EXPECT_NE(list[1].id, list[2].id);
+  EXPECT_THAT(program.fileText(file), HasSubstr("of a newer version"));
+}
+
+TEST(SavedSpaces, AFileThatCannotBeUnderstoodIsKeptAside) {
+  const std::string contents[] = {
+      "",
+      "{}",
+      "[{\"id\": 1}]",
+      R"([{"id": "x", "name": "n", "savedAt": "2026-01-01T00:00:00Z", "frames": {"a": [[1, 2]]}}])",
+      R"([{"id": "x", "name": "n", "savedAt": "2026-01-01T00:00:00Z", "frames": []}])",
+      R"([{"id": "x", "name": "n", "savedAt": "2026-01-01T00:00:00Z", "apps": "all"}])",
+      std::string(100'000, '['),
+  };
+  for (const auto& content : contents) {
+    SavingProgram program;
+    program.desktop.parts().files.overwrite(file, content);
+    EXPECT_THAT(program.savedSpaces.list(), IsEmpty());
+    EXPECT_EQ(program.fileText(file), content) << "looking changes nothing";
+    program.saveAndClose(1);
+    EXPECT_THAT(program.savedSpaces.list(), SizeIs(1));
+    EXPECT_EQ(program.fileText(file + ".unreadable-20260302T090000Z"), content);
+  }
+}
+
+TEST(SavedSpaces, WhatCouldNotBeSavedIsNotClosed) {
+  const std::pair<const char*, std::function<void(SimulatedFiles&)>> cases[] = {
+      {"a full disk", [](SimulatedFiles& files) { files.setDiskFull(true); }},
+      {"a file that may not be written", [](SimulatedFiles& files) { files.setUnwritable(file, true); }},
+      {"one that can be neither understood nor kept aside",
+       [](SimulatedFiles& files) {
+         files.overwrite(file, "?");
+         files.setUnwritable("/home/user/.local/share/Tallowin", true);
+       }},
+  };
+  for (const auto& [what, prepare] : cases) {
+    SavingProgram program;
+    prepare(program.desktop.parts().files);
+    const auto before = program.fileText(file);
+    program.saveAndClose(1);
+    const auto lines = program.lines;
+    EXPECT_THAT(program.takeToasts(), ElementsAre("! This Space could not be saved")) << what;
+    program.lines = lines;
+    EXPECT_THAT(program.takeLog(), ElementsAre(AllOf(HasSubstr("cannot write"), HasSubstr(file)))) << what;
+    EXPECT_EQ(program.fileText(file), before) << what;
+    EXPECT_THAT(program.state().windows, SizeIs(6)) << what;
+  }
+}
+
+TEST(RandomUUID, HasItsVersionAndVariantWhateverTheBits) {
+  EXPECT_EQ(randomUUID([] { return std::uint64_t{0}; }), "00000000-0000-4000-8000-000000000000");
+  EXPECT_EQ(randomUUID([] { return ~std::uint64_t{0}; }), "FFFFFFFF-FFFF-4FFF-BFFF-FFFFFFFFFFFF");
+  std::uint64_t next = 0x0123'4567'89AB'CDEF;
+  EXPECT_EQ(randomUUID([&next] { return std::exchange(next, 0xFEDC'BA98'7654'3210); }),
+            "01234567-89AB-4DEF-BEDC-BA9876543210");
+}
+
+}  // namespace
+}  // namespace tallowin

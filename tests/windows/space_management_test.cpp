@@ -1,0 +1,268 @@
+// Adding and removing desktops: against the emulated Mission Control, and against trees of elements made for the test.
+
+#include "windows/space_management.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/simulated/simulated_parts.h"
+#include "tests/simulated_program.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// An element with the attributes that it was given, which notes that it was pressed.
+struct Node : AXElementHandle {
+  std::map<std::string, AXValue, std::less<>> attributes;
+  mutable int pressed = 0;
+};
+
+/// The Dock's tree as a test makes it; everything else is as simulated.
+class DockTree : public Accessibility {
+ public:
+  explicit DockTree(std::shared_ptr<Node> root) : root_(std::move(root)) {}
+
+  bool AXIsProcessTrusted() override { return true; }
+  bool AXIsProcessTrustedWithOptions(bool /*prompt*/) override { return true; }
+  AXUIElement AXUIElementCreateApplication(ProcessID /*pid*/) override { return root_; }
+  void AXUIElementSetMessagingTimeout(const AXUIElement& /*element*/, Duration timeout) override {
+    EXPECT_EQ(timeout, 250ms);
+  }
+  AXValue AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view attribute) override {
+    const auto& attributes = static_cast<const Node&>(*element).attributes;
+    const auto found = attributes.find(attribute);
+    return found != attributes.end() ? found->second : AXValue();
+  }
+  bool AXUIElementSetAttributeValue(const AXUIElement& /*element*/, std::string_view /*attribute*/,
+                                    const AXValue& /*value*/) override {
+    return false;
+  }
+  bool AXUIElementPerformAction(const AXUIElement& element, std::string_view action) override {
+    EXPECT_EQ(action, "AXPress");
+    ++static_cast<const Node&>(*element).pressed;
+    return true;
+  }
+
+ private:
+  std::shared_ptr<Node> root_;
+};
+
+using NodePtr = std::shared_ptr<Node>;
+
+NodePtr node(const char* role, const char* title, const char* description, const std::vector<AXUIElement>& children) {
+  auto result = std::make_shared<Node>();
+  result->attributes = {{"AXRole", role}, {"AXTitle", title}, {"AXDescription", description}, {"AXChildren", children}};
+  return result;
+}
+
+NodePtr button(const char* title, const char* description) {
+  return node("AXButton", title, description, {});
+}
+
+struct ManagingProgram : SimulatedProgram {
+  explicit ManagingProgram(std::string_view scenarioJSON, NodePtr root = nullptr)
+      : SimulatedProgram(scenarioJSON), tree(root) {
+    management.emplace(SpaceManagement::Services{
+        bridge, desktop.workspace(), root != nullptr ? tree : desktop.accessibility(), desktop.events(), time});
+    lines.clear();
+  }
+
+  /// Notes the outcome with its time in milliseconds.
+  SpaceManagement::Completion noted() {
+    return [this](SpaceManagement::Result result) {
+      const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(time.elapsed()).count();
+      outcomes.push_back(std::to_string(now) + ": " + (result ? "done" : std::string(description(result.error()))));
+    };
+  }
+
+  [[nodiscard]] std::vector<ManagedSpaceID> spaces() {
+    std::vector<ManagedSpaceID> ids;
+    for (const auto& space : snapshot().allSpaces()) {
+      ids.push_back(space.managedID);
+    }
+    return ids;
+  }
+
+  /// What was done to the Dock, the keyboard and the mouse, in a few words each.
+  [[nodiscard]] std::vector<std::string> takeDeeds() {
+    std::vector<std::string> deeds;
+    for (const auto& line : std::exchange(lines, {})) {
+      const auto record = nlohmann::json::parse(line);
+      const auto op = record["op"].get<std::string>();
+      if (op == "CoreDockSendNotification") {
+        deeds.push_back("notify " + record["name"].get<std::string>());
+      } else if (op == "AXUIElementPerformAction") {
+        deeds.push_back("press " + record["element"].value("AXDescription", record["element"].value("AXTitle", "")));
+      } else if (op == "CGWarpMouseCursorPosition") {
+        deeds.push_back("warp " + record["position"].dump());
+      } else if (op == "CGEventPost" && record.contains("keyCode")) {
+        deeds.push_back("key " + record["keyCode"].dump() + (record["down"] == true ? " down" : " up"));
+      } else if (op == "CGEventPost") {
+        deeds.push_back(record["type"].get<std::string>() + " " + record["location"].dump());
+      }
+    }
+    return deeds;
+  }
+
+  DockTree tree;
+  std::vector<std::string> outcomes;
+  std::optional<SpaceManagement> management;
+};
+
+constexpr auto opening = "notify com.apple.expose.awake";
+
+TEST(SpaceManagement, AddsADesktopAndLeavesMissionControl) {
+  ManagingProgram program("{}");
+  program.management->addDesktop(program.noted());
+  program.time.advance(3s);
+  EXPECT_THAT(program.outcomes, ElementsAre("950: done"));
+  EXPECT_THAT(program.spaces(), ElementsAre(1, 2, 3, 4, 5));
+  EXPECT_THAT(program.takeDeeds(), ElementsAre(opening, "press add desktop", "key 53 down", "key 53 up"));
+  EXPECT_FALSE(program.desktop.parts().missionControl.isOpen());
+}
+
+TEST(SpaceManagement, UsesAMissionControlThatIsOpenAlready) {
+  ManagingProgram program("{}");
+  program.bridge.CGSBridgeDockNotify("com.apple.expose.awake");
+  program.time.advance(1s);
+  program.lines.clear();
+  program.management->addDesktop(program.noted());
+  program.time.advance(1s);
+  EXPECT_THAT(program.outcomes, ElementsAre("1500: done"));
+  EXPECT_THAT(program.takeDeeds(), ElementsAre("press add desktop", "key 53 down", "key 53 up"));
+}
+
+TEST(SpaceManagement, WaitsForASlowMissionControlButNotForever) {
+  ManagingProgram slow(R"({"missionControl": {"openingTime": 2.44}})");
+  slow.management->addDesktop(slow.noted());
+  slow.time.advance(5s);
+  EXPECT_THAT(slow.outcomes, ElementsAre("2950: done"));
+
+  ManagingProgram never(R"({"missionControl": {"opens": false}})");
+  never.management->removeDesktop(1, never.noted());
+  never.time.advance(5s);
+  EXPECT_THAT(never.outcomes, ElementsAre("2450: Mission Control could not be opened."));
+  EXPECT_THAT(never.takeDeeds(), ElementsAre(opening)) << "no Escape for what never opened";
+}
+
+TEST(SpaceManagement, RemovesADesktopByTheCloseButtonThatHoveringShows) {
+  ManagingProgram program(R"({"pointer": [3, 4]})");
+  program.management->removeDesktop(2, program.noted());
+  program.time.advance(5s);
+  EXPECT_THAT(program.outcomes, ElementsAre("1750: done"));
+  EXPECT_THAT(program.spaces(), ElementsAre(1, 3, 4));
+  const auto deeds = program.takeDeeds();
+  ASSERT_EQ(deeds.size(), 7U);
+  EXPECT_EQ(deeds[1].substr(0, 4), "warp");
+  EXPECT_EQ(deeds[2], "mouseMoved" + deeds[1].substr(4));
+  EXPECT_EQ(deeds[3], "press Remove Desktop");
+  EXPECT_EQ(deeds[4], "warp [3.0,4.0]");
+  EXPECT_EQ(deeds[6], "key 53 up");
+}
+
+TEST(SpaceManagement, ClicksTheBadgeWhereThereIsNoCloseButton) {
+  ManagingProgram program(R"({"missionControl": {"closeButtons": false}})");
+  program.management->removeDesktop(3, program.noted());
+  program.time.advance(5s);
+  EXPECT_THAT(program.outcomes, ElementsAre("1750: done"));
+  EXPECT_THAT(program.spaces(), ElementsAre(1, 2, 4));
+}
+
+TEST(SpaceManagement, WhatIsNotThereIsSaidAndMissionControlClosed) {
+  ManagingProgram program(R"({"missionControl": {"addButton": false}})");
+  program.management->removeDesktop(7, program.noted());
+  program.time.advance(5s);
+  program.management->addDesktop(program.noted());
+  program.time.advance(5s);
+  EXPECT_THAT(program.outcomes, ElementsAre("450: That desktop was not found in Mission Control.",
+                                            "5450: Mission Control's add-desktop button was not found."));
+  EXPECT_THAT(program.takeDeeds(),
+              ElementsAre(opening, "key 53 down", "key 53 up", opening, "key 53 down", "key 53 up"));
+  EXPECT_FALSE(program.desktop.parts().missionControl.isOpen());
+}
+
+TEST(SpaceManagement, RefusesASecondOperationWhileOneRuns) {
+  ManagingProgram program("{}");
+  program.management->addDesktop([&](SpaceManagement::Result) {
+    EXPECT_FALSE(program.management->isBusy());
+    program.management->removeDesktop(1, program.noted());
+  });
+  program.time.advance(500ms);
+  program.management->addDesktop(program.noted());
+  EXPECT_THAT(program.outcomes, ElementsAre("500: Mission Control could not be opened."));
+  program.time.advance(5s);
+  EXPECT_EQ(program.outcomes.size(), 2U) << "the one begun by the first one's completion ran";
+  EXPECT_THAT(program.spaces(), ElementsAre(2, 3, 4, 5));
+}
+
+TEST(SpaceManagement, NothingIsDoneAfterItsEnd) {
+  ManagingProgram program("{}");
+  program.management->addDesktop(program.noted());
+  program.time.advance(500ms);
+  program.management.reset();
+  program.lines.clear();
+  program.time.advance(5s);
+  EXPECT_THAT(program.outcomes, IsEmpty());
+  EXPECT_THAT(program.takeDeeds(), IsEmpty());
+}
+
+TEST(SpaceManagement, FindsButtonsOfTheBarAndNoOthers) {
+  const auto outside = button("", "add desktop");
+  const auto icon = button("", "add desktop");
+  const auto tooDeep = button("", "add desktop");
+  const auto deepest = button("", "add desktop");
+  const auto bar =
+      node("AXGroup", "Spaces Bar", "",
+           {node("AXDockItem", "", "", {icon}),
+            // The bar is at depth 2, so that this group's child's child is at depth 5.
+            node("AXGroup", "", "",
+                 {node("AXGroup", "", "", {node("AXList", "", "", {node("AXGroup", "", "", {tooDeep}), deepest})})})});
+  ManagingProgram program("{}", node("AXApplication", "Dock", "", {outside, node("AXGroup", "", "", {bar})}));
+  program.management->addDesktop(program.noted());
+  program.time.advance(1s);
+  EXPECT_THAT(program.outcomes, ElementsAre("500: done"));
+  EXPECT_EQ(deepest->pressed, 1);
+  EXPECT_EQ(outside->pressed + icon->pressed + tooDeep->pressed, 0);
+
+  ManagingProgram barless("{}", node("AXApplication", "Dock", "", {outside}));
+  barless.management->addDesktop(barless.noted());
+  barless.time.advance(5s);
+  EXPECT_THAT(barless.outcomes, ElementsAre("2450: Mission Control could not be opened."));
+}
+
+TEST(SpaceManagement, PrefersTitlesToDescriptionsAndBearsElementsThatDie) {
+  const auto described = button("", "Desktop 2");
+  const auto titled = button("Desktop 2", "");
+  const auto close = button("", "CLOSE this Desktop");
+  for (const auto& element : {described, titled}) {
+    element->attributes["AXPosition"] = element == titled ? CGPoint{100, 200} : CGPoint{0, 0};
+    element->attributes["AXSize"] = CGSize{40, 20};
+  }
+  const auto dock = node("AXApplication", "Dock", "", {node("AXGroup", "Spaces Bar", "", {described, titled, close})});
+  ManagingProgram program("{}", dock);
+  program.management->removeDesktop(2, program.noted());
+  EXPECT_EQ(program.takeDeeds().front(), "warp [120.0,210.0]");
+  dock->attributes["AXChildren"] = std::monostate();  // the Dock restarts
+  program.time.advance(3s);
+  EXPECT_EQ(close->pressed, 0);
+  EXPECT_THAT(program.outcomes, ElementsAre("1300: done"));
+  EXPECT_THAT(program.takeDeeds(), testing::IsSupersetOf({"leftMouseDown [106.0,206.0]", "leftMouseUp [106.0,206.0]"}));
+
+  titled->attributes.erase("AXSize");
+  dock->attributes["AXChildren"] =
+      std::vector<AXUIElement>{node("AXGroup", "Spaces Bar", "", {described, titled, nullptr, close})};
+  program.management->removeDesktop(2, program.noted());
+  EXPECT_EQ(program.outcomes.back(), "3000: That desktop was not found in Mission Control.");
+  titled->attributes.clear();
+  program.management->removeDesktop(2, program.noted());
+  program.time.advance(3s);
+  EXPECT_EQ(program.outcomes.back(), "4300: done") << "by its description";
+  EXPECT_EQ(close->pressed, 1);
+}
+
+}  // namespace
+}  // namespace tallowin

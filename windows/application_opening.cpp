@@ -1,0 +1,20 @@
+#include "windows/application_opening.h"
+
+namespace tallowin {
+
+void openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category) {
+  const auto application = workspace.URLForApplicationWithBundleIdentifier(bundleID);
+  if (!application) {
+    log.info(category, "no application " + bundleID + " to open");
+    return;
+  }
+  workspace.openApplicationAtURL(
+      *application, OpenConfiguration(),
+      [&log, category = std::string(category), bundleID](std::expected<void, std::string> opened) {
+        if (!opened) {
+          log.error(category, "cannot open " + bundleID + ": " + opened.error());
+        }
+      });
+}
+
+}  // namespace tallowin

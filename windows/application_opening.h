@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/log.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// Opens and activates the application with this bundle identifier. That it is not installed or cannot be opened is
+/// logged under `category`. `log` must outlive the opening. Main thread only.
+void openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category);
+
+}  // namespace tallowin

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "core/space.h"
+#include "platform/displays.h"
+
+namespace tallowin {
+
+/// Where the windows of one Space go before its display is unplugged.
+struct SpaceEjection {
+  Space from;
+  Space to;
+  bool operator==(const SpaceEjection&) const = default;
+};
+
+/// The display that stays: the first built-in one of the snapshot, else the one with the menu bar. Nothing only without
+/// displays.
+[[nodiscard]] std::optional<DisplaySpaces> homeDisplay(Displays& displays, const SpaceSnapshot& snapshot);
+
+/// For every other display, where the windows of its ordinary Spaces go: the Space at one position to the home
+/// display's ordinary Space at the same position, or to the last one when it has fewer. Empty when it has none.
+[[nodiscard]] std::vector<SpaceEjection> planEjection(const SpaceSnapshot& snapshot, const DisplaySpaces& home);
+
+}  // namespace tallowin

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/settings.h"
+#include "core/space.h"
+#include "platform/system.h"
+#include "platform/workspace.h"
+#include "windows/ax.h"
+#include "windows/space_contents.h"
+#include "windows/window_mover.h"
+
+namespace tallowin {
+
+/// Remembers which window of each Space had the focus, and gives it back on return. In memory only. Main thread only.
+class FocusMemory {
+ public:
+  /// From entering a Space to giving the focus back: the system chooses a window of its own first.
+  static constexpr Duration delay = std::chrono::milliseconds(200);
+
+  struct Services {
+    Workspace& workspace;
+    Accessibility& accessibility;
+    WindowServer& windowServer;
+    System& system;
+    WindowMover& mover;
+    const Settings& settings;
+    MainQueue& mainQueue;
+  };
+
+  /// A window of an application.
+  struct Remembered {
+    WindowNumber id = 0;
+    ProcessID pid = 0;
+    bool operator==(const Remembered&) const = default;
+  };
+
+  explicit FocusMemory(Services services);
+  FocusMemory(const FocusMemory&) = delete;
+  FocusMemory& operator=(const FocusMemory&) = delete;
+
+  /// To be called before the Space is left: notes the focused window, unless it is one of this program's own.
+  void leaving(const Space& space);
+
+  /// To be called after the Space was entered. While the setting "restoreFocus" is on, the remembered window is raised
+  /// 0.2 seconds from now, unless it is gone or a window of the Space has the focus by then. Whatever an earlier call
+  /// is still waiting for is given up. `contents` must outlive this object.
+  void entered(const Space& space, const SpaceContents& contents);
+
+  /// The window that would be raised on entering a Space, by Space::id.
+  [[nodiscard]] std::optional<Remembered> lastWindow(const std::string& spaceID) const;
+
+ private:
+  void restore(const Space& space, const SpaceContents& contents);
+  [[nodiscard]] bool focusIsAmong(const std::vector<WindowInfo>& windows) const;
+
+  const Services services_;
+  const AX ax_;
+  std::map<std::string, Remembered> lastWindow_;
+  WorkItem waiting_;
+};
+
+}  // namespace tallowin

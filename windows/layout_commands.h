@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/toasts.h"
+#include "windows/layout_manager.h"
+
+namespace tallowin {
+
+/// The user's commands about window layouts, with what the user is told of them. Main thread only.
+class LayoutCommands {
+ public:
+  LayoutCommands(LayoutManager& layouts, Toasts& toasts) : layouts_(layouts), toasts_(toasts) {}
+
+  /// Saves the layout "manual" for the displays that are connected.
+  void saveLayout(const SpaceSnapshot& snapshot);
+
+  /// Puts windows back as "manual" has them, or "auto" if that was never saved for these displays.
+  void restoreLayout(const SpaceSnapshot& snapshot);
+
+  /// Gathers all windows on the display that stays when the others are unplugged.
+  void eject(const SpaceSnapshot& snapshot);
+
+ private:
+  LayoutManager& layouts_;
+  Toasts& toasts_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/space.h"
+#include "platform/clock.h"
+#include "platform/displays.h"
+#include "platform/main_queue.h"
+#include "windows/layout_files.h"
+#include "windows/move_tally.h"
+#include "windows/space_contents.h"
+#include "windows/window_layout.h"
+#include "windows/window_mover.h"
+
+namespace tallowin {
+
+/// Remembers which window stood where, for each set of displays, and puts windows back. Main thread only.
+class LayoutManager {
+ public:
+  static constexpr Duration autoSaveInterval = std::chrono::seconds(300);
+
+  /// Told once how many windows were moved to another Space, after the last of the moves that were started; never
+  /// inside the call, and not at all when the manager or the mover is destroyed before.
+  using Completion = MoveTally::Completion;
+
+  struct Services {
+    WindowMover& mover;
+    SpaceContents& contents;
+    Accessibility& accessibility;
+    WindowServer& windowServer;
+    Displays& displays;
+    Files& files;
+    const AppPaths& paths;
+    const Settings& settings;
+    MainQueue& mainQueue;
+    const Clock& clock;
+    Log& log;
+  };
+
+  explicit LayoutManager(Services services);
+  LayoutManager(const LayoutManager&) = delete;
+  LayoutManager& operator=(const LayoutManager&) = delete;
+
+  /// The key under which layouts are kept for the displays that are connected now.
+  [[nodiscard]] std::string displaySetup(const SpaceSnapshot& snapshot) const;
+
+  /// The present places of all windows on ordinary Spaces whose applications have a bundle identifier. Writes nothing.
+  [[nodiscard]] WindowLayout capture(std::string_view name, const SpaceSnapshot& snapshot) const;
+
+  /// Captures and writes, unless there is no window. The layout "auto" is written a second time as "auto-setup". A
+  /// failure to write is logged.
+  WindowLayout save(std::string_view name, const SpaceSnapshot& snapshot);
+
+  /// The layout of this name for these displays (a displaySetup()), or nothing.
+  [[nodiscard]] std::optional<WindowLayout> load(std::string_view name, std::string_view setup);
+
+  /// Starts moving windows to where the layout has them, and sets the frames of those that can be reached at once.
+  /// Entries whose application has no window, or whose Space does not exist, change nothing.
+  void restore(const WindowLayout& layout, const SpaceSnapshot& snapshot, Completion completion);
+
+  /// From now on saves "auto" every five minutes while the setting "autoSaveLayout" is on. `snapshot` answers the
+  /// current one. A save that is due during a restore, or while somebody holds automatic saving, is left out.
+  void startAutoSave(std::function<SpaceSnapshot()> snapshot);
+
+  /// Holds automatic saving until the subscription is let go of, as while windows are not where the user put them.
+  [[nodiscard]] Subscription holdAutoSave();
+
+  /// Saves "auto" and starts moving every window to the display that stays when the others are unplugged.
+  void ejectExternalDisplays(const SpaceSnapshot& snapshot, Completion completion);
+
+ private:
+  void place(const WindowInfo& window, const WindowLayout::Entry& entry, const Space& space,
+             const SpaceSnapshot& snapshot, MoveTally& tally);
+  void move(const WindowInfo& window, const Space& space, const SpaceSnapshot& snapshot, MoveTally& tally);
+  [[nodiscard]] MoveTally tallyFor(Completion completion);
+
+  const Services services_;
+  const AX ax_;
+  LayoutFiles files_;
+  std::function<SpaceSnapshot()> snapshot_;
+  WorkItem autoSaveTimer_;
+  // How many hold automatic saving. Shared with their subscriptions, which may outlast the manager.
+  const std::shared_ptr<int> holds_ = std::make_shared<int>(0);
+  // Shared with moves under way, which look whether the manager still exists.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace tallowin

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "core/space.h"
+#include "platform/toasts.h"
+#include "platform/window_server.h"
+#include "windows/window_marks.h"
+#include "windows/window_mover.h"
+
+namespace tallowin {
+
+/// The user's commands about marks, with what the user is told of them. Main thread only.
+class MarkCommands {
+ public:
+  /// From posting a switch to raising the window, which only then can be raised.
+  static constexpr Duration raisingDelay = std::chrono::milliseconds(250);
+
+  struct Services {
+    WindowMarks& marks;
+    WindowMover& mover;
+    WindowServer& windowServer;
+    Toasts& toasts;
+    MainQueue& mainQueue;
+    std::function<SpaceSnapshot()> snapshot;     ///< answers the current one
+    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
+  };
+
+  explicit MarkCommands(Services services) : services_(std::move(services)) {}
+  MarkCommands(const MarkCommands&) = delete;
+  MarkCommands& operator=(const MarkCommands&) = delete;
+
+  /// What went wrong, in the words that the user was told.
+  using Fault = std::optional<std::string>;
+
+  /// Marks the front window, as it is now, with the letter that the user presses next, or with a given one (as
+  /// WindowMarks::letter() answers it).
+  Fault setMark();
+  Fault setMark(const std::string& letter);
+
+  /// Goes to the window marked with the letter that the user presses next, or with a given one: switches to its Space,
+  /// if that is not active, and raises it. A window that no longer exists changes nothing.
+  void jumpToMark();
+  Fault jumpToMark(const std::string& letter);
+
+ private:
+  Fault fail(const std::string& message);
+  void mark(const FrontWindow& window, const std::string& letter);
+  [[nodiscard]] std::optional<Space> spaceToSwitchTo(WindowNumber window) const;
+
+  const Services services_;
+  WorkItem raising_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/toasts.h"
+#include "windows/saved_spaces.h"
+
+namespace tallowin {
+
+/// The user's commands about saved Spaces, with what the user is told of them. Main thread only.
+class SavedSpaceCommands {
+ public:
+  SavedSpaceCommands(SavedSpaces& savedSpaces, Toasts& toasts) : savedSpaces_(savedSpaces), toasts_(toasts) {}
+
+  void saveAndClose(const Space& space);
+  void reopen(const SavedSpace& space);
+
+ private:
+  SavedSpaces& savedSpaces_;
+  Toasts& toasts_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "base/app_paths.h"
+#include "base/uuid.h"
+#include "core/space_store.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/workspace.h"
+#include "windows/ax.h"
+#include "windows/browser_tabs_reader.h"
+#include "windows/saved_space.h"
+#include "windows/space_contents.h"
+
+namespace tallowin {
+
+/// Saves what is open on a Space and closes its windows, and opens it again later. Records are kept in
+/// "saved-spaces.json" in the support folder. Main thread only.
+class SavedSpaces {
+ public:
+  enum class Failure {
+    noWindows,  ///< there is nothing to save
+    notSaved,   ///< the record could not be written; logged
+  };
+
+  struct Services {
+    const SpaceStore& store;
+    const SpaceContents& contents;
+    Accessibility& accessibility;
+    WindowServer& windowServer;
+    Workspace& workspace;
+    Files& files;
+    const AppPaths& paths;
+    const Clock& clock;
+    Log& log;
+  };
+
+  SavedSpaces(Services services, BrowserTabsReader browserTabs, RandomBits random);
+
+  /// Saves the Space, and then presses the close buttons of its windows without waiting for their applications, which
+  /// may ask their users. On failure nothing was closed.
+  [[nodiscard]] std::expected<SavedSpace, Failure> saveAndClose(const Space& space);
+
+  /// Opens the applications and tabs of a saved Space, where the user is now. Its record stays. Browsers whose tabs are
+  /// opened are not opened themselves; applications that are not installed are passed over.
+  void restore(const SavedSpace& space);
+
+  /// Every record, oldest first. Empty when the file cannot be understood.
+  [[nodiscard]] std::vector<SavedSpace> list();
+
+  /// The latest record with this name, ignoring case.
+  [[nodiscard]] std::optional<SavedSpace> named(std::string_view name);
+
+ private:
+  [[nodiscard]] SavedSpace record(const Space& space, const std::vector<WindowInfo>& windows) const;
+  void addTabs(SavedSpace& space) const;
+  [[nodiscard]] std::expected<PropertyList, FileError> recordsToKeep();
+  [[nodiscard]] bool append(const SavedSpace& space);
+  void close(const std::vector<WindowInfo>& windows) const;
+  [[nodiscard]] bool opensByTabs(const SavedSpace& space, const std::string& bundleID) const;
+  [[nodiscard]] std::filesystem::path file() const;
+
+  const Services services_;
+  const AX ax_;
+  const BrowserTabsReader browserTabs_;
+  const RandomBits random_;
+};
+
+}  // namespace tallowin

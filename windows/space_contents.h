@@ -1,0 +1,89 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+#include "base/published.h"
+#include "platform/main_queue.h"
+#include "platform/notification_center.h"
+#include "platform/system.h"
+#include "platform/window_list.h"
+#include "platform/window_server.h"
+#include "platform/workspace.h"
+#include "windows/space_contents_reading.h"
+#include "windows/window_info.h"
+
+namespace tallowin {
+
+/// Knows which ordinary windows of other applications stand on which Space, and reports windows never seen before.
+/// Windows on no Space, or on several, do not count. Main thread only; the window list is read on a queue of its own.
+class SpaceContents {
+ public:
+  struct Services {
+    WindowList& windowList;
+    Workspace& workspace;
+    WindowServer& windowServer;
+    NotificationCenter& workspaceNotifications;
+    System& system;
+    MainQueue& mainQueue;
+    WorkQueues& workQueues;
+  };
+
+  explicit SpaceContents(Services services);
+  SpaceContents(const SpaceContents&) = delete;
+  SpaceContents& operator=(const SpaceContents&) = delete;
+
+  /// Told of windows that no earlier reading had, front to back, after they have been published. Windows that the first
+  /// reading finds are not new, and no number is reported twice, not even one that was closed and given out again.
+  std::function<void(const std::vector<WindowInfo>&)> onNewWindows;
+
+  /// Asks for a first reading, and from now on for one whenever applications come, go or are activated, when the active
+  /// Space changes, and every 4 seconds. Call once.
+  void start();
+
+  /// Asks for a new reading, which is made 0.15 seconds from now and published after that. Cheap: calls until then are
+  /// answered by the same reading.
+  void refresh();
+
+  /// Reads and publishes at once: for what the user asks to be done to the windows as they are now.
+  void readNow();
+
+  /// The applications on each Space, by the position of their frontmost window; Spaces without windows have no entry.
+  /// Empty until the first reading. Told of real changes only.
+  [[nodiscard]] Published<AppsBySpace>& appsBySpace() { return appsBySpace_; }
+  [[nodiscard]] const Published<AppsBySpace>& appsBySpace() const { return appsBySpace_; }
+
+  /// Every window on every Space, front to back. Empty until the first reading. Told of real changes only, after
+  /// appsBySpace().
+  [[nodiscard]] Published<std::vector<WindowInfo>>& windows() { return windows_; }
+  [[nodiscard]] const Published<std::vector<WindowInfo>>& windows() const { return windows_; }
+
+  /// The published windows on one Space, front to back.
+  [[nodiscard]] std::vector<WindowInfo> windows(ManagedSpaceID onManagedSpace) const;
+
+  /// Whether a reading has been published. Until then everything is empty because nothing is known.
+  [[nodiscard]] bool published() const { return !firstPass_; }
+
+ private:
+  void publish(SpaceContentsReading found);
+  [[nodiscard]] std::vector<WindowInfo> takeNewWindows(const std::vector<WindowInfo>& windows);
+
+  const Services services_;
+  const ProcessID ownPID_;
+  Published<AppsBySpace> appsBySpace_;
+  Published<std::vector<WindowInfo>> windows_;
+  std::unordered_set<WindowNumber> seenWindowIDs_;
+  bool firstPass_ = true;
+  bool pending_ = false;
+  std::vector<Subscription> observers_;
+  WorkItem timer_;
+  // Shared with readings on their way back from the queue, which look on the main thread whether we still exist.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  // Goes first: its destructor waits for the reading that is running.
+  const std::unique_ptr<WorkQueue> queue_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "platform/property_list.h"
+#include "windows/window_info.h"
+
+namespace tallowin {
+
+/// The applications on each Space that has any.
+using AppsBySpace = std::map<ManagedSpaceID, std::vector<AppOnSpace>>;
+
+/// What one look at the window list found.
+struct SpaceContentsReading {
+  AppsBySpace appsBySpace;
+  std::vector<WindowInfo> windows;  ///< front to back
+  bool operator==(const SpaceContentsReading&) const = default;
+};
+
+/// What must be known beyond the window list to read it.
+struct SpaceContentsLookups {
+  ProcessID ownPID = 0;  ///< this program's windows are left out
+  std::function<std::optional<RunningApplication>(ProcessID)> runningApplication;
+  /// The Spaces that show a window; nothing on failure.
+  std::function<std::optional<std::vector<ManagedSpaceID>>(WindowNumber)> spacesForWindow;
+};
+
+/// Reads a window list (keys in platform/window_list.h). Any thread on which the lookups may be called. Total: an entry
+/// with missing or mistyped members is left out, a list that is none reads as empty.
+[[nodiscard]] SpaceContentsReading readSpaceContents(const std::optional<PropertyList>& list,
+                                                     const SpaceContentsLookups& lookups);
+
+}  // namespace tallowin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vector>
+
+#include "core/space.h"
+#include "platform/toasts.h"
+#include "windows/ax.h"
+#include "windows/space_contents.h"
+
+namespace tallowin {
+
+/// Minimises every window of a Space, and undoes that. In memory only. Main thread only.
+class SpaceMinimizer {
+ public:
+  SpaceMinimizer(Accessibility& accessibility, WindowServer& windowServer)
+      : accessibility_(accessibility), ax_(accessibility, windowServer) {}
+
+  /// Minimises the windows on a Space and answers how many; undo() brings back these and no others. Windows that cannot
+  /// be reached, or are minimised already, do not count.
+  std::size_t minimizeAll(const Space& space, const SpaceContents& contents);
+
+  /// Whether there is something to undo.
+  [[nodiscard]] bool canUndo() const { return !lastMinimized_.empty(); }
+
+  /// Brings back what the last minimizeAll() minimised, as far as it still exists.
+  void undo();
+
+ private:
+  struct Minimized {
+    WindowNumber id = 0;
+    ProcessID pid = 0;
+  };
+
+  [[nodiscard]] bool isMinimized(const AXUIElement& window) const;
+
+  Accessibility& accessibility_;
+  const AX ax_;
+  std::vector<Minimized> lastMinimized_;
+};
+
+/// What the user is told when so many windows were minimised.
+[[nodiscard]] Toast minimizedToast(std::size_t count);
+
+}  // namespace tallowin

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/geometry.h"
+#include "platform/identifiers.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// An ordinary window of another application that stands on exactly one Space, as it was when it was read.
+struct WindowInfo {
+  WindowNumber id = 0;
+  ProcessID pid = 0;                    ///< of the application that owns it
+  std::optional<std::string> bundleID;  ///< of that application; absent if it has none
+  std::string appName;
+  std::string title;  ///< empty when the window has none
+  CGRect frame;       ///< in screen coordinates, origin top left
+  ManagedSpaceID spaceID = 0;
+  bool operator==(const WindowInfo&) const = default;
+};
+
+/// An application with at least one window on a Space.
+struct AppOnSpace {
+  /// A negative value stands for an application that is not running.
+  ProcessID pid = 0;
+  std::optional<std::string> bundleID;
+  std::string name;                     ///< as the first of the windows gave it
+  std::vector<WindowNumber> windowIDs;  ///< on that Space, front to back
+  bool operator==(const AppOnSpace&) const = default;
+
+  /// The application's icon as PNG bytes: of the running application, or, if it does not run, of the one installed
+  /// under the bundle identifier. Nothing when there is none. Main thread only; reads a file.
+  [[nodiscard]] std::optional<std::string> icon(Workspace& workspace) const;
+};
+
+}  // namespace tallowin
+
+template <>
+struct std::hash<tallowin::WindowInfo> {
+  std::size_t operator()(const tallowin::WindowInfo& window) const noexcept;
+};
+
+template <>
+struct std::hash<tallowin::AppOnSpace> {
+  std::size_t operator()(const tallowin::AppOnSpace& application) const noexcept;
+};

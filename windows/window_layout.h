@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/geometry.h"
+#include "platform/property_list.h"
+
+namespace tallowin {
+
+/// The names under which layouts are kept.
+namespace layout_name {
+inline constexpr std::string_view manual = "manual";  ///< saved when the user asks for it
+inline constexpr std::string_view automatic = "auto";
+/// Names the file with the copy of the automatic layout that is put back when displays return. The layout in it is
+/// called "auto" all the same.
+inline constexpr std::string_view reconnect = "auto-setup";
+}  // namespace layout_name
+
+/// Which window of which application stood where, for one set of displays. Its JSON keys are its members' names.
+struct WindowLayout {
+  /// One window.
+  struct Entry {
+    std::string bundleID;   ///< of the application
+    std::string title;      ///< may be empty
+    CGRect frame;           ///< in screen coordinates, origin top left
+    std::string spaceUUID;  ///< Space::id
+    std::string displayID;  ///< Space::displayID
+    bool operator==(const Entry&) const = default;
+  };
+
+  std::string name;
+  Date savedAt;              ///< kept to the second
+  std::string displaySetup;  ///< DisplaySet::key() of the displays it was made for
+  std::vector<Entry> entries;
+  bool operator==(const WindowLayout&) const = default;
+};
+
+[[nodiscard]] PropertyList toJson(const WindowLayout& layout);
+
+/// Nothing when a member is missing or has the wrong type; without "entries" there are none, and an entry's missing
+/// title or display reads as empty. Members that are not known are passed over.
+[[nodiscard]] std::optional<WindowLayout> layoutFromJson(const PropertyList& json);
+
+}  // namespace tallowin
