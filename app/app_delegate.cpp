@@ -8,10 +8,8 @@ namespace {
 
 constexpr auto category = "AppDelegate";
 
-/// Until windows are known there are no applications on a Space.
-std::vector<std::string> noApplications(const Space& /*space*/) {
-  return {};
-}
+/// A change of the active Space sooner than this after a switch that this program started is its own doing.
+constexpr auto switchTime = std::chrono::seconds(1);
 
 }  // namespace
 
@@ -28,12 +26,21 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       watcher_({provider, platform.windowServer, platform.workspaceNotifications, platform.defaultNotifications,
                 platform.files, platform.folders, platform.mainQueue, platform.log}),
       nameMirror_({watcher_, store_, platform.windowServer, platform.desktopNames, platform.mainQueue}),
-      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, platform.clock,
-                  // Until windows are known no Space counts as empty.
-                  [](const Space&) { return false; }}),
-      feed_({platform.clock, watcher_, store_, platform.mainQueue, noApplications}),
-      requests_({platform.clock, watcher_, store_, feed_, platform.runLoop, noApplications,
-                 [this](const std::string& url) { return handleURLEvent(url); }}) {}
+      windows_({platform_, settings, paths_, store_, switcher_, [this] { return watcher_.snapshot().get(); },
+                [this](const Space& space) { switchTo(space); }}),
+      windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
+      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_,
+                  [this](const Space& space) { return windows_.isEmpty(space); },
+                  [this](const Space& space) { switchTo(space); }}),
+      feed_({platform.clock, watcher_, store_, platform.mainQueue,
+             [this](const Space& space) { return windows_.appNames(space); }}),
+      spaceRequests_({platform.clock, watcher_, store_, feed_, platform.runLoop,
+                      [this](const Space& space) { return windows_.appNames(space); },
+                      [this](const std::string& url) { return handleURLEvent(url); }}),
+      windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),
+      requests_(answers()) {
+  switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
+}
 
 AppDelegate::~AppDelegate() {
   platform_.urlEvents.setHandler(nullptr);
@@ -46,10 +53,17 @@ void AppDelegate::applicationDidFinishLaunching() {
   if (!health.healthy()) {
     error_ << "tallowin: there are no desktops to watch here yet; --platform simulated makes some up\n";
   }
+  windows_.contents.start();
+  windows_.layouts.startAutoSave([this] { return watcher_.snapshot().get(); });
+  windows_.restartOffer.start();
+  windows_.spaceLock.start();
   watcher_.onSnapshot = [this](const SpaceSnapshot& snapshot) { snapshotChanged(snapshot); };
-  watcher_.onActiveSpaceChange = [this](const std::optional<Space>&, const Space& to) { activeSpaceChanged(to); };
+  watcher_.onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
+    activeSpaceChanged(from, to);
+  };
   platform_.urlEvents.setHandler([this](const std::string& text) { static_cast<void>(handleURLEvent(text)); });
   watcher_.start();
+  windows_.displaySets.start();
   platform_.commandChannel.setHandler(
       [this](const Request& request, std::unique_ptr<Caller> caller) { requests_.handle(request, std::move(caller)); });
 }
@@ -64,12 +78,46 @@ void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
     ids.insert(space.id);
   }
   store_.prune(ids);
+  windows_.displaySets.look();
   feed_.refresh();
 }
 
-void AppDelegate::activeSpaceChanged(const Space& to) {
+void AppDelegate::activeSpaceChanged(const std::optional<Space>& from, const Space& to) {
+  const bool ours = initiatedByUs();
+  if (windows_.spaceLock.spaceChanged(from, to, ours)) {
+    return;
+  }
+  if (from && !ours) {
+    windows_.focusMemory.leaving(*from);
+  }
+  windows_.focusMemory.entered(to, windows_.contents);
   history_.visit(to);
   platform_.log.info(category, "active Space: " + store_.displayName(to));
+}
+
+bool AppDelegate::initiatedByUs() const {
+  return lastSwitch_ && platform_.clock.now() - *lastSwitch_ < switchTime;
+}
+
+void AppDelegate::switchTo(const Space& space) {
+  if (switcher_.switchTo(space, watcher_.snapshot().get())) {
+    lastSwitch_ = platform_.clock.now();
+  }
+}
+
+/// Windows that are carried along take the user to another Space as well.
+void AppDelegate::willSwitch(const SpaceSnapshot& snapshot) {
+  lastSwitch_ = platform_.clock.now();
+  if (const auto active = snapshot.activeSpace()) {
+    windows_.focusMemory.leaving(*active);
+  }
+}
+
+RequestTable AppDelegate::answers() {
+  RequestTable table;
+  spaceRequests_.addTo(table);
+  windowRequests_.addTo(table);
+  return table;
 }
 
 void AppDelegate::perform(const SpaceCommand& command) {

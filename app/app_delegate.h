@@ -7,8 +7,11 @@
 #include "app/command_performer.h"
 #include "app/desktop_name_mirror.h"
 #include "app/request_handler.h"
+#include "app/space_requests.h"
 #include "app/state_feed.h"
-#include "app/url_command.h"
+#include "app/window_commands.h"
+#include "app/window_requests.h"
+#include "app/window_services.h"
 #include "base/app_paths.h"
 #include "platform/platform.h"
 
@@ -36,7 +39,11 @@ class AppDelegate {
 
  private:
   void snapshotChanged(const SpaceSnapshot& snapshot);
-  void activeSpaceChanged(const Space& to);
+  void activeSpaceChanged(const std::optional<Space>& from, const Space& to);
+  void switchTo(const Space& space);
+  void willSwitch(const SpaceSnapshot& snapshot);
+  [[nodiscard]] bool initiatedByUs() const;
+  [[nodiscard]] RequestTable answers();
 
   const Platform platform_;
   std::ostream& error_;
@@ -46,9 +53,14 @@ class AppDelegate {
   SpaceSwitcher switcher_;
   SpaceWatcher watcher_;
   DesktopNameMirror nameMirror_;
+  WindowServices windows_;
+  WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;
+  SpaceRequests spaceRequests_;
+  WindowRequests windowRequests_;
   RequestHandler requests_;
+  std::optional<Date> lastSwitch_;  ///< when this program last started a switch
 };
 
 }  // namespace tallowin

@@ -213,6 +213,13 @@ std::string_view helpText() {
   tallowin list [--json]          list the Spaces
   tallowin current [--json]       name the active Space
   tallowin watch [--json]         print the state, and a line for every change
+  tallowin windows [--all] [--json]   list the windows of the active Space, or of all
+  tallowin mark [LETTER]          mark the front window with a letter, or with the next one pressed
+  tallowin jump [LETTER]          go to the window marked with it
+  tallowin pin APP SPACE          send new windows of an application to a Space from now on
+  tallowin unpin APP              let them stay where they open
+  tallowin saved-spaces [--json]  list the Spaces that were saved and closed
+  tallowin reopen NAME            open the applications of a saved Space again
   tallowin quit                   tell the running Tallowin to quit
 
   tallowin --probe                print what the desktop reports about its Spaces

@@ -18,8 +18,8 @@ std::optional<Space> CommandPerformer::find(const SpaceRef& ref) {
 }
 
 void CommandPerformer::switchTo(const std::optional<Space>& space) {
-  if (space && services_.switcher.switchTo(*space, snapshot())) {
-    lastSwitch_ = services_.clock.now();
+  if (space) {
+    services_.switchTo(*space);
   }
 }
 
@@ -78,6 +78,18 @@ void CommandPerformer::operator()(const command::Note& command) {
   }
   if (const auto space = find(command.space)) {
     services_.store.setNote(*command.text, space->id);
+  }
+}
+
+void CommandPerformer::operator()(const command::MoveWindow& command) {
+  if (const auto space = find(command.space)) {
+    services_.windows.moveFrontWindow(*space);
+  }
+}
+
+void CommandPerformer::operator()(const command::RemoveDesktop& command) {
+  if (const auto space = find(command.space)) {
+    services_.windows.removeDesktop(*space);
   }
 }
 

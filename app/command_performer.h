@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "app/stepping.h"
+#include "app/window_commands.h"
 #include "base/settings.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
@@ -23,18 +24,17 @@ class CommandPerformer {
     SpaceSwitcher& switcher;
     const Settings& settings;
     Toasts& toasts;
-    const Clock& clock;
+    WindowCommands& windows;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
+    /// Switches as this program's own doing.
+    std::function<void(const Space&)> switchTo;
   };
 
   explicit CommandPerformer(Services services) : services_(std::move(services)) {}
 
   /// Does what the command asks for. Whatever the user must know is shown as a toast.
   void perform(const SpaceCommand& command);
-
-  /// When this program last started a switch; nothing while it has not.
-  [[nodiscard]] std::optional<Date> lastSwitch() const { return lastSwitch_; }
 
   /// One for each command that can be carried out; the others say that they are not available yet.
   void operator()(const command::SwitchTo& command);
@@ -43,6 +43,17 @@ class CommandPerformer {
   void operator()(const command::Back& command);
   void operator()(const command::Rename& command);
   void operator()(const command::Note& command);
+  void operator()(const command::MoveWindow& command);
+  void operator()(const command::MoveWindowStep& command) { services_.windows.moveFrontWindowStep(command.right); }
+  void operator()(const command::RemoveDesktop& command);
+  void operator()(const command::SaveLayout& /*command*/) { services_.windows.saveLayout(); }
+  void operator()(const command::RestoreLayout& /*command*/) { services_.windows.restoreLayout(); }
+  void operator()(const command::Eject& /*command*/) { services_.windows.eject(); }
+  void operator()(const command::ToggleScratchpad& /*command*/) { services_.windows.toggleScratchpad(); }
+  void operator()(const command::MinimizeAll& /*command*/) { services_.windows.minimizeAll(); }
+  void operator()(const command::UndoMinimize& /*command*/) { services_.windows.undoMinimize(); }
+  void operator()(const command::SaveAndClose& /*command*/) { services_.windows.saveAndClose(); }
+  void operator()(const command::AddDesktop& /*command*/) { services_.windows.addDesktop(); }
   template <typename Other>
   void operator()(const Other& /*command*/) {
     notAvailable();
@@ -55,7 +66,6 @@ class CommandPerformer {
   void notAvailable();
 
   const Services services_;
-  std::optional<Date> lastSwitch_;
 };
 
 }  // namespace tallowin

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <expected>
+#include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -9,20 +11,30 @@ namespace tallowin {
 
 /// What the running instance can be asked for.
 enum class RequestKind {
-  start,    ///< nothing more than that it runs
-  url,      ///< to perform a tallowin:// URL
-  list,     ///< the Spaces
-  current,  ///< the active Space
-  watch,    ///< the Spaces, and every change
-  quit,     ///< to end
+  start,        ///< nothing more than that it runs
+  url,          ///< to perform a tallowin:// URL
+  list,         ///< the Spaces
+  current,      ///< the active Space
+  watch,        ///< the Spaces, and every change
+  windows,      ///< the windows of the active Space, or of all
+  savedSpaces,  ///< the Spaces that were saved and closed
+  reopen,       ///< to open one of these again
+  pin,          ///< that new windows of an application belong on a Space
+  unpin,        ///< that they do not any more
+  mark,         ///< to mark the front window with a letter
+  jump,         ///< to go to the window marked with a letter
+  quit,         ///< to end
 };
 
 /// The words of a request, understood.
 struct RequestWords {
   RequestKind kind = RequestKind::start;
-  bool json = false;                  ///< data as JSON
-  std::vector<std::string> operands;  ///< what follows the word, or the URL
+  std::vector<std::string> operands;           ///< what follows the word, or the URL
+  std::map<std::string, std::string> options;  ///< such as "--json", with what follows those that take a value
   bool operator==(const RequestWords&) const = default;
+
+  [[nodiscard]] bool has(const std::string& option) const { return options.contains(option); }
+  [[nodiscard]] bool json() const { return has("--json"); }
 };
 
 /// Reads the words. The error is one line that says what is wrong and what would be right.

@@ -75,7 +75,7 @@ std::string StateFeed::line(const std::string& change, bool json) const {
     return compactJSON(record(change)) + "\n";
   }
   const auto active = services_.watcher.snapshot().get().activeSpace();
-  const auto number = active && active->desktopNumber ? std::to_string(*active->desktopNumber) : "-";
+  const auto number = active ? desktopNumberText(*active) : "-";
   const auto name = active ? printable(services_.store.displayName(*active)) : "";
   return std::to_string(sequence_) + "\t" + change + "\t" + number + "\t" + name + "\n";
 }

@@ -12,11 +12,14 @@ using Words = std::vector<std::string>;
 
 TEST(RequestWords, AreReadOrRefusedInOneLine) {
   const std::pair<Words, RequestWords> understood[] = {
-      {{}, {RequestKind::start, false, {}}},
-      {{"list"}, {RequestKind::list, false, {}}},
-      {{"--json", "current"}, {RequestKind::current, true, {}}},
-      {{"watch", "--json"}, {RequestKind::watch, true, {}}},
-      {{"tallowin://switch/3"}, {RequestKind::url, false, {"tallowin://switch/3"}}},
+      {{}, {RequestKind::start, {}, {}}},
+      {{"list"}, {RequestKind::list, {}, {}}},
+      {{"--json", "current"}, {RequestKind::current, {}, {{"--json", ""}}}},
+      {{"windows", "--json", "--all"}, {RequestKind::windows, {}, {{"--all", ""}, {"--json", ""}}}},
+      {{"mark"}, {RequestKind::mark, {}, {}}},
+      {{"mark", "x"}, {RequestKind::mark, {"x"}, {}}},
+      {{"pin", "xterm", "3"}, {RequestKind::pin, {"xterm", "3"}, {}}},
+      {{"tallowin://switch/3"}, {RequestKind::url, {"tallowin://switch/3"}, {}}},
   };
   for (const auto& [words, expected] : understood) {
     EXPECT_EQ(readRequestWords(words), expected) << testing::PrintToString(words);
@@ -25,7 +28,10 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
       {{"lists"}, "unknown argument \"lists\"; --help lists what there is"},
       {{"list", "more"}, "it is called so: tallowin list [--json]"},
       {{"quit", "--json"}, "it is called so: tallowin quit"},
-      {{"--json"}, "--json goes with list, current or watch"},
+      {{"pin", "xterm"}, "it is called so: tallowin pin APP SPACE"},
+      {{"jump", "a", "b"}, "it is called so: tallowin jump [LETTER]"},
+      {{"windows", "--json", "--every"}, "it is called so: tallowin windows [--all] [--json]"},
+      {{"--json"}, "--json goes with what is asked for, as in: tallowin list --json"},
       {{"tallowin://back", "--json"}, "a URL goes alone"},
   };
   for (const auto& [words, message] : refused) {

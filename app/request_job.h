@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "app/exit_status.h"
+#include "app/request_words.h"
+#include "platform/command_channel.h"
+
+namespace tallowin {
+
+/// A request that has been understood, on its way to the answer. Letting go of it unanswered tells the caller so.
+struct RequestJob {
+  RequestWords words;
+  std::unique_ptr<Caller> caller;
+  std::string workingDirectory;  ///< where relative paths among the operands start from
+
+  /// Ends it well, with something on the caller's standard output.
+  void print(const std::string& text) const {
+    caller->out(text);
+    caller->exit(exit_status::success);
+  }
+
+  /// Ends it with one line on the caller's standard error.
+  void fail(const std::string& message, int status = exit_status::failure) const {
+    caller->err("tallowin: " + message + "\n");
+    caller->exit(status);
+  }
+
+  void succeed() const { caller->exit(exit_status::success); }
+};
+
+/// Who answers which kind of request.
+using RequestTable = std::map<RequestKind, std::function<void(RequestJob)>>;
+
+}  // namespace tallowin

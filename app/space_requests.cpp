@@ -1,0 +1,57 @@
+#include "app/space_requests.h"
+
+#include "app/space_list.h"
+#include "base/json_text.h"
+#include "base/unicode.h"
+
+namespace tallowin {
+
+void SpaceRequests::addTo(RequestTable& table) {
+  const auto add = [&](RequestKind kind, void (SpaceRequests::*answer)(RequestJob) const) {
+    table[kind] = [this, answer](RequestJob job) { (this->*answer)(std::move(job)); };
+  };
+  add(RequestKind::url, &SpaceRequests::openURL);
+  add(RequestKind::list, &SpaceRequests::list);
+  add(RequestKind::current, &SpaceRequests::current);
+  add(RequestKind::watch, &SpaceRequests::watch);
+  add(RequestKind::quit, &SpaceRequests::quit);
+  table[RequestKind::start] = [](const RequestJob& job) {
+    job.caller->err("tallowin: already running\n");
+    job.succeed();
+  };
+}
+
+void SpaceRequests::openURL(RequestJob job) const {
+  if (const auto fault = services_.openURL(job.words.operands.front())) {
+    job.fail(fault->message, exitStatus(*fault));
+  } else {
+    job.succeed();
+  }
+}
+
+void SpaceRequests::list(RequestJob job) const {
+  const auto& snapshot = services_.watcher.snapshot().get();
+  job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services_.store, services_.apps, services_.clock.now()))
+                             : spaceList(snapshot, services_.store));
+}
+
+void SpaceRequests::current(RequestJob job) const {
+  const auto space = services_.watcher.snapshot().get().activeSpace();
+  if (!space) {
+    job.fail("there is no active Space");
+    return;
+  }
+  job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, services_.apps))
+                             : printable(services_.store.displayName(*space)) + "\n");
+}
+
+void SpaceRequests::watch(RequestJob job) const {
+  services_.feed.add(std::move(job.caller), job.words.json());
+}
+
+void SpaceRequests::quit(RequestJob job) const {
+  job.caller->exitAtEnd(exit_status::success);
+  services_.runLoop.stop(exit_status::success);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/request_job.h"
+#include "app/state_feed.h"
+#include "app/url_command.h"
+#include "core/space_store.h"
+#include "core/space_watcher.h"
+#include "platform/clock.h"
+#include "platform/main_queue.h"
+
+namespace tallowin {
+
+/// Requests about the Spaces and about the running instance itself. Main thread only.
+class SpaceRequests {
+ public:
+  struct Services {
+    const Clock& clock;
+    SpaceWatcher& watcher;
+    SpaceStore& store;
+    StateFeed& feed;
+    RunLoop& runLoop;
+    AppNames apps;
+    /// Performs a URL, or answers why not.
+    std::function<std::optional<URLFault>(const std::string& url)> openURL;
+  };
+
+  explicit SpaceRequests(Services services) : services_(std::move(services)) {}
+
+  /// Makes this the one who answers them. It must outlive the table.
+  void addTo(RequestTable& table);
+
+ private:
+  void openURL(RequestJob job) const;
+  void list(RequestJob job) const;
+  void current(RequestJob job) const;
+  void watch(RequestJob job) const;
+  void quit(RequestJob job) const;
+
+  const Services services_;
+};
+
+}  // namespace tallowin

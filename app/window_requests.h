@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/request_job.h"
+#include "app/window_services.h"
+#include "core/space_watcher.h"
+
+namespace tallowin {
+
+/// Requests about windows. Main thread only.
+class WindowRequests {
+ public:
+  struct Services {
+    WindowServices& windows;
+    SpaceWatcher& watcher;
+    SpaceStore& store;
+    Workspace& workspace;
+    const Settings& settings;
+  };
+
+  explicit WindowRequests(Services services) : services_(services) {}
+
+  /// Makes this the one who answers them. It must outlive the table.
+  void addTo(RequestTable& table);
+
+ private:
+  void windows(RequestJob job) const;
+  void savedSpaces(RequestJob job) const;
+  void reopen(RequestJob job) const;
+  void pin(RequestJob job) const;
+  void unpin(RequestJob job) const;
+  void mark(RequestJob job) const;
+  void jump(RequestJob job) const;
+
+  [[nodiscard]] std::optional<std::string> bundleIDOf(const std::string& application) const;
+
+  const Services services_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,78 @@
+#include "app/window_services.h"
+
+namespace tallowin {
+
+namespace {
+
+/// Until tabs can be read no application counts as a browser.
+BrowserTabsReader noBrowsers() {
+  return {[](const std::string&) { return false; }, [](const std::string&) { return std::vector<std::string>(); }};
+}
+
+}  // namespace
+
+WindowServices::WindowServices(const Context& context)
+    : contents({context.platform.windowList, context.platform.workspace, context.platform.windowServer,
+                context.platform.workspaceNotifications, context.platform.system, context.platform.mainQueue,
+                context.platform.desktopQueues}),
+      mover({context.switcher, context.platform.windowServer, context.platform.windowList, context.platform.workspace,
+             context.platform.accessibility, context.platform.events, context.platform.system,
+             context.platform.mainQueue, context.platform.log}),
+      focusMemory({context.platform.workspace, context.platform.accessibility, context.platform.windowServer,
+                   context.platform.system, mover, context.settings, context.platform.mainQueue}),
+      spaceLock({context.platform.workspaceNotifications, context.platform.workspace, context.platform.system,
+                 context.settings, context.platform.clock}),
+      pulledAway({mover, contents, context.platform.workspace, context.platform.toasts, context.platform.mainQueue,
+                  context.switchTo}),
+      appRules({context.store, mover, context.settings, context.platform.log}),
+      minimizer(context.platform.accessibility, context.platform.windowServer),
+      scratchpad({mover, contents, context.platform.workspace, context.settings, context.platform.log}),
+      marks(context.platform.globalHotKeys, context.platform.mainQueue),
+      markCommands({marks, mover, context.platform.windowServer, context.platform.toasts, context.platform.mainQueue,
+                    context.snapshot, context.switchTo}),
+      layouts({mover, contents, context.platform.accessibility, context.platform.windowServer,
+               context.platform.displays, context.platform.files, context.paths, context.settings,
+               context.platform.mainQueue, context.platform.clock, context.platform.log}),
+      layoutCommands(layouts, context.platform.toasts),
+      displaySets({context.platform.displays, context.platform.defaultNotifications, context.platform.mainQueue,
+                   context.snapshot}),
+      reconnect(
+          {layouts, contents, context.settings, context.platform.toasts, context.platform.mainQueue, context.snapshot}),
+      restartOffer({layouts, context.platform.alerts, context.platform.workspace, context.platform.system,
+                    context.platform.mainQueue, context.platform.clock, context.snapshot}),
+      savedSpaces({context.store, contents, context.platform.accessibility, context.platform.windowServer,
+                   context.platform.workspace, context.platform.files, context.paths, context.platform.clock,
+                   context.platform.log},
+                  noBrowsers(), [&system = context.platform.system] { return system.randomBits(); }),
+      savedSpaceCommands(savedSpaces, context.platform.toasts),
+      management({context.platform.windowServer, context.platform.workspace, context.platform.accessibility,
+                  context.platform.events, context.platform.mainQueue}) {
+  contents.onNewWindows = [this, snapshot = context.snapshot](const std::vector<WindowInfo>& windows) {
+    appRules.apply(windows, snapshot());
+  };
+  spaceLock.onPulledAway = [this, snapshot = context.snapshot](const Space& left,
+                                                               const RunningApplication& application) {
+    pulledAway.pulledAway(left, application, snapshot());
+  };
+  displaySets.onChange = [this] { reconnect.displaysChanged(); };
+  displaySets.onSettled = [this](const DisplaySet& before, const DisplaySet& now) {
+    reconnect.displaysSettled(before, now);
+  };
+}
+
+bool WindowServices::isEmpty(const Space& space) const {
+  return contents.published() && !contents.appsBySpace().get().contains(space.managedID);
+}
+
+std::vector<std::string> WindowServices::appNames(const Space& space) const {
+  std::vector<std::string> names;
+  const auto& apps = contents.appsBySpace().get();
+  if (const auto found = apps.find(space.managedID); found != apps.end()) {
+    for (const auto& app : found->second) {
+      names.push_back(app.name);
+    }
+  }
+  return names;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <functional>
+
+#include "base/app_paths.h"
+#include "base/settings.h"
+#include "commands/space_switcher.h"
+#include "core/space_store.h"
+#include "platform/platform.h"
+#include "windows/app_rules.h"
+#include "windows/browser_tabs_reader.h"
+#include "windows/display_set_watch.h"
+#include "windows/focus_memory.h"
+#include "windows/layout_commands.h"
+#include "windows/layout_manager.h"
+#include "windows/mark_commands.h"
+#include "windows/pulled_away_reaction.h"
+#include "windows/reconnect_restore.h"
+#include "windows/restart_offer.h"
+#include "windows/saved_space_commands.h"
+#include "windows/saved_spaces.h"
+#include "windows/scratchpad.h"
+#include "windows/space_contents.h"
+#include "windows/space_lock.h"
+#include "windows/space_management.h"
+#include "windows/space_minimizer.h"
+#include "windows/window_marks.h"
+#include "windows/window_mover.h"
+
+namespace tallowin {
+
+/// Everything that has to do with windows, put together and connected. Main thread only.
+struct WindowServices {
+  struct Context {
+    const Platform& platform;
+    const Settings& settings;
+    const AppPaths& paths;
+    SpaceStore& store;
+    SpaceSwitcher& switcher;
+    std::function<SpaceSnapshot()> snapshot;     ///< answers the current one
+    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
+  };
+
+  explicit WindowServices(const Context& context);
+  WindowServices(const WindowServices&) = delete;
+  WindowServices& operator=(const WindowServices&) = delete;
+
+  /// Whether a Space is known to have no windows.
+  [[nodiscard]] bool isEmpty(const Space& space) const;
+
+  /// The names of the applications with windows on a Space, front to back.
+  [[nodiscard]] std::vector<std::string> appNames(const Space& space) const;
+
+  SpaceContents contents;
+  WindowMover mover;
+  FocusMemory focusMemory;
+  SpaceLock spaceLock;
+  PulledAwayReaction pulledAway;
+  AppRules appRules;
+  SpaceMinimizer minimizer;
+  Scratchpad scratchpad;
+  WindowMarks marks;
+  MarkCommands markCommands;
+  LayoutManager layouts;
+  LayoutCommands layoutCommands;
+  DisplaySetWatch displaySets;
+  ReconnectRestore reconnect;
+  RestartOffer restartOffer;
+  SavedSpaces savedSpaces;
+  SavedSpaceCommands savedSpaceCommands;
+  SpaceManagement management;
+};
+
+}  // namespace tallowin

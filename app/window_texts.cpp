@@ -1,0 +1,57 @@
+#include "app/window_texts.h"
+
+#include "app/space_list.h"
+#include "app/text_table.h"
+#include "base/date_text.h"
+#include "windows/frame_json.h"
+#include "windows/space_lookup.h"
+
+namespace tallowin {
+
+using enum TextTable::Alignment;
+
+std::string windowTable(const std::vector<WindowInfo>& windows, const SpaceSnapshot& snapshot,
+                        const SpaceStore& store) {
+  TextTable table({{right}, {left}, {left}, {left}});
+  for (const auto& space : snapshot.allSpaces()) {
+    for (const auto& window : windows) {
+      if (window.spaceID == space.managedID) {
+        table.add({desktopNumberText(space), store.displayName(space), window.appName, window.title});
+      }
+    }
+  }
+  return table.text();
+}
+
+PropertyList windowRecords(const std::vector<WindowInfo>& windows, const SpaceSnapshot& snapshot,
+                           const SpaceStore& store) {
+  auto records = PropertyList::array();
+  for (const auto& window : windows) {
+    PropertyList record = {{"id", window.id},       {"pid", window.pid},     {"bundleID", nullptr},
+                           {"app", window.appName}, {"title", window.title}, {"frame", toJson(window.frame)},
+                           {"space", nullptr},      {"number", nullptr},     {"spaceName", nullptr}};
+    if (window.bundleID) {
+      record["bundleID"] = *window.bundleID;
+    }
+    if (const auto space = spaceWithManagedID(snapshot, window.spaceID)) {
+      record["space"] = space->id;
+      record["spaceName"] = store.displayName(*space);
+      if (space->desktopNumber) {
+        record["number"] = *space->desktopNumber;
+      }
+    }
+    records.push_back(std::move(record));
+  }
+  return records;
+}
+
+std::string savedSpaceTable(const std::vector<SavedSpace>& spaces) {
+  TextTable table({{left}, {left}, {right}, {right}});
+  for (const auto& space : spaces) {
+    table.add({iso8601(space.savedAt), space.name, std::to_string(space.apps.size()) + " apps",
+               std::to_string(space.urls.size()) + " tabs"});
+  }
+  return table.text();
+}
+
+}  // namespace tallowin
