@@ -34,7 +34,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
                   [this](const Space& space) { switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue,
              [this](const Space& space) { return windows_.appNames(space); }}),
-      spaceRequests_({platform.clock, watcher_, store_, feed_, platform.runLoop,
+      spaceRequests_({platform.clock, watcher_, store_, feed_, platform.runLoop, platform.alerts,
                       [this](const Space& space) { return windows_.appNames(space); },
                       [this](const std::string& url) { return handleURLEvent(url); }}),
       windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),

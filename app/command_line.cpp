@@ -78,7 +78,9 @@ std::expected<Given, std::string> gather(std::span<const std::string> arguments)
   Given given;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const auto option = std::ranges::find(options(), arguments[i], &Option::name);
-    if (option == options().end()) {
+    // Behind a word of a request it may be anything, a name for instance.
+    const bool isPlain = arguments[i] == "classic" && given.contains(request);
+    if (option == options().end() || isPlain) {
       given[request].push_back(arguments[i]);
       continue;
     }
@@ -220,6 +222,7 @@ std::string_view helpText() {
   tallowin unpin APP              let them stay where they open
   tallowin saved-spaces [--json]  list the Spaces that were saved and closed
   tallowin reopen NAME            open the applications of a saved Space again
+  tallowin answer BUTTON          answer a question that Tallowin asks
   tallowin quit                   tell the running Tallowin to quit
 
   tallowin --probe                print what the desktop reports about its Spaces

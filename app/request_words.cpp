@@ -29,6 +29,7 @@ constexpr auto words = std::to_array<Word>({
     {"unpin", RequestKind::unpin, "APP", ""},
     {"mark", RequestKind::mark, "[LETTER]", ""},
     {"jump", RequestKind::jump, "[LETTER]", ""},
+    {"answer", RequestKind::answer, "BUTTON", ""},
     {"quit", RequestKind::quit, "", ""},
 });
 

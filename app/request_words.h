@@ -23,6 +23,7 @@ enum class RequestKind {
   unpin,        ///< that they do not any more
   mark,         ///< to mark the front window with a letter
   jump,         ///< to go to the window marked with a letter
+  answer,       ///< to take this as the answer to an open question
   quit,         ///< to end
 };
 

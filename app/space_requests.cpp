@@ -7,13 +7,14 @@
 namespace tallowin {
 
 void SpaceRequests::addTo(RequestTable& table) {
-  const auto add = [&](RequestKind kind, void (SpaceRequests::*answer)(RequestJob) const) {
-    table[kind] = [this, answer](RequestJob job) { (this->*answer)(std::move(job)); };
+  const auto add = [&](RequestKind kind, void (SpaceRequests::*member)(RequestJob) const) {
+    table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
   };
   add(RequestKind::url, &SpaceRequests::openURL);
   add(RequestKind::list, &SpaceRequests::list);
   add(RequestKind::current, &SpaceRequests::current);
   add(RequestKind::watch, &SpaceRequests::watch);
+  add(RequestKind::answer, &SpaceRequests::answer);
   add(RequestKind::quit, &SpaceRequests::quit);
   table[RequestKind::start] = [](const RequestJob& job) {
     job.caller->err("tallowin: already running\n");
@@ -47,6 +48,14 @@ void SpaceRequests::current(RequestJob job) const {
 
 void SpaceRequests::watch(RequestJob job) const {
   services_.feed.add(std::move(job.caller), job.words.json());
+}
+
+void SpaceRequests::answer(RequestJob job) const {
+  if (const auto taken = services_.alerts.answer(job.words.operands.front())) {
+    job.print(printable(*taken) + "\n");
+  } else {
+    job.fail(taken.error());
+  }
 }
 
 void SpaceRequests::quit(RequestJob job) const {

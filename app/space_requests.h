@@ -5,6 +5,7 @@
 #include "app/url_command.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
+#include "platform/alerts.h"
 #include "platform/clock.h"
 #include "platform/main_queue.h"
 
@@ -19,6 +20,7 @@ class SpaceRequests {
     SpaceStore& store;
     StateFeed& feed;
     RunLoop& runLoop;
+    Alerts& alerts;
     AppNames apps;
     /// Performs a URL, or answers why not.
     std::function<std::optional<URLFault>(const std::string& url)> openURL;
@@ -34,6 +36,7 @@ class SpaceRequests {
   void list(RequestJob job) const;
   void current(RequestJob job) const;
   void watch(RequestJob job) const;
+  void answer(RequestJob job) const;
   void quit(RequestJob job) const;
 
   const Services services_;

@@ -27,8 +27,8 @@ void byLetter(const RequestJob& job, const Ask& ask, const Do& doIt) {
 }  // namespace
 
 void WindowRequests::addTo(RequestTable& table) {
-  const auto add = [&](RequestKind kind, void (WindowRequests::*answer)(RequestJob) const) {
-    table[kind] = [this, answer](RequestJob job) { (this->*answer)(std::move(job)); };
+  const auto add = [&](RequestKind kind, void (WindowRequests::*member)(RequestJob) const) {
+    table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
   };
   add(RequestKind::windows, &WindowRequests::windows);
   add(RequestKind::savedSpaces, &WindowRequests::savedSpaces);

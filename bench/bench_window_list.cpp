@@ -32,7 +32,7 @@ xcb_window_t openWindow(X11Connection& connection, int number) {
                     static_cast<std::int16_t>(number % 400), 200, 150, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                     XCB_COPY_FROM_PARENT, 0, nullptr);
   const auto title = "Window " + std::to_string(number);
-  const std::string wmClass("bench\0Bench", 12);
+  const std::string wmClass("bench\0Bench\0", 12);
   xcb_change_property(raw, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                       static_cast<std::uint32_t>(wmClass.size()), wmClass.data());
   xcb_change_property(raw, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,

@@ -29,6 +29,10 @@ std::optional<FocusMemory::Remembered> FocusMemory::lastWindow(const std::string
 }
 
 void FocusMemory::restore(const Space& space, const SpaceContents& contents) {
+  const auto active = static_cast<ManagedSpaceID>(services_.windowServer.CGSBridgeActiveSpace());
+  if (active != 0 && active != space.managedID) {
+    return;
+  }
   const auto remembered = lastWindow(space.id);
   const auto windows = contents.windows(space.managedID);
   const auto window = std::ranges::find_if(windows, [&](const WindowInfo& candidate) {

@@ -46,8 +46,9 @@ class FocusMemory {
   void leaving(const Space& space);
 
   /// To be called after the Space was entered. While the setting "restoreFocus" is on, the remembered window is raised
-  /// 0.2 seconds from now, unless it is gone or a window of the Space has the focus by then. Whatever an earlier call
-  /// is still waiting for is given up. `contents` must outlive this object.
+  /// 0.2 seconds from now, unless it is gone, a window of the Space has the focus by then, or the Space is no longer
+  /// shown: raising would bring back a Space that the user only passed. Whatever an earlier call is still waiting for
+  /// is given up. `contents` must outlive this object.
   void entered(const Space& space, const SpaceContents& contents);
 
   /// The window that would be raised on entering a Space, by Space::id.

@@ -10,8 +10,10 @@ namespace {
 /// Options for whoever becomes the instance, without and with a value after them.
 constexpr std::array<std::string_view, 1> startFlags = {"--verbose"};
 constexpr std::array<std::string_view, 2> startOptions = {"--platform", "--scenario"};
-/// Options that the instance understands.
-constexpr std::array<std::string_view, 2> requestFlags = {"--json", "--all"};
+/// Options that ask for a process of their own. All others are for the instance to understand, or to refuse.
+constexpr std::array<std::string_view, 11> modeOptions = {"--probe",   "--switch",  "--capture", "--settings-list",
+                                                          "--get",     "--set",     "--unset",   "--simulate",
+                                                          "--journal", "--version", "--help"};
 
 template <std::size_t count>
 bool contains(const std::array<std::string_view, count>& list, std::string_view text) {
@@ -36,8 +38,7 @@ FrontArguments readFrontArguments(const char* const* arguments) {
       ++arguments;
       read.home = argument == "--home" ? *arguments : read.home;
     } else if (!contains(startFlags, argument)) {
-      const bool isOption = argument.substr(0, 2) == "--" || argument == "classic";
-      read.forInstance = read.forInstance && (!isOption || contains(requestFlags, argument));
+      read.forInstance = read.forInstance && !contains(modeOptions, argument);
       read.request.emplace_back(argument);
     }
   }

@@ -55,6 +55,13 @@ Toasts& Machine::toasts(Mode mode) {
   return logToasts;
 }
 
+Alerts& Machine::alerts(Mode mode) {
+  if (mode == Mode::resident) {
+    return pendingAlerts;
+  }
+  return neutralAlerts;
+}
+
 void Machine::stopOnSignals() {
   signals_ = onTerminationSignal(descriptors, [this](int signal) {
     constexpr int signalled = 128;  // as shells report it

@@ -8,9 +8,11 @@
 #include "app/main/lazy_notifications.h"
 #include "base/file_preferences.h"
 #include "base/log_toasts.h"
+#include "base/pending_alerts.h"
 #include "platform/channel/instance_lock.h"
 #include "platform/command_channel.h"
 #include "platform/folders.h"
+#include "platform/none/neutral.h"
 #include "platform/qt/lazy_images.h"
 #include "platform/qt/qt_descriptors.h"
 #include "platform/qt/qt_files.h"
@@ -39,6 +41,8 @@ struct Machine {
   LazyImages images{log};
   LogToasts logToasts{log};
   LazyNotifications notifications{mainQueue, descriptors, clock, log};
+  PendingAlerts pendingAlerts{notifications, log};
+  NeutralAlerts neutralAlerts;
   UnixSystem system;
   Folders folders;
   FilePreferences preferences;
@@ -46,6 +50,8 @@ struct Machine {
   [[nodiscard]] CommandChannel& commandChannel() { return *channel_; }
   /// Where messages to the user go: to the desktop from the resident program, from commands to the log.
   [[nodiscard]] Toasts& toasts(Mode mode);
+  /// How the user is asked. Only the resident program waits for answers.
+  [[nodiscard]] Alerts& alerts(Mode mode);
 
   /// Makes SIGTERM, SIGINT and SIGHUP stop the run loop, the second time end the process. For modes that run it: before
   /// and without it these signals end the process at once.

@@ -37,7 +37,7 @@ class NoneHost : public Host {
             .folders = machine_.folders,
             .processes = machine_.processes,
             .toasts = machine_.toasts(line_.mode),
-            .alerts = alerts_,
+            .alerts = machine_.alerts(line_.mode),
             .globalHotKeys = globalHotKeys_,
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
@@ -62,7 +62,6 @@ class NoneHost : public Host {
   NeutralDisplays displays_;
   NeutralWindowList windowList_;
   NeutralWorkspace workspace_;
-  NeutralAlerts alerts_;
   NeutralGlobalHotKeys globalHotKeys_;
   NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;

@@ -49,7 +49,7 @@ class X11Host : public Host {
             .folders = machine_.folders,
             .processes = machine_.processes,
             .toasts = machine_.toasts(line_.mode),
-            .alerts = alerts_,
+            .alerts = machine_.alerts(line_.mode),
             .globalHotKeys = desktop_->globalHotKeys(),
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
@@ -72,7 +72,6 @@ class X11Host : public Host {
   const CommandLine line_;
   Machine machine_;
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
-  NeutralAlerts alerts_;
   NeutralURLEvents urlEvents_;
   std::unique_ptr<X11Desktop> desktop_;
 };

@@ -104,6 +104,9 @@ class NeutralAlerts : public Alerts {
   void show(const Alert& /*alert*/, std::function<void(std::optional<std::size_t>)> answered) override {
     answered(std::nullopt);
   }
+  std::expected<std::string, std::string> answer(std::string_view /*button*/) override {
+    return std::unexpected("nothing is asked");
+  }
 };
 
 class NeutralGlobalHotKeys : public GlobalHotKeys {

@@ -142,7 +142,7 @@ ScriptAction pressKey(Arguments& arguments) {
 ScriptAction answerAlert(Arguments& arguments) {
   const auto button = arguments.require("button");
   return onParts([text = button.isNull() ? std::nullopt : std::optional(button.text())](SimulatedParts& desktop) {
-    desktop.alerts.answer(text);
+    desktop.alerts.press(text);
   });
 }
 

@@ -16,13 +16,15 @@ class SimulatedAlerts : public Alerts {
 
   void show(const Alert& alert, std::function<void(std::optional<std::size_t>)> answered) override;
 
+  std::expected<std::string, std::string> answer(std::string_view button) override;
+
   /// The user presses a button of the alert shown last, or closes it when `button` is absent. Nothing happens without
   /// an alert or if it has no such button.
-  void answer(const std::optional<std::string>& button);
+  void press(const std::optional<std::string>& button);
 
  private:
   struct Shown {
-    std::vector<std::string> buttons;
+    Alert alert;
     std::function<void(std::optional<std::size_t>)> answered;
   };
 

@@ -77,8 +77,13 @@ std::optional<int> X11Connection::firstEvent(xcb_extension_t& extension) const {
 
 bool X11Connection::succeeded(xcb_void_cookie_t cookie) {
   const XcbPtr<xcb_generic_error_t> error(xcb_request_check(connection_, cookie));
-  replyObserver_();
+  readObserver_();
   return error == nullptr && alive();
+}
+
+void X11Connection::flush() {
+  xcb_flush(connection_);
+  readObserver_();
 }
 
 xcb_get_property_cookie_t X11Connection::requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type) {
@@ -109,7 +114,7 @@ void X11Connection::sendToWindowManager(xcb_window_t window, X11Atom message,
   static_assert(sizeof event == 32);
   xcb_send_event(connection_, 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&event));
-  xcb_flush(connection_);
+  flush();
 }
 
 void X11Connection::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {

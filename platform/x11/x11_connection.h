@@ -51,9 +51,10 @@ class X11Connection {
   /// The number of the extension's first event; nothing when the server lacks the extension.
   [[nodiscard]] std::optional<int> firstEvent(xcb_extension_t& extension) const;
 
-  /// `observer` runs after every reply, on the thread that took it: taking a reply reads whatever the server has sent,
-  /// and events among it wait in memory with nothing more to read from the descriptor. Set before other threads start.
-  void setReplyObserver(std::function<void()> observer) { replyObserver_ = std::move(observer); }
+  /// `observer` runs after every reply and every flush, on the thread that did it: both read whatever the server has
+  /// sent, and events among it wait in memory with nothing more to read from the descriptor. Set before other threads
+  /// start.
+  void setReadObserver(std::function<void()> observer) { readObserver_ = std::move(observer); }
 
   /// Waits for the reply to a checked request, as in `reply(xcb_get_geometry_reply, cookie)`. Null on any error.
   template <typename Reply, typename Cookie>
@@ -61,12 +62,15 @@ class X11Connection {
     xcb_generic_error_t* error = nullptr;
     XcbPtr<Reply> result(take(connection_, cookie, &error));
     std::free(error);
-    replyObserver_();
+    readObserver_();
     return result;
   }
 
   /// Waits whether the server did what a checked request without a reply asked for.
   [[nodiscard]] bool succeeded(xcb_void_cookie_t cookie);
+
+  /// Sends what waits to be sent.
+  void flush();
 
   /// Asks for a property of the given type, of which at most 64 KiB are read.
   xcb_get_property_cookie_t requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type);
@@ -87,7 +91,7 @@ class X11Connection {
   xcb_connection_t* const connection_;
   const xcb_screen_t* const screen_;
   std::array<xcb_atom_t, x11AtomNames.size()> atoms_{};
-  std::function<void()> replyObserver_ = [] {};
+  std::function<void()> readObserver_ = [] {};
 };
 
 }  // namespace tallowin

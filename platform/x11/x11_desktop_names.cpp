@@ -29,7 +29,7 @@ void X11DesktopNames::namesChanged(std::uint16_t sequence) {
     // Every name there is the window manager's now, even one that reads as if it had been written for the desktop that
     // stood there before; and whoever hears of the change reads the desktops at once.
     xcb_delete_property(connection_.raw(), connection_.root(), connection_.atom(X11Atom::tallowinDesktopNames));
-    xcb_flush(connection_.raw());
+    connection_.flush();
   }
   applySoon();
 }
@@ -66,7 +66,7 @@ void X11DesktopNames::apply() {
   xcb_grab_server(connection_.raw());
   write(plan());
   xcb_ungrab_server(connection_.raw());
-  xcb_flush(connection_.raw());
+  connection_.flush();
 }
 
 bool X11DesktopNames::isRewrittenTooOften(const DesktopNamesPlan& plan) {

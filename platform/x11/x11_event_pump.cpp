@@ -12,13 +12,12 @@ X11EventPump::X11EventPump(X11Connection& connection, MainQueue& queue, Descript
       onConnectionLost_(std::move(onConnectionLost)),
       self_(std::make_shared<X11EventPump*>(this)) {
   watch_ = descriptors.watchReadable(xcb_get_file_descriptor(connection_.raw()), [this] { drain(); });
-  connection_.setReplyObserver([this] { drainSoon(); });
-  xcb_flush(connection_.raw());
-  drainSoon();
+  connection_.setReadObserver([this] { drainSoon(); });
+  connection_.flush();
 }
 
 X11EventPump::~X11EventPump() {
-  connection_.setReplyObserver([] {});
+  connection_.setReadObserver([] {});
 }
 
 void X11EventPump::drainSoon() {

@@ -99,7 +99,7 @@ std::uint32_t X11Events::pressedMouseButtons() {
 void X11Events::CGWarpMouseCursorPosition(CGPoint position) {
   xcb_warp_pointer(connection_.raw(), XCB_WINDOW_NONE, connection_.root(), 0, 0, 0, 0, coordinate(position.x),
                    coordinate(position.y));
-  xcb_flush(connection_.raw());
+  connection_.flush();
 }
 
 void X11Events::postInput(const EmulatedEvent& event) {
@@ -119,7 +119,7 @@ void X11Events::postInput(const EmulatedEvent& event) {
     default:
       postMouse(static_cast<CGMouseEventType>(event.type()), event.location);
   }
-  xcb_flush(connection_.raw());
+  connection_.flush();
 }
 
 void X11Events::pressKey(VirtualKeyCode keyCode, std::uint64_t flags) {

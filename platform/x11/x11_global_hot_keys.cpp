@@ -55,7 +55,7 @@ X11GlobalHotKeys::~X11GlobalHotKeys() {
       ungrab(*hotKey->grab);
     }
   }
-  xcb_flush(connection_.raw());
+  connection_.flush();
 }
 
 std::optional<Subscription> X11GlobalHotKeys::registerHotKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags,
@@ -143,7 +143,7 @@ void X11GlobalHotKeys::end(HotKey& hotKey) {
   std::erase_if(hotKeys_, [&](const auto& other) { return other.get() == &hotKey; });
   if (grab) {
     ungrab(*grab);
-    xcb_flush(connection_.raw());
+    connection_.flush();
   }
 }
 

@@ -83,7 +83,7 @@ bool X11WindowActions::restore(WindowNumber number) {
   // only, others of the state only.
   removeState(number, X11Atom::netWmStateHidden);
   xcb_map_window(connection_.raw(), number);
-  xcb_flush(connection_.raw());
+  connection_.flush();
   const bool restored = waitUntil(shown, untilShown);
   if (restored && window->desktop) {
     connection_.moveToDesktop(number, *window->desktop);  // metacity fetches it to the desktop in front

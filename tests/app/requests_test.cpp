@@ -53,6 +53,7 @@ TEST(FrontArguments, TellWhatTheInstanceCanDo) {
       {{"--scenario", "list"}, true, "", {}},
       {{"--probe"}, false, "", {"--probe"}},
       {{"--switch", "3", "classic"}, false, "", {"--switch", "3", "classic"}},
+      {{"edit", "3", "--name", "classic"}, true, "", {"edit", "3", "--name", "classic"}},
       {{"--home"}, false, "", {}},
       {{"--simulate", "s.json"}, false, "", {"--simulate", "s.json"}},
   };

@@ -5,36 +5,10 @@
 # wmctrl, xprop and xdotool only.
 set -u
 . "$(dirname "$0")/desktop.sh"
-
-PASSED=0
-FAILED=0
-SKIPPED=0
-
-# pass_if NAME EXPECTED SEEN
-pass_if() {
-  if [ "$2" == "$3" ]; then
-    PASSED=$((PASSED + 1))
-    echo "ok   $LABEL: $1"
-  else
-    FAILED=$((FAILED + 1))
-    printf 'FAIL %s: %s\n  expected: %s\n  seen:     %s\n' "$LABEL" "$1" "${2//$'\n'/$'\n            '}" \
-      "${3//$'\n'/$'\n            '}"
-  fi
-}
-
-# pass_if_eventually NAME EXPECTED COMMAND...: the command's output becomes what is expected.
-pass_if_eventually() {
-  local name=$1 expected=$2
-  shift 2
-  eventually output_is "$expected" "$@"
-  pass_if "$name" "$expected" "$("$@")"
-}
-
-output_is() {
-  local expected=$1
-  shift
-  [ "$("$@")" == "$expected" ]
-}
+. "$(dirname "$0")/checks.sh"
+. "$(dirname "$0")/window_witnesses.sh"
+. "$(dirname "$0")/window_cases.sh"
+. "$(dirname "$0")/layout_cases.sh"
 
 # The program with a home folder that is kept for one window manager. Its exit status goes to the last line.
 tallowin() {
@@ -179,7 +153,7 @@ window_has_moved() {
 }
 
 desktop_of() {
-  xprop -id "$1" -notype _NET_WM_DESKTOP | sed 's/.*= //'
+  xprop -id "$1" -notype _NET_WM_DESKTOP 2>/dev/null | sed 's/.*= //'
 }
 
 capture_case() {
@@ -228,23 +202,6 @@ window_count() {
 
 probed_ids() {
   tallowin --probe | sed -n 's/.* id=\([^ ]*\).*/\1/p' | paste -sd ' '
-}
-
-# The program in front of the running instance. Its exit status goes to the last line.
-ask() {
-  timeout 20 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" "$@" 2>&1
-  echo "exit $?"
-}
-
-instance_runs() {
-  ask list >/dev/null
-  [ "$(ask list | tail -n 1)" == "exit 0" ]
-}
-
-start_instance() {
-  start_group "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11
-  INSTANCE_GROUP=$STARTED_GROUP
-  eventually instance_runs
 }
 
 # The running instance follows others, names, switches, goes back, and survives being killed. Desktops $1 and $2 are
@@ -315,13 +272,18 @@ last_watched() {
   tail -n 1 "$DESKTOP_DIRECTORY/watched" | cut -f 2,3 | tr '\t' ' '
 }
 
-window_manager_cases() {
-  LABEL=$1
+# Starts window manager $1 on a server of its own.
+start_desktop() {
   if ! start_server || ! start_window_manager "$1"; then
     pass_if "starts and manages a window" yes "no; its log ends: $(tail -n 3 "$DESKTOP_DIRECTORY/log")"
     stop_desktop
-    return
+    return 1
   fi
+}
+
+window_manager_cases() {
+  LABEL=$1
+  start_desktop "$1" || return
   if [ "$1" == i3 ]; then
     dynamic_cases
   else
@@ -334,6 +296,9 @@ window_manager_cases() {
   fi
   capture_case
   instance_cases 1 2
+  stop_desktop
+  start_desktop "$1" || return
+  window_cases
   stop_desktop
 }
 
@@ -378,10 +343,6 @@ connections_of() {
   local inodes
   inodes=$(readlink "/proc/$1"/fd/* 2>/dev/null | sed -n 's/^socket:\[\(.*\)\]$/\1/p' | paste -sd ' ')
   awk -v inodes=" $inodes " '$5 == "0001" && $6 == "03" && index(inodes, " " $7 " ")' /proc/net/unix | wc -l
-}
-
-group_is_gone() {
-  ! group_lives "$1"
 }
 
 if [ $# -lt 2 ]; then

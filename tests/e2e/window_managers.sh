@@ -30,6 +30,7 @@ configure_window_manager() {
     i3)
       mkdir -p "$HOME/.config/i3"
       cat >"$HOME/.config/i3/config" <<'CONFIG'
+# i3 config file (v4)
 font pango:monospace 8
 for_window [class=".*"] floating enable
 CONFIG

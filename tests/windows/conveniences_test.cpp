@@ -121,8 +121,13 @@ TEST(FocusMemory, LeavesAFocusOfTheUsersAloneAndWaitsForTheLastChangeOnly) {
 
   program.state().applications.at(1).isActive = false;
   program.focus.entered(program.spaceNumbered(1), program.contents);
-  program.time.advance(100ms);
   program.userSwitchesTo(2);
+  program.lines.clear();
+  program.time.advance(1s);
+  EXPECT_THAT(program.take("activateWithOptions"), IsEmpty()) << "a Space that was only passed is not brought back";
+
+  program.focus.entered(program.spaceNumbered(1), program.contents);
+  program.time.advance(100ms);
   program.focus.entered(program.spaceNumbered(2), program.contents);
   program.lines.clear();
   program.time.advance(1s);

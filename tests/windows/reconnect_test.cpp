@@ -233,7 +233,7 @@ TEST(RestartOffer, OnlyTheFirstButtonRestores) {
     EXPECT_THAT(alerts[0].dump(), HasSubstr("Put your windows back on their Spaces?"));
     EXPECT_THAT(alerts[0].dump(), HasSubstr("Tallowin saved where 2 windows were before your Mac restarted."));
     EXPECT_THAT(alerts[0].dump(), HasSubstr(R"(["Restore","Not Now"])"));
-    program.desktop.parts().alerts.answer(button);
+    program.desktop.parts().alerts.press(button);
     program.time.advance(1s);
     EXPECT_THAT(program.spacesOf(41), ElementsAre(space));
   }

@@ -31,8 +31,10 @@ class FakeNotificationService {
 
   [[nodiscard]] bool ownsName() const { return owns_; }
 
-  /// What was asked for, in the form "replaced id, icon, summary, body, urgency, transient, expiry".
+  /// What was asked for, in the form "replaced id, icon, summary, body, actions, hints, expiry".
   std::vector<std::string> shown;
+  std::vector<std::uint32_t> taken;  ///< the ids that CloseNotification was called for
+  std::vector<std::string> capabilities;
   bool answers = true;  ///< else calls wait for answerHeld()
 
   void answerHeld() {
@@ -42,13 +44,49 @@ class FakeNotificationService {
     }
   }
 
+  /// What the user does.
+  void invoke(std::uint32_t id, const char* action) { emit("ActionInvoked", "us", id, action); }
+  void close(std::uint32_t id, std::uint32_t reason) { emit("NotificationClosed", "uu", id, reason); }
+
  private:
+  static constexpr auto interface = "org.freedesktop.Notifications";
+
   static int called(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
-    if (sd_bus_message_is_method_call(message, "org.freedesktop.Notifications", "Notify") <= 0) {
+    return static_cast<FakeNotificationService*>(self)->dispatch(message);
+  }
+
+  int dispatch(sd_bus_message* message) {
+    const auto asks = [message](const char* method) {
+      return sd_bus_message_is_method_call(message, interface, method) > 0;
+    };
+    if (asks("Notify")) {
+      notify(message);
+    } else if (asks("GetCapabilities")) {
+      tellCapabilities(message);
+    } else if (asks("CloseNotification")) {
+      sd_bus_message_read(message, "u", &taken.emplace_back());
+    } else {
       return 0;
     }
-    static_cast<FakeNotificationService*>(self)->notify(message);
     return 1;
+  }
+
+  void tellCapabilities(sd_bus_message* message) {
+    std::vector<char*> texts;
+    for (auto& capability : capabilities) {
+      texts.push_back(capability.data());
+    }
+    texts.push_back(nullptr);
+    sd_bus_message* reply = nullptr;
+    sd_bus_message_new_method_return(message, &reply);
+    sd_bus_message_append_strv(reply, texts.data());
+    sd_bus_send(bus_, reply, nullptr);
+    sd_bus_message_unref(reply);
+  }
+
+  template <typename... Values>
+  void emit(const char* signal, const char* types, Values... values) {
+    sd_bus_emit_signal(bus_, "/org/freedesktop/Notifications", interface, signal, types, values...);
   }
 
   void notify(sd_bus_message* message) {
@@ -58,17 +96,29 @@ class FakeNotificationService {
     const char* body = nullptr;
     std::uint32_t replaced = 0;
     sd_bus_message_read(message, "susss", &application, &replaced, &icon, &summary, &body);
-    sd_bus_message_skip(message, "as");
+    const auto actions = readActions(message);
     const auto hints = readHints(message);
     std::int32_t expiry = 0;
     sd_bus_message_read(message, "i", &expiry);
     shown.push_back(std::string(application) + " " + std::to_string(replaced) + " " + icon + " [" + summary + "] [" +
-                    body + "]" + hints + " " + std::to_string(expiry));
+                    body + "]" + actions + hints + " " + std::to_string(expiry));
     if (answers) {
       answer(message);
     } else {
       held_.push_back(sd_bus_message_ref(message));
     }
+  }
+
+  static std::string readActions(sd_bus_message* message) {
+    std::string text;
+    const char* key = nullptr;
+    const char* label = nullptr;
+    sd_bus_message_enter_container(message, 'a', "s");
+    while (sd_bus_message_read(message, "ss", &key, &label) > 0) {
+      text += std::string(" ") + key + "=(" + label + ")";
+    }
+    sd_bus_message_exit_container(message);
+    return text;
   }
 
   static std::string readHints(sd_bus_message* message) {

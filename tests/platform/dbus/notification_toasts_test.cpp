@@ -1,12 +1,10 @@
 #include "platform/dbus/notification_toasts.h"
 
 #include <gmock/gmock.h>
-#include <optional>
 #include <sys/socket.h>
 #include <sys/un.h>
 
-#include "tests/platform/dbus/fake_notification_service.h"
-#include "tests/platform/dbus/message_bus.h"
+#include "tests/platform/dbus/notification_test.h"
 
 namespace tallowin {
 namespace {
@@ -15,63 +13,16 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class SetClock : public Clock {
- public:
-  [[nodiscard]] Date now() const override { return {}; }
-  [[nodiscard]] std::uint64_t machAbsoluteTime() const override { return 1; }
-  [[nodiscard]] std::chrono::nanoseconds systemUptime() const override { return uptime; }
-  [[nodiscard]] CalendarDay localDay(Date /*date*/) const override { return {}; }
-
-  std::chrono::nanoseconds uptime = 1h;
-};
-
-class KeptLog : public Log {
- public:
-  void write(Level level, std::string_view category, std::string_view message) override {
-    auto& list = category == "Toast" ? toasts : failures;
-    list.push_back((level == Level::error ? "error: " : "") + std::string(message));
-  }
-
-  std::vector<std::string> toasts;
-  std::vector<std::string> failures;
-};
-
 std::string information(int replaced, const std::string& text) {
   return "Tallowin " + std::to_string(replaced) + " tallowin [" + text + "] [] transient=b1 urgency=y0 2500";
 }
 
-class NotificationToastsTest : public testing::Test {
+class NotificationToastsTest : public NotificationTest {
  protected:
-  void startBus() {
-    if (!bus_.start()) {
-      GTEST_SKIP() << "dbus-daemon could not be started";
-    }
-  }
-
-  void startService() {
-    service_.emplace(loop_);
-    ASSERT_TRUE(service_->ownsName());
-  }
-
   void show(const std::string& text, bool isError = false) { toasts_->show({text, std::nullopt, isError}); }
 
-  bool runUntilShown(std::size_t count) {
-    return loop_.runUntil([&] { return service_->shown.size() >= count; });
-  }
-  bool runUntilFailed(std::size_t count) {
-    return loop_.runUntil([&] { return log_.failures.size() >= count; });
-  }
-  /// The reply to what was shown has come: nothing else is waited for.
-  bool runUntilIdle() {
-    return loop_.runUntil([&] { return !loop_.hasTimers(); });
-  }
-
-  MessageBus bus_;
-  PollLoop loop_;
   SetClock clock_;
-  KeptLog log_;
-  std::optional<FakeNotificationService> service_;
-  std::optional<NotificationToasts> toasts_{std::in_place, NotificationToasts::Services{loop_, loop_, clock_, log_}};
+  std::optional<NotificationToasts> toasts_{std::in_place, *client_, clock_, log_};
 };
 
 TEST_F(NotificationToastsTest, EachTakesThePlaceOfTheLast) {
@@ -195,13 +146,14 @@ TEST_F(NotificationToastsTest, NeverWaitsForABusThatSaysNothing) {
   ASSERT_EQ(write(peer, "nonsense\r\n", 10), 10);
   close(peer);
   ASSERT_TRUE(runUntilFailed(1));
-  EXPECT_EQ(loop_.watchCount(), 0U);
+  ASSERT_TRUE(loop_.runUntil([&] { return loop_.watchCount() == 0; }));
   EXPECT_FALSE(loop_.hasTimers());
 
   clock_.uptime += 30s;
   show("three");
   loop_.runReady();
   toasts_.reset();  // with the call outstanding
+  client_.reset();
   EXPECT_EQ(loop_.watchCount(), 0U);
   close(listener);
 }

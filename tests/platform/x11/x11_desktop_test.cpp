@@ -142,7 +142,7 @@ TEST_F(X11DesktopTest, TakesTheWindowAlongWhoseTitleBarIsDragged) {
   EXPECT_THAT(manager.takeRequests(), ElementsAre("_NET_WM_DESKTOP 0 2 0 0 0"));
 }
 
-TEST_F(X11DesktopTest, HearsEventsThatCameWithAReply) {
+TEST_F(X11DesktopTest, HearsEventsThatWereReadOnTheSide) {
   ScriptedWindowManager manager;
   manager.setDesktops(2, 0);
   connect();
@@ -154,6 +154,10 @@ TEST_F(X11DesktopTest, HearsEventsThatCameWithAReply) {
   const auto window = manager.manageWindow(0);
   std::thread([&] { windowServer().CGSBridgeCopySpacesForWindow(window); }).join();
   EXPECT_TRUE(runUntilTold(1)) << "after a reply on another thread";
+  told_.clear();
+  manager.setCurrent(1);
+  desktop_->events().CGWarpMouseCursorPosition({1, 1});
+  EXPECT_TRUE(runUntilTold(1)) << "after a request without a reply";
 }
 
 TEST_F(X11DesktopTest, ReceiverMayBeReplacedWhileItIsTold) {

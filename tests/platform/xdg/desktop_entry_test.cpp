@@ -9,7 +9,6 @@ namespace tallowin {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Words = std::vector<std::string>;
 
 TEST(DesktopEntry, ReadsWhatAnEntrySays) {

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/alert_display.h"
+#include "platform/alerts.h"
+#include "platform/log.h"
+
+namespace tallowin {
+
+/// Questions to the user that can be answered where they are displayed and, as not every desktop can show buttons, by
+/// `tallowin answer BUTTON` too. A question stays open until one of the two answers it. Each is in the log with the
+/// commands that answer it. Letting go of this answers nobody and takes the questions off the display. Main thread
+/// only.
+class PendingAlerts : public Alerts {
+ public:
+  PendingAlerts(AlertDisplay& display, Log& log) : display_(display), log_(log) {}
+
+  void show(const Alert& alert, std::function<void(std::optional<std::size_t>)> answered) override;
+  std::expected<std::string, std::string> answer(std::string_view button) override;
+
+ private:
+  struct Question {
+    std::uint64_t id;
+    Alert alert;
+    AlertDisplay::Answered answered;
+    Subscription displayed;
+  };
+  struct Choice {
+    std::uint64_t question;
+    std::size_t button;
+    std::string line;  ///< question and button
+  };
+
+  [[nodiscard]] std::optional<Choice> choiceNamed(std::string_view button) const;
+  [[nodiscard]] std::optional<Choice> choiceNumbered(std::string_view number) const;
+  [[nodiscard]] std::string refusal(std::string_view button) const;
+  void close(std::uint64_t id, std::optional<std::size_t> button);
+
+  AlertDisplay& display_;
+  Log& log_;
+  std::vector<Question> open_;  ///< the oldest first
+  std::uint64_t lastID_ = 0;
+};
+
+}  // namespace tallowin

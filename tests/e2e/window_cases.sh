@@ -1,0 +1,324 @@
+# shellcheck shell=bash
+# What the running instance does with windows and desktops. To be sourced by run.sh. Every case begins with TRIAL,
+# active, on the first desktop.
+
+list_cases() {
+  open_notes NOTES -geometry 50x12+300+200
+  put_window "$NOTES" 2
+  pass_if "windows --all agrees with wmctrl" "$(witnessed_windows)" "$(listed_windows)"
+  put_window "$NOTES" 1
+  pass_if "it does right after a move" "$(witnessed_windows)" "$(listed_windows)"
+  pass_if "windows lists the desktop in front" "1 TRIAL" "$(ask windows | awk '/^1/ { print $1, $NF }' | grep -v ANCHOR)"
+  pass_if "frames are those of xwininfo" "$(witnessed_frame "$NOTES")" "$(listed_frame "$NOTES")"
+  wmctrl -i -r "$NOTES" -T 'A  B'
+  pass_if_eventually "a title changes" 1 called_like_that
+  if [ "$LABEL" != i3 ]; then
+    xdotool set_desktop_for_window "$NOTES" -1
+    eventually output_is 4294967295 desktop_of "$NOTES"
+    pass_if "one on all desktops is on none" "$(witnessed_windows)" "$(listed_windows)"
+  fi
+  wmctrl -i -r "$NOTES" -T NOTES
+  close_window NOTES
+  pass_if "a closed window goes" "$(witnessed_windows)" "$(listed_windows)"
+}
+
+called_like_that() {
+  ask windows --all --json | sed '$d' | jq '[.[] | select(.title == "A  B")] | length'
+}
+
+move_cases() {
+  local trial
+  trial=$(window_called TRIAL)
+  focus "$trial"
+  do_command move-window/2
+  pass_if_eventually "move-window/2 moves the front window" 1 desktop_of "$trial"
+  pass_if_said "Toast: Moved XTerm to Desktop 2"
+  pass_if "the desktop stays" 0 "$(current_desktop)"
+  put_window "$trial" 0
+  focus "$trial"
+  do_command move-window/1
+  pass_if_said "Toast: The window is already on that Space."
+  do_command move-window/next
+  pass_if_eventually "move-window/next moves it to the neighbour" 1 desktop_of "$trial"
+  pass_if_said "Toast: Moved XTerm to Desktop 2"
+  put_window "$trial" 0
+  focus "$trial"
+  pass_if "following can be set" "exit 0" "$(tallowin --set followMovedWindow true | tail -n 1)"
+  do_command move-window/3
+  pass_if_eventually "a followed window moves" 2 desktop_of "$trial"
+  pass_if_eventually "its desktop is shown" 2 current_desktop
+  pass_if_eventually "it is active there" active active_or_not "$trial"
+  pass_if_said "Toast: Moved XTerm to Desktop 3"
+  tallowin --unset followMovedWindow >/dev/null
+  put_window "$trial" 0
+  put_in_front 0
+}
+
+# The first case, as the server gives the number of a window that has gone to a new one, which then counts as known.
+pin_case() {
+  pass_if "an application is pinned by its name" "exit 0" "$(ask pin notes 3)"
+  open_notes PINNED
+  pass_if_eventually "its new window goes to its desktop" 2 desktop_of "$NOTES"
+  put_window "$NOTES" 1
+  open_notes SECOND
+  pass_if_eventually "so does the next one" 2 desktop_of "$NOTES"
+  pass_if "the first is not moved again" 1 "$(desktop_of "$(window_called PINNED)")"
+  pass_if "the desktop stays" 0 "$(current_desktop)"
+  pass_if "it is unpinned" "exit 0" "$(ask unpin Notes)"
+  pass_if "only once" "tallowin: Notes is pinned to no Space
+exit 1" "$(ask unpin Notes)"
+  close_window PINNED
+  close_window SECOND
+}
+
+mark_cases() {
+  local marked
+  open_notes MARKED
+  marked=$NOTES
+  put_window "$marked" 2
+  open_notes OTHER
+  put_window "$NOTES" 2
+  focus "$marked"
+  pass_if "the front window is marked" "exit 0" "$(ask mark n)"
+  focus "$NOTES"
+  put_in_front 0
+  pass_if_eventually "a jump shows the window, not the one in front" active jump_shows "$marked"
+  pass_if "on its desktop" 2 "$(current_desktop)"
+  close_window OTHER
+  put_in_front 0
+  focus "$(window_called TRIAL)"
+  listen
+  pass_if "a letter can be asked for" "exit 0" "$(ask mark)"
+  xdotool key t
+  pass_if_said "Toast: Marked as T"
+  put_in_front 2
+  ask jump >/dev/null
+  xdotool key t
+  pass_if_eventually "the letter jumps" active active_or_not "$(window_called TRIAL)"
+  pass_if "to where it is" 0 "$(current_desktop)"
+  pass_if "nothing has other marks" "tallowin: Nothing is marked as X
+exit 1" "$(ask jump x)"
+  close_window MARKED
+  pass_if "a window that has gone is no fault" "exit 0" "$(ask jump n)"
+}
+
+# Jumps to N. A window manager that takes longer than the program waits for it needs to be asked twice.
+jump_shows() {
+  [ "$(ask jump N)" == "exit 0" ] && eventually_soon is_active "$1" && echo active
+}
+
+# As eventually, for a second or two.
+eventually_soon() {
+  local end=$((SECONDS + 2))
+  until "$@"; do
+    [ $SECONDS -lt $end ] || return 1
+    sleep 0.01
+  done
+}
+
+# Where the window manager minimises, the second press hides it.
+scratchpad_case() {
+  tallowin --set scratchpadApp notes >/dev/null
+  open_notes PAD
+  put_window "$NOTES" 2
+  focus "$(window_called TRIAL)"
+  do_command scratchpad
+  pass_if_eventually "the scratchpad comes" 0 desktop_of "$NOTES"
+  pass_if_eventually "and is active" active active_or_not "$NOTES"
+  if [ "$LABEL" != i3 ]; then
+    do_command scratchpad
+    pass_if_eventually "it goes" hidden hidden_or_shown "$NOTES"
+    eventually is_active "$(window_called TRIAL)"
+    do_command scratchpad
+    pass_if_eventually "it comes back" active active_or_not "$NOTES"
+    pass_if "as it was" shown "$(hidden_or_shown "$NOTES")"
+  fi
+  tallowin --unset scratchpadApp >/dev/null
+  close_window PAD
+}
+
+# "left top width height desktop state" of a window.
+condition_of() {
+  echo "$(witnessed_frame "$1") $(desktop_of "$1") $(hidden_or_shown "$1")"
+}
+
+# Without the focus memory, which for 0.2 seconds after the desktop was entered may bring back what is minimised meanwhile.
+minimize_case() {
+  local trial before by_hand
+  tallowin --set restoreFocus false >/dev/null
+  trial=$(window_called TRIAL)
+  open_notes BYHAND
+  by_hand=$NOTES
+  open_notes ELSEWHERE
+  put_window "$NOTES" 1
+  before=$(condition_of "$trial")
+  xdotool windowminimize "$by_hand"
+  pass_if_eventually "a window is minimised by hand" hidden hidden_or_shown "$by_hand"
+  do_command minimize-all
+  pass_if_eventually "minimize-all minimises what is in front" hidden hidden_or_shown "$trial"
+  pass_if_said "Toast: Minimized 1 windows."
+  pass_if "but nothing elsewhere" shown "$(hidden_or_shown "$NOTES")"
+  put_in_front 1
+  do_command undo-minimize
+  pass_if_eventually "undo-minimize brings it back as it was" "$before" condition_of "$trial"
+  pass_if "but nothing else" hidden "$(hidden_or_shown "$by_hand")"
+  pass_if "without a change of desktop" 1 "$(current_desktop)"
+  tallowin --unset restoreFocus >/dev/null
+  put_in_front 0
+  close_window BYHAND
+  close_window ELSEWHERE
+}
+
+refused_minimize_case() {
+  do_command minimize-all
+  pass_if_said "Toast: Minimized 0 windows."
+  pass_if "what cannot be minimised stays" shown "$(hidden_or_shown "$(window_called TRIAL)")"
+}
+
+# A window that is put back before the program looks, as a rule of a window manager's might do, is dragged instead.
+drag_fallback_case() {
+  local trial spy left
+  trial=$(window_called TRIAL)
+  focus "$trial"
+  start_group bash -c "stdbuf -oL xprop -spy -id $trial -notype _NET_WM_DESKTOP >'$DESKTOP_DIRECTORY/journey'"
+  spy=$STARTED_GROUP
+  eventually output_is 0 journey
+  do_command move-window/2
+  eventually output_is 1 desktop_of "$trial"
+  wmctrl -i -r "$trial" -t 0
+  pass_if_said "private move did not take, using drag fallback"
+  pass_if_said "Toast: Moved XTerm to Desktop 2"
+  pass_if "the drag shows the desktop" 1 "$(current_desktop)"
+  pass_if "the drag carries the window there" "0 4294967295 1" "$(journey)"
+  end_group "$spy"
+  left=$(window_left "$trial")
+  xdotool mousemove_relative 60 60
+  put_window "$trial" 0
+  pass_if "it can be moved afterwards" 0 "$(desktop_of "$trial")"
+  pass_if "the pointer has let go of it" "$left" "$(window_left "$trial")"
+  put_in_front 0
+}
+
+# The last three desktops that the spied window has been on.
+journey() {
+  sed 's/.*= //' "$DESKTOP_DIRECTORY/journey" 2>/dev/null | uniq | tail -n 3 | paste -sd ' '
+}
+
+pointer() {
+  xdotool getmouselocation | cut -d ' ' -f 1-2
+}
+
+# change_desktops URL-PATH: takes its turn after the change before, meanwhile it is refused.
+change_desktops() {
+  eventually change_is_not_refused "$1"
+}
+
+change_is_not_refused() {
+  do_command "$1"
+  ! has_said "Toast: Mission Control could not be opened." >/dev/null
+}
+
+desktop_change_case() {
+  local before
+  open_notes THIRD
+  put_window "$NOTES" 2
+  xdotool mousemove 333 222
+  before=$(pointer)
+  change_desktops add-desktop
+  pass_if_eventually "add-desktop adds one" 5 desktop_count
+  change_desktops remove-desktop/2
+  pass_if_eventually "remove-desktop/2 removes one" 4 desktop_count
+  pass_if_eventually "what was right of it is one farther left" 1 desktop_of "$NOTES"
+  pass_if "the desktop stays" 0 "$(current_desktop)"
+  pass_if_eventually "the pointer is where it was" "$before" pointer
+  change_desktops remove-desktop/9
+  pass_if_said "Toast: There is no Desktop 9"
+  close_window THIRD
+}
+
+refused_desktop_change_case() {
+  local before
+  before=$(witnessed_desktops)
+  do_command add-desktop
+  pass_if_said "Toast: Mission Control could not be opened."
+  pass_if "nothing is added" "$before" "$(witnessed_desktops)"
+}
+
+# saved_space_case APPLICATIONS: so many there will be on the second desktop.
+saved_space_case() {
+  local trial
+  trial=$(window_called TRIAL)
+  put_in_front 1
+  open_notes ONE
+  put_window "$NOTES" 1
+  open_notes TWO
+  put_window "$NOTES" 1
+  do_command save-space
+  pass_if_eventually "save-space closes the windows" "" window_called ONE
+  pass_if_eventually "all of them" "" window_called TWO
+  pass_if "but none elsewhere" "$trial" "$(window_called TRIAL)"
+  pass_if "it says what it saved" "Desktop 2  $1 apps  0 tabs" "$(ask saved-spaces | grep -o '  Desktop.*' | cut -c 3-)"
+  pass_if "it is reopened by its name" "exit 0" "$(ask reopen 'desktop 2')"
+  pass_if_eventually "its application starts" yes notes_started
+  pass_if "other names are not known" "tallowin: no saved Space is called nonsense
+exit 1" "$(ask reopen nonsense)"
+  close_window NOTES
+  put_in_front 0
+}
+
+notes_started() {
+  window_is_listed NOTES && echo yes
+}
+
+# Workspaces of i3 are there as long as there is something on them.
+hold_workspaces() {
+  local number
+  for number in 4 3 2 1; do
+    if ! window_is_listed "ANCHOR$number"; then
+      i3-msg -q "workspace $number; exec xterm -T ANCHOR$number"
+      eventually window_is_listed "ANCHOR$number"
+    fi
+  done
+  put_in_front 0
+}
+
+# Runs a case with TRIAL on the first desktop, which is shown.
+at_home() {
+  local trial
+  trial=$(window_called TRIAL)
+  put_window "$trial" 0
+  put_in_front 0
+  focus "$trial"
+  "$@"
+}
+
+window_cases() {
+  install_notes
+  if [ "$LABEL" == i3 ]; then
+    hold_workspaces
+  fi
+  start_instance --verbose
+  pass_if "windows --all agrees with wmctrl at once" "$(witnessed_windows)" "$(listed_windows)"
+  at_home pin_case
+  at_home list_cases
+  at_home move_cases
+  at_home mark_cases
+  at_home scratchpad_case
+  if [ "$LABEL" == i3 ]; then
+    at_home saved_space_case 2
+    hold_workspaces
+    at_home refused_minimize_case
+    refused_desktop_change_case
+    at_home layout_case 12 4
+  else
+    at_home saved_space_case 1
+    at_home minimize_case
+    at_home drag_fallback_case
+    at_home desktop_change_case
+    wmctrl -n 6
+    eventually output_is 6 desktop_count
+    at_home layout_case 40 6
+  fi
+  pass_if "the instance is as well as ever" "exit 0" "$(ask quit)"
+  eventually group_is_gone "$INSTANCE_GROUP"
+}
