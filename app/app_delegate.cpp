@@ -26,10 +26,17 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       watcher_({provider, platform.windowServer, platform.workspaceNotifications, platform.defaultNotifications,
                 platform.files, platform.folders, platform.mainQueue, platform.log}),
       nameMirror_({watcher_, store_, platform.windowServer, platform.desktopNames, platform.mainQueue}),
-      windows_({platform_, settings, paths_, store_, switcher_, [this] { return watcher_.snapshot().get(); },
-                [this](const Space& space) { switchTo(space); }}),
+      browserTabs_(platform.workspace, platform.appleScript),
+      windows_({platform_, settings, paths_, store_, switcher_, browserTabs_.reader(),
+                [this] { return watcher_.snapshot().get(); }, [this](const Space& space) { switchTo(space); }}),
+      automation_(
+          {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
+           platform.folders, settings, platform.log},
+          [this](const Space& space) { return windows_.isEmpty(space); },
+          [this](const Space& space) { return windows_.appsOn(space); }),
+      noteFiles_(platform.files, platform.workspace, platform.folders),
       windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
-      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_,
+      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, noteFiles_,
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue,
@@ -92,6 +99,7 @@ void AppDelegate::activeSpaceChanged(const std::optional<Space>& from, const Spa
   }
   windows_.focusMemory.entered(to, windows_.contents);
   history_.visit(to);
+  automation_.spaceChanged(from, to);
   platform_.log.info(category, "active Space: " + store_.displayName(to));
 }
 

@@ -12,6 +12,9 @@
 #include "app/window_commands.h"
 #include "app/window_requests.h"
 #include "app/window_services.h"
+#include "automation/automation_runner.h"
+#include "automation/browser_tabs.h"
+#include "automation/note_files.h"
 #include "base/app_paths.h"
 #include "platform/platform.h"
 
@@ -53,7 +56,10 @@ class AppDelegate {
   SpaceSwitcher switcher_;
   SpaceWatcher watcher_;
   DesktopNameMirror nameMirror_;
+  BrowserTabs browserTabs_;
   WindowServices windows_;
+  AutomationRunner automation_;
+  NoteFiles noteFiles_;
   WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;

@@ -73,11 +73,17 @@ void CommandPerformer::operator()(const command::Rename& command) {
 
 void CommandPerformer::operator()(const command::Note& command) {
   if (!command.text) {
-    notAvailable();
+    (*this)(command::Notes{command.space});
     return;
   }
   if (const auto space = find(command.space)) {
     services_.store.setNote(*command.text, space->id);
+  }
+}
+
+void CommandPerformer::operator()(const command::Notes& command) {
+  if (const auto space = find(command.space)) {
+    services_.noteFiles.open(*space, services_.store);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "app/stepping.h"
 #include "app/window_commands.h"
+#include "automation/note_files.h"
 #include "base/settings.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
@@ -25,6 +26,7 @@ class CommandPerformer {
     const Settings& settings;
     Toasts& toasts;
     WindowCommands& windows;
+    NoteFiles& noteFiles;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
     /// Switches as this program's own doing.
@@ -43,6 +45,7 @@ class CommandPerformer {
   void operator()(const command::Back& command);
   void operator()(const command::Rename& command);
   void operator()(const command::Note& command);
+  void operator()(const command::Notes& command);
   void operator()(const command::MoveWindow& command);
   void operator()(const command::MoveWindowStep& command) { services_.windows.moveFrontWindowStep(command.right); }
   void operator()(const command::RemoveDesktop& command);

@@ -2,17 +2,9 @@
 
 namespace tallowin {
 
-namespace {
-
-/// Until tabs can be read no application counts as a browser.
-BrowserTabsReader noBrowsers() {
-  return {[](const std::string&) { return false; }, [](const std::string&) { return std::vector<std::string>(); }};
-}
-
-}  // namespace
-
 WindowServices::WindowServices(const Context& context)
-    : contents({context.platform.windowList, context.platform.workspace, context.platform.windowServer,
+    : workspace(context.platform.workspace),
+      contents({context.platform.windowList, context.platform.workspace, context.platform.windowServer,
                 context.platform.workspaceNotifications, context.platform.system, context.platform.mainQueue,
                 context.platform.desktopQueues}),
       mover({context.switcher, context.platform.windowServer, context.platform.windowList, context.platform.workspace,
@@ -43,7 +35,7 @@ WindowServices::WindowServices(const Context& context)
       savedSpaces({context.store, contents, context.platform.accessibility, context.platform.windowServer,
                    context.platform.workspace, context.platform.files, context.paths, context.platform.clock,
                    context.platform.log},
-                  noBrowsers(), [&system = context.platform.system] { return system.randomBits(); }),
+                  context.browserTabs, [&system = context.platform.system] { return system.randomBits(); }),
       savedSpaceCommands(savedSpaces, context.platform.toasts),
       management({context.platform.windowServer, context.platform.workspace, context.platform.accessibility,
                   context.platform.events, context.platform.mainQueue}) {
@@ -62,6 +54,23 @@ WindowServices::WindowServices(const Context& context)
 
 bool WindowServices::isEmpty(const Space& space) const {
   return contents.published() && !contents.appsBySpace().get().contains(space.managedID);
+}
+
+std::set<ProcessID> WindowServices::appsOn(const Space& space) const {
+  std::set<ProcessID> pids;
+  if (!contents.published()) {
+    for (const auto& application : workspace.runningApplications()) {
+      pids.insert(application.pid);
+    }
+    return pids;
+  }
+  const auto& apps = contents.appsBySpace().get();
+  if (const auto found = apps.find(space.managedID); found != apps.end()) {
+    for (const auto& app : found->second) {
+      pids.insert(app.pid);
+    }
+  }
+  return pids;
 }
 
 std::vector<std::string> WindowServices::appNames(const Space& space) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 
 #include "base/app_paths.h"
 #include "base/settings.h"
@@ -37,6 +38,7 @@ struct WindowServices {
     const AppPaths& paths;
     SpaceStore& store;
     SpaceSwitcher& switcher;
+    BrowserTabsReader browserTabs;
     std::function<SpaceSnapshot()> snapshot;     ///< answers the current one
     std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
   };
@@ -48,9 +50,13 @@ struct WindowServices {
   /// Whether a Space is known to have no windows.
   [[nodiscard]] bool isEmpty(const Space& space) const;
 
+  /// The applications that have, or may have, windows on a Space: all that run until that is known.
+  [[nodiscard]] std::set<ProcessID> appsOn(const Space& space) const;
+
   /// The names of the applications with windows on a Space, front to back.
   [[nodiscard]] std::vector<std::string> appNames(const Space& space) const;
 
+  Workspace& workspace;
   SpaceContents contents;
   WindowMover mover;
   FocusMemory focusMemory;

@@ -2,6 +2,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/alerts.h"
+#include "platform/apple_script.h"
 #include "platform/clock.h"
 #include "platform/command_channel.h"
 #include "platform/desktop_names.h"
@@ -44,6 +45,7 @@ struct Platform {
   Files& files;
   const Folders& folders;
   Processes& processes;
+  AppleScript& appleScript;
   Toasts& toasts;
   Alerts& alerts;
   GlobalHotKeys& globalHotKeys;

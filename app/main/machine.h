@@ -17,12 +17,13 @@
 #include "platform/qt/qt_descriptors.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
-#include "platform/qt/qt_processes.h"
 #include "platform/qt/system_clock.h"
 #include "platform/qt/system_log.h"
 #include "platform/qt/termination_signals.h"
 #include "platform/qt/thread_work_queues.h"
+#include "platform/qt/unix_processes.h"
 #include "platform/qt/unix_system.h"
+#include "platform/xdg/stand_in_programs.h"
 
 namespace tallowin {
 
@@ -35,7 +36,7 @@ struct Machine {
   ThreadWorkQueues workQueues;
   QtDescriptors descriptors;
   QtFiles files{descriptors};
-  QtProcesses processes;
+  UnixProcesses children{descriptors};
   SystemClock clock;
   SystemLog log;
   LazyImages images{log};
@@ -45,6 +46,7 @@ struct Machine {
   NeutralAlerts neutralAlerts;
   UnixSystem system;
   Folders folders;
+  StandInPrograms processes{children, standInMachine(folders.configuration)};
   FilePreferences preferences;
 
   [[nodiscard]] CommandChannel& commandChannel() { return *channel_; }

@@ -36,6 +36,7 @@ class NoneHost : public Host {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = machine_.processes,
+            .appleScript = appleScript_,
             .toasts = machine_.toasts(line_.mode),
             .alerts = machine_.alerts(line_.mode),
             .globalHotKeys = globalHotKeys_,
@@ -63,6 +64,7 @@ class NoneHost : public Host {
   NeutralWindowList windowList_;
   NeutralWorkspace workspace_;
   NeutralGlobalHotKeys globalHotKeys_;
+  NeutralAppleScript appleScript_;
   NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;

@@ -48,6 +48,7 @@ class X11Host : public Host {
             .files = machine_.files,
             .folders = machine_.folders,
             .processes = machine_.processes,
+            .appleScript = appleScript_,
             .toasts = machine_.toasts(line_.mode),
             .alerts = machine_.alerts(line_.mode),
             .globalHotKeys = desktop_->globalHotKeys(),
@@ -72,6 +73,7 @@ class X11Host : public Host {
   const CommandLine line_;
   Machine machine_;
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
+  NeutralAppleScript appleScript_;
   NeutralURLEvents urlEvents_;
   std::unique_ptr<X11Desktop> desktop_;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/alerts.h"
+#include "platform/apple_script.h"
 #include "platform/command_channel.h"
 #include "platform/desktop_names.h"
 #include "platform/displays.h"
@@ -115,6 +116,11 @@ class NeutralGlobalHotKeys : public GlobalHotKeys {
                                              std::function<void()> /*pressed*/) override {
     return std::nullopt;
   }
+};
+
+class NeutralAppleScript : public AppleScript {
+ public:
+  std::optional<std::vector<std::string>> executeAndReturnError(std::string_view /*source*/) override { return {}; }
 };
 
 class NeutralURLEvents : public URLEvents {

@@ -60,6 +60,13 @@ struct SimulatedWindow {
   bool operator==(const SimulatedWindow&) const = default;
 };
 
+/// What happens when a child process is started from a file.
+struct SimulatedChild {
+  std::string output;    ///< printed to standard output when it runs to its end
+  bool missing = false;  ///< there is no such program
+  bool operator==(const SimulatedChild&) const = default;
+};
+
 /// What the simulated machine is like at one moment, as plain data. The services of the simulated desktop are ways to
 /// see it and to change it.
 struct DesktopState {
@@ -83,6 +90,10 @@ struct DesktopState {
   std::set<std::string, std::less<>> ignoredMoves;
   /// Key combinations, with their modifiers, that other programs have registered.
   std::set<std::pair<VirtualKeyCode, std::uint64_t>> takenHotKeys;
+  /// By path. A program that is not among them starts and prints nothing.
+  std::map<std::string, SimulatedChild> programs;
+  /// What scripts answer, by their source. One that is not among them fails.
+  std::map<std::string, std::vector<std::string>, std::less<>> appleScripts;
 
   [[nodiscard]] SimulatedWindow* window(WindowNumber number);
   [[nodiscard]] SimulatedApplication* application(ProcessID pid);

@@ -248,6 +248,28 @@ void readTakenHotKeys(const Value& value, Scenario& scenario) {
   }
 }
 
+void readPrograms(const Value& value, Scenario& scenario) {
+  for (const auto& [path, entry] : value.entries()) {
+    ScenarioObject object(entry);
+    auto& program = scenario.desktop.programs[path];
+    if (const auto output = object.find("output")) {
+      program.output = output->text();
+    }
+    if (const auto missing = object.find("missing")) {
+      program.missing = missing->boolean();
+    }
+  }
+}
+
+void readAppleScripts(const Value& value, Scenario& scenario) {
+  for (const auto& [source, result] : value.entries()) {
+    auto& texts = scenario.desktop.appleScripts[source];
+    for (const auto& text : result.list()) {
+      texts.push_back(text.text());
+    }
+  }
+}
+
 void readTrackpads(const Value& value, Scenario& scenario) {
   constexpr int most = 16;
   const auto count = value.integer<int>();
@@ -328,6 +350,8 @@ constexpr Member members[] = {
     {"trackpads", readTrackpads},
     {"files", readFiles},
     {"disk", readDisk},
+    {"programs", readPrograms},
+    {"appleScripts", readAppleScripts},
     {"dock", readDock},
     {"missionControl", readMissionControl},
     {"script", readScript},

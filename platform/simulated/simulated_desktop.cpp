@@ -65,6 +65,9 @@ Log& SimulatedDesktop::log() {
 Processes& SimulatedDesktop::processes() {
   return parts_->processes;
 }
+AppleScript& SimulatedDesktop::appleScript() {
+  return parts_->appleScript;
+}
 Toasts& SimulatedDesktop::toasts() {
   return parts_->toasts;
 }

@@ -9,6 +9,7 @@
 
 #include "platform/accessibility.h"
 #include "platform/alerts.h"
+#include "platform/apple_script.h"
 #include "platform/command_channel.h"
 #include "platform/core_foundation.h"
 #include "platform/desktop_names.h"
@@ -68,6 +69,7 @@ class SimulatedDesktop {
   System& system();
   Log& log();
   Processes& processes();
+  AppleScript& appleScript();
   Toasts& toasts();
   DesktopNames& desktopNames();
   Alerts& alerts();

@@ -9,6 +9,7 @@
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_accessibility.h"
 #include "platform/simulated/simulated_alerts.h"
+#include "platform/simulated/simulated_apple_script.h"
 #include "platform/simulated/simulated_command_channel.h"
 #include "platform/simulated/simulated_core_foundation.h"
 #include "platform/simulated/simulated_desktop_names.h"
@@ -68,6 +69,7 @@ struct SimulatedParts {
   SimulatedScreenCapture screenCapture;
   SimulatedSystem system;
   SimulatedProcesses processes;
+  SimulatedAppleScript appleScript;
   SimulatedToasts toasts;
   SimulatedDesktopNames desktopNames;
   SimulatedURLEvents urlEvents;

@@ -9,36 +9,39 @@ namespace tallowin {
 
 namespace {
 
+/// A key of the ANSI keyboard, what it gives there, and the keycode of its place on every keyboard of that shape
+/// (xkeyboard-config, keycodes/evdev); 0 for keys that every layout has.
 struct KeyEntry {
   VirtualKeyCode keyCode;
   Keysym keysym;
+  std::uint8_t position;
 };
 
 // HIToolbox/Events.h, kVK_ANSI_* and the keys that do not depend on the layout.
 constexpr KeyEntry keyEntries[] = {
-    {0, XK_a},       {1, XK_s},          {2, XK_d},
-    {3, XK_f},       {4, XK_h},          {5, XK_g},
-    {6, XK_z},       {7, XK_x},          {8, XK_c},
-    {9, XK_v},       {11, XK_b},         {12, XK_q},
-    {13, XK_w},      {14, XK_e},         {15, XK_r},
-    {16, XK_y},      {17, XK_t},         {18, XK_1},
-    {19, XK_2},      {20, XK_3},         {21, XK_4},
-    {22, XK_6},      {23, XK_5},         {24, XK_equal},
-    {25, XK_9},      {26, XK_7},         {27, XK_minus},
-    {28, XK_8},      {29, XK_0},         {30, XK_bracketright},
-    {31, XK_o},      {32, XK_u},         {33, XK_bracketleft},
-    {34, XK_i},      {35, XK_p},         {36, XK_Return},
-    {37, XK_l},      {38, XK_j},         {39, XK_apostrophe},
-    {40, XK_k},      {41, XK_semicolon}, {42, XK_backslash},
-    {43, XK_comma},  {44, XK_slash},     {45, XK_n},
-    {46, XK_m},      {47, XK_period},    {48, XK_Tab},
-    {49, XK_space},  {50, XK_grave},     {51, XK_BackSpace},
-    {53, XK_Escape}, {96, XK_F5},        {97, XK_F6},
-    {98, XK_F7},     {99, XK_F3},        {100, XK_F8},
-    {101, XK_F9},    {103, XK_F11},      {109, XK_F10},
-    {111, XK_F12},   {118, XK_F4},       {120, XK_F2},
-    {122, XK_F1},    {123, XK_Left},     {124, XK_Right},
-    {125, XK_Down},  {126, XK_Up},
+    {0, XK_a, 38},      {1, XK_s, 39},          {2, XK_d, 40},
+    {3, XK_f, 41},      {4, XK_h, 43},          {5, XK_g, 42},
+    {6, XK_z, 52},      {7, XK_x, 53},          {8, XK_c, 54},
+    {9, XK_v, 55},      {11, XK_b, 56},         {12, XK_q, 24},
+    {13, XK_w, 25},     {14, XK_e, 26},         {15, XK_r, 27},
+    {16, XK_y, 29},     {17, XK_t, 28},         {18, XK_1, 10},
+    {19, XK_2, 11},     {20, XK_3, 12},         {21, XK_4, 13},
+    {22, XK_6, 15},     {23, XK_5, 14},         {24, XK_equal, 21},
+    {25, XK_9, 18},     {26, XK_7, 16},         {27, XK_minus, 20},
+    {28, XK_8, 17},     {29, XK_0, 19},         {30, XK_bracketright, 35},
+    {31, XK_o, 32},     {32, XK_u, 30},         {33, XK_bracketleft, 34},
+    {34, XK_i, 31},     {35, XK_p, 33},         {36, XK_Return, 0},
+    {37, XK_l, 46},     {38, XK_j, 44},         {39, XK_apostrophe, 48},
+    {40, XK_k, 45},     {41, XK_semicolon, 47}, {42, XK_backslash, 51},
+    {43, XK_comma, 59}, {44, XK_slash, 61},     {45, XK_n, 57},
+    {46, XK_m, 58},     {47, XK_period, 60},    {48, XK_Tab, 0},
+    {49, XK_space, 0},  {50, XK_grave, 49},     {51, XK_BackSpace, 0},
+    {53, XK_Escape, 0}, {96, XK_F5, 0},         {97, XK_F6, 0},
+    {98, XK_F7, 0},     {99, XK_F3, 0},         {100, XK_F8, 0},
+    {101, XK_F9, 0},    {103, XK_F11, 0},       {109, XK_F10, 0},
+    {111, XK_F12, 0},   {118, XK_F4, 0},        {120, XK_F2, 0},
+    {122, XK_F1, 0},    {123, XK_Left, 0},      {124, XK_Right, 0},
+    {125, XK_Down, 0},  {126, XK_Up, 0},
 };
 
 /// How a column of the core keyboard map is reached (X Keyboard Extension, core keyboard mapping).
@@ -84,6 +87,15 @@ std::optional<KeyPosition> findKeyInGroup(const KeyMap& map, Keysym keysym, unsi
 std::optional<Keysym> keysymFor(VirtualKeyCode keyCode) {
   const auto found = std::ranges::find(keyEntries, keyCode, &KeyEntry::keyCode);
   return found == std::end(keyEntries) ? std::nullopt : std::optional<Keysym>(found->keysym);
+}
+
+std::optional<KeyPosition> findVirtualKey(const KeyMap& map, VirtualKeyCode keyCode, unsigned group) {
+  const auto entry = std::ranges::find(keyEntries, keyCode, &KeyEntry::keyCode);
+  if (entry == std::end(keyEntries)) {
+    return std::nullopt;
+  }
+  const auto key = findKey(map, entry->keysym, group);
+  return key || entry->position == 0 ? key : KeyPosition{entry->position};
 }
 
 std::optional<KeyPosition> findKey(const KeyMap& map, Keysym keysym, unsigned group) {

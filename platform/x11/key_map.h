@@ -34,4 +34,8 @@ struct KeyPosition {
 /// key gives it.
 [[nodiscard]] std::optional<KeyPosition> findKey(const KeyMap& map, Keysym keysym, unsigned group);
 
+/// The key to press for a virtual key code: where its keysym is, else, for layouts that lack it, the key at its place.
+/// Nothing for codes without a keysym.
+[[nodiscard]] std::optional<KeyPosition> findVirtualKey(const KeyMap& map, VirtualKeyCode keyCode, unsigned group);
+
 }  // namespace tallowin

@@ -39,8 +39,9 @@ std::int16_t coordinate(double value) {
 }
 
 /// Everything to press for a key, in order, itself last; nothing when the keyboard cannot give it.
-std::vector<std::uint8_t> keycodesToPress(const KeyMap& map, Keysym keysym, std::uint64_t flags, unsigned group) {
-  const auto key = findKey(map, keysym, group);
+std::vector<std::uint8_t> keycodesToPress(const KeyMap& map, VirtualKeyCode keyCode, std::uint64_t flags,
+                                          unsigned group) {
+  const auto key = findVirtualKey(map, keyCode, group);
   if (!key) {
     return {};
   }
@@ -123,15 +124,14 @@ void X11Events::postInput(const EmulatedEvent& event) {
 }
 
 void X11Events::pressKey(VirtualKeyCode keyCode, std::uint64_t flags) {
-  const auto keysym = keysymFor(keyCode);
-  if (!keysym || held_.contains(keyCode)) {
+  if (held_.contains(keyCode)) {
     return;
   }
   const auto cookie = requestKeyMap(connection_);
   const auto pointer = queryPointer();
   const auto map = takeKeyMap(connection_, cookie);
   const unsigned group = pointer ? (pointer->mask >> groupShift & groupMask) : 0U;
-  auto keycodes = keycodesToPress(map, *keysym, flags, group);
+  auto keycodes = keycodesToPress(map, keyCode, flags, group);
   for (const auto keycode : keycodes) {
     fake(XCB_KEY_PRESS, keycode);
   }

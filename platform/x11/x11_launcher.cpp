@@ -6,6 +6,7 @@
 #include "base/unicode.h"
 #include "platform/xdg/exec_line.h"
 #include "platform/xdg/icon_lookup.h"
+#include "platform/xdg/known_browsers.h"
 
 namespace tallowin {
 
@@ -26,16 +27,46 @@ std::optional<DesktopEntry> readEntry(const std::filesystem::path& path, const X
 }  // namespace
 
 std::optional<std::filesystem::path> X11Launcher::find(std::string_view bundleIdentifier) {
+  if (auto file = findNamed(bundleIdentifier)) {
+    return file;
+  }
+  for (const auto name : linuxNamesOf(bundleIdentifier)) {
+    if (auto file = findNamed(name)) {
+      return file;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::filesystem::path> X11Launcher::findNamed(std::string_view name) {
   const auto index = installed_.current();
-  if (const auto* application = index->find(bundleIdentifier)) {
+  if (const auto* application = index->find(name)) {
     return application->file;
   }
   const auto& folders = installed_.environment().programFolders;
-  if (bundleIdentifier.find('/') != bundleIdentifier.npos) {
+  if (name.find('/') != name.npos) {
     return std::nullopt;
   }
-  const auto program = findProgram(bundleIdentifier, folders);
-  return program ? program : findProgram(lowerCased(bundleIdentifier), folders);
+  const auto program = findProgram(name, folders);
+  return program ? program : findProgram(lowerCased(name), folders);
+}
+
+std::filesystem::path X11Launcher::resolve(const std::filesystem::path& application) {
+  const bool isBundle = application.extension() == ".app";
+  if (application.empty() || (!isBundle && application.has_parent_path())) {
+    return application;
+  }
+  const bool hasSuffix = isBundle || application.extension() == ".desktop";
+  const auto name = (hasSuffix ? application.stem() : application.filename()).string();
+  if (auto file = find(name)) {
+    return *file;
+  }
+  const auto index = installed_.current();
+  const auto* found = index->named(name);
+  if (found == nullptr) {
+    found = index->match({name, name, ""});
+  }
+  return found != nullptr ? found->file : application;
 }
 
 std::expected<void, std::string> X11Launcher::open(const std::filesystem::path& path,
@@ -86,7 +117,7 @@ std::expected<void, std::string> X11Launcher::start(std::vector<std::string> wor
 }
 
 bool X11Launcher::openURL(const std::string& url) {
-  return start({"xdg-open", url}).has_value();
+  return start({"xdg-open", url}) || start({"gio", "open", url});
 }
 
 std::optional<std::filesystem::path> X11Launcher::iconOf(const std::filesystem::path& entry) {

@@ -1,5 +1,6 @@
 #include "platform/x11/x11_server_time.h"
 
+#include <cerrno>
 #include <chrono>
 #include <poll.h>
 
@@ -45,8 +46,11 @@ xcb_timestamp_t X11ServerTime::now() {
     }
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
     pollfd descriptor{xcb_get_file_descriptor(connection_.get()), POLLIN, 0};
-    if (left.count() <= 0 || xcb_connection_has_error(connection_.get()) != 0 ||
-        poll(&descriptor, 1, static_cast<int>(left.count())) <= 0) {
+    if (left.count() <= 0 || xcb_connection_has_error(connection_.get()) != 0) {
+      return XCB_CURRENT_TIME;
+    }
+    const int ready = poll(&descriptor, 1, static_cast<int>(left.count()));
+    if (ready == 0 || (ready < 0 && errno != EINTR)) {
       return XCB_CURRENT_TIME;
     }
   }

@@ -125,9 +125,10 @@ std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleId
 
 void X11Workspace::openApplicationAtURL(const std::filesystem::path& application,
                                         const OpenConfiguration& configuration, OpenCompletion completion) {
+  const auto file = launcher_.resolve(application);
   std::expected<void, std::string> result;
-  if (!activateRunning(application, configuration)) {
-    result = launcher_.open(application, configuration.arguments);
+  if (!activateRunning(file, configuration)) {
+    result = launcher_.open(file, configuration.arguments);
   }
   queue_.async([result = std::move(result), completion = std::move(completion)] { completion(result); });
 }

@@ -32,8 +32,8 @@ class X11Workspace : public Workspace {
   bool activateWithOptions(ProcessID pid) override;
 
   std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(std::string_view bundle) override;
-  /// Makes an application active that runs already, unless another instance is asked for or there are arguments to
-  /// open.
+  /// Takes what X11Launcher::resolve() does. Makes an application active that runs already, unless another instance is
+  /// asked for or there are arguments to open.
   void openApplicationAtURL(const std::filesystem::path& application, const OpenConfiguration& configuration,
                             OpenCompletion completion) override;
   bool openURL(std::string_view url) override;

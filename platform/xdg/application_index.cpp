@@ -114,6 +114,13 @@ const InstalledApplication* ApplicationIndex::find(std::string_view id) const {
   return found == applications_.end() ? nullptr : &*found;
 }
 
+const InstalledApplication* ApplicationIndex::named(std::string_view name) const {
+  const auto found = std::ranges::find_if(applications_, [&](const InstalledApplication& application) {
+    return equalIgnoringCase(application.entry.name, name);
+  });
+  return found == applications_.end() ? nullptr : &*found;
+}
+
 const InstalledApplication* ApplicationIndex::match(const ApplicationHint& hint) const {
   for (const auto* name : {&hint.className, &hint.instance}) {
     if (const auto* found = byClass(*name)) {

@@ -37,6 +37,9 @@ class ApplicationIndex {
   /// Nothing when there is no application with this id.
   [[nodiscard]] const InstalledApplication* find(std::string_view id) const;
 
+  /// The application that menus show under this name, in any case. Null when there is none.
+  [[nodiscard]] const InstalledApplication* named(std::string_view name) const;
+
   /// The application that a window belongs to: by StartupWMClass, by the id (or its last part) and by the program's
   /// name, in this order; case matters only among several that fit. A program's name that several offered entries
   /// share is no evidence. Null when none fits.

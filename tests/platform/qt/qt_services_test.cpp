@@ -1,21 +1,24 @@
 // The real machine's services, where they can go wrong: the event loop, files, child processes.
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 #include "platform/qt/qt_descriptors.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
-#include "platform/qt/qt_processes.h"
 #include "platform/qt/termination_signals.h"
 #include "platform/qt/thread_work_queues.h"
+#include "platform/qt/unix_processes.h"
 
 namespace tallowin {
 namespace {
@@ -28,7 +31,11 @@ class QtServicesTest : public testing::Test {
     std::string pattern = (std::filesystem::temp_directory_path() / "tallowin-test-XXXXXX").string();
     folder = ::mkdtemp(pattern.data());
   }
-  ~QtServicesTest() override { std::filesystem::remove_all(folder); }
+  ~QtServicesTest() override {
+    // Watches that have ended are deleted by the next turn of the loop, which does not come here.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    std::filesystem::remove_all(folder);
+  }
 
   /// Runs the queue until `done`, at most ten seconds.
   bool wait(const std::function<bool()>& done) {
@@ -43,6 +50,12 @@ class QtServicesTest : public testing::Test {
     struct stat status{};
     ::stat(path.c_str(), &status);
     return status.st_mode & 0777;
+  }
+
+  /// The process ids of this process's children, ended ones among them.
+  [[nodiscard]] static std::vector<pid_t> children() {
+    std::ifstream list("/proc/self/task/" + std::to_string(::getpid()) + "/children");
+    return {std::istream_iterator<pid_t>(list), std::istream_iterator<pid_t>()};
   }
 
   int argc = 1;
@@ -178,7 +191,7 @@ TEST_F(QtServicesTest, AWatchStaysWithTheFileThatWasOpened) {
 }
 
 TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
-  QtProcesses processes;
+  UnixProcesses processes(descriptors);
   EXPECT_EQ(
       processes.run({"/bin/sh", {"-c", "printf '%s %s' \"$1\" \"$V\"", "sh", "a b"}, {{"V", "c d"}}}).value_or(""),
       "a b c d");
@@ -187,6 +200,43 @@ TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
   const auto mark = folder / "mark";
   EXPECT_TRUE(processes.launch({"/bin/sh", {"-c", "echo \"$V\" > '" + mark.string() + "'"}, {{"V", "done"}}}));
   EXPECT_TRUE(wait([&] { return files.read(mark).value_or("") == "done\n"; }));
+}
+
+TEST_F(QtServicesTest, ProgramsStartWithNothingOfThisProcess) {
+  UnixProcesses processes(descriptors);
+  const auto signals = onTerminationSignal(descriptors, [](int) {});  // blocks them here
+  const auto ignored = ::signal(SIGPIPE, SIG_IGN);
+  const int open = ::dup(0);           // without FD_CLOEXEC
+  const auto script = R"(
+    read session rest < /proc/self/stat; set -- $rest; [ $5 = $$ ] && echo leads a session
+    ls /proc/self/fd | wc -l
+    grep SigBlk /proc/self/status
+    ignored=$(sed -n 's/SigIgn:\t/0x/p' /proc/self/status)
+    echo $((ignored & 0x7FFFFFFF)))";  // without the C library's own signals
+  EXPECT_EQ(processes.run({"/bin/sh", {"-c", script}, {}}).value_or(""),
+            "leads a session\n4\nSigBlk:\t0000000000000000\n0\n")
+      << "four descriptors: the usual ones, and the folder that is read";
+  ::close(open);
+  ::signal(SIGPIPE, ignored);
+}
+
+TEST_F(QtServicesTest, NothingIsLeftOfProgramsThatEnded) {
+  const auto openDescriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+  {
+    UnixProcesses processes(descriptors);
+    ASSERT_TRUE(processes.launch({"/bin/sh", {"-c", "exec sleep 1000 # never ends by itself"}, {}}));
+    const auto before = openDescriptors();
+    for (int i = 0; i < 300; ++i) {
+      ASSERT_TRUE(processes.launch({"/bin/true", {}, {}}));
+    }
+    EXPECT_EQ(processes.run({"/bin/echo", {"meanwhile"}, {}}).value_or(""), "meanwhile\n");
+    EXPECT_TRUE(wait([] { return children().size() == 1; }));
+    EXPECT_EQ(openDescriptors(), before);
+  }
+  const auto left = children();
+  ASSERT_EQ(left.size(), 1U) << "it lives on";
+  ::kill(left.front(), SIGKILL);
+  EXPECT_EQ(::waitpid(left.front(), nullptr, 0), left.front());
 }
 
 TEST_F(QtServicesTest, ATerminationSignalArrivesOnTheMainThread) {

@@ -62,6 +62,20 @@ TEST(KeyMap, FindsAKeysymWithAsLittleHeldAsPossible) {
   EXPECT_EQ(findKey(KeyMap{}, XK_a, 0), std::nullopt);
 }
 
+TEST(KeyMap, KeysThatTheLayoutLacksAreAtTheirPlaces) {
+  EXPECT_EQ(findVirtualKey(frenchAndRussian, 18, 0), (KeyPosition{.keycode = 10, .shift = true}));
+  EXPECT_EQ(findVirtualKey(frenchAndRussian, 50, 0), KeyPosition{49}) << "the grave accent, left of the digits";
+  EXPECT_EQ(findVirtualKey(frenchAndRussian, 122, 0), std::nullopt) << "no function keys";
+  EXPECT_EQ(findVirtualKey(frenchAndRussian, 10, 0), std::nullopt);
+  std::set<std::uint8_t> places;
+  for (VirtualKeyCode code = 0; code <= 50; ++code) {
+    if (const auto key = findVirtualKey(KeyMap{}, code, 0)) {
+      EXPECT_TRUE(places.insert(key->keycode).second) << code << " is at the place of another";
+    }
+  }
+  EXPECT_EQ(places.size(), 47U) << "all that print but the space bar";
+}
+
 TEST(KeyMap, KnowsTheKeysOfTheAnsiKeyboard) {
   EXPECT_EQ(keysymFor(0), Keysym{XK_a});
   EXPECT_EQ(keysymFor(22), Keysym{XK_6});

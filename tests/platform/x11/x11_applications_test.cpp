@@ -59,6 +59,7 @@ TEST_F(X11ApplicationsTest, OpensWhatIsInstalled) {
   const auto entry = folder / "applications/editor.desktop";
   std::ofstream(entry) << "[Desktop Entry]\nType=Application\nName=The Editor\nStartupWMClass=Editor\nExec=true %F\n";
   std::ofstream(folder / "applications/broken.desktop") << "[Desktop Entry]\nType=Application\nExec=no-such-tool\n";
+  std::ofstream(folder / "applications/google-chrome.desktop") << "[Desktop Entry]\nType=Application\nExec=echo %U\n";
   setenv("XDG_DATA_HOME", folder.c_str(), 1);
   start();
   unsetenv("XDG_DATA_HOME");
@@ -78,6 +79,21 @@ TEST_F(X11ApplicationsTest, OpensWhatIsInstalled) {
   configuration.arguments = {"a", "b"};
   EXPECT_EQ(openIt("/bin/ls", configuration), "opened");
   EXPECT_THAT(processes_.launched, ElementsAre("true", "ls a b"));
+
+  processes_.launched.clear();
+  const auto chrome = workspace_->URLForApplicationWithBundleIdentifier("com.google.Chrome");
+  ASSERT_EQ(chrome, folder / "applications/google-chrome.desktop");
+  configuration.arguments = {"--profile-directory=Profile 1"};
+  EXPECT_EQ(openIt(*chrome, configuration), "opened");
+  configuration.arguments = {"x"};
+  for (const auto* application : {"editor", "editor.desktop", "/Applications/The Editor.app", "the editor", "ls"}) {
+    EXPECT_EQ(openIt(application, configuration), "opened") << application;
+  }
+  EXPECT_EQ(openIt("/Applications/Gone.app", configuration), "there is no /Applications/Gone.app");
+  EXPECT_EQ(openIt("", configuration), "there is no ");
+  EXPECT_THAT(processes_.launched,
+              ElementsAre("echo --profile-directory=Profile 1", "true x", "true x", "true x", "true x", "ls x"));
+  processes_.launched = {"true", "ls a b"};
 
   TestClient client;
   open(client, "Editor");

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+
+#include "core/space.h"
+#include "core/space_store.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// A Markdown file of notes for each Space, in the user's Documents. Main thread only.
+class NoteFiles {
+ public:
+  NoteFiles(Files& files, Workspace& workspace, const Folders& folders)
+      : files_(files), workspace_(workspace), folders_(folders) {}
+
+  /// Where they are. Made when missing; a failure to make it is found by whoever uses it.
+  [[nodiscard]] std::filesystem::path folder() const;
+
+  /// Opens the Space's file with the default application, after making it from the Space's name and note when there is
+  /// none. Does nothing when it cannot be made.
+  void open(const Space& space, const SpaceStore& store) const;
+
+ private:
+  Files& files_;
+  Workspace& workspace_;
+  const Folders& folders_;
+};
+
+}  // namespace tallowin

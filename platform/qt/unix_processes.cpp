@@ -1,0 +1,148 @@
+#include "platform/qt/unix_processes.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <spawn.h>
+#include <string_view>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
+
+#include "platform/qt/child_ends.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto nullDevice = "/dev/null";
+
+/// Null-terminated pointers into the texts, as C functions take them.
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (auto& text : texts) {
+    pointers.push_back(text.data());
+  }
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+/// This process's environment with some variables added or replaced.
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& added) {
+  std::vector<std::string> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string_view text = *variable;
+    if (!added.contains(std::string(text.substr(0, text.find('='))))) {
+      variables.emplace_back(text);
+    }
+  }
+  for (const auto& [name, value] : added) {
+    variables.push_back(name + "=" + value);
+  }
+  return variables;
+}
+
+/// How a child begins: what POSIX keeps in two objects.
+struct Beginning {
+  /// Its standard output goes to `output`, or to the null device when that is negative.
+  explicit Beginning(int output) {
+    posix_spawn_file_actions_init(&actions);
+    // First, lest it be one of the descriptors that the others replace.
+    if (output >= 0) {
+      posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    } else {
+      posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, nullDevice, O_WRONLY, 0);
+    }
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, nullDevice, O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, nullDevice, O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+
+    posix_spawnattr_init(&attributes);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  ~Beginning() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+  Beginning(const Beginning&) = delete;
+  Beginning& operator=(const Beginning&) = delete;
+
+  posix_spawn_file_actions_t actions{};
+  posix_spawnattr_t attributes{};
+};
+
+std::expected<pid_t, std::string> spawn(const ProcessRequest& request, int output) {
+  const Beginning beginning(output);
+  auto arguments = request.arguments;
+  arguments.insert(arguments.begin(), request.executable);
+  auto environment = environmentWith(request.addedEnvironment);
+  pid_t child = 0;
+  const int error = ::posix_spawn(&child, request.executable.c_str(), &beginning.actions, &beginning.attributes,
+                                  pointersTo(arguments).data(), pointersTo(environment).data());
+  if (error == 0) {
+    return child;
+  }
+  std::error_code ignored;
+  return std::unexpected(error == ENOENT && !std::filesystem::exists(request.executable, ignored)
+                             ? "there is no such program"
+                             : std::generic_category().message(error));
+}
+
+std::string readToEnd(int descriptor) {
+  std::string text;
+  char bytes[4096];
+  for (;;) {
+    const auto count = ::read(descriptor, bytes, sizeof bytes);
+    if (count > 0) {
+      text.append(bytes, static_cast<std::size_t>(count));
+    } else if (count == 0 || errno != EINTR) {
+      return text;
+    }
+  }
+}
+
+}  // namespace
+
+std::expected<void, std::string> UnixProcesses::launch(const ProcessRequest& request) {
+  if (!ends_) {
+    ends_ = onChildEnds(descriptors_, [this] { reap(); });
+  }
+  reap();
+  const auto child = spawn(request, -1);
+  if (!child) {
+    return std::unexpected(child.error());
+  }
+  launched_.insert(*child);
+  return {};
+}
+
+std::expected<std::string, std::string> UnixProcesses::run(const ProcessRequest& request) {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) {
+    return std::unexpected(std::generic_category().message(errno));
+  }
+  const auto child = spawn(request, ends[1]);
+  ::close(ends[1]);
+  auto output = readToEnd(ends[0]);
+  ::close(ends[0]);
+  if (!child) {
+    return std::unexpected(child.error());
+  }
+  while (::waitpid(*child, nullptr, 0) < 0 && errno == EINTR) {
+  }
+  return output;
+}
+
+/// Only those of launch(): others wait for their own.
+void UnixProcesses::reap() {
+  std::erase_if(launched_, [](pid_t child) { return ::waitpid(child, nullptr, WNOHANG) != 0; });
+}
+
+}  // namespace tallowin
