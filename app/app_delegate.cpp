@@ -29,6 +29,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       browserTabs_(platform.workspace, platform.appleScript),
       windows_({platform_, settings, paths_, store_, switcher_, browserTabs_.reader(),
                 [this] { return watcher_.snapshot().get(); }, [this](const Space& space) { switchTo(space); }}),
+      records_({platform_, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
            platform.folders, settings, platform.log},
@@ -36,20 +37,21 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(platform.files, platform.workspace, platform.folders),
       windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
-      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, noteFiles_,
-                  [this](const Space& space) { return windows_.isEmpty(space); },
+      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
+                  noteFiles_, [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { switchTo(space); }}),
-      feed_({platform.clock, watcher_, store_, platform.mainQueue,
-             [this](const Space& space) { return windows_.appNames(space); }}),
+      feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),
       spaceRequests_({platform.clock, watcher_, store_, feed_, platform.runLoop, platform.alerts,
-                      [this](const Space& space) { return windows_.appNames(space); },
-                      [this](const std::string& url) { return handleURLEvent(url); }}),
+                      appNames(windows_.contents), [this](const std::string& url) { return handleURLEvent(url); }}),
       windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),
+      recordRequests_({records_, watcher_, store_, settings, platform.files}),
+      editRequests_({watcher_, store_, automation_, platform.files, platform.images, appNames(windows_.contents)}),
       requests_(answers()) {
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
 }
 
 AppDelegate::~AppDelegate() {
+  records_.tracker.flush();
   platform_.urlEvents.setHandler(nullptr);
   platform_.commandChannel.setHandler(nullptr);
 }
@@ -71,8 +73,19 @@ void AppDelegate::applicationDidFinishLaunching() {
   platform_.urlEvents.setHandler([this](const std::string& text) { static_cast<void>(handleURLEvent(text)); });
   watcher_.start();
   windows_.displaySets.start();
+  observeChanges();
   platform_.commandChannel.setHandler(
       [this](const Request& request, std::unique_ptr<Caller> caller) { requests_.handle(request, std::move(caller)); });
+}
+
+void AppDelegate::observeChanges() {
+  observers_.push_back(platform_.preferences.observe([this] { records_.stateExporter.schedule(); }));
+  const auto observe = [this](NotificationName name, const std::function<void()>& work) {
+    observers_.push_back(platform_.workspaceNotifications.addObserver(name, [work](const Notification&) { work(); }));
+  };
+  observe(NotificationName::NSWorkspaceScreensDidSleepNotification, [this] { records_.tracker.screensDidSleep(); });
+  observe(NotificationName::NSWorkspaceScreensDidWakeNotification,
+          [this] { records_.tracker.screensDidWake(watcher_.snapshot().get()); });
 }
 
 void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
@@ -85,6 +98,7 @@ void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
     ids.insert(space.id);
   }
   store_.prune(ids);
+  records_.automaticProfile.look(snapshot);
   windows_.displaySets.look();
   feed_.refresh();
 }
@@ -99,6 +113,7 @@ void AppDelegate::activeSpaceChanged(const std::optional<Space>& from, const Spa
   }
   windows_.focusMemory.entered(to, windows_.contents);
   history_.visit(to);
+  records_.tracker.spaceChanged(to);
   automation_.spaceChanged(from, to);
   platform_.log.info(category, "active Space: " + store_.displayName(to));
 }
@@ -125,6 +140,8 @@ RequestTable AppDelegate::answers() {
   RequestTable table;
   spaceRequests_.addTo(table);
   windowRequests_.addTo(table);
+  recordRequests_.addTo(table);
+  editRequests_.addTo(table);
   return table;
 }
 

@@ -6,6 +6,9 @@
 
 #include "app/command_performer.h"
 #include "app/desktop_name_mirror.h"
+#include "app/edit_requests.h"
+#include "app/record_requests.h"
+#include "app/record_services.h"
 #include "app/request_handler.h"
 #include "app/space_requests.h"
 #include "app/state_feed.h"
@@ -44,6 +47,7 @@ class AppDelegate {
   void snapshotChanged(const SpaceSnapshot& snapshot);
   void activeSpaceChanged(const std::optional<Space>& from, const Space& to);
   void switchTo(const Space& space);
+  void observeChanges();
   void willSwitch(const SpaceSnapshot& snapshot);
   [[nodiscard]] bool initiatedByUs() const;
   [[nodiscard]] RequestTable answers();
@@ -58,6 +62,7 @@ class AppDelegate {
   DesktopNameMirror nameMirror_;
   BrowserTabs browserTabs_;
   WindowServices windows_;
+  RecordServices records_;
   AutomationRunner automation_;
   NoteFiles noteFiles_;
   WindowCommands windowCommands_;
@@ -65,7 +70,10 @@ class AppDelegate {
   StateFeed feed_;
   SpaceRequests spaceRequests_;
   WindowRequests windowRequests_;
+  RecordRequests recordRequests_;
+  EditRequests editRequests_;
   RequestHandler requests_;
+  std::vector<Subscription> observers_;
   std::optional<Date> lastSwitch_;  ///< when this program last started a switch
 };
 

@@ -222,6 +222,15 @@ std::string_view helpText() {
   tallowin unpin APP              let them stay where they open
   tallowin saved-spaces [--json]  list the Spaces that were saved and closed
   tallowin reopen NAME            open the applications of a saved Space again
+  tallowin edit SPACE [--name TEXT] [--symbol SYMBOL] [--color #RRGGBB] [--note TEXT] [--group TEXT] [--icon FILE]
+                                  change what is said of a Space; an empty text takes it away
+  tallowin automation SPACE [get|set FILE|clear|run]   what happens on entering and leaving a Space, as JSON
+  tallowin profile list|save NAME|use NAME|delete NAME   whole sets of names
+  tallowin template list|apply NAME|import FILE   names for a number of Spaces at once
+  tallowin time [--days N] [--csv FILE] [--json]   the time spent in each Space
+  tallowin export FILE            write everything that you have configured to a file
+  tallowin import FILE            take such a file over
+  tallowin diagnostics            print a report for support requests
   tallowin answer BUTTON          answer a question that Tallowin asks
   tallowin quit                   tell the running Tallowin to quit
 
@@ -242,7 +251,7 @@ std::string_view helpText() {
   --verbose                       log to standard error too
   --version, --help
 
-Exit status: 0 done, 1 no such desktop, a setting without a value, or a URL that is not understood, 2 the switch was not
+Exit status: 0 done, 1 no such desktop or other thing, a setting without a value, or a URL that is not understood, 2 the switch was not
 seen, 64 a mistake in the arguments, 65 or 66 a scenario that cannot be understood or read, 69 no such desktop system, no
 running Tallowin to ask, or it has gone away, 73 a file cannot be written, 74 the output cannot be written, 128 and more
 ended by a signal.

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "app/record_services.h"
 #include "app/stepping.h"
 #include "app/window_commands.h"
 #include "automation/note_files.h"
@@ -26,6 +27,7 @@ class CommandPerformer {
     const Settings& settings;
     Toasts& toasts;
     WindowCommands& windows;
+    RecordServices& records;
     NoteFiles& noteFiles;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
@@ -46,6 +48,8 @@ class CommandPerformer {
   void operator()(const command::Rename& command);
   void operator()(const command::Note& command);
   void operator()(const command::Notes& command);
+  void operator()(const command::Profile& command) { services_.records.profileCommands.use(command.name); }
+  void operator()(const command::Template& command) { services_.records.templateCommands.apply(command.name); }
   void operator()(const command::MoveWindow& command);
   void operator()(const command::MoveWindowStep& command) { services_.windows.moveFrontWindowStep(command.right); }
   void operator()(const command::RemoveDesktop& command);

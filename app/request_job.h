@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -16,6 +17,11 @@ struct RequestJob {
   RequestWords words;
   std::unique_ptr<Caller> caller;
   std::string workingDirectory;  ///< where relative paths among the operands start from
+
+  /// A file that an operand names.
+  [[nodiscard]] std::filesystem::path path(const std::string& operand) const {
+    return (std::filesystem::path(workingDirectory) / operand).lexically_normal();
+  }
 
   /// Ends it well, with something on the caller's standard output.
   void print(const std::string& text) const {

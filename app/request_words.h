@@ -23,6 +23,14 @@ enum class RequestKind {
   unpin,        ///< that they do not any more
   mark,         ///< to mark the front window with a letter
   jump,         ///< to go to the window marked with a letter
+  profile,      ///< to keep, change to or list whole sets of names
+  layTemplate,  ///< to lay down, import or list templates
+  edit,         ///< to change what is said of a Space
+  automation,   ///< to show, change or run a Space's automation
+  time,         ///< the time spent in each Space
+  exportFile,   ///< to write everything that is configured to a file
+  importFile,   ///< to take such a file over
+  diagnostics,  ///< the report for support requests
   answer,       ///< to take this as the answer to an open question
   quit,         ///< to end
 };

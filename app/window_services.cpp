@@ -73,15 +73,4 @@ std::set<ProcessID> WindowServices::appsOn(const Space& space) const {
   return pids;
 }
 
-std::vector<std::string> WindowServices::appNames(const Space& space) const {
-  std::vector<std::string> names;
-  const auto& apps = contents.appsBySpace().get();
-  if (const auto found = apps.find(space.managedID); found != apps.end()) {
-    for (const auto& app : found->second) {
-      names.push_back(app.name);
-    }
-  }
-  return names;
-}
-
 }  // namespace tallowin

@@ -53,9 +53,6 @@ struct WindowServices {
   /// The applications that have, or may have, windows on a Space: all that run until that is known.
   [[nodiscard]] std::set<ProcessID> appsOn(const Space& space) const;
 
-  /// The names of the applications with windows on a Space, front to back.
-  [[nodiscard]] std::vector<std::string> appNames(const Space& space) const;
-
   Workspace& workspace;
   SpaceContents contents;
   WindowMover mover;

@@ -26,6 +26,14 @@ bool FilePreferences::setObject(std::string_view key, PropertyList value) {
   return change([&](Values& values) { values.insert_or_assign(std::string(key), std::move(value)); });
 }
 
+bool FilePreferences::setObjects(const std::map<std::string, PropertyList>& values) {
+  return change([&](Values& all) {
+    for (const auto& [key, value] : values) {
+      all.insert_or_assign(key, value);
+    }
+  });
+}
+
 bool FilePreferences::removeObject(std::string_view key) {
   if (!objectForKey(key)) {
     return true;

@@ -37,6 +37,7 @@ class FilePreferences : public Preferences {
 
   std::optional<PropertyList> objectForKey(std::string_view key) override;
   bool setObject(std::string_view key, PropertyList value) override;
+  bool setObjects(const std::map<std::string, PropertyList>& values) override;
   bool removeObject(std::string_view key) override;
   std::optional<std::string> fault() override;
   std::map<std::string, PropertyList> persistentDomain() override;

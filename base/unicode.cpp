@@ -1,5 +1,6 @@
 #include "base/unicode.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -37,6 +38,18 @@ std::optional<utf8proc_int32_t> takeCharacter(std::string_view& text) {
   return length > 0 ? std::optional(codepoint) : std::nullopt;
 }
 
+bool isWhiteSpace(utf8proc_int32_t character) {
+  constexpr utf8proc_int32_t nextLine = 0x85;
+  switch (utf8proc_category(character)) {
+    case UTF8PROC_CATEGORY_ZS:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+      return true;
+    default:
+      return (character >= '\t' && character <= '\r') || character == nextLine;
+  }
+}
+
 }  // namespace
 
 bool isValidUTF8(std::string_view text) {
@@ -66,6 +79,20 @@ std::string printable(std::string_view text) {
     result += isControl ? " " : taken;
   }
   return result;
+}
+
+std::string_view trimmed(std::string_view text) {
+  std::size_t begin = text.size();
+  std::size_t end = 0;
+  for (auto rest = text; !rest.empty();) {
+    const auto at = text.size() - rest.size();
+    const auto character = takeCharacter(rest);
+    if (!character || !isWhiteSpace(*character)) {
+      begin = std::min(begin, at);
+      end = text.size() - rest.size();
+    }
+  }
+  return text.substr(begin, std::max(begin, end) - begin);
 }
 
 std::size_t displayWidth(std::string_view text) {

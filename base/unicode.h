@@ -21,6 +21,9 @@ namespace tallowin {
 /// and does nothing else with it.
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// The text without white space and line breaks at its ends.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
 /// How many columns of a terminal the text takes. A byte that is no UTF-8 counts as one.
 [[nodiscard]] std::size_t displayWidth(std::string_view text);
 

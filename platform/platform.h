@@ -5,6 +5,7 @@
 #include "platform/apple_script.h"
 #include "platform/clock.h"
 #include "platform/command_channel.h"
+#include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/events.h"
@@ -52,6 +53,7 @@ struct Platform {
   URLEvents& urlEvents;
   CommandChannel& commandChannel;
   System& system;
+  DesktopFacts& desktopFacts;
   MainQueue& mainQueue;
   WorkQueues& workQueues;
   WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it

@@ -23,6 +23,9 @@ class Preferences {
   /// Stores a value for the user. False when it could not be written; then it is not set either.
   virtual bool setObject(std::string_view key, PropertyList value) = 0;
 
+  /// The same for several at once. When they could not be written none of them is set.
+  virtual bool setObjects(const std::map<std::string, PropertyList>& values) = 0;
+
   /// Forgets what the user set. False when that could not be written; then it is still set.
   virtual bool removeObject(std::string_view key) = 0;
 

@@ -23,6 +23,8 @@ class System {
   virtual ~System() = default;
 
   virtual OperatingSystemVersion operatingSystemVersion() = 0;
+  /// "macOS", or what the system of the machine is called.
+  virtual std::string operatingSystemName() = 0;
   /// As the system words it, for reports.
   virtual std::string operatingSystemVersionString() = 0;
   virtual ProcessID processIdentifier() = 0;

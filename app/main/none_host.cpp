@@ -43,6 +43,7 @@ class NoneHost : public Host {
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
             .system = machine_.system,
+            .desktopFacts = desktopFacts_,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = machine_.workQueues,
@@ -65,6 +66,7 @@ class NoneHost : public Host {
   NeutralWorkspace workspace_;
   NeutralGlobalHotKeys globalHotKeys_;
   NeutralAppleScript appleScript_;
+  NeutralDesktopFacts desktopFacts_;
   NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;

@@ -55,6 +55,7 @@ class X11Host : public Host {
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
             .system = machine_.system,
+            .desktopFacts = desktop_->desktopFacts(),
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = desktopQueues_,

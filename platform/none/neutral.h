@@ -4,6 +4,7 @@
 #include "platform/alerts.h"
 #include "platform/apple_script.h"
 #include "platform/command_channel.h"
+#include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/events.h"
@@ -68,6 +69,11 @@ class NeutralDisplays : public Displays {
 class NeutralDesktopNames : public DesktopNames {
  public:
   void publish(const std::map<ManagedSpaceID, std::string>& /*names*/) override {}
+};
+
+class NeutralDesktopFacts : public DesktopFacts {
+ public:
+  std::optional<WindowManagerFacts> windowManager() override { return {}; }
 };
 
 class NeutralWindowList : public WindowList {

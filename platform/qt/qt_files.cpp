@@ -43,6 +43,11 @@ void flushFolder(const std::filesystem::path& folder) {
 }  // namespace
 
 std::expected<std::string, FileError> QtFiles::read(const std::filesystem::path& path) {
+  std::error_code error;
+  if (const auto type = std::filesystem::status(path, error).type();
+      type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found && !error) {
+    return std::unexpected(FileError{false, "Not a regular file"});  // a pipe or a device may never end
+  }
   QFile file(QString::fromStdString(path.string()));
   if (!file.open(QIODevice::ReadOnly)) {
     return std::unexpected(fileError(file));

@@ -3,6 +3,7 @@
 #include <QRandomGenerator>
 #include <QSysInfo>
 #include <QVersionNumber>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 namespace tallowin {
@@ -10,6 +11,11 @@ namespace tallowin {
 OperatingSystemVersion UnixSystem::operatingSystemVersion() {
   const auto version = QVersionNumber::fromString(QSysInfo::kernelVersion());
   return {version.majorVersion(), version.minorVersion(), version.microVersion()};
+}
+
+std::string UnixSystem::operatingSystemName() {
+  utsname names{};
+  return ::uname(&names) == 0 ? names.sysname : "Unix";
 }
 
 std::string UnixSystem::operatingSystemVersionString() {

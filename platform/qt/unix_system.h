@@ -8,6 +8,7 @@ namespace tallowin {
 class UnixSystem : public System {
  public:
   OperatingSystemVersion operatingSystemVersion() override;
+  std::string operatingSystemName() override;
   std::string operatingSystemVersionString() override;
   ProcessID processIdentifier() override;
   std::uint64_t randomBits() override;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/desktop_facts.h"
 #include "platform/emulated/symbolic_hot_keys.h"
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
@@ -88,6 +89,8 @@ struct DesktopState {
   int trackpads = 1;
   /// Private functions that accept moves of windows and make none.
   std::set<std::string, std::less<>> ignoredMoves;
+  /// Absent where windows are managed by the system itself.
+  std::optional<WindowManagerFacts> windowManager;
   /// Key combinations, with their modifiers, that other programs have registered.
   std::set<std::pair<VirtualKeyCode, std::uint64_t>> takenHotKeys;
   /// By path. A program that is not among them starts and prints nothing.

@@ -239,6 +239,20 @@ void readIgnoredMoves(const Value& value, Scenario& scenario) {
   }
 }
 
+void readWindowManager(const Value& value, Scenario& scenario) {
+  ScenarioObject object(value);
+  auto& manager = scenario.desktop.windowManager.emplace();
+  manager.name = object.require("name").text();
+  if (const auto version = object.find("version")) {
+    manager.version = version->text();
+  }
+  if (const auto hints = object.find("missingHints")) {
+    for (const auto& hint : hints->list()) {
+      manager.missingHints.push_back(hint.text());
+    }
+  }
+}
+
 void readTakenHotKeys(const Value& value, Scenario& scenario) {
   for (const auto& element : value.list()) {
     ScenarioObject object(element);
@@ -346,6 +360,7 @@ constexpr Member members[] = {
      }},
     {"symbolicHotKeys", readSymbolicHotKeys},
     {"takenHotKeys", readTakenHotKeys},
+    {"windowManager", readWindowManager},
     {"ignoredMoves", readIgnoredMoves},
     {"trackpads", readTrackpads},
     {"files", readFiles},

@@ -74,6 +74,9 @@ Toasts& SimulatedDesktop::toasts() {
 DesktopNames& SimulatedDesktop::desktopNames() {
   return parts_->desktopNames;
 }
+DesktopFacts& SimulatedDesktop::desktopFacts() {
+  return parts_->desktopFacts;
+}
 Alerts& SimulatedDesktop::alerts() {
   return parts_->alerts;
 }

@@ -12,6 +12,7 @@
 #include "platform/apple_script.h"
 #include "platform/command_channel.h"
 #include "platform/core_foundation.h"
+#include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
 #include "platform/displays.h"
 #include "platform/dynamic_loader.h"
@@ -72,6 +73,7 @@ class SimulatedDesktop {
   AppleScript& appleScript();
   Toasts& toasts();
   DesktopNames& desktopNames();
+  DesktopFacts& desktopFacts();
   Alerts& alerts();
   GlobalHotKeys& globalHotKeys();
   URLEvents& urlEvents();

@@ -54,6 +54,7 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       appleScript(state, journal),
       toasts(journal),
       desktopNames(journal),
+      desktopFacts(state),
       commandChannel(journal),
       alerts(journal),
       globalHotKeys(state, journal),

@@ -12,6 +12,7 @@
 #include "platform/simulated/simulated_apple_script.h"
 #include "platform/simulated/simulated_command_channel.h"
 #include "platform/simulated/simulated_core_foundation.h"
+#include "platform/simulated/simulated_desktop_facts.h"
 #include "platform/simulated/simulated_desktop_names.h"
 #include "platform/simulated/simulated_displays.h"
 #include "platform/simulated/simulated_events.h"
@@ -72,6 +73,7 @@ struct SimulatedParts {
   SimulatedAppleScript appleScript;
   SimulatedToasts toasts;
   SimulatedDesktopNames desktopNames;
+  SimulatedDesktopFacts desktopFacts;
   SimulatedURLEvents urlEvents;
   SimulatedCommandChannel commandChannel;
   SimulatedAlerts alerts;

@@ -14,6 +14,7 @@ class SimulatedSystem : public System {
   explicit SimulatedSystem(const DesktopState& state) : state_(state) {}
 
   OperatingSystemVersion operatingSystemVersion() override { return state_.systemVersion; }
+  std::string operatingSystemName() override { return "macOS"; }
   std::string operatingSystemVersionString() override;
   ProcessID processIdentifier() override { return state_.ownProcess; }
   std::uint64_t randomBits() override { return random_(); }

@@ -42,6 +42,7 @@ X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& que
       globalHotKeys_(*connection_),
       screenCapture_(*connection_),
       desktopNames_(*connection_, desktops_, queue, clock),
+      desktopFacts_(*connection_, desktops_, processes),
       changes_(*connection_, desktops_, queue,
                {windowServer_, desktopNames_, dock_, workspaceNotifications_, defaultNotifications_}),
       applicationChanges_(*connection_, windows_.reader, windows_.applications, queue, workspaceNotifications_),

@@ -18,6 +18,7 @@
 #include "platform/x11/x11_application_changes.h"
 #include "platform/x11/x11_changes.h"
 #include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_desktop_facts.h"
 #include "platform/x11/x11_desktop_names.h"
 #include "platform/x11/x11_desktop_operations.h"
 #include "platform/x11/x11_desktop_reader.h"
@@ -56,6 +57,7 @@ class X11Desktop {
   GlobalHotKeys& globalHotKeys() { return globalHotKeys_; }
   ScreenCapture& screenCapture() { return screenCapture_; }
   DesktopNames& desktopNames() { return desktopNames_; }
+  DesktopFacts& desktopFacts() { return desktopFacts_; }
   NotificationCenter& workspaceNotifications() { return workspaceNotifications_; }
   NotificationCenter& defaultNotifications() { return defaultNotifications_; }
 
@@ -86,6 +88,7 @@ class X11Desktop {
   X11GlobalHotKeys globalHotKeys_;
   X11ScreenCapture screenCapture_;
   X11DesktopNames desktopNames_;
+  X11DesktopFacts desktopFacts_;
   X11Changes changes_;
   X11ApplicationChanges applicationChanges_;
   X11EventPump pump_;

@@ -18,6 +18,9 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
       {{"windows", "--json", "--all"}, {RequestKind::windows, {}, {{"--all", ""}, {"--json", ""}}}},
       {{"mark"}, {RequestKind::mark, {}, {}}},
       {{"mark", "x"}, {RequestKind::mark, {"x"}, {}}},
+      {{"time", "--days", "3", "--csv", "f"}, {RequestKind::time, {}, {{"--csv", "f"}, {"--days", "3"}}}},
+      {{"edit", "3", "--name", ""}, {RequestKind::edit, {"3"}, {{"--name", ""}}}},
+      {{"automation", "3", "set", "f"}, {RequestKind::automation, {"3", "set", "f"}, {}}},
       {{"pin", "xterm", "3"}, {RequestKind::pin, {"xterm", "3"}, {}}},
       {{"tallowin://switch/3"}, {RequestKind::url, {"tallowin://switch/3"}, {}}},
   };
@@ -28,6 +31,7 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
       {{"lists"}, "unknown argument \"lists\"; --help lists what there is"},
       {{"list", "more"}, "it is called so: tallowin list [--json]"},
       {{"quit", "--json"}, "it is called so: tallowin quit"},
+      {{"time", "--days"}, "it is called so: tallowin time [--days N] [--csv FILE] [--json]"},
       {{"pin", "xterm"}, "it is called so: tallowin pin APP SPACE"},
       {{"jump", "a", "b"}, "it is called so: tallowin jump [LETTER]"},
       {{"windows", "--json", "--every"}, "it is called so: tallowin windows [--all] [--json]"},

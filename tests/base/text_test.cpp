@@ -30,6 +30,16 @@ TEST(Unicode, CaseIsIgnoredAndAccentsAreNot) {
   }
 }
 
+TEST(Unicode, TrimmingTakesWhiteSpaceOfAllKinds) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},          {" \t\r\n", ""}, {" a b ", "a b"},     {"\u00A0\u2003\u2028x\u0085\u3000", "x"},
+      {"\xff ", "\xff"}, {"é", "é"},      {"\u200B", "\u200B"},
+  };
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(trimmed(text), expected) << text;
+  }
+}
+
 TEST(URL, ComesApartBeforeItIsDecoded) {
   const URL expected{"Tallowin", "Switch", {"Deep Work", "a/b"}, {{"na=me", "x&y"}, {"empty", ""}, {"none", {}}}};
   EXPECT_EQ(URL::parse("Tallowin://Switch/Deep%20Work//%2F/a%2fb/?na%3Dme=x%26y&empty=&&none#fragment?a=b"), expected);

@@ -101,7 +101,7 @@ TEST(ScenarioTest, membersArriveWhereTheyBelong) {
     "symbolicHotKeys": {"118": null, "119": {"keyCode": 19, "modifiers": 262144, "enabled": false}},
     "files": {"~/a": "text", "/b": {"base64": "AP8=", "unwritable": true}, "/c": {"missing": true}},
     "dock": {"switchTime": 0.5, "bounces": {"count": 2, "after": 0.25}},
-    "missionControl": {"opens": false, "hoverTime": 1},
+    "missionControl": {"opens": false, "hoverTime": 1}, "windowManager": {"name": "wm", "missingHints": ["_NET_A"]},
     "script": [{"at": 7, "do": "quit"}, {"at": 2, "do": "switchSpace", "space": 3}]})");
   ASSERT_TRUE(scenario) << scenario.error();
   const auto& desktop = scenario->desktop;
@@ -126,6 +126,7 @@ TEST(ScenarioTest, membersArriveWhereTheyBelong) {
       {"/b", std::string("\0\xFF", 2), false, true}, {"/c", "", true, false}, {"/home/user/a", "text", false, false}};
   EXPECT_EQ(scenario->files, files);
   EXPECT_EQ(scenario->dock, (ScenarioDock{500ms, 2, 250ms}));
+  EXPECT_EQ(desktop.windowManager, (WindowManagerFacts{"wm", "", {"_NET_A"}}));
   EXPECT_FALSE(scenario->missionControl.opens);
   EXPECT_EQ(scenario->missionControl.hoverTime, 1s);
   EXPECT_EQ(scenario->end, 12s) << "five seconds after the last action";

@@ -36,6 +36,16 @@ class ScriptedWindowManager {
     sync();
   }
 
+  /// Claims to support these hints.
+  void claim(const std::vector<X11Atom>& hints) {
+    std::vector<std::uint32_t> atoms;
+    for (const auto hint : hints) {
+      atoms.push_back(connection_->atom(hint));
+    }
+    setWords(root(), X11Atom::netSupported, XCB_ATOM_ATOM, atoms);
+    sync();
+  }
+
   /// A window of some client, on a desktop.
   xcb_window_t manageWindow(std::uint32_t desktop) {
     const auto window = createWindow();

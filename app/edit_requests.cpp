@@ -1,0 +1,172 @@
+#include "app/edit_requests.h"
+
+#include <algorithm>
+#include <array>
+
+#include "automation/foreign_json.h"
+#include "base/json_text.h"
+#include "commands/space_ref.h"
+
+namespace tallowin {
+
+namespace {
+
+std::optional<std::string> orNothing(const std::string& text) {
+  return text.empty() ? std::nullopt : std::optional(text);
+}
+
+void rename(SpaceStore& store, const std::string& name, const std::string& id) {
+  store.setName(name, id);
+  if (!name.empty()) {
+    store.remember(name);
+  }
+}
+
+struct Edit {
+  std::string_view option;
+  void (*apply)(SpaceStore& store, const std::string& value, const std::string& id);
+};
+
+constexpr Edit edits[] = {
+    {"--name", rename},
+    {"--symbol",
+     [](SpaceStore& store, const std::string& value, const std::string& id) { store.setSymbol(orNothing(value), id); }},
+    {"--color",
+     [](SpaceStore& store, const std::string& value, const std::string& id) { store.setColor(orNothing(value), id); }},
+    {"--note", [](SpaceStore& store, const std::string& value, const std::string& id) { store.setNote(value, id); }},
+    {"--group", [](SpaceStore& store, const std::string& value, const std::string& id) { store.setGroup(value, id); }},
+};
+
+bool isColor(std::string_view text) {
+  constexpr std::size_t length = 7;
+  return text.size() == length && text.front() == '#' &&
+         text.substr(1).find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
+/// A member of the JSON that automations do not have, such as a misspelt one.
+std::optional<std::string> strangeMember(const PropertyList& json) {
+  SpaceAutomation full;
+  for (auto* text : {&full.shortcutOnEnter, &full.shortcutOnLeave, &full.scriptOnEnter, &full.scriptOnLeave,
+                     &full.keystrokeOnEnter, &full.browserApp, &full.browserProfile}) {
+    *text = "";
+  }
+  const auto known = toJson(full);
+  for (const auto& [key, value] : json.items()) {
+    if (!known.contains(key)) {
+      return key;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void EditRequests::addTo(RequestTable& table) {
+  table[RequestKind::edit] = [this](RequestJob job) { edit(std::move(job)); };
+  table[RequestKind::automation] = [this](RequestJob job) { automation(std::move(job)); };
+}
+
+std::optional<Space> EditRequests::space(const RequestJob& job) const {
+  const auto ref = spaceRefFromText(job.words.operands.front());
+  auto found = resolve(ref, services_.watcher.snapshot().get(), services_.store);
+  if (!found) {
+    job.fail(notFoundMessage(ref).value_or("there is no active Space"));
+  }
+  return found;
+}
+
+/// What is wrong with the values; nothing is changed before that is known.
+std::optional<std::string> EditRequests::mistake(const RequestJob& job) const {
+  const auto& options = job.words.options;
+  if (options.empty() || (options.size() == 1 && job.words.json())) {
+    return "say what to change: --name, --symbol, --color, --note, --group or --icon";
+  }
+  if (const auto color = options.find("--color");
+      color != options.end() && !color->second.empty() && !isColor(color->second)) {
+    return "a colour is written as #9B6BF4";
+  }
+  if (const auto icon = options.find("--icon"); icon != options.end() && !icon->second.empty()) {
+    const auto bytes = services_.files.read(job.path(icon->second));
+    if (!bytes) {
+      return "cannot read " + icon->second + ": " + bytes.error().description;
+    }
+    if (!services_.images.decode(*bytes)) {
+      return icon->second + " is no picture";
+    }
+  }
+  return std::nullopt;
+}
+
+void EditRequests::edit(RequestJob job) const {
+  if (const auto fault = mistake(job)) {
+    job.fail(*fault, exit_status::usage);
+    return;
+  }
+  const auto edited = space(job);
+  if (!edited) {
+    return;
+  }
+  const auto& options = job.words.options;
+  for (const auto& [option, apply] : edits) {
+    if (const auto value = options.find(std::string(option)); value != options.end()) {
+      apply(services_.store, value->second, edited->id);
+    }
+  }
+  if (const auto icon = options.find("--icon"); icon != options.end()) {
+    services_.store.setCustomIcon(icon->second.empty() ? std::nullopt : std::optional(job.path(icon->second)),
+                                  edited->id);
+  }
+  if (job.words.json()) {
+    job.print(prettyJSON(spaceRecord(*edited, services_.store, services_.apps)));
+  } else {
+    job.succeed();
+  }
+}
+
+void EditRequests::automation(RequestJob job) const {
+  const auto& operands = job.words.operands;
+  const auto what = operands.size() > 1 ? operands[1] : "get";
+  const bool hasFile = operands.size() > 2;
+  if (hasFile != (what == "set") || (what != "get" && what != "set" && what != "clear" && what != "run")) {
+    job.fail("what can be asked for: get, set FILE, clear, run", exit_status::usage);
+    return;
+  }
+  const auto edited = space(job);
+  if (!edited) {
+    return;
+  }
+  const auto automation = services_.store.meta(edited->id).automation.value_or(SpaceAutomation());
+  if (what == "set") {
+    setAutomation(job, *edited);
+  } else if (what == "get") {
+    job.print(prettyJSON(toJson(automation)));
+  } else if (what == "clear") {
+    services_.store.setAutomation({}, edited->id);
+    job.succeed();
+  } else {
+    services_.automation.launch(automation);
+    job.succeed();
+  }
+}
+
+void EditRequests::setAutomation(const RequestJob& job, const Space& space) const {
+  const auto path = job.path(job.words.operands.back());
+  const auto json = readForeignJSON(services_.files, path, "that file is not an automation");
+  if (!json) {
+    job.fail(json.error().sentence + " (" + json.error().reason + ")",
+             services_.files.exists(path) ? exit_status::badData : exit_status::noInput);
+    return;
+  }
+  const auto strange = json->is_object() ? strangeMember(*json) : std::nullopt;
+  const auto automation = automationFromJson(*json);
+  if (strange) {
+    job.fail("an automation has no member \"" + *strange + "\"", exit_status::badData);
+  } else if (!automation) {
+    job.fail("that file is not an automation (a member has the wrong type)", exit_status::badData);
+  } else {
+    services_.store.setAutomation(*automation, space.id);
+    job.succeed();
+  }
+}
+
+}  // namespace tallowin

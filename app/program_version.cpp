@@ -1,0 +1,9 @@
+#include "app/program_version.h"
+
+namespace tallowin {
+
+ProgramVersion programVersion() {
+  return {TALLOWIN_VERSION, TALLOWIN_BUILD};
+}
+
+}  // namespace tallowin

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/record_services.h"
+#include "app/request_job.h"
+
+namespace tallowin {
+
+/// Requests about profiles, templates, times and what moves between machines. Main thread only.
+class RecordRequests {
+ public:
+  struct Services {
+    RecordServices& records;
+    SpaceWatcher& watcher;
+    SpaceStore& store;
+    const Settings& settings;
+    Files& files;
+  };
+
+  explicit RecordRequests(Services services) : services_(services) {}
+
+  /// Makes this the one who answers them. It must outlive the table.
+  void addTo(RequestTable& table);
+
+ private:
+  void profile(RequestJob job) const;
+  void listProfiles(const RequestJob& job) const;
+  void saveProfile(const RequestJob& job, const std::string& name) const;
+  void deleteProfile(const RequestJob& job, const std::string& name) const;
+  void useProfile(const RequestJob& job, const std::string& name) const;
+  void layTemplate(RequestJob job) const;
+  void listTemplates(const RequestJob& job) const;
+  void applyTemplate(const RequestJob& job, const std::string& name) const;
+  void importTemplate(const RequestJob& job, const std::string& file) const;
+  void exportFile(RequestJob job) const;
+  void importFile(RequestJob job) const;
+  void time(RequestJob job) const;
+  void diagnostics(RequestJob job) const;
+  void failImport(const RequestJob& job, const std::filesystem::path& path, const ForeignFault& fault) const;
+
+  const Services services_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,35 @@
+#include "app/record_services.h"
+
+#include "app/program_version.h"
+
+namespace tallowin {
+
+RecordServices::RecordServices(const Context& context)
+    : tracker({context.platform.files, context.paths, context.settings, context.platform.mainQueue,
+               context.platform.workQueues, context.platform.clock, context.platform.log}),
+      profiles({context.store, context.settings, context.platform.files, context.paths, context.platform.clock,
+                context.platform.log}),
+      profileCommands(profiles, context.platform.toasts),
+      automaticProfile({profiles, profileCommands, context.settings, context.platform.displays}),
+      templates({context.store, context.platform.workspace, context.platform.files, context.paths,
+                 context.platform.clock, context.platform.log}),
+      templateCommands({templates, context.management, context.platform.alerts, context.platform.toasts,
+                        context.platform.mainQueue,
+                        [&watcher = context.watcher] {
+                          watcher.refresh();
+                          return watcher.snapshot().get();
+                        }}),
+      transfer({context.settings, context.platform.files, context.platform.clock, context.platform.system,
+                context.platform.windowServer, context.platform.accessibility, context.platform.screenCapture,
+                context.platform.desktopFacts, programVersion(),
+                [platform = context.platform] { return setUpChecks(platform); }}),
+      stateExporter({context.watcher, context.store, context.contents, context.platform.files, context.paths,
+                     context.platform.mainQueue, context.platform.workQueues, context.platform.clock,
+                     context.platform.log}) {}
+
+std::vector<SetUpCheck> setUpChecks(const Platform& platform) {
+  return {{"Accessibility", platform.accessibility.AXIsProcessTrusted()},
+          {"Screen Recording", platform.screenCapture.CGPreflightScreenCaptureAccess()}};
+}
+
+}  // namespace tallowin

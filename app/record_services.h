@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+
+#include "automation/automatic_profile.h"
+#include "automation/profile_commands.h"
+#include "automation/profile_store.h"
+#include "automation/settings_transfer.h"
+#include "automation/space_templates.h"
+#include "automation/state_exporter.h"
+#include "automation/template_commands.h"
+#include "automation/time_tracker.h"
+#include "base/app_paths.h"
+#include "core/space_watcher.h"
+#include "platform/platform.h"
+#include "windows/space_management.h"
+
+namespace tallowin {
+
+/// Everything that keeps records and moves them, put together. Main thread only.
+struct RecordServices {
+  struct Context {
+    const Platform& platform;
+    const Settings& settings;
+    const AppPaths& paths;
+    SpaceStore& store;
+    SpaceWatcher& watcher;
+    SpaceContents& contents;
+    SpaceManagement& management;
+  };
+
+  explicit RecordServices(const Context& context);
+  RecordServices(const RecordServices&) = delete;
+  RecordServices& operator=(const RecordServices&) = delete;
+
+  TimeTracker tracker;
+  ProfileStore profiles;
+  ProfileCommands profileCommands;
+  AutomaticProfile automaticProfile;
+  SpaceTemplates templates;
+  TemplateCommands templateCommands;
+  SettingsTransfer transfer;
+  StateExporter stateExporter;
+};
+
+/// What must be right for everything to work.
+[[nodiscard]] std::vector<SetUpCheck> setUpChecks(const Platform& platform);
+
+}  // namespace tallowin

@@ -1,0 +1,101 @@
+#include "automation/profile_store.h"
+
+#include <algorithm>
+
+#include "base/json_text.h"
+#include "base/unicode.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto activeKey = "activeProfile";
+
+/// The elements are records that have been looked at, so they have a name.
+auto hasName(const std::string& name) {
+  return [&name](const PropertyList& record) { return record.at("name") == name; };
+}
+
+}  // namespace
+
+RecordFile ProfileStore::file() const {
+  return {{services_.files, services_.clock, services_.log},
+          services_.paths.supportDirectory() / "profiles.json",
+          "ProfileStore"};
+}
+
+/// The records as they stand, with what a newer version wrote into them.
+PropertyList ProfileStore::read(RecordFile& file) {
+  return file.readList([](const PropertyList& record) { return profileFromJson(record).has_value(); });
+}
+
+std::vector<SpaceProfile> ProfileStore::list() {
+  auto records = file();
+  std::vector<SpaceProfile> profiles;
+  for (const auto& record : read(records)) {
+    if (auto profile = profileFromJson(record)) {
+      profiles.push_back(*std::move(profile));
+    }
+  }
+  return profiles;
+}
+
+std::vector<std::string> ProfileStore::names() {
+  std::vector<std::string> names;
+  std::ranges::transform(list(), std::back_inserter(names), &SpaceProfile::name);
+  return names;
+}
+
+std::optional<SpaceProfile> ProfileStore::named(std::string_view name) {
+  auto profiles = list();
+  const auto found = std::ranges::find_if(
+      profiles, [&](const SpaceProfile& profile) { return equalIgnoringCase(profile.name, name); });
+  return found != profiles.end() ? std::optional(std::move(*found)) : std::nullopt;
+}
+
+bool ProfileStore::save(const std::string& name) {
+  auto records = file();
+  auto profiles = read(records);
+  auto profile = toJson(SpaceProfile{name, services_.store.metas(), services_.clock.now()});
+  if (const auto old = std::ranges::find_if(profiles, hasName(name)); old != profiles.end()) {
+    old->update(profile);
+  } else {
+    profiles.push_back(std::move(profile));
+  }
+  return records.write(prettyJSON(profiles));
+}
+
+bool ProfileStore::saveCurrent(const std::string& name) {
+  const bool saved = save(name);
+  if (saved) {
+    services_.settings.defaults().setObject(activeKey, name);
+  }
+  return saved;
+}
+
+std::optional<std::string> ProfileStore::activate(std::string_view name) {
+  auto profile = named(name);
+  if (!profile) {
+    return std::nullopt;
+  }
+  if (const auto active = services_.settings.text(activeKey); !active.empty() && active != profile->name) {
+    save(active);
+  }
+  services_.store.replaceAll(std::move(profile->metas));
+  services_.settings.defaults().setObject(activeKey, profile->name);
+  return profile->name;
+}
+
+bool ProfileStore::remove(const std::string& name) {
+  auto records = file();
+  const auto profiles = read(records);
+  auto kept = PropertyList::array();
+  std::ranges::remove_copy_if(profiles, std::back_inserter(kept), hasName(name));
+  const bool removed = kept.size() < profiles.size() && records.write(prettyJSON(kept));
+  if (removed && services_.settings.text(activeKey) == name) {
+    services_.settings.defaults().setObject(activeKey, "");
+  }
+  return removed;
+}
+
+}  // namespace tallowin

@@ -1,0 +1,124 @@
+#include "automation/settings_transfer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/date_text.h"
+#include "base/json_text.h"
+#include "base/property_list_reading.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto notAnExport = "That file is not a Tallowin export.";
+constexpr unsigned privateFile = 0600;
+
+using SettingValues = std::map<std::string, PropertyList>;
+
+/// What an export consists of, once it was looked at.
+struct Bundle {
+  SpaceMetas spaces;
+  SettingValues settings;
+};
+
+/// The value in the text of a list with one element, if it is one for this setting.
+std::optional<PropertyList> settingIn(const std::string& key, const std::string& text) {
+  const auto* const setting = isExported(key) ? findSetting(key) : nullptr;
+  const auto list = setting != nullptr ? parseJSON(text) : std::unexpected(std::string());
+  return list && list->is_array() && !list->empty() ? valueOfType(setting->type, list->front()) : std::nullopt;
+}
+
+std::expected<Bundle, std::string> bundleFromJson(const PropertyList& json) {
+  const auto exportedAt = property_list::member(json, "exportedAt", property_list::text);
+  const auto* const spaces = property_list::member(json, "spaces");
+  const auto* const settings = property_list::member(json, "settings");
+  if (!property_list::member(json, "version", property_list::integer) || !exportedAt || !dateFromISO8601(*exportedAt) ||
+      spaces == nullptr || settings == nullptr) {
+    return std::unexpected("\"version\", \"exportedAt\", \"spaces\" or \"settings\" is missing or has the wrong type");
+  }
+  auto metas = metasFromJson(*spaces);
+  if (!metas || !valueOfType(SettingType::textMap, *settings)) {
+    return std::unexpected(metas ? "\"settings\" has the wrong form" : "\"spaces\" has the wrong form");
+  }
+  Bundle bundle{*std::move(metas), {}};
+  for (const auto& [key, text] : settings->items()) {
+    if (auto value = settingIn(key, text.get<std::string>())) {
+      bundle.settings.emplace(key, *std::move(value));
+    }
+  }
+  return bundle;
+}
+
+}  // namespace
+
+bool isExported(std::string_view settingKey) {
+  constexpr auto kept = std::to_array<std::string_view>(
+      {"didShowOnboarding", "activeProfile", "profileByDisplaySetup", "recentSpaceNames", "demoMode"});
+  return findSetting(settingKey) != nullptr && std::ranges::find(kept, settingKey) == kept.end();
+}
+
+std::string SettingsTransfer::exportData(const SpaceStore& store) const {
+  auto settings = PropertyList::object();
+  for (const auto& setting : settingsTable()) {
+    const auto value = isExported(setting.key) ? services_.settings.value(setting.key) : std::nullopt;
+    if (value) {
+      settings[std::string(setting.key)] = compactJSON(PropertyList::array({*value}));
+    }
+  }
+  return prettyJSON({{"version", 1},
+                     {"exportedAt", iso8601(services_.clock.now())},
+                     {"spaces", toJson(store.metas())},
+                     {"settings", std::move(settings)}});
+}
+
+std::expected<void, ForeignFault> SettingsTransfer::importData(std::string_view bytes, SpaceStore& store) {
+  const auto json = parseForeignJSON(bytes);
+  return json ? take(*json, store) : std::unexpected(ForeignFault{notAnExport, json.error()});
+}
+
+std::expected<void, ForeignFault> SettingsTransfer::importFile(const std::filesystem::path& path, SpaceStore& store) {
+  const auto json = readForeignJSON(services_.files, path, notAnExport);
+  return json ? take(*json, store) : std::unexpected(json.error());
+}
+
+std::expected<void, ForeignFault> SettingsTransfer::take(const PropertyList& json, SpaceStore& store) {
+  auto bundle = bundleFromJson(json);
+  if (!bundle) {
+    return std::unexpected(ForeignFault{notAnExport, bundle.error()});
+  }
+  if (!bundle->settings.empty() && !services_.settings.defaults().setObjects(bundle->settings)) {
+    return std::unexpected(ForeignFault{"The settings could not be saved.", "the log says why"});
+  }
+  store.replaceAll(std::move(bundle->spaces));
+  return {};
+}
+
+std::expected<void, ForeignFault> SettingsTransfer::exportFile(const SpaceStore& store,
+                                                               const std::filesystem::path& path) const {
+  const auto written = services_.files.writeAtomically(path, exportData(store), privateFile);
+  return written ? std::expected<void, ForeignFault>()
+                 : std::unexpected(ForeignFault{"Export failed: " + written.error().description, ""});
+}
+
+std::string SettingsTransfer::diagnostics(const SpaceSnapshot& snapshot,
+                                          const std::vector<std::string>& shortcutFailures) const {
+  const auto& s = services_;
+  const auto distribution = s.files.read("/etc/os-release");
+  DiagnosticFacts facts;
+  facts.program = s.program;
+  facts.system = s.system.operatingSystemName() + " " + s.system.operatingSystemVersionString();
+  facts.health = s.windowServer.CGSBridgeProbe();
+  facts.accessibility = s.accessibility.AXIsProcessTrusted();
+  facts.screenRecording = s.screenCapture.CGPreflightScreenCaptureAccess();
+  facts.switchMode = s.settings.switchMode();
+  facts.displays = snapshot.displays.size();
+  facts.spaces = snapshot.allSpaces().size();
+  facts.checks = s.setUpChecks();
+  facts.shortcutFailures = shortcutFailures;
+  facts.distribution = distribution ? prettyNameOfOSRelease(*distribution) : std::nullopt;
+  facts.windowManager = s.desktopFacts.windowManager();
+  return diagnosticsText(facts);
+}
+
+}  // namespace tallowin

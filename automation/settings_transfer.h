@@ -1,0 +1,67 @@
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/diagnostics_text.h"
+#include "automation/foreign_json.h"
+#include "base/settings.h"
+#include "core/space_store.h"
+#include "platform/accessibility.h"
+#include "platform/files.h"
+#include "platform/screen_capture.h"
+#include "platform/system.h"
+
+namespace tallowin {
+
+/// Moves everything that the user has configured to another machine as one JSON file, and tells of this one for support
+/// requests. Main thread only.
+class SettingsTransfer {
+ public:
+  struct Services {
+    const Settings& settings;
+    Files& files;
+    const Clock& clock;
+    System& system;
+    WindowServer& windowServer;
+    Accessibility& accessibility;
+    ScreenCapture& screenCapture;
+    DesktopFacts& desktopFacts;
+    ProgramVersion program;
+    std::function<std::vector<SetUpCheck>()> setUpChecks;
+  };
+
+  explicit SettingsTransfer(Services services) : services_(std::move(services)) {}
+
+  /// The export file: "version" 1, "exportedAt", "spaces" (every record of the store) and "settings", by key the JSON
+  /// text of a list with the value as its one element.
+  [[nodiscard]] std::string exportData(const SpaceStore& store) const;
+
+  /// Takes an export over: settings that are not exported, and values of the wrong type, are passed over one by one;
+  /// the store's records are replaced wholesale. On failure nothing has changed.
+  [[nodiscard]] std::expected<void, ForeignFault> importData(std::string_view bytes, SpaceStore& store);
+
+  /// The same with files. The sentences of success are the caller's.
+  [[nodiscard]] std::expected<void, ForeignFault> exportFile(const SpaceStore& store,
+                                                             const std::filesystem::path& path) const;
+  [[nodiscard]] std::expected<void, ForeignFault> importFile(const std::filesystem::path& path, SpaceStore& store);
+
+  /// The report for support requests. `shortcutFailures` are the names of shortcuts that other programs have taken. May
+  /// take as long as a program takes to tell its version.
+  [[nodiscard]] std::string diagnostics(const SpaceSnapshot& snapshot,
+                                        const std::vector<std::string>& shortcutFailures) const;
+
+ private:
+  [[nodiscard]] std::expected<void, ForeignFault> take(const PropertyList& json, SpaceStore& store);
+
+  const Services services_;
+};
+
+/// Whether the setting with this key travels; those that belong to one machine do not.
+[[nodiscard]] bool isExported(std::string_view settingKey);
+
+}  // namespace tallowin

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/foreign_json.h"
+#include "automation/record_file.h"
+#include "automation/space_template.h"
+#include "base/app_paths.h"
+#include "core/space_store.h"
+#include "platform/workspace.h"
+
+namespace tallowin {
+
+/// The built-in templates and those that the user has imported, which are kept in "templates.json" in the support
+/// folder and read anew every time; a file that cannot be read or understood counts as empty. Main thread only.
+class SpaceTemplates {
+ public:
+  struct Services {
+    SpaceStore& store;
+    Workspace& workspace;
+    Files& files;
+    const AppPaths& paths;
+    const Clock& clock;
+    Log& log;
+  };
+
+  /// How many Spaces a template was laid onto, and how many it would have needed beyond those there are.
+  struct Outcome {
+    std::size_t applied = 0;
+    std::size_t missing = 0;
+    bool operator==(const Outcome&) const = default;
+  };
+
+  explicit SpaceTemplates(Services services) : services_(services) {}
+
+  /// Every template, built-in ones first.
+  [[nodiscard]] std::vector<SpaceTemplate> list();
+  /// The first template of exactly this name, else the first one ignoring case.
+  [[nodiscard]] std::optional<SpaceTemplate> named(std::string_view name);
+
+  /// Takes one template from a JSON file, in place of an imported one of exactly the same name. On failure nothing has
+  /// changed.
+  [[nodiscard]] std::expected<SpaceTemplate, ForeignFault> importFile(const std::filesystem::path& path);
+
+  /// Lays the template onto the ordinary desktops of the menu-bar display, in their order: names, symbols, colours and
+  /// notes take those of the slots, also where a slot has none; applications and URLs open when an empty Space is
+  /// entered. Applications that are not installed are left out, and everything else in automations stays.
+  Outcome apply(const SpaceTemplate& layout, const SpaceSnapshot& snapshot);
+
+ private:
+  [[nodiscard]] RecordFile file() const;
+  [[nodiscard]] static PropertyList readImported(RecordFile& file);
+  void fill(const SpaceTemplate::Slot& slot, const std::string& id);
+  [[nodiscard]] std::vector<std::string> installed(const std::vector<std::string>& bundles);
+
+  const Services services_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,101 @@
+#include "automation/template_commands.h"
+
+#include <algorithm>
+
+#include "base/unicode.h"
+
+namespace tallowin {
+
+namespace {
+
+Toast applied(const SpaceTemplate& layout) {
+  return {"Applied " + layout.name + " template", "square.grid.2x2"};
+}
+
+std::size_t spacesOf(const SpaceSnapshot& snapshot) {
+  return snapshot.allSpaces().size();
+}
+
+}  // namespace
+
+void TemplateCommands::apply(const std::string& name) {
+  const auto layout = services_.templates.named(name);
+  if (!layout) {
+    services_.toasts.show({"No template is called " + name, std::nullopt, true});
+    return;
+  }
+  const auto outcome = services_.templates.apply(*layout, services_.snapshot());
+  if (outcome.missing == 0) {
+    services_.toasts.show(applied(*layout));
+  } else {
+    askToAdd(*layout, outcome);
+  }
+}
+
+void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome) {
+  const auto missing = outcome.missing;
+  const Alert question{layout.name + " needs " + std::to_string(missing) + " more desktop" + (missing == 1 ? "" : "s"),
+                       "Tallowin set up " + std::to_string(outcome.applied) +
+                           " desktops. Add the rest now? Mission Control will open briefly.",
+                       {"Add Desktops", "Not Now"}};
+  services_.alerts.show(question,
+                        [this, alive = std::weak_ptr(alive_), layout, missing](std::optional<std::size_t> button) {
+                          if (!alive.expired() && button == std::size_t{0}) {
+                            add(layout, missing, spacesOf(services_.snapshot()) + missing);
+                          }
+                        });
+}
+
+void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted) {
+  services_.management.addDesktop(
+      [this, alive = std::weak_ptr(alive_), layout, count, wanted](SpaceManagement::Result result) {
+        if (alive.expired()) {
+          return;
+        }
+        if (!result) {
+          services_.toasts.show({std::string(description(result.error())), std::nullopt, true});
+        } else if (count > 1) {
+          waiting_ =
+              services_.mainQueue.after(closingTime, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
+        } else {
+          applyWhenThere(layout, wanted, patience);
+        }
+      });
+}
+
+void TemplateCommands::applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft) {
+  const auto snapshot = services_.snapshot();
+  if (spacesOf(snapshot) < wanted && patienceLeft > Duration::zero()) {
+    waiting_ = services_.mainQueue.after(pollInterval, [this, layout, wanted, patienceLeft] {
+      applyWhenThere(layout, wanted, patienceLeft - pollInterval);
+    });
+    return;
+  }
+  const auto outcome = services_.templates.apply(layout, snapshot);
+  services_.toasts.show(outcome.missing == 0 ? applied(layout) : Toast{setUpSentence(outcome), std::nullopt, true});
+}
+
+std::string setUpSentence(SpaceTemplates::Outcome outcome) {
+  auto sentence = "Set up " + std::to_string(outcome.applied) + " Spaces.";
+  if (outcome.missing > 0) {
+    sentence += " Add " + std::to_string(outcome.missing) + " more desktops in Mission Control, then apply again.";
+  }
+  return sentence;
+}
+
+std::string templateList(const std::vector<SpaceTemplate>& templates) {
+  std::size_t width = 0;
+  for (const auto& layout : templates) {
+    width = std::max(width, displayWidth(printable(layout.name)));
+  }
+  std::string text;
+  for (const auto& layout : templates) {
+    const auto name = printable(layout.name);
+    const auto count = layout.slots.size();
+    text += name + std::string(width - displayWidth(name), ' ') + "  " + std::to_string(count) + " Space" +
+            (count == 1 ? " " : "s") + "  " + printable(layout.summary) + '\n';
+  }
+  return text;
+}
+
+}  // namespace tallowin

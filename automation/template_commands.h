@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "automation/space_templates.h"
+#include "platform/alerts.h"
+#include "platform/main_queue.h"
+#include "platform/toasts.h"
+#include "windows/space_management.h"
+
+namespace tallowin {
+
+/// The user's commands about templates, with what the user is told and asked. Main thread only.
+class TemplateCommands {
+ public:
+  /// Desktops that were added are looked for this long, this often.
+  static constexpr Duration patience = std::chrono::seconds(3);
+  static constexpr Duration pollInterval = std::chrono::milliseconds(100);
+  /// Mission Control takes so long to close before it can be opened for the next one.
+  static constexpr Duration closingTime = std::chrono::milliseconds(500);
+
+  struct Services {
+    SpaceTemplates& templates;
+    SpaceManagement& management;
+    Alerts& alerts;
+    Toasts& toasts;
+    MainQueue& mainQueue;
+    std::function<SpaceSnapshot()> snapshot;  ///< takes one now
+  };
+
+  explicit TemplateCommands(Services services) : services_(std::move(services)) {}
+  TemplateCommands(const TemplateCommands&) = delete;
+  TemplateCommands& operator=(const TemplateCommands&) = delete;
+
+  /// Applies the template of this name. When there are too few desktops, asks whether to add the others, and then adds
+  /// them and applies it again.
+  void apply(const std::string& name);
+
+ private:
+  void askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome);
+  /// Adds so many desktops, one after the other, until there are `wanted` Spaces.
+  void add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted);
+  void applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft);
+
+  const Services services_;
+  WorkItem waiting_;
+  // Shared with the alert and with Mission Control, whose answers may come after the commands have gone.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+/// What the settings window says of a template that was applied.
+[[nodiscard]] std::string setUpSentence(SpaceTemplates::Outcome outcome);
+
+/// The templates for reading, one line each: name, number of Spaces, summary. Columns are aligned.
+[[nodiscard]] std::string templateList(const std::vector<SpaceTemplate>& templates);
+
+}  // namespace tallowin

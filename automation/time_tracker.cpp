@@ -1,0 +1,102 @@
+#include "automation/time_tracker.h"
+
+#include <chrono>
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto category = "TimeTracker";
+constexpr auto trackingKey = "timeTracking";
+constexpr auto saveDelay = std::chrono::seconds(5);
+/// Longer intervals are sleep that was not noticed, or a clock that was set.
+constexpr double dropped = 6 * 3600;
+
+}  // namespace
+
+TimeTracker::TimeTracker(Services services)
+    : services_(services),
+      file_({services.files, services.clock, services.log}, services.paths.supportDirectory() / "stats.json", category),
+      writer_({services.files, services.workQueues, services.log}, "tallowin.times", category),
+      since_(services.clock.now()),
+      tracking_(services.settings.boolean(trackingKey)) {
+  load();
+  settingsObserver_ = services_.settings.defaults().observe([this] { settingsChanged(); });
+}
+
+void TimeTracker::load() {
+  const auto text = file_.read();
+  if (!text) {
+    return;
+  }
+  if (auto record = timeRecordFromJSON(*text)) {
+    days_ = *std::move(record);
+  } else {
+    file_.notUnderstood("it is no record of times");
+  }
+}
+
+void TimeTracker::spaceChanged(const Space& to) {
+  setCurrentID(to.id);
+}
+
+void TimeTracker::screensDidSleep() {
+  setCurrentID(std::nullopt);
+}
+
+void TimeTracker::screensDidWake(const SpaceSnapshot& snapshot) {
+  const auto active = snapshot.activeSpace();
+  setCurrentID(active ? std::optional(active->id) : std::nullopt);
+}
+
+void TimeTracker::setCurrentID(std::optional<std::string> id) {
+  flush();
+  currentID_ = std::move(id);
+}
+
+void TimeTracker::flush() {
+  tracking_ = services_.settings.boolean(trackingKey);
+  takeInterval(tracking_);
+}
+
+void TimeTracker::settingsChanged() {
+  // The time until the change counts by what was set before.
+  if (services_.settings.boolean(trackingKey) != tracking_) {
+    takeInterval(tracking_);
+    tracking_ = !tracking_;
+  }
+}
+
+void TimeTracker::takeInterval(bool counts) {
+  const auto now = services_.clock.now();
+  const double elapsed = std::chrono::duration<double>(now - since_).count();
+  since_ = now;
+  if (!counts || !currentID_ || elapsed <= 0 || elapsed >= dropped) {
+    return;
+  }
+  days_[dayKey(services_.clock.localDay(now))][*currentID_] += elapsed;
+  scheduleSave();
+  changed_.tell();
+}
+
+void TimeTracker::scheduleSave() {
+  saveWork_ = services_.mainQueue.after(saveDelay, [this] { save(); });
+}
+
+void TimeTracker::save() {
+  if (file_.makeReplaceable()) {
+    writer_.write(file_.path(), jsonText(days_));
+  }
+}
+
+SpaceTimes TimeTracker::totals(std::int64_t lastDays) {
+  flush();
+  return sumOfDays(days_, services_.clock.localDay(services_.clock.now()), lastDays);
+}
+
+std::string TimeTracker::csv(const SpaceNames& names) {
+  flush();
+  return csvText(days_, names);
+}
+
+}  // namespace tallowin

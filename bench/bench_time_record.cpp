@@ -1,0 +1,106 @@
+// How long a record of ten years with thirty Spaces takes to be loaded from the disk, summed up, exported and made into
+// text again.
+
+#include <benchmark/benchmark.h>
+#include <filesystem>
+#include <fstream>
+
+#include "automation/time_record.h"
+#include "automation/time_text.h"
+#include "platform/qt/qt_files.h"
+
+namespace tallowin {
+namespace {
+
+constexpr CalendarDay lastDay{2026, 3, 2};
+constexpr std::int64_t days = 3650;
+constexpr int spaces = 30;
+
+class NoDescriptors : public Descriptors {
+ public:
+  Subscription watchReadable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
+  Subscription watchWritable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
+};
+
+TimeRecord tenYears() {
+  TimeRecord record;
+  for (std::int64_t day = 0; day < days; ++day) {
+    auto& times = record[dayKey(daysBefore(lastDay, day))];
+    for (int space = 0; space < spaces; ++space) {
+      times["5ACE0000-0000-4000-8000-0000000000" + std::to_string(space + 10)] =
+          100.000123 + static_cast<double>(day * 31 + space * 977 % 1000) / 7;
+    }
+  }
+  return record;
+}
+
+class RecordOnDisk {
+ public:
+  RecordOnDisk() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tallowin-bench-XXXXXX").string();
+    folder_ = ::mkdtemp(pattern.data());
+    std::ofstream(folder_ / "stats.json") << jsonText(tenYears());
+  }
+  ~RecordOnDisk() { std::filesystem::remove_all(folder_); }
+  RecordOnDisk(const RecordOnDisk&) = delete;
+  RecordOnDisk& operator=(const RecordOnDisk&) = delete;
+
+  [[nodiscard]] TimeRecord load() {
+    return timeRecordFromJSON(files_.read(folder_ / "stats.json").value_or("")).value_or(TimeRecord());
+  }
+
+ private:
+  std::filesystem::path folder_;
+  NoDescriptors descriptors_;
+  QtFiles files_{descriptors_};
+};
+
+std::string nameOf(const std::string& id) {
+  return "Space " + id.substr(id.size() - 2);
+}
+
+void load(benchmark::State& state) {
+  RecordOnDisk disk;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(disk.load());
+  }
+}
+
+void totals(benchmark::State& state) {
+  const auto record = tenYears();
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(sumOfDays(record, lastDay, days));
+  }
+}
+
+void exportCSV(benchmark::State& state) {
+  const auto record = tenYears();
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(csvText(record, nameOf));
+  }
+}
+
+void encode(benchmark::State& state) {
+  const auto record = tenYears();
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(jsonText(record));
+  }
+}
+
+void loadSumAndExport(benchmark::State& state) {
+  RecordOnDisk disk;
+  for (auto _ : state) {
+    const auto record = disk.load();
+    benchmark::DoNotOptimize(sumOfDays(record, lastDay, days));
+    benchmark::DoNotOptimize(csvText(record, nameOf));
+  }
+}
+
+BENCHMARK(load)->Unit(benchmark::kMillisecond);
+BENCHMARK(totals)->Unit(benchmark::kMillisecond);
+BENCHMARK(exportCSV)->Unit(benchmark::kMillisecond);
+BENCHMARK(encode)->Unit(benchmark::kMillisecond);
+BENCHMARK(loadSumAndExport)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace tallowin

@@ -1,0 +1,115 @@
+#include "platform/x11/x11_desktop_facts.h"
+
+#include <algorithm>
+#include <cstring>
+#include <xcb/res.h>
+
+#include "platform/x11/x11_process_identity.h"
+
+namespace tallowin {
+
+namespace {
+
+/// What the X11 binding uses of EWMH, but for the check window, without which there would be no window manager to ask.
+constexpr X11Atom usedHints[] = {
+    X11Atom::netNumberOfDesktops,  X11Atom::netCurrentDesktop,       X11Atom::netDesktopNames,
+    X11Atom::netWmDesktop,         X11Atom::netActiveWindow,         X11Atom::netClientList,
+    X11Atom::netWmState,           X11Atom::netWmStateHidden,        X11Atom::netWmStateSticky,
+    X11Atom::netWmStateFullscreen, X11Atom::netWmStateMaximizedVert, X11Atom::netWmStateMaximizedHorz,
+    X11Atom::netFrameExtents,      X11Atom::netCloseWindow,          X11Atom::netMoveresizeWindow,
+    X11Atom::netRestackWindow,
+};
+
+struct VersionArgument {
+  std::string_view program;
+  std::string_view argument;
+};
+constexpr VersionArgument versionArguments[] = {
+    {"awesome", "--version"},  {"bspwm", "-v"},         {"fluxbox", "-version"},   {"i3", "--version"},
+    {"icewm", "--version"},    {"jwm", "-v"},           {"kwin_x11", "--version"}, {"marco", "--version"},
+    {"metacity", "--version"}, {"muffin", "--version"}, {"mutter", "--version"},   {"openbox", "--version"},
+    {"xfwm4", "--version"},
+};
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+}  // namespace
+
+X11DesktopFacts::X11DesktopFacts(X11Connection& connection, X11DesktopReader& desktops, Processes& processes)
+    : connection_(connection), desktops_(desktops), processes_(processes) {}
+
+std::optional<WindowManagerFacts> X11DesktopFacts::windowManager() {
+  const auto state = desktops_.read();
+  if (state.checkWindow == 0) {
+    return std::nullopt;
+  }
+  WindowManagerFacts facts{validUtf8(state.managerName), "", missingHints()};
+  if (const auto pid = processOf(state.checkWindow)) {
+    facts.version = versionOf(static_cast<ProcessID>(*pid));
+  }
+  return facts;
+}
+
+std::optional<std::uint32_t> X11DesktopFacts::processOf(xcb_window_t window) {
+  if (!connection_.hasExtension(xcb_res_id)) {
+    return std::nullopt;
+  }
+  const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+  const auto answer =
+      connection_.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids(connection_.raw(), 1, &wanted));
+  if (!answer) {
+    return std::nullopt;
+  }
+  const auto each = xcb_res_query_client_ids_ids_iterator(answer.get());
+  return each.rem > 0 && xcb_res_client_id_value_value_length(each.data) > 0
+             ? std::optional(*xcb_res_client_id_value_value(each.data))
+             : std::nullopt;
+}
+
+std::string X11DesktopFacts::versionOf(ProcessID pid) {
+  const auto argument = versionArgument(programName(pid));
+  if (argument.empty()) {
+    return "";
+  }
+  // The program that runs, wherever it is installed.
+  const auto output = processes_.run({"/proc/" + std::to_string(pid) + "/exe", {std::string(argument)}, {}});
+  return output ? validUtf8(versionIn(*output)) : "";
+}
+
+std::vector<std::string> X11DesktopFacts::missingHints() {
+  const auto property =
+      connection_.takeProperty(connection_.requestProperty(connection_.root(), X11Atom::netSupported, XCB_ATOM_ATOM));
+  std::vector<xcb_atom_t> supported(property.format == 32 ? property.bytes.size() / sizeof(xcb_atom_t) : 0);
+  if (!supported.empty()) {
+    std::memcpy(supported.data(), property.bytes.data(), supported.size() * sizeof(xcb_atom_t));
+  }
+  std::vector<std::string> missing;
+  for (const auto hint : usedHints) {
+    if (std::ranges::find(supported, connection_.atom(hint)) == supported.end()) {
+      missing.emplace_back(x11AtomNames.at(static_cast<std::size_t>(hint)));
+    }
+  }
+  return missing;
+}
+
+std::string versionIn(std::string_view text) {
+  const auto isBlank = [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == ','; };
+  while (!text.empty()) {
+    const auto word = text.substr(0, static_cast<std::size_t>(std::ranges::find_if(text, isBlank) - text.begin()));
+    const auto version = word.starts_with('v') ? word.substr(1) : word;
+    if (!version.empty() && isDigit(version.front()) && version.find('.') != std::string_view::npos) {
+      return std::string(version);
+    }
+    text.remove_prefix(std::min(word.size() + 1, text.size()));
+  }
+  return "";
+}
+
+std::string_view versionArgument(std::string_view program) {
+  const auto* const found = std::ranges::find(versionArguments, program, &VersionArgument::program);
+  return found != std::end(versionArguments) ? found->argument : std::string_view();
+}
+
+}  // namespace tallowin

@@ -1,0 +1,310 @@
+// Profiles and templates: whole sets of what is said about the Spaces.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "automation/automatic_profile.h"
+#include "automation/template_commands.h"
+#include "tests/automation/automation_program.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const std::string profilesFile = supportFolder + "profiles.json";
+const std::string templatesFile = supportFolder + "templates.json";
+
+constexpr auto twoDisplays = R"({"start": "2026-03-02T09:00:00Z",
+  "displays": [{"id": 1, "uuid": "A", "bounds": [0, 0, 800, 600], "main": true},
+               {"id": 2, "uuid": "B", "bounds": [800, 0, 800, 600]}],
+  "managedDisplaySpaces": [
+    {"Display Identifier": "A", "Current Space": {"ManagedSpaceID": 1}, "Spaces": [{"ManagedSpaceID": 1}]},
+    {"Display Identifier": "B", "Current Space": {"ManagedSpaceID": 2}, "Spaces": [{"ManagedSpaceID": 2}]}],
+  "menuBarDisplay": "A"})";
+
+struct ProfilesProgram : AutomationProgram {
+  explicit ProfilesProgram(std::string_view scenarioJSON = R"({"start": "2026-03-02T09:00:00Z"})")
+      : AutomationProgram(scenarioJSON) {}
+
+  [[nodiscard]] std::string active() const { return settings.text("activeProfile"); }
+  [[nodiscard]] std::string name() const { return store.displayName(space(1)); }
+  void setName(const std::string& name) { store.setName(name, id(1)); }
+
+  ProfileStore profiles{{store, settings, desktop.files(), paths, time, desktop.log()}};
+  ProfileCommands commands{profiles, desktop.toasts()};
+  AutomaticProfile automatic{{profiles, commands, settings, desktop.displays()}};
+};
+
+TEST(ProfileStore, SwitchingKeepsTheEditsOfTheActiveProfile) {
+  ProfilesProgram program;
+  program.setName("Office");
+  EXPECT_TRUE(program.profiles.saveCurrent("Work"));
+  program.setName("Sofa");
+  EXPECT_TRUE(program.profiles.saveCurrent("Home"));
+  program.setName("Garden");
+  program.time.advance(1s);
+  EXPECT_EQ(program.profiles.activate("wORK"), "Work");
+  EXPECT_EQ(program.active(), "Work");
+  EXPECT_EQ(program.name(), "Office");
+  program.setName("Desk");
+  EXPECT_EQ(program.profiles.activate("work"), "Work") << "the active profile is not saved over first";
+  EXPECT_EQ(program.name(), "Office");
+  EXPECT_EQ(program.profiles.activate("Home"), "Home");
+  EXPECT_EQ(program.name(), "Garden");
+  EXPECT_EQ(program.profiles.activate("Beach"), std::nullopt);
+  EXPECT_EQ(program.active(), "Home");
+
+  EXPECT_TRUE(program.profiles.saveCurrent("work")) << "saving looks at the case of letters";
+  EXPECT_THAT(program.profiles.names(), ElementsAre("Work", "Home", "work"));
+  EXPECT_FALSE(program.profiles.remove("WORK"));
+  EXPECT_TRUE(program.profiles.remove("Work"));
+  EXPECT_EQ(program.active(), "work");
+  EXPECT_TRUE(program.profiles.remove("work"));
+  EXPECT_EQ(program.active(), "");
+  EXPECT_THAT(program.profiles.names(), ElementsAre("Home"));
+  EXPECT_EQ(program.profiles.list().front().savedAt, program.time.now());
+  program.time.advance(1s);
+  EXPECT_THAT(program.fileText(supportFolder + "spaces.json"), HasSubstr("Garden")) << "the store has saved";
+}
+
+TEST(ProfileStore, KeepsWhatNewerVersionsWrote) {
+  ProfilesProgram program;
+  program.files().overwrite(profilesFile, R"([{"name": "Work", "savedAt": "2026-01-01T00:00:00Z", "mood": "calm",
+    "metas": {"x": {"name": "X", "weather": {"rain": true}}}}])");
+  EXPECT_EQ(program.profiles.activate("work"), "Work");
+  EXPECT_TRUE(program.profiles.saveCurrent("Work"));
+  EXPECT_THAT(program.fileText(profilesFile), AllOf(HasSubstr("\"rain\": true"), HasSubstr("\"mood\": \"calm\""),
+                                                    HasSubstr("\"savedAt\": \"2026-03-02T09:00:00Z\"")));
+}
+
+TEST(ProfileStore, AFileThatCannotBeUnderstoodIsKeptAside) {
+  const std::string contents[] = {"",
+                                  "{}",
+                                  "[1]",
+                                  R"([{"name": "a", "metas": {}}])",
+                                  R"([{"name": "a", "metas": {}, "savedAt": "yesterday"}])",
+                                  R"([{"name": "a", "metas": {"x": {"name": 1}}, "savedAt": "2026-01-01T00:00:00Z"}])",
+                                  std::string(100'000, '[')};
+  for (const auto& content : contents) {
+    ProfilesProgram program;
+    program.files().overwrite(profilesFile, content);
+    EXPECT_THAT(program.profiles.names(), IsEmpty());
+    EXPECT_EQ(program.profiles.activate("a"), std::nullopt);
+    EXPECT_FALSE(program.profiles.remove("a"));
+    EXPECT_EQ(program.fileText(profilesFile), content) << "looking changes nothing";
+    EXPECT_TRUE(program.profiles.saveCurrent("Work"));
+    EXPECT_EQ(program.fileText(profilesFile + ".unreadable-20260302T090000Z"), content);
+    EXPECT_THAT(program.profiles.names(), ElementsAre("Work"));
+  }
+  ProfilesProgram program;
+  program.files().overwrite(profilesFile, "?");
+  program.files().setUnwritable(supportFolder, true);
+  EXPECT_FALSE(program.profiles.saveCurrent("Work"));
+  EXPECT_EQ(program.active(), "");
+  EXPECT_EQ(program.fileText(profilesFile), "?");
+}
+
+TEST(AutomaticProfile, FollowsTheDisplays) {
+  ProfilesProgram program(twoDisplays);
+  program.setName("Office");
+  program.profiles.saveCurrent("Work");
+  program.setName("Train");
+  program.profiles.saveCurrent("Travel");
+  const auto docked = program.snapshot();
+  EXPECT_TRUE(program.automatic.choose("work", docked));
+  EXPECT_EQ(program.automatic.chosen(docked), "work");
+  program.lines.clear();
+  program.automatic.look(docked);
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Profile: Work (person.crop.rectangle.stack)"));
+  EXPECT_EQ(program.name(), "Office");
+
+  program.commands.use("Travel");
+  program.automatic.look(docked);
+  EXPECT_EQ(program.active(), "Travel") << "the user's own choice stays while the displays do";
+
+  program.desktop.parts().disconnectDisplay(2);
+  program.automatic.look(program.snapshot());
+  EXPECT_EQ(program.active(), "Travel") << "nothing was chosen for one display";
+  program.desktop.parts().connectDisplay({2, "B", "Display 2", {{800, 0}, {800, 600}}, false});
+  program.setName("Plane");
+  program.automatic.look(docked);
+  EXPECT_EQ(program.active(), "Work");
+  EXPECT_TRUE(program.automatic.choose(std::nullopt, docked));
+  EXPECT_EQ(program.automatic.chosen(docked), std::nullopt);
+  program.commands.use("travel");
+  EXPECT_EQ(program.name(), "Plane");
+}
+
+TEST(Profiles, AreListed) {
+  ProfilesProgram program;
+  program.profiles.saveCurrent("Work\n");
+  program.profiles.saveCurrent("Home");
+  EXPECT_EQ(profileList(program.profiles.names(), "Home"), "  Work \n* Home\n");
+  EXPECT_EQ(profileRecords(program.profiles.list(), "Home").at(1),
+            (PropertyList{{"name", "Home"}, {"savedAt", "2026-03-02T09:00:00Z"}, {"isActive", true}}));
+  program.lines.clear();
+  program.commands.use("Beach");
+  EXPECT_THAT(program.takeToasts(), ElementsAre("! No profile is called Beach"));
+}
+
+constexpr auto threeDesktops = R"({"start": "2026-03-02T09:00:00Z",
+  "managedDisplaySpaces": [{"Display Identifier": "Main", "Current Space": {"ManagedSpaceID": 1, "uuid": "U1"},
+    "Spaces": [{"ManagedSpaceID": 1, "uuid": "U1", "type": 0}, {"ManagedSpaceID": 9, "uuid": "F", "type": 4},
+               {"ManagedSpaceID": 2, "uuid": "U2", "type": 0}, {"ManagedSpaceID": 3, "uuid": "U3", "type": 0}]}],
+  "applications": [{"name": "Terminal", "bundleID": "com.apple.Terminal"}],
+  "files": {"/Applications/com.tinyspeck.slackmacgap.app": "", "/evil.app": ""}})";
+
+struct TemplatesProgram : AutomationProgram {
+  explicit TemplatesProgram(std::string_view scenarioJSON = threeDesktops) : AutomationProgram(scenarioJSON) {}
+
+  SpaceTemplates templates{{store, desktop.workspace(), desktop.files(), paths, time, desktop.log()}};
+  SpaceManagement management{{bridge, desktop.workspace(), desktop.accessibility(), desktop.events(), time}};
+  TemplateCommands commands{
+      {templates, management, desktop.alerts(), desktop.toasts(), time, [this] { return snapshot(); }}};
+};
+
+TEST(SpaceTemplates, FillTheDesktopsThatThereAre) {
+  TemplatesProgram program;
+  SpaceAutomation existing;
+  existing.keystrokeOnEnter = "cmd+1";
+  existing.scriptOnLeave = "true";
+  existing.launchApps = {"/old.app"};
+  existing.openURLs = {"https://old.example"};
+  program.store.setAutomation(existing, "U2");
+  program.store.setNote("old", "U2");
+  program.store.setName("Full", "F");
+
+  const auto outcome = program.templates.apply(SpaceTemplate::builtIn().front(), program.snapshot());
+  EXPECT_EQ(outcome, (SpaceTemplates::Outcome{3, 2}));
+  const auto& metas = program.store.metas();
+  ASSERT_THAT(metas, SizeIs(4));
+  const auto& code = metas.at("U1");
+  EXPECT_EQ(code.name, "Code");
+  EXPECT_EQ(code.symbol, "chevron.left.forwardslash.chevron.right");
+  EXPECT_EQ(code.colorHex, "#9B6BF4");
+  EXPECT_EQ(code.note, "Editor and terminal");
+  EXPECT_THAT(code.automation->launchApps, ElementsAre("/Applications/Terminal.app")) << "the other is not installed";
+  EXPECT_TRUE(code.automation->launchOnce && code.automation->launchOnlyIfEmpty);
+  existing.launchApps = {};
+  existing.openURLs = {};
+  existing.launchOnlyIfEmpty = true;
+  EXPECT_EQ(metas.at("U2").automation, existing);
+  EXPECT_EQ(metas.at("U2").note, "Docs, PRs, localhost");
+  EXPECT_THAT(metas.at("U3").automation->launchApps, ElementsAre("/Applications/com.tinyspeck.slackmacgap.app"));
+  EXPECT_EQ(metas.at("F").name, "Full");
+  EXPECT_THAT(program.settings.textList("recentSpaceNames"), ElementsAre("Chat", "Browser", "Code"));
+
+  const SpaceTemplate blank{"Blank", "", {{" \u00A0\n", {}, {}, " \t\u2003x\r\n", {"../evil"}, {"https://a.example"}}}};
+  EXPECT_EQ(program.templates.apply(blank, program.snapshot()), (SpaceTemplates::Outcome{1, 0}));
+  EXPECT_EQ(metas.at("U1").name, std::nullopt);
+  EXPECT_EQ(metas.at("U1").symbol, std::nullopt);
+  EXPECT_EQ(metas.at("U1").note, "x");
+  EXPECT_THAT(metas.at("U1").automation->launchApps, IsEmpty());
+  EXPECT_THAT(metas.at("U1").automation->openURLs, ElementsAre("https://a.example"));
+  EXPECT_EQ(program.templates.apply(blank, SpaceSnapshot::empty()), (SpaceTemplates::Outcome{0, 1}));
+}
+
+TEST(SpaceTemplates, AreImportedAndFound) {
+  TemplatesProgram program;
+  const std::string file = "/tmp/template.json";
+  const auto import = [&](const std::string& text) {
+    program.files().overwrite(file, text);
+    return program.templates.importFile(file);
+  };
+  const auto developer = import(R"({"name": "developer", "summary": "Mine", "slots": [{"name": "One"}], "new": 1})");
+  ASSERT_TRUE(developer);
+  EXPECT_EQ(program.templates.named("developer"), *developer) << "exactly first";
+  EXPECT_EQ(program.templates.named("DEVELOPER")->summary, "Code, browser, terminal, communication and docs.");
+  EXPECT_TRUE(import(R"({"name": "Night", "summary": "", "slots": []})"));
+  EXPECT_TRUE(import(R"({"name": "developer", "summary": "Again", "slots": [], "new": 1})"));
+  const auto list = program.templates.list();
+  ASSERT_THAT(list, SizeIs(7));
+  EXPECT_EQ(list[5].name, "Night");
+  EXPECT_EQ(list[6].summary, "Again");
+  const auto before = program.fileText(templatesFile);
+  EXPECT_EQ(before, R"([{"name":"Night","slots":[],"summary":""},)"
+                    R"({"name":"developer","new":1,"slots":[],"summary":"Again"}])");
+  EXPECT_EQ(program.templates.named("Nothing"), std::nullopt);
+
+  const std::string strange[] = {
+      "",
+      "[]",
+      "{}",
+      R"({"name": "a", "slots": []})",
+      R"({"name": "a", "summary": "", "slots": {}})",
+      R"({"name": "a", "summary": "", "slots": [{}]})",
+      R"({"name": "a", "summary": "", "slots": [{"name": 1}]})",
+      R"({"name": "a", "summary": "", "slots": [{"name": "b", "apps": "c"}]})",
+      R"({"name": "a", "name": "b", "summary": "", "slots": []})",
+      std::string(100'000, '['),
+      R"({"name": "a", "summary": "", "slots": [], "x": ")" + std::string(largestForeignFile, 'x') + "\"}"};
+  for (const auto& text : strange) {
+    const auto imported = import(text);
+    ASSERT_FALSE(imported) << text.substr(0, 60);
+    EXPECT_EQ(imported.error().sentence, "That file is not a Tallowin template.");
+    EXPECT_FALSE(imported.error().reason.empty());
+  }
+  EXPECT_EQ(program.templates.importFile("/nowhere").error().sentence, "That file cannot be read.");
+  program.files().setDiskFull(true);
+  EXPECT_EQ(import(R"({"name": "Late", "summary": "", "slots": []})").error().sentence,
+            "The template could not be saved.");
+  EXPECT_EQ(program.fileText(templatesFile), before);
+}
+
+TEST(SpaceTemplates, SurviveTheirOwnFile) {
+  for (const auto& layout : SpaceTemplate::builtIn()) {
+    EXPECT_EQ(templateFromJson(toJson(layout)), layout);
+  }
+}
+
+TEST(TemplateCommands, AddTheDesktopsThatAreMissing) {
+  TemplatesProgram program;
+  program.commands.apply("Freelancer");
+  const auto alerts = program.take("alert");
+  ASSERT_THAT(alerts, SizeIs(1));
+  EXPECT_EQ(alerts[0]["messageText"], "Freelancer needs 2 more desktops");
+  EXPECT_EQ(alerts[0]["informativeText"],
+            "Tallowin set up 3 desktops. Add the rest now? Mission Control will open briefly.");
+  program.desktop.parts().alerts.answer("Add Desktops");
+  program.time.advance(20s);
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Applied Freelancer template (square.grid.2x2)"));
+  const auto spaces = program.snapshot().allSpaces();
+  ASSERT_THAT(spaces, SizeIs(6));
+  EXPECT_EQ(program.store.displayName(spaces[4]), "Admin");
+  EXPECT_EQ(program.store.displayName(spaces[5]), "Personal");
+
+  program.commands.apply("student");
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Applied Student template (square.grid.2x2)"));
+  program.commands.apply("Nobody");
+  EXPECT_THAT(program.takeToasts(), ElementsAre("! No template is called Nobody"));
+}
+
+TEST(TemplateCommands, LeaveItWhereDesktopsCannotBeAdded) {
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"Not Now", {}}, {"Add Desktops", {"! Mission Control could not be opened."}}};
+  for (const auto& [button, toasts] : cases) {
+    TemplatesProgram program(R"({"missionControl": {"opens": false}})");
+    program.commands.apply("Developer");
+    EXPECT_EQ(program.take("alert").at(0)["messageText"], "Developer needs 1 more desktop");
+    program.desktop.parts().alerts.answer(button);
+    program.time.advance(20s);
+    EXPECT_EQ(program.takeToasts(), toasts);
+    EXPECT_THAT(program.snapshot().allSpaces(), SizeIs(4));
+  }
+}
+
+TEST(Templates, AreDescribed) {
+  EXPECT_EQ(setUpSentence({3, 2}), "Set up 3 Spaces. Add 2 more desktops in Mission Control, then apply again.");
+  EXPECT_EQ(setUpSentence({4, 0}), "Set up 4 Spaces.");
+  EXPECT_EQ(templateList({{"Long one", "Sum\nmary", {{}, {}}}, {"B", "", {{}}}}),
+            "Long one  2 Spaces  Sum mary\nB         1 Space   \n");
+}
+
+}  // namespace
+}  // namespace tallowin

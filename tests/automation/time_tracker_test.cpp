@@ -1,0 +1,221 @@
+// Timing Spaces, in virtual time and in several time zones, and what people and programs are shown of it.
+
+#include "automation/time_tracker.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/unicode.h"
+#include "tests/automation/automation_program.h"
+
+namespace tallowin {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+const std::string file = supportFolder + "stats.json";
+
+/// A Space that needs nothing but its identity.
+Space spaceWithID(const std::string& id) {
+  Space space;
+  space.id = id;
+  return space;
+}
+
+struct TimingProgram : AutomationProgram {
+  explicit TimingProgram(const std::string& members = "")
+      : AutomationProgram(R"({"start": "2026-03-02T09:00:00Z")" + (members.empty() ? "" : ", " + members) + "}") {}
+
+  void enter(const std::string& id) { tracker.spaceChanged(spaceWithID(id)); }
+
+  TimeTracker tracker{{desktop.files(), paths, settings, time, time, time, desktop.log()}};
+};
+
+TEST(TimeTracker, CountsIntervalsBySpaceAndDay) {
+  TimingProgram program;
+  program.enter("a");
+  program.time.advance(90500ms);
+  program.enter("b");
+  program.time.advance(10s);
+  program.tracker.screensDidSleep();
+  program.time.advance(1h);
+  program.tracker.screensDidWake(program.snapshot());
+  program.time.advance(20s);
+  EXPECT_THAT(program.tracker.totals(1), UnorderedElementsAre(Pair("a", 90.5), Pair("b", 10), Pair(program.id(1), 20)))
+      << "the hour of sleep counts for nobody";
+  program.time.advance(1s);
+  EXPECT_EQ(program.tracker.totals(1).at(program.id(1)), 21) << "asking for totals begins a new interval";
+  EXPECT_THAT(program.tracker.totals(0), IsEmpty());
+  program.tracker.screensDidWake(SpaceSnapshot::empty());
+  EXPECT_EQ(program.tracker.currentID(), std::nullopt);
+}
+
+TEST(TimeTracker, DropsWhatNobodyCanHaveMeant) {
+  const std::pair<Duration, bool> cases[] = {{0s, false}, {1ms, true}, {6h - 1ms, true}, {6h, false}, {-1h, false}};
+  for (const auto& [elapsed, counts] : cases) {
+    TimingProgram program;
+    program.enter("a");
+    program.time.jumpWallClock(elapsed);
+    program.tracker.flush();
+    EXPECT_EQ(program.tracker.days().empty(), !counts) << elapsed.count();
+    program.time.advance(2s);
+    EXPECT_EQ(program.tracker.totals(1).at("a"), 2 + (counts ? std::chrono::duration<double>(elapsed).count() : 0))
+        << "the next interval is counted again, after " << elapsed.count();
+  }
+}
+
+TEST(TimeTracker, TheSwitchCountsFromWhenItIsTurned) {
+  TimingProgram program;
+  program.enter("a");
+  program.time.advance(10s);
+  program.preferences.setObject("timeTracking", false);
+  program.time.advance(100s);
+  program.tracker.flush();
+  program.time.advance(100s);
+  program.preferences.setObject("timeTracking", true);
+  program.time.advance(5s);
+  EXPECT_THAT(program.tracker.totals(1), ElementsAre(Pair("a", 15)));
+}
+
+TEST(TimeTracker, SavesFiveSecondsAfterTheLastChange) {
+  TimingProgram program;
+  program.enter("a");
+  program.time.advance(120250ms);
+  program.enter("b\"");
+  program.time.advance(2s);
+  program.enter("a");
+  program.time.advance(4999ms);
+  EXPECT_EQ(program.fileText(file), "none");
+  program.lines.clear();
+  program.time.advance(1ms);
+  EXPECT_EQ(program.fileText(file), R"({"2026-03-02":{"a":120.25,"b\"":2}})");
+  program.time.advance(1min);
+  EXPECT_EQ(program.take("writeAtomically").size(), 1U);
+
+  TimeTracker later{{program.desktop.files(), program.paths, program.settings, program.time, program.time, program.time,
+                     program.desktop.log()}};
+  EXPECT_EQ(later.days(), program.tracker.days());
+}
+
+TEST(TimeTracker, AnIntervalBelongsToTheDayOnWhichItEnds) {
+  TimingProgram program(R"("timeZone": "+02:00", "uptime": 1)");
+  program.time.advance(12h + 59min);
+  program.enter("a");
+  program.time.advance(2min);
+  EXPECT_THAT(program.tracker.totals(1), ElementsAre(Pair("a", 120)));
+  EXPECT_THAT(program.tracker.days(), ElementsAre(Pair("2026-03-03", testing::_)));
+}
+
+// A day of 23 or 25 hours is one day: a look back of n days by the calendar finds n keys, none twice and none left out,
+// however close to midnight it is made.
+TEST(TimeTracker, CountsBackByTheCalendarWhereClocksChange) {
+  struct Case {
+    const char* zone;
+    const char* now;    ///< UTC
+    const char* today;  ///< there
+    const char* third;  ///< two days before
+  };
+  const Case cases[] = {
+      {"Europe/Berlin", "2026-03-29T22:30:00Z", "2026-03-30", "2026-03-28"},     // 00:30 after a day of 23 hours
+      {"Europe/Berlin", "2026-10-25T22:45:00Z", "2026-10-25", "2026-10-23"},     // 23:45 of a day of 25 hours
+      {"Europe/Berlin", "2026-10-25T23:15:00Z", "2026-10-26", "2026-10-24"},     // half an hour later
+      {"America/St_Johns", "2026-03-09T02:45:00Z", "2026-03-09", "2026-03-07"},  // 00:15, two and a half hours west
+      {"America/St_Johns", "2026-11-02T03:15:00Z", "2026-11-01", "2026-10-30"},  // 23:45 of a day of 25 hours
+      {"UTC", "2028-03-01T00:00:00Z", "2028-03-01", "2028-02-28"},               // a leap day between them
+  };
+  for (const auto& [zone, now, today, third] : cases) {
+    AutomationProgram program(R"({"start": ")" + std::string(now) + R"(", "timeZone": ")" + zone + "\"}");
+    const auto day = program.time.localDay(program.time.now());
+    EXPECT_EQ(dayKey(day), today) << zone;
+    EXPECT_EQ(dayKey(daysBefore(day, 2)), third) << zone;
+    const TimeRecord record = {{today, {{"a", 1}}}, {third, {{"a", 10}}}, {dayKey(daysBefore(day, 3)), {{"a", 100}}}};
+    EXPECT_EQ(sumOfDays(record, day, 3).at("a"), 11) << zone << " " << now;
+  }
+}
+
+TEST(TimeTracker, ARecordOfOthersIsReadOrKeptAside) {
+  const std::string strange[] = {"",
+                                 "[]",
+                                 "7",
+                                 "{\"d\": 1}",
+                                 "{\"d\": {\"a\": \"1\"}}",
+                                 "{\"d\": {\"a\": {\"b\": 1}}}",
+                                 "{\"d\": {\"a\": 1e400}}",
+                                 "{\"d\": {\"a\": 1}} ",
+                                 std::string(100'000, '{')};
+  for (const auto& content : strange) {
+    const bool good = content.ends_with("} ");
+    TimingProgram program(R"("files": {"~/.local/share/Tallowin/stats.json": )" +
+                          PropertyList(content).dump(-1, ' ', false, PropertyList::error_handler_t::replace) + "}");
+    EXPECT_EQ(program.tracker.days().empty(), !good) << content.substr(0, 40);
+    const auto before = program.fileText(file);
+    EXPECT_EQ(program.fileText(file + ".unreadable-20260302T090010Z"), "none");
+    program.enter("b");
+    program.time.advance(5s);
+    program.tracker.flush();
+    program.time.advance(5s);
+    EXPECT_EQ(program.fileText(file + ".unreadable-20260302T090010Z"), good ? "none" : before);
+    EXPECT_THAT(program.fileText(file), HasSubstr("\"b\":5"));
+  }
+  const TimeRecord record = {{"2026-03-01", {{"a", 1}}}, {"2026-03-01x", {{"a", 1}}}, {"2026-03-02", {{"a", 1}}}};
+  EXPECT_EQ(sumOfDays(record, {2026, 3, 2}, 1'000'000'000'000).at("a"), 2) << "no day has such a key";
+}
+
+TEST(TimeText, Durations) {
+  const std::pair<double, const char*> cases[] = {
+      {0, "<1m"},       {59.9, "<1m"},         {60, "1m"},   {89, "1m"}, {90, "1m"}, {3599, "59m"}, {3600, "1h 00m"},
+      {7500, "2h 05m"}, {360'000, "100h 00m"}, {-300, "<1m"}};
+  for (const auto& [seconds, text] : cases) {
+    EXPECT_EQ(shortDuration(seconds), text) << seconds;
+  }
+}
+
+TEST(TimeText, CSVListsDaysThenTheLargest) {
+  const TimeRecord record = {{"2026-03-02", {{"a", 89}, {"b", 90}, {"c", 90}, {"d", 29.9}, {"e", -0.1}}},
+                             {"2026-03-01", {{"a", 3600}}},
+                             {"2026-03-03", {}}};
+  const auto names = [](const std::string& id) { return id == "b" ? "the \"b\", of course" : id; };
+  EXPECT_EQ(csvText(record, names),
+            "date,space,minutes\n2026-03-01,\"a\",60\n2026-03-02,\"the \"\"b\"\", of course\",2\n"
+            "2026-03-02,\"c\",2\n2026-03-02,\"a\",1\n2026-03-02,\"d\",0\n2026-03-02,\"e\",0");
+  EXPECT_EQ(csvText({}, names), "date,space,minutes");
+}
+
+TEST(TimeText, NamesOfSpacesThatAreThereWereThereOrAreGone) {
+  AutomationProgram program("{}");
+  program.store.setName("Mail", program.id(2));
+  program.store.setName("Gone", "elsewhere");
+  const auto snapshot = program.snapshot();
+  const auto names = namesOfTimes(snapshot, program.store);
+  EXPECT_EQ(names(program.id(1)), "Desktop 1");
+  EXPECT_EQ(names(program.id(2)), "Mail");
+  EXPECT_EQ(names("elsewhere"), "Gone");
+  EXPECT_EQ(names("nowhere"), "Removed Space");
+}
+
+TEST(TimeText, TablesFitTheTerminal) {
+  const auto names = [](const std::string& id) { return id; };
+  const auto rows =
+      timeRows({{"Mail", 3600}, {"Löschen\n", 7200}, {"A", 1}, {"日本語の長い名前のある場所", 3600}}, names);
+  EXPECT_EQ(timeTable({rows[0], rows[1], rows[3]}, 34),
+            "Löschen   ████████████████  2h 00m\n"
+            "Mail      ████████          1h 00m\n"
+            "A         ▏                    <1m\n");
+  EXPECT_EQ(timeTable({}, 80), "No time recorded yet.\n");
+  for (const std::size_t width : {0U, 10U, 20U, 24U, 40U, 80U, 200U}) {
+    const auto table = timeTable(rows, width);
+    for (std::size_t at = 0; at < table.size(); at = table.find('\n', at) + 1) {
+      EXPECT_LE(displayWidth(table.substr(at, table.find('\n', at) - at)), std::max<std::size_t>(width, 18)) << table;
+    }
+    EXPECT_EQ(std::ranges::count(table, '\n'), 4) << table;
+    EXPECT_TRUE(isValidUTF8(table)) << table;
+  }
+}
+
+}  // namespace
+}  // namespace tallowin
