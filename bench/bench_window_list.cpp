@@ -1,7 +1,8 @@
-// How long the window list takes with real windows, beside a command that does the same: bench_window_list COUNT...
-// For each count the program has so many windows open on the server that $DISPLAY names, reads the list 20 times, and
-// runs `wmctrl -lpGx` 20 times, taking turns. Prints the medians and their ratio. Reads with the program's own process
-// counted as another one, as the windows are its own.
+// How long it takes to know about real windows, beside a command that lists them: bench_window_list COUNT...
+// For each count the program has so many windows open on the server that $DISPLAY names, and 20 times each, taking
+// turns, reads the list, reads the list with the application and the Spaces of each window as the contents of the
+// Spaces are read, and runs `wmctrl -lpGx`. Prints the medians and the ratios to the latter's. Reads with the program's
+// own process counted as another one, as the windows are its own.
 
 #include <algorithm>
 #include <chrono>
@@ -15,8 +16,11 @@
 #include <thread>
 #include <vector>
 
-#include "platform/x11/x11_applications.h"
+#include "platform/x11/x11_desktop_operations.h"
 #include "platform/x11/x11_window_list.h"
+#include "platform/x11/x11_window_server.h"
+#include "platform/x11/x11_workspace.h"
+#include "tests/platform/x11/stepped_loop.h"
 
 namespace tallowin {
 namespace {
@@ -80,11 +84,56 @@ double median(std::vector<double> times) {
   return times[times.size() / 2];
 }
 
+class SilentLog : public Log {
+ public:
+  void write(Level /*level*/, std::string_view /*category*/, std::string_view /*message*/) override {}
+};
+
+class NoProcesses : public Processes {
+ public:
+  std::expected<void, std::string> launch(const ProcessRequest& /*request*/) override { return {}; }
+  std::expected<std::string, std::string> run(const ProcessRequest& /*request*/) override { return {}; }
+};
+
+/// The services that are asked.
+struct Services {
+  explicit Services(X11Connection& on) : connection(on) {}
+
+  std::optional<PropertyList> readList() {
+    return list.CGWindowListCopyWindowInfo(CGWindowListOption::excludeDesktopElements, 0);
+  }
+
+  void readContents() {
+    const auto found = readList();
+    std::map<ProcessID, int> windowsOf;
+    for (const auto& window : found.value_or(PropertyList::array())) {
+      const auto pid = window["kCGWindowOwnerPID"].get<ProcessID>();
+      workspace.runningApplicationWithProcessIdentifier(pid);
+      windowServer.CGSBridgeCopySpacesForWindow(window["kCGWindowNumber"].get<WindowNumber>());
+      ++windowsOf[pid];
+    }
+    for (const auto& [pid, count] : windowsOf) {
+      workspace.runningApplicationWithProcessIdentifier(pid);
+    }
+  }
+
+  X11Connection& connection;
+  SteppedLoop loop;
+  SilentLog log;
+  NoProcesses processes;
+  SymbolicHotKeys hotKeys;
+  X11DesktopReader desktops{connection};
+  X11Windows windows{connection, desktops, processes, loop, 0};
+  X11DesktopOperations operations{connection, desktops, windows.reader, windows.actions, windows.refusals, loop};
+  EmulatedDock dock{operations, hotKeys, loop, loop, log, {}};
+  X11WindowServer windowServer{connection, desktops, hotKeys, dock, windows, [](std::string_view) {}};
+  X11WindowList list{connection, windows.reader, windows.applications};
+  X11Workspace workspace{loop, windows.launcher, windows.context};
+};
+
 bool measure(X11Connection& connection, std::size_t count) {
-  X11WindowReader reader(connection, 0);
-  InstalledApplications installed(processXdgEnvironment());
-  X11Applications applications(reader, installed);
-  X11WindowList list(connection, reader, applications);
+  Services services(connection);
+  auto& reader = services.windows.reader;
   std::size_t before = reader.read().windows.size();
   for (int number = 0; before < count; ++before, ++number) {
     openWindow(connection, number);
@@ -93,10 +142,14 @@ bool measure(X11Connection& connection, std::size_t count) {
     std::cerr << "the window manager does not manage " << count << " windows\n";
     return false;
   }
-  std::vector<double> ours;
+  std::vector<double> lists;
+  std::vector<double> contents;
   std::vector<double> theirs;
   for (int run = 0; run < runs; ++run) {
-    ours.push_back(timed([&] { list.CGWindowListCopyWindowInfo(CGWindowListOption::excludeDesktopElements, 0); }));
+    lists.push_back(timed([&] { services.readList(); }));
+    services.loop.runReady();
+    contents.push_back(timed([&] { services.readContents(); }));
+    services.loop.runReady();
     bool succeeded = false;
     theirs.push_back(timed([&] { succeeded = runWmctrl(); }));
     if (!succeeded) {
@@ -104,8 +157,9 @@ bool measure(X11Connection& connection, std::size_t count) {
       return false;
     }
   }
-  std::printf("%5zu windows: list %8.2f ms   wmctrl -lpGx %8.2f ms   ratio %.2f\n", count, median(ours), median(theirs),
-              median(ours) / median(theirs));
+  const double wmctrl = median(theirs);
+  std::printf("%5zu windows: list %8.2f ms (%.2f)   contents %8.2f ms (%.2f)   wmctrl -lpGx %8.2f ms\n", count,
+              median(lists), median(lists) / wmctrl, median(contents), median(contents) / wmctrl, wmctrl);
   return true;
 }
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# How long the window list takes under openbox in a virtual server, beside wmctrl: bench_window_list.sh PROGRAM
+# How long it takes to know about windows under openbox in a virtual server, beside wmctrl: bench_window_list.sh PROGRAM
 # PROGRAM is built from bench_window_list.cpp.
 set -u
 if [ $# -lt 1 ]; then
@@ -12,4 +12,4 @@ trap stop_desktop EXIT
 trap 'exit 130' INT TERM
 
 start_server && start_window_manager openbox || exit 1
-"$PROGRAM" 10 100 1000
+"$PROGRAM" 10 100 200 1000

@@ -57,7 +57,8 @@ MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
     return std::nullopt;
   }
   services_.switchTo(*elsewhere);
-  raising_ = services_.mainQueue.after(raisingDelay, [this, window] { services_.mover.raise(window); });
+  raising_ = services_.mainQueue.after(
+      raisingDelay, [this, window, space = elsewhere->managedID] { services_.mover.raiseIfShown(window, space); });
   return std::nullopt;
 }
 

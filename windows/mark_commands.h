@@ -41,7 +41,8 @@ class MarkCommands {
   Fault setMark(const std::string& letter);
 
   /// Goes to the window marked with the letter that the user presses next, or with a given one: switches to its Space,
-  /// if that is not active, and raises it. A window that no longer exists changes nothing.
+  /// if that is not active, and raises it, unless the user has gone elsewhere by then. A window that no longer exists
+  /// changes nothing.
   void jumpToMark();
   Fault jumpToMark(const std::string& letter);
 

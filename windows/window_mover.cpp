@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "core/space_provider.h"
 #include "windows/window_list_entry.h"
 
 namespace tallowin {
@@ -36,6 +37,15 @@ std::optional<Space> activeSpaceBeside(ManagedSpaceID managedID, const SpaceSnap
   const auto display = space != spaces.end() ? snapshot.display(*space) : std::nullopt;
   const auto active = display ? display->activeSpace() : std::nullopt;
   return active ? active : snapshot.activeSpace();
+}
+
+/// Whether a list of the window server's has this Space as one that its display does not show.
+bool isKnownHidden(ManagedSpaceID space, const std::optional<PropertyList>& list) {
+  const auto displays = list ? SpaceProvider::readDisplays(*list, {}) : std::nullopt;
+  return displays && std::ranges::any_of(*displays, [&](const DisplaySpaces& display) {
+           const auto found = std::ranges::find(display.spaces, space, &Space::managedID);
+           return found != display.spaces.end() && display.activeSpaceID && !found->isActive;
+         });
 }
 
 }  // namespace
@@ -129,7 +139,8 @@ void WindowMover::verify(const Move& move) {
 
 void WindowMover::follow(const Move& move) {
   services_.switcher.switchTo(move.target, move.snapshot);
-  steps_.after(raiseDelay, [this, window = move.window] { raise(window); });
+  steps_.after(raiseDelay,
+               [this, window = move.window, space = move.target.managedID] { raiseIfShown(window, space); });
 }
 
 void WindowMover::drag(const Move& move) {
@@ -163,6 +174,12 @@ void WindowMover::raise(const FrontWindow& window) {
   if (const auto element = ax_.element(window.id, window.pid)) {
     ax_.raise(element);
     services_.workspace.activateWithOptions(window.pid);
+  }
+}
+
+void WindowMover::raiseIfShown(const FrontWindow& window, ManagedSpaceID space) {
+  if (!isKnownHidden(space, services_.windowServer.CGSBridgeCopyManagedDisplaySpaces())) {
+    raise(window);
   }
 }
 

@@ -72,6 +72,10 @@ class WindowMover {
   /// the application does not list the window, as for windows on Spaces that are not active.
   void raise(const FrontWindow& window);
 
+  /// The same a while after a switch to `space`, where the window is: not if its display is known to show another Space
+  /// by now, from which the user would be pulled back.
+  void raiseIfShown(const FrontWindow& window, ManagedSpaceID space);
+
  private:
   struct Move;
 

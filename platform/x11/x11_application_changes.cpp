@@ -18,6 +18,9 @@ X11ApplicationChanges::X11ApplicationChanges(X11Connection& connection, X11Windo
 }
 
 void X11ApplicationChanges::handle(const xcb_generic_event_t& event) {
+  if (reader_.numbers().handle(event)) {
+    applications_.invalidate();
+  }
   if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) {
     return;
   }

@@ -63,7 +63,7 @@ const X11Application* X11ApplicationSnapshot::find(ProcessID pid) const {
   return found == applications.end() ? nullptr : &*found;
 }
 
-const X11Application* X11ApplicationSnapshot::owner(WindowNumber window) const {
+const X11Application* X11ApplicationSnapshot::owner(xcb_window_t window) const {
   const auto* found = screen.find(window);
   return found == nullptr ? nullptr : find(found->pid);
 }
@@ -74,11 +74,13 @@ X11Applications::Snapshot X11Applications::refresh() {
     const std::lock_guard lock(mutex_);
     changes = changes_;
   }
+  const auto stamp = moment_.now();
   auto made = std::make_shared<X11ApplicationSnapshot>();
   made->screen = reader_.read();
   made->applications = groupByProcess(made->screen.windows, *installed_.current());
   const std::lock_guard lock(mutex_);
   latest_ = made;
+  madeAt_ = stamp;
   stale_ = changes != changes_;
   return made;
 }
@@ -91,6 +93,16 @@ X11Applications::Snapshot X11Applications::latest() {
     }
   }
   return refresh();
+}
+
+X11Applications::Snapshot X11Applications::present() {
+  const std::lock_guard lock(mutex_);
+  return !stale_ && moment_.lasts(madeAt_) ? latest_ : nullptr;
+}
+
+xcb_window_t X11Applications::activeWindow() {
+  const auto reading = present();
+  return reading == nullptr ? reader_.activeWindow() : reading->screen.active;
 }
 
 void X11Applications::invalidate() {
@@ -107,25 +119,25 @@ RunningApplication X11Applications::running(const X11Application& application) {
     running.localizedName = application.name;
   }
   running.activationPolicy = application.policy;
-  running.isActive = std::ranges::find(application.windows, reader_.activeWindow()) != application.windows.end();
-  running.isHidden = isHidden(application.pid);
+  running.isActive = std::ranges::find(application.windows, activeWindow()) != application.windows.end();
+  running.isHidden = isHidden(application.pid, present());
   return running;
 }
 
-void X11Applications::setHidden(ProcessID pid, std::vector<WindowNumber> windows) {
+void X11Applications::setHidden(ProcessID pid, std::vector<xcb_window_t> windows) {
   const std::lock_guard lock(mutex_);
   hidden_[pid] = std::move(windows);
 }
 
-std::vector<WindowNumber> X11Applications::takeHidden(ProcessID pid) {
+std::vector<xcb_window_t> X11Applications::takeHidden(ProcessID pid) {
   const std::lock_guard lock(mutex_);
   const auto node = hidden_.extract(pid);
-  return node.empty() ? std::vector<WindowNumber>() : std::move(node.mapped());
+  return node.empty() ? std::vector<xcb_window_t>() : std::move(node.mapped());
 }
 
 /// Whether it was hidden and the user has not got a window of it back since.
-bool X11Applications::isHidden(ProcessID pid) {
-  std::vector<WindowNumber> windows;
+bool X11Applications::isHidden(ProcessID pid, const Snapshot& present) {
+  std::vector<xcb_window_t> windows;
   {
     const std::lock_guard lock(mutex_);
     const auto found = hidden_.find(pid);
@@ -136,11 +148,12 @@ bool X11Applications::isHidden(ProcessID pid) {
   }
   bool any = false;
   for (const auto number : windows) {
-    const auto window = reader_.read(number);
-    if (window && !window->hidden) {
+    const auto read = present == nullptr ? reader_.read(number) : std::nullopt;
+    const auto* window = present != nullptr ? present->screen.find(number) : read ? &*read : nullptr;
+    if (window != nullptr && !window->hidden) {
       return false;
     }
-    any = any || window;
+    any = any || window != nullptr;
   }
   return any;
 }

@@ -82,6 +82,7 @@ bool X11Connection::succeeded(xcb_void_cookie_t cookie) {
 }
 
 void X11Connection::flush() {
+  ++sendings_;
   xcb_flush(connection_);
   readObserver_();
 }

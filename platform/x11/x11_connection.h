@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <expected>
@@ -69,8 +70,10 @@ class X11Connection {
   /// Waits whether the server did what a checked request without a reply asked for.
   [[nodiscard]] bool succeeded(xcb_void_cookie_t cookie);
 
-  /// Sends what waits to be sent.
+  /// Sends what waits to be sent. Whoever asks for something without waiting for an answer does this.
   void flush();
+  /// So often was flush() called, wrapping around.
+  [[nodiscard]] unsigned sendings() const { return sendings_; }
 
   /// Asks for a property of the given type, of which at most 64 KiB are read.
   xcb_get_property_cookie_t requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type);
@@ -92,6 +95,7 @@ class X11Connection {
   const xcb_screen_t* const screen_;
   std::array<xcb_atom_t, x11AtomNames.size()> atoms_{};
   std::function<void()> readObserver_ = [] {};
+  std::atomic<unsigned> sendings_ = 0;
 };
 
 }  // namespace tallowin

@@ -26,14 +26,14 @@ X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& que
                        Descriptors& descriptors, Processes& processes, std::function<void()> onConnectionLost)
     : connection_(std::move(connection)),
       desktops_(*connection_),
-      windows_(*connection_, desktops_, processes, getpid()),
+      windows_(*connection_, desktops_, processes, queue, getpid()),
       operations_(*connection_, desktops_, windows_.reader, windows_.actions, windows_.refusals, queue),
       dock_(operations_, hotKeys_, queue, clock, log, dockBehaviour()),
       displays_(*connection_),
       missionControl_(
           operations_, queue,
           [this](const std::string& /*display*/) { return displays_.CGDisplayBounds(X11Displays::mainDisplay); }),
-      windowServer_(*connection_, desktops_, hotKeys_, dock_, windows_.actions,
+      windowServer_(*connection_, desktops_, hotKeys_, dock_, windows_,
                     [this](std::string_view notification) { notifyDock(notification); }),
       events_(*connection_, clock, dock_, missionControl_),
       accessibility_(*connection_, missionControl_, windows_.context),
@@ -61,6 +61,7 @@ DockBehaviour X11Desktop::dockBehaviour() {
 }
 
 void X11Desktop::handle(const xcb_generic_event_t& event) {
+  windows_.moment.end();
   changes_.handle(event);
   applicationChanges_.handle(event);
   globalHotKeys_.handle(event);

@@ -75,7 +75,7 @@ bool X11DesktopOperations::removeDesktop(ManagedSpaceID space) {
 
 /// Moves what is on the desktops from this one on to the desktop left of each.
 bool X11DesktopOperations::moveLeft(const X11DesktopState& state, std::size_t firstDesktop) {
-  std::map<WindowNumber, std::uint32_t> targets;
+  std::map<xcb_window_t, std::uint32_t> targets;
   for (const auto& window : windows_.read().windows) {
     if (window.desktop && *window.desktop >= firstDesktop && *window.desktop < state.spaces.size()) {
       targets[window.id] = *window.desktop - 1;

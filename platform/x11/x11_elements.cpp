@@ -10,7 +10,7 @@ using WeakContext = std::weak_ptr<X11ElementContext>;
 
 class CloseButton : public EmulatedElement {
  public:
-  CloseButton(WeakContext context, WindowNumber window) : context_(std::move(context)), window_(window) {}
+  CloseButton(WeakContext context, WindowNumber number) : context_(std::move(context)), number_(number) {}
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
     return name == "AXRole" ? AXValue("AXButton") : AXValue();
@@ -18,12 +18,13 @@ class CloseButton : public EmulatedElement {
 
   bool perform(std::string_view action) const override {
     const auto context = context_.lock();
-    return context != nullptr && action == "AXPress" && context->actions.close(window_);
+    const auto window = context == nullptr ? std::nullopt : context->reader.numbers().window(number_);
+    return window && action == "AXPress" && context->actions.close(*window);
   }
 
  private:
   const WeakContext context_;
-  const WindowNumber window_;
+  const WindowNumber number_;
 };
 
 class ApplicationElement : public EmulatedElement {
@@ -47,24 +48,27 @@ class ApplicationElement : public EmulatedElement {
       return context->applications.running(*application).isHidden;
     }
     if (name == "AXWindows" || name == "AXChildren") {
-      return windows(*snapshot, *application);
+      return windows(*context, *snapshot, *application);
     }
     return name == "AXFocusedWindow" ? focused(*context, *snapshot, *application) : AXValue();
   }
 
  private:
-  [[nodiscard]] AXUIElement element(WindowNumber window) const {
-    return std::make_shared<X11WindowElement>(context_, window);
+  /// Null when the window has gone since it was read.
+  [[nodiscard]] AXUIElement element(X11ElementContext& context, xcb_window_t window) const {
+    const auto number = context.reader.numbers().number(window);
+    return number ? std::make_shared<X11WindowElement>(context_, *number) : nullptr;
   }
 
-  [[nodiscard]] std::vector<AXUIElement> windows(const X11ApplicationSnapshot& snapshot,
+  [[nodiscard]] std::vector<AXUIElement> windows(X11ElementContext& context, const X11ApplicationSnapshot& snapshot,
                                                  const X11Application& application) const {
     std::vector<AXUIElement> elements;
     for (const auto window : application.windows) {
       if (snapshot.screen.find(window)->layer == 0) {
-        elements.push_back(element(window));
+        elements.push_back(element(context, window));
       }
     }
+    std::erase(elements, nullptr);
     return elements;
   }
 
@@ -72,9 +76,9 @@ class ApplicationElement : public EmulatedElement {
                                 const X11Application& application) const {
     const auto active = context.reader.activeWindow();
     if (std::ranges::find(application.windows, active) != application.windows.end()) {
-      return element(active);
+      return element(context, active);
     }
-    const auto elements = windows(snapshot, application);
+    const auto elements = windows(context, snapshot, application);
     return elements.empty() ? AXValue() : AXValue(elements.front());
   }
 
@@ -86,7 +90,8 @@ class ApplicationElement : public EmulatedElement {
 
 AXValue X11WindowElement::attribute(std::string_view name) const {
   const auto context = context_.lock();
-  const auto window = context == nullptr ? std::nullopt : context->reader.read(number_);
+  const auto id = context == nullptr ? std::nullopt : context->reader.numbers().window(number_);
+  const auto window = id ? context->reader.read(*id) : std::nullopt;
   if (!window) {
     return {};
   }
@@ -94,7 +99,7 @@ AXValue X11WindowElement::attribute(std::string_view name) const {
     return AXUIElement(std::make_shared<CloseButton>(context_, number_));
   }
   if (name == "AXMain") {
-    return context->reader.activeWindow() == number_;
+    return context->reader.activeWindow() == *id;
   }
   const std::pair<std::string_view, AXValue> attributes[] = {
       {"AXRole", "AXWindow"},         {"AXTitle", window->title},      {"AXPosition", window->frame.origin},
@@ -106,33 +111,35 @@ AXValue X11WindowElement::attribute(std::string_view name) const {
 
 bool X11WindowElement::setAttribute(std::string_view name, const AXValue& value) const {
   const auto context = context_.lock();
-  if (context == nullptr) {
+  const auto id = context == nullptr ? std::nullopt : context->reader.numbers().window(number_);
+  if (!id) {
     return false;
   }
   auto& actions = context->actions;
   if (const auto* point = std::get_if<CGPoint>(&value)) {
-    return name == "AXPosition" && actions.setPosition(number_, *point);
+    return name == "AXPosition" && actions.setPosition(*id, *point);
   }
   if (const auto* size = std::get_if<CGSize>(&value)) {
-    return name == "AXSize" && actions.setSize(number_, *size);
+    return name == "AXSize" && actions.setSize(*id, *size);
   }
   const auto* const flag = std::get_if<bool>(&value);
   if (flag != nullptr && name == "AXMinimized") {
-    return *flag ? actions.minimize(number_) : actions.restore(number_);
+    return *flag ? actions.minimize(*id) : actions.restore(*id);
   }
   if (flag == nullptr || !*flag || name != "AXMain") {
     return false;
   }
-  const auto window = context->reader.read(number_);
+  const auto window = context->reader.read(*id);
   if (window) {
-    context->mainWindows[window->pid] = number_;
+    context->mainWindows[window->pid] = *id;
   }
   return window.has_value();
 }
 
 bool X11WindowElement::perform(std::string_view action) const {
   const auto context = context_.lock();
-  return context != nullptr && action == "AXRaise" && context->actions.raise(number_);
+  const auto id = context == nullptr ? std::nullopt : context->reader.numbers().window(number_);
+  return id && action == "AXRaise" && context->actions.raise(*id);
 }
 
 AXUIElement makeX11ApplicationElement(std::weak_ptr<X11ElementContext> context, ProcessID pid) {

@@ -14,7 +14,7 @@ struct X11ElementContext {
   X11Applications& applications;
   X11WindowActions& actions;
   /// The window of each application that was made its main one last, to be made active with the application.
-  std::map<ProcessID, WindowNumber> mainWindows = {};
+  std::map<ProcessID, xcb_window_t> mainWindows = {};
 };
 
 /// A window element, which knows its number. Every attribute is read from the server when it is asked for.
@@ -24,6 +24,7 @@ class X11WindowElement : public EmulatedElement {
   X11WindowElement(std::weak_ptr<X11ElementContext> context, WindowNumber number)
       : context_(std::move(context)), number_(number) {}
 
+  /// As X11WindowNumbers has it.
   [[nodiscard]] WindowNumber number() const { return number_; }
 
   /// "AXRole", "AXTitle", "AXPosition", "AXSize" (the frame with its decoration), "AXMinimized", "AXMain",

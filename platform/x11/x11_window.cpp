@@ -11,7 +11,7 @@ bool X11WindowSnapshot::isOnScreen(const X11Window& window) const {
                             window.desktop == X11Connection::allDesktops || window.sticky);
 }
 
-const X11Window* X11WindowSnapshot::find(WindowNumber id) const {
+const X11Window* X11WindowSnapshot::find(xcb_window_t id) const {
   const auto found = std::ranges::find(windows, id, &X11Window::id);
   return found == windows.end() ? nullptr : &*found;
 }

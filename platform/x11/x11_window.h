@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <vector>
+#include <xcb/xproto.h>
 
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
@@ -21,8 +22,8 @@ struct FrameExtents {
 
 /// A managed window at one moment.
 struct X11Window {
-  WindowNumber id = 0;
-  ProcessID pid = 0;  ///< a stand-in where the process is not known (standInPid)
+  xcb_window_t id = 0;  ///< X11WindowNumbers knows under which number others know it
+  ProcessID pid = 0;    ///< a stand-in where the process is not known (standInPid)
   std::string title;
   std::string instance;                  ///< the first part of WM_CLASS
   std::string className;                 ///< the second part
@@ -42,13 +43,13 @@ struct X11Window {
 /// All managed windows of other programs at one moment.
 struct X11WindowSnapshot {
   std::vector<X11Window> windows;  ///< front to back, on all desktops
-  WindowNumber active = 0;         ///< the active window, also one of this program; 0 for none
+  xcb_window_t active = 0;         ///< the active window, also one of this program; 0 for none
   /// The desktop in front, nothing when it is not known.
   std::optional<std::uint32_t> currentDesktop;
 
   /// Whether a window is on the desktop in front, and not minimised.
   [[nodiscard]] bool isOnScreen(const X11Window& window) const;
-  [[nodiscard]] const X11Window* find(WindowNumber id) const;
+  [[nodiscard]] const X11Window* find(xcb_window_t id) const;
 };
 
 }  // namespace tallowin

@@ -35,34 +35,34 @@ std::uint32_t word(double value) {
 
 }  // namespace
 
-void X11WindowActions::send(WindowNumber window, X11Atom message, const std::array<std::uint32_t, 5>& data) {
+void X11WindowActions::send(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data) {
   connection_.sendToWindowManager(window, message, data);
 }
 
-void X11WindowActions::removeState(WindowNumber window, X11Atom first, std::optional<X11Atom> second) {
+void X11WindowActions::removeState(xcb_window_t window, X11Atom first, std::optional<X11Atom> second) {
   send(window, X11Atom::netWmState,
        {removeProperty, connection_.atom(first), second ? connection_.atom(*second) : 0, pagerSource, 0});
 }
 
-bool X11WindowActions::minimize(WindowNumber window) {
+bool X11WindowActions::minimize(xcb_window_t window) {
   return reader_.read(window) && minimize(std::vector{window});
 }
 
-bool X11WindowActions::minimize(const std::vector<WindowNumber>& windows) {
+bool X11WindowActions::minimize(const std::vector<xcb_window_t>& windows) {
   for (const auto window : windows) {
     send(window, X11Atom::wmChangeState, {iconicState, 0, 0, 0, 0});
     // openbox takes a window on another desktop for minimised already, and hears this only.
     send(window, X11Atom::netWmState, {addProperty, connection_.atom(X11Atom::netWmStateHidden), 0, pagerSource, 0});
   }
   return refusals_.confirm(X11Refusals::Request::minimize, [&] {
-    return std::ranges::all_of(windows, [&](WindowNumber number) {
+    return std::ranges::all_of(windows, [&](xcb_window_t number) {
       const auto window = reader_.read(number);
       return !window || window->hidden;
     });
   });
 }
 
-bool X11WindowActions::restore(WindowNumber number) {
+bool X11WindowActions::restore(xcb_window_t number) {
   const auto window = reader_.read(number);
   if (!window || !window->hidden) {
     return window.has_value();
@@ -91,7 +91,7 @@ bool X11WindowActions::restore(WindowNumber number) {
   return restored;
 }
 
-bool X11WindowActions::setPosition(WindowNumber number, CGPoint position) {
+bool X11WindowActions::setPosition(xcb_window_t number, CGPoint position) {
   const auto window = readOrdinary(number);
   if (!window) {
     return false;
@@ -103,7 +103,7 @@ bool X11WindowActions::setPosition(WindowNumber number, CGPoint position) {
   return connection_.alive();
 }
 
-bool X11WindowActions::setSize(WindowNumber number, CGSize size) {
+bool X11WindowActions::setSize(xcb_window_t number, CGSize size) {
   const auto window = readOrdinary(number);
   if (!window) {
     return false;
@@ -114,7 +114,7 @@ bool X11WindowActions::setSize(WindowNumber number, CGSize size) {
   return connection_.alive();
 }
 
-std::optional<X11Window> X11WindowActions::readOrdinary(WindowNumber number) {
+std::optional<X11Window> X11WindowActions::readOrdinary(xcb_window_t number) {
   auto window = reader_.read(number);
   const auto isOrdinary = [&] { return !window || (!window->maximized && !window->fullscreen); };
   if (isOrdinary()) {
@@ -132,7 +132,7 @@ std::optional<X11Window> X11WindowActions::readOrdinary(WindowNumber number) {
   return window;
 }
 
-bool X11WindowActions::raise(WindowNumber number) {
+bool X11WindowActions::raise(xcb_window_t number) {
   const auto window = reader_.read(number);
   if (!window) {
     return false;
@@ -153,7 +153,7 @@ bool X11WindowActions::raise(WindowNumber number) {
 }
 
 /// Whether it is the first of the ordinary windows of its desktop. Windows that are kept above the others do not count.
-bool X11WindowActions::isInFront(WindowNumber number) {
+bool X11WindowActions::isInFront(xcb_window_t number) {
   const auto snapshot = reader_.read();
   const auto* window = snapshot.find(number);
   if (window == nullptr) {
@@ -166,7 +166,7 @@ bool X11WindowActions::isInFront(WindowNumber number) {
   return first->id == number;
 }
 
-bool X11WindowActions::activate(WindowNumber number) {
+bool X11WindowActions::activate(xcb_window_t number) {
   const auto window = reader_.read(number);
   if (!window || !bringDesktop(*window)) {
     return false;
@@ -185,11 +185,11 @@ bool X11WindowActions::bringDesktop(const X11Window& window) {
   return waitUntil([&] { return desktops_.read().current == *window.desktop; }, untilInFront);
 }
 
-void X11WindowActions::makeActive(WindowNumber window) {
+void X11WindowActions::makeActive(xcb_window_t window) {
   send(window, X11Atom::netActiveWindow, {pagerSource, time_.now(), XCB_WINDOW_NONE, 0, 0});
 }
 
-bool X11WindowActions::close(WindowNumber window) {
+bool X11WindowActions::close(xcb_window_t window) {
   if (!reader_.read(window)) {
     return false;
   }

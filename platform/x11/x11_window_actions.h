@@ -21,35 +21,35 @@ class X11WindowActions {
       : connection_(connection), reader_(reader), desktops_(desktops), refusals_(refusals) {}
 
   /// True when the window is seen to be minimised.
-  bool minimize(WindowNumber window);
+  bool minimize(xcb_window_t window);
   /// Asks for all of them first. True when all that still exist are seen to be minimised.
-  bool minimize(const std::vector<WindowNumber>& windows);
+  bool minimize(const std::vector<xcb_window_t>& windows);
   /// Shows a minimised window where it was. On the desktop in front that makes it active, as no other way works under
   /// every window manager. True when it is seen not to be minimised.
-  bool restore(WindowNumber window);
+  bool restore(xcb_window_t window);
 
   /// Frames include the decoration. A window that is maximised or full-screen is made an ordinary one first. True when
   /// the window manager was asked.
-  bool setPosition(WindowNumber window, CGPoint position);
-  bool setSize(WindowNumber window, CGSize size);
+  bool setPosition(xcb_window_t window, CGPoint position);
+  bool setSize(xcb_window_t window, CGSize size);
 
   /// Brings a window to the front without making it active where the window manager can do that; else makes it active
   /// if it is on the desktop in front. True when it is in front, or was asked to be made active.
-  bool raise(WindowNumber window);
+  bool raise(xcb_window_t window);
   /// Switches to the window's desktop, waits until that is in front, and makes the window active: in another order, one
   /// window manager or another fetches the window or only marks it. False when the desktop does not come.
-  bool activate(WindowNumber window);
+  bool activate(xcb_window_t window);
   /// Asks the application to close the window, which it may refuse.
-  bool close(WindowNumber window);
+  bool close(xcb_window_t window);
 
  private:
-  void send(WindowNumber window, X11Atom message, const std::array<std::uint32_t, 5>& data);
-  void removeState(WindowNumber window, X11Atom first, std::optional<X11Atom> second = {});
+  void send(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data);
+  void removeState(xcb_window_t window, X11Atom first, std::optional<X11Atom> second = {});
   bool bringDesktop(const X11Window& window);
-  void makeActive(WindowNumber window);
-  bool isInFront(WindowNumber window);
+  void makeActive(xcb_window_t window);
+  bool isInFront(xcb_window_t window);
   /// The window as it is once it is neither maximised nor full-screen.
-  std::optional<X11Window> readOrdinary(WindowNumber window);
+  std::optional<X11Window> readOrdinary(xcb_window_t window);
 
   X11Connection& connection_;
   X11WindowReader& reader_;

@@ -4,11 +4,11 @@ namespace tallowin {
 
 namespace {
 
-PropertyList describe(const X11Window& window, const X11Application* owner) {
+PropertyList describe(const X11Window& window, WindowNumber number, const X11Application* owner) {
   PropertyList description = {
       {"kCGWindowLayer", window.layer},
       {"kCGWindowOwnerPID", window.pid},
-      {"kCGWindowNumber", window.id},
+      {"kCGWindowNumber", number},
       {"kCGWindowBounds",
        {{"X", window.frame.origin.x},
         {"Y", window.frame.origin.y},
@@ -26,10 +26,12 @@ PropertyList describe(const X11Window& window, const X11Application* owner) {
 }  // namespace
 
 std::optional<PropertyList> X11WindowList::CGWindowListCopyWindowInfo(std::uint32_t options, WindowNumber relativeTo) {
+  const auto& numbers = reader_.numbers();
   auto list = PropertyList::array();
   if ((options & CGWindowListOption::includingWindow) != 0) {
-    if (const auto window = reader_.read(relativeTo)) {
-      list.push_back(describe(*window, applications_.latest()->find(window->pid)));
+    const auto id = numbers.window(relativeTo);
+    if (const auto window = id ? reader_.read(*id) : std::nullopt) {
+      list.push_back(describe(*window, relativeTo, applications_.latest()->find(window->pid)));
     }
   } else {
     const auto snapshot = applications_.refresh();
@@ -37,8 +39,9 @@ std::optional<PropertyList> X11WindowList::CGWindowListCopyWindowInfo(std::uint3
       const bool excluded =
           ((options & CGWindowListOption::onScreenOnly) != 0 && !snapshot->screen.isOnScreen(window)) ||
           ((options & CGWindowListOption::excludeDesktopElements) != 0 && window.layer < 0);
-      if (!excluded) {
-        list.push_back(describe(window, snapshot->find(window.pid)));
+      const auto number = numbers.number(window.id);
+      if (!excluded && number) {
+        list.push_back(describe(window, *number, snapshot->find(window.pid)));
       }
     }
   }

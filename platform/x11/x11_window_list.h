@@ -6,7 +6,8 @@
 namespace tallowin {
 
 /// The managed windows as the window server's list. The frame with its decoration is the bounds; windows of this
-/// process are not listed. What is on screen is not minimised and is on the desktop in front. Any thread.
+/// process are not listed. Numbers are those of X11WindowNumbers. What is on screen is not minimised and is on the
+/// desktop in front. Any thread.
 class X11WindowList : public WindowList {
  public:
   X11WindowList(const X11Connection& connection, X11WindowReader& reader, X11Applications& applications)

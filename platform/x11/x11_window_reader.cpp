@@ -11,7 +11,7 @@ namespace tallowin {
 
 /// The requests about one window whose answers are still to come.
 struct X11WindowReader::Cookies {
-  WindowNumber window;
+  xcb_window_t window;
   xcb_get_property_cookie_t netName, name, pid, machine, wmClass, desktop, state, type, extents, opacity;
   xcb_get_geometry_cookie_t geometry;
   xcb_translate_coordinates_cookie_t corner;
@@ -46,7 +46,7 @@ xcb_window_t takeParent(X11Connection& connection, xcb_query_tree_cookie_t cooki
 
 /// The place of each window's top-level window, 0 where it is not found. Asks once more for windows that lie two deep
 /// in a frame.
-std::vector<std::size_t> placesOf(X11Connection& connection, const std::vector<WindowNumber>& windows,
+std::vector<std::size_t> placesOf(X11Connection& connection, const std::vector<xcb_window_t>& windows,
                                   std::vector<Nesting> nestings, const Places& places) {
   std::set<std::size_t> deeper;
   for (std::size_t i = 0; i < windows.size(); ++i) {
@@ -79,9 +79,32 @@ X11WindowReader::X11WindowReader(X11Connection& connection, ProcessID self)
       self_(self),
       resourceMask_(connection.alive() ? xcb_get_setup(connection.raw())->resource_id_mask : 0),
       knowsPids_(connection.hasExtension(xcb_res_id)),
-      localNames_(localMachineNames()) {}
+      localNames_(localMachineNames()),
+      numbers_(resourceMask_, [this](xcb_window_t window) {
+        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        return xcb_change_window_attributes(connection_.raw(), window, XCB_CW_EVENT_MASK, &mask).sequence;
+      }) {}
 
-X11WindowReader::Cookies X11WindowReader::request(WindowNumber window) {
+std::map<xcb_window_t, xcb_get_property_cookie_t> X11WindowReader::requestMissing(
+    const std::vector<xcb_window_t>& listed) {
+  std::map<xcb_window_t, xcb_get_property_cookie_t> cookies;
+  for (const auto window : numbers_.missingFrom(listed)) {
+    cookies[window] = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  }
+  return cookies;
+}
+
+/// A window manager takes the property away when a window is withdrawn, but leaves it when it ends itself (EWMH,
+/// _NET_WM_DESKTOP): the windows that come back with its successor are not new.
+void X11WindowReader::takeMissing(const std::map<xcb_window_t, xcb_get_property_cookie_t>& cookies) {
+  for (const auto& [window, cookie] : cookies) {
+    if (!parseCardinal(connection_.takeProperty(cookie))) {
+      numbers_.noteGone(window);
+    }
+  }
+}
+
+X11WindowReader::Cookies X11WindowReader::request(xcb_window_t window) {
   const auto property = [&](X11Atom atom, xcb_atom_t type) { return connection_.requestProperty(window, atom, type); };
   const auto predefined = [&](xcb_atom_t atom) {
     constexpr std::uint32_t longest = 4096;  // in units of four bytes
@@ -144,7 +167,7 @@ std::optional<X11Window> X11WindowReader::take(const Cookies& cookies, const Pid
   return window;
 }
 
-std::optional<std::uint32_t> X11WindowReader::requestPids(const std::vector<WindowNumber>& windows) {
+std::optional<std::uint32_t> X11WindowReader::requestPids(const std::vector<xcb_window_t>& windows) {
   if (!knowsPids_ || windows.empty()) {
     return std::nullopt;
   }
@@ -188,6 +211,8 @@ X11WindowSnapshot X11WindowReader::read() {
   snapshot.currentDesktop = parseCardinal(connection_.takeProperty(currentCookie));
   const auto places = takePlaces(connection_, treeCookie);
 
+  numbers_.noteManaged(listed);
+  const auto missing = requestMissing(listed);
   const auto pidsCookie = requestPids(listed);
   std::vector<Cookies> cookies;
   std::vector<Nesting> nestings;
@@ -200,6 +225,7 @@ X11WindowSnapshot X11WindowReader::read() {
   for (const auto& each : cookies) {
     windows.push_back(take(each, pids));
   }
+  takeMissing(missing);
   const auto placed = placesOf(connection_, listed, std::move(nestings), places);
 
   std::vector<std::size_t> order;
@@ -215,17 +241,21 @@ X11WindowSnapshot X11WindowReader::read() {
   return snapshot;
 }
 
-std::optional<X11Window> X11WindowReader::read(WindowNumber window) {
+std::optional<X11Window> X11WindowReader::read(xcb_window_t window) {
   const auto listCookie = connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW);
   const auto pidsCookie = requestPids({window});
   const auto cookies = request(window);
   const auto listed = parseWords(connection_.takeProperty(listCookie));
   const auto pids = takePids(pidsCookie);
   auto read = take(cookies, pids);
-  return has(listed, window) ? read : std::nullopt;
+  if (!read || !has(listed, window)) {
+    return std::nullopt;
+  }
+  numbers_.noteManaged({window});
+  return read;
 }
 
-WindowNumber X11WindowReader::activeWindow() {
+xcb_window_t X11WindowReader::activeWindow() {
   return parseCardinal(connection_.takeProperty(
                            connection_.requestProperty(connection_.root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW)))
       .value_or(0);

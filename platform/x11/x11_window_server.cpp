@@ -14,6 +14,20 @@ PropertyList spaceEntry(ManagedSpaceID space) {
   return {{"ManagedSpaceID", space}, {"type", 0}};
 }
 
+/// The Spaces that show a window with this desktop and, or not, the state of being sticky.
+std::optional<std::vector<ManagedSpaceID>> spacesShowing(const X11DesktopState& state,
+                                                         std::optional<std::uint32_t> desktop, bool sticky) {
+  // i3 says by the state alone that a window is on all desktops; others leave it set when that is over.
+  const bool everywhere = (sticky && state.dynamic) || desktop == X11Connection::allDesktops;
+  if (desktop && everywhere && !state.spaces.empty()) {
+    return state.spaces;
+  }
+  if (!desktop || *desktop >= state.spaces.size()) {
+    return std::nullopt;
+  }
+  return std::vector{state.spaces[*desktop]};
+}
+
 }  // namespace
 
 ConnectionID X11WindowServer::CGSBridgeConnection() {
@@ -73,22 +87,33 @@ CGSBridgeHealth X11WindowServer::CGSBridgeProbe() {
   return CGSBridgeHealth(bits);
 }
 
-std::optional<std::vector<ManagedSpaceID>> X11WindowServer::CGSBridgeCopySpacesForWindow(WindowNumber window) {
-  const auto cookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
-  const auto statesCookie = connection_.requestProperty(window, X11Atom::netWmState, XCB_ATOM_ATOM);
+std::optional<std::vector<ManagedSpaceID>> X11WindowServer::CGSBridgeCopySpacesForWindow(WindowNumber number) {
+  const auto window = windows_.reader.numbers().window(number);
+  if (!window) {
+    return std::nullopt;
+  }
+  if (const auto reading = windows_.applications.present()) {
+    if (const auto* known = reading->screen.find(*window)) {
+      return spacesShowing(desktopsBeside(reading), known->desktop, known->sticky);
+    }
+  }
+  const auto cookie = connection_.requestProperty(*window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  const auto statesCookie = connection_.requestProperty(*window, X11Atom::netWmState, XCB_ATOM_ATOM);
   const auto state = desktops_.read();
   const auto desktop = parseCardinal(connection_.takeProperty(cookie));
   const auto states = parseWords(connection_.takeProperty(statesCookie));
-  // i3 says by this state alone that a window is on all desktops; others leave it set when that is over.
-  const bool sticky =
-      state.dynamic && std::ranges::find(states, connection_.atom(X11Atom::netWmStateSticky)) != states.end();
-  if (desktop && (sticky || *desktop == X11Connection::allDesktops) && !state.spaces.empty()) {
-    return state.spaces;
+  const bool sticky = std::ranges::find(states, connection_.atom(X11Atom::netWmStateSticky)) != states.end();
+  return spacesShowing(state, desktop, sticky);
+}
+
+/// The desktops as they were just after that reading of the windows.
+X11DesktopState X11WindowServer::desktopsBeside(const WindowReading& reading) {
+  const std::lock_guard lock(mutex_);
+  if (besideDesktops_ != reading) {
+    besideWindows_ = desktops_.read();
+    besideDesktops_ = reading;
   }
-  if (!desktop || *desktop >= state.spaces.size()) {
-    return std::nullopt;
-  }
-  return std::vector{state.spaces[*desktop]};
+  return besideWindows_;
 }
 
 std::optional<WindowNumber> X11WindowServer::CGSBridgeAXWindowID(const AXUIElement& element) {
@@ -96,8 +121,12 @@ std::optional<WindowNumber> X11WindowServer::CGSBridgeAXWindowID(const AXUIEleme
   return window == nullptr ? std::nullopt : std::optional(window->number());
 }
 
-bool X11WindowServer::CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpaceID space) {
-  const auto cookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+bool X11WindowServer::CGSBridgeMoveWindowToSpace(WindowNumber number, ManagedSpaceID space) {
+  const auto window = windows_.reader.numbers().window(number);
+  if (!window) {
+    return false;
+  }
+  const auto cookie = connection_.requestProperty(*window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
   const auto state = desktops_.read();
   const auto index = state.indexOf(space);
   // Only windows that are managed have the property, and only they can be moved.
@@ -105,9 +134,9 @@ bool X11WindowServer::CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpa
     return false;
   }
   if (losesMinimizedWindows(state)) {
-    actions_.restore(window);
+    windows_.actions.restore(*window);
   }
-  connection_.moveToDesktop(window, static_cast<std::uint32_t>(*index));
+  connection_.moveToDesktop(*window, static_cast<std::uint32_t>(*index));
   return connection_.alive();
 }
 

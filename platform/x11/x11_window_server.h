@@ -1,11 +1,13 @@
 #pragma once
 
+#include <mutex>
+
 #include "platform/emulated/emulated_dock.h"
 #include "platform/emulated/symbolic_hot_keys.h"
 #include "platform/window_server.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
-#include "platform/x11/x11_window_actions.h"
+#include "platform/x11/x11_windows.h"
 
 namespace tallowin {
 
@@ -19,12 +21,12 @@ class X11WindowServer : public WindowServer {
 
   /// `hotKeys` are kept for the process: no other program knows of them. `notifyDock` takes the Dock's notifications.
   X11WindowServer(X11Connection& connection, X11DesktopReader& desktops, SymbolicHotKeys& hotKeys, EmulatedDock& dock,
-                  X11WindowActions& actions, std::function<void(std::string_view)> notifyDock)
+                  X11Windows& windows, std::function<void(std::string_view)> notifyDock)
       : connection_(connection),
         desktops_(desktops),
         hotKeys_(hotKeys),
         dock_(dock),
-        actions_(actions),
+        windows_(windows),
         notifyDock_(std::move(notifyDock)) {}
 
   ConnectionID CGSBridgeConnection() override;
@@ -36,6 +38,8 @@ class X11WindowServer : public WindowServer {
   bool CGSBridgeIsSymbolicHotKeyEnabled(int hotKey) override;
   bool CGSBridgeSetSymbolicHotKeyEnabled(int hotKey, bool enabled) override;
   CGSBridgeHealth CGSBridgeProbe() override;
+  /// Answers from the reading of all windows that has just been made, where there is one: then many such questions cost
+  /// one round trip together, else one each.
   std::optional<std::vector<ManagedSpaceID>> CGSBridgeCopySpacesForWindow(WindowNumber window) override;
   std::optional<WindowNumber> CGSBridgeAXWindowID(const AXUIElement& element) override;
   bool CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpaceID space) override;
@@ -49,14 +53,22 @@ class X11WindowServer : public WindowServer {
   void notify(WindowServerEvent event) const;
 
  private:
+  using WindowReading = X11Applications::Snapshot;
+
+  X11DesktopState desktopsBeside(const WindowReading& reading);
+
   X11Connection& connection_;
   X11DesktopReader& desktops_;
   SymbolicHotKeys& hotKeys_;
   EmulatedDock& dock_;
   std::optional<ManagedSpaceID> reportedActive_;
-  X11WindowActions& actions_;
+  X11Windows& windows_;
   const std::function<void(std::string_view)> notifyDock_;
   SpaceNotificationCallback callback_;
+
+  std::mutex mutex_;               ///< guards what follows
+  WindowReading besideDesktops_;   ///< the windows that were read last when the desktops were
+  X11DesktopState besideWindows_;  ///< those desktops
 };
 
 }  // namespace tallowin

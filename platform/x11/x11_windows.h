@@ -15,10 +15,12 @@ namespace tallowin {
 /// What the services about windows and applications share, put together.
 struct X11Windows {
   /// `self` is the process whose windows are left out.
-  X11Windows(X11Connection& connection, X11DesktopReader& desktops, Processes& processes, ProcessID self)
+  X11Windows(X11Connection& connection, X11DesktopReader& desktops, Processes& processes, MainQueue& queue,
+             ProcessID self)
       : reader(connection, self),
         installed(processXdgEnvironment()),
-        applications(reader, installed),
+        moment(connection, queue),
+        applications(reader, installed, moment),
         refusals(desktops),
         actions(connection, reader, desktops, refusals),
         launcher(installed, processes),
@@ -26,6 +28,7 @@ struct X11Windows {
 
   X11WindowReader reader;
   InstalledApplications installed;
+  X11Moment moment;
   X11Applications applications;
   X11Refusals refusals;
   X11WindowActions actions;

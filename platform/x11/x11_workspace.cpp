@@ -22,8 +22,8 @@ RunningApplication dock() {
 }
 
 /// The window to make active with its application; 0 when it has no ordinary one.
-WindowNumber windowToActivate(const X11WindowSnapshot& screen, const X11Application& application) {
-  WindowNumber anywhere = 0;
+xcb_window_t windowToActivate(const X11WindowSnapshot& screen, const X11Application& application) {
+  xcb_window_t anywhere = 0;
   for (const auto number : application.windows) {
     const auto* window = screen.find(number);
     if (window == nullptr || window->layer != 0) {
@@ -72,7 +72,7 @@ std::vector<RunningApplication> X11Workspace::runningApplicationsWithBundleIdent
 }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() {
-  const auto active = context_->reader.activeWindow();
+  const auto active = context_->applications.activeWindow();
   const auto snapshot = active == 0 ? nullptr : context_->applications.latest();
   const auto* application = snapshot == nullptr ? nullptr : snapshot->owner(active);
   return application == nullptr ? std::nullopt : std::optional(context_->applications.running(*application));
@@ -84,7 +84,7 @@ bool X11Workspace::hide(ProcessID pid) {
   if (application == nullptr) {
     return false;
   }
-  std::vector<WindowNumber> shown;
+  std::vector<xcb_window_t> shown;
   for (const auto number : application->windows) {
     const auto* window = snapshot->screen.find(number);
     if (window->layer == 0 && !window->hidden) {

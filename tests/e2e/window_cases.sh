@@ -9,7 +9,7 @@ list_cases() {
   put_window "$NOTES" 1
   pass_if "it does right after a move" "$(witnessed_windows)" "$(listed_windows)"
   pass_if "windows lists the desktop in front" "1 TRIAL" "$(ask windows | awk '/^1/ { print $1, $NF }' | grep -v ANCHOR)"
-  pass_if "frames are those of xwininfo" "$(witnessed_frame "$NOTES")" "$(listed_frame "$NOTES")"
+  pass_if "frames are those of xwininfo" "$(witnessed_frame "$NOTES")" "$(listed_frame NOTES)"
   wmctrl -i -r "$NOTES" -T 'A  B'
   pass_if_eventually "a title changes" 1 called_like_that
   if [ "$LABEL" != i3 ]; then
@@ -54,7 +54,6 @@ move_cases() {
   put_in_front 0
 }
 
-# The first case, as the server gives the number of a window that has gone to a new one, which then counts as known.
 pin_case() {
   pass_if "an application is pinned by its name" "exit 0" "$(ask pin notes 3)"
   open_notes PINNED
@@ -299,8 +298,8 @@ window_cases() {
   fi
   start_instance --verbose
   pass_if "windows --all agrees with wmctrl at once" "$(witnessed_windows)" "$(listed_windows)"
-  at_home pin_case
   at_home list_cases
+  at_home pin_case  # of windows that have the ids of some that have gone
   at_home move_cases
   at_home mark_cases
   at_home scratchpad_case

@@ -94,10 +94,10 @@ witnessed_windows() {
   wmctrl -l | awk '$2 >= 0 { print $2 + 1, $4 }' | sort
 }
 
-# Position and size of the frame around window $1, in the same ways.
+# Position and size of the frame around a window, which is called $1 or has the id $1, in the same ways.
 listed_frame() {
   ask windows --all --json | sed '$d' |
-    jq -r --argjson id $(($1)) '.[] | select(.id == $id) | .frame | flatten | map(round) | join(" ")'
+    jq -r --arg title "$1" '.[] | select(.title == $title) | .frame | flatten | map(round) | join(" ")'
 }
 
 witnessed_frame() {

@@ -136,6 +136,19 @@ TEST(MarkCommands, AMarkFollowsItsWindowAndDiesWithIt) {
   EXPECT_THAT(program.lines, IsEmpty());
 }
 
+TEST(MarkCommands, WhoHasGoneElsewhereMeanwhileIsNotPulledBack) {
+  MarkingProgram program;
+  program.commands.setMark("X");
+  program.desktop.parts().spaces.switchNow(4);
+  program.commands.jumpToMark("X");
+  program.time.advance(200ms);
+  program.desktop.parts().spaces.switchNow(3);
+  program.lines.clear();
+  program.time.advance(1s);
+  EXPECT_THAT(program.take("activateWithOptions"), IsEmpty());
+  EXPECT_TRUE(program.state().spaces.isActive(3));
+}
+
 TEST(MarkCommands, WithoutAWindowThereIsNothingToMark) {
   MarkingProgram program("{}");
   program.commands.setMark();

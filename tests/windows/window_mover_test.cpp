@@ -139,6 +139,38 @@ TEST(WindowMover, FollowingSwitchesAndRaisesALittleLater) {
   EXPECT_EQ(program.desktop.parts().state.windows.front().number, 11U);
 }
 
+TEST(WindowMover, WhoHasGoneElsewhereMeanwhileIsNotPulledBack) {
+  // left display, with the menu bar: [1] 2 3     right display: [5] 6
+  constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",
+    "displays": [{"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "bounds": [0, 0, 1000, 800]},
+                 {"id": 2, "uuid": "22222222-2222-4222-8222-222222222222", "bounds": [1000, 0, 600, 400]}],
+    "managedDisplaySpaces": [
+      {"Display Identifier": "11111111-1111-4111-8111-111111111111", "Current Space": {"ManagedSpaceID": 1},
+       "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}, {"ManagedSpaceID": 3}]},
+      {"Display Identifier": "22222222-2222-4222-8222-222222222222", "Current Space": {"ManagedSpaceID": 5},
+       "Spaces": [{"ManagedSpaceID": 5}, {"ManagedSpaceID": 6}]}],
+    "applications": [{"pid": 7, "name": "Mail", "active": true}],
+    "windows": [{"number": 10, "pid": 7, "space": 1}, {"number": 11, "pid": 7, "space": 1}]})";
+  struct Case {
+    ManagedSpaceID target;
+    std::optional<ManagedSpaceID> goesTo;
+    std::size_t raised;
+  };
+  for (const auto& [target, goesTo, raised] :
+       {Case{2, {}, 1}, Case{2, 3, 0}, Case{2, 1, 0}, Case{2, 6, 1}, Case{6, {}, 1}, Case{6, 5, 0}}) {
+    MovingProgram program(twoDisplays);
+    program.move(11, target, true, false);
+    program.time.advance(300ms);
+    if (goesTo) {
+      program.desktop.parts().spaces.switchNow(*goesTo);
+    }
+    program.time.advance(69ms);
+    EXPECT_THAT(program.take("activateWithOptions"), IsEmpty());
+    program.time.advance(1ms);
+    EXPECT_EQ(program.take("activateWithOptions").size(), raised) << target << " then " << goesTo.value_or(0);
+  }
+}
+
 TEST(WindowMover, AMoveThatDoesNotTakeIsDraggedWhereThatIsAllowed) {
   MovingProgram program(scenario(R"(, "ignoredMoves": "all", "pointer": [5, 6])"));
   program.move(10, 2, false, false);

@@ -68,6 +68,9 @@ class ObedientWindowManager {
         case XCB_MAP_REQUEST:
           show(reinterpret_cast<const xcb_map_request_event_t&>(*event).window);
           break;
+        case XCB_UNMAP_NOTIFY:
+          withdraw(reinterpret_cast<const xcb_unmap_notify_event_t&>(*event).window);
+          break;
         case XCB_DESTROY_NOTIFY:
           forget(reinterpret_cast<const xcb_destroy_notify_event_t&>(*event).window);
           break;
@@ -113,6 +116,14 @@ class ObedientWindowManager {
     order_.push_back(window);
     setWords(root(), X11Atom::netClientList, XCB_ATOM_WINDOW, order_);
     setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
+  }
+
+  void withdraw(xcb_window_t window) {
+    if (clients_.contains(window)) {
+      xcb_delete_property(raw(), window, connection_->atom(X11Atom::netWmDesktop));
+      xcb_reparent_window(raw(), window, root(), 0, 0);
+      forget(window);
+    }
   }
 
   void forget(xcb_window_t window) {

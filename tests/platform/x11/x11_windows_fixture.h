@@ -49,7 +49,7 @@ class X11WindowsTest : public testing::Test {
     manager_.emplace(desktops, std::move(ignored), depth, name);
     connection_ = *X11Connection::open();
     desktops_.emplace(*connection_);
-    windows_.emplace(*connection_, *desktops_, processes_, 0);
+    windows_.emplace(*connection_, *desktops_, processes_, loop_, 0);
     operations_.emplace(*connection_, *desktops_, windows_->reader, windows_->actions, windows_->refusals, loop_);
     missionControl_.emplace(*operations_, loop_, [](const std::string&) { return CGRect{}; });
     accessibility_.emplace(*connection_, *missionControl_, windows_->context);
