@@ -8,6 +8,7 @@ set -u
 . "$(dirname "$0")/checks.sh"
 . "$(dirname "$0")/window_witnesses.sh"
 . "$(dirname "$0")/window_cases.sh"
+. "$(dirname "$0")/automation_cases.sh"
 . "$(dirname "$0")/layout_cases.sh"
 
 # The program with a home folder that is kept for one window manager. Its exit status goes to the last line.
@@ -299,6 +300,10 @@ window_manager_cases() {
   stop_desktop
   start_desktop "$1" || return
   window_cases
+  stop_desktop
+  start_desktop "$1" || return
+  [ "$1" != i3 ] || hold_workspaces
+  automation_cases
   stop_desktop
 }
 
