@@ -1,13 +1,11 @@
 # How the scripts configure and build. Sourced; expects $root.
 
-# configure PRESET: unless that has been done. With $TALLOWIN_ONCE for builds that are made once, from nothing.
+# configure PRESET: unless that has been done.
 configure() {
-  local preset=$1 log="$root/build/configure-$1.log" once=()
-  # clang-tidy cannot read what gcc precompiles.
-  [ -z "${TALLOWIN_ONCE:-}" ] || [ "$preset" = lint ] || once=(-DTALLOWIN_PRECOMPILE=ON)
+  local preset=$1 log="$root/build/configure-$1.log"
   mkdir -p "$root/build"
   [ ! -e "$root/build/$preset/build.ninja" ] || return 0
-  (cd "$root" && cmake --preset "$preset" "${once[@]}" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
+  (cd "$root" && cmake --preset "$preset" >"$log" 2>&1) || { cat "$log" >&2; return 1; }
 }
 
 # build PRESET TARGET...: says when it does so for the first time, and what fails; the rest is in build/*.log.

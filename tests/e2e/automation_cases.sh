@@ -145,7 +145,9 @@ exit 0" "$(ask export "$file")"
   eventually group_is_gone "$group"
 }
 
+# After a look at the windows, as applications are listed as they were last seen.
 listed_by() {
+  "$@" windows >/dev/null
   "$@" list --json | jq 'del(.updatedAt)'
 }
 
