@@ -28,7 +28,12 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       nameMirror_({watcher_, store_, platform.windowServer, platform.desktopNames, platform.mainQueue}),
       browserTabs_(platform.workspace, platform.appleScript),
       windows_({platform_, settings, paths_, store_, switcher_, browserTabs_.reader(),
-                [this] { return watcher_.snapshot().get(); }, [this](const Space& space) { switchTo(space); }}),
+                [this] { return watcher_.snapshot().get(); },
+                [this] {
+                  watcher_.refresh();
+                  return watcher_.snapshot().get();
+                },
+                [this](const Space& space) { switchTo(space); }}),
       records_({platform_, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,

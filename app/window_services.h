@@ -39,8 +39,9 @@ struct WindowServices {
     SpaceStore& store;
     SpaceSwitcher& switcher;
     BrowserTabsReader browserTabs;
-    std::function<SpaceSnapshot()> snapshot;     ///< answers the current one
-    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
+    std::function<SpaceSnapshot()> snapshot;       ///< answers the latest one
+    std::function<SpaceSnapshot()> freshSnapshot;  ///< answers one of this moment
+    std::function<void(const Space&)> switchTo;    ///< switches as this program's own doing
   };
 
   explicit WindowServices(const Context& context);

@@ -57,8 +57,7 @@ MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
     return std::nullopt;
   }
   services_.switchTo(*elsewhere);
-  raising_ = services_.mainQueue.after(
-      raisingDelay, [this, window, space = elsewhere->managedID] { services_.mover.raiseIfShown(window, space); });
+  services_.mover.raiseAfterSwitch(window, elsewhere->managedID);
   return std::nullopt;
 }
 

@@ -15,16 +15,12 @@ namespace tallowin {
 /// The user's commands about marks, with what the user is told of them. Main thread only.
 class MarkCommands {
  public:
-  /// From posting a switch to raising the window, which only then can be raised.
-  static constexpr Duration raisingDelay = std::chrono::milliseconds(250);
-
   struct Services {
     WindowMarks& marks;
     WindowMover& mover;
     WindowServer& windowServer;
     Toasts& toasts;
-    MainQueue& mainQueue;
-    std::function<SpaceSnapshot()> snapshot;     ///< answers the current one
+    std::function<SpaceSnapshot()> snapshot;     ///< answers one of this moment
     std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
   };
 
@@ -52,7 +48,6 @@ class MarkCommands {
   [[nodiscard]] std::optional<Space> spaceToSwitchTo(WindowNumber window) const;
 
   const Services services_;
-  WorkItem raising_;
 };
 
 }  // namespace tallowin

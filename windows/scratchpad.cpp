@@ -34,6 +34,7 @@ void Scratchpad::toggle(const SpaceSnapshot& snapshot, Toasts& toasts) {
 }
 
 void Scratchpad::bring(const std::string& bundleID, ProcessID anyProcess, const SpaceSnapshot& snapshot) {
+  services_.mover.forgetRaise();
   const auto& windows = services_.contents.windows().get();
   const auto window = std::ranges::find(windows, std::optional(bundleID), &WindowInfo::bundleID);
   const auto pid = window != windows.end() ? window->pid : anyProcess;

@@ -139,8 +139,7 @@ void WindowMover::verify(const Move& move) {
 
 void WindowMover::follow(const Move& move) {
   services_.switcher.switchTo(move.target, move.snapshot);
-  steps_.after(raiseDelay,
-               [this, window = move.window, space = move.target.managedID] { raiseIfShown(window, space); });
+  raiseAfterSwitch(move.window, move.target.managedID);
 }
 
 void WindowMover::drag(const Move& move) {
@@ -177,8 +176,18 @@ void WindowMover::raise(const FrontWindow& window) {
   }
 }
 
+void WindowMover::raiseAfterSwitch(const FrontWindow& window, ManagedSpaceID space) {
+  raising_ = services_.mainQueue.after(raiseDelay, [this, window, space] { raiseIfShown(window, space); });
+}
+
+void WindowMover::forgetRaise() {
+  raising_.cancel();
+}
+
 void WindowMover::raiseIfShown(const FrontWindow& window, ManagedSpaceID space) {
-  if (!isKnownHidden(space, services_.windowServer.CGSBridgeCopyManagedDisplaySpaces())) {
+  const auto current = spaces(window.id);
+  const bool hasLeft = !current.empty() && !contains(current, space);
+  if (!hasLeft && !isKnownHidden(space, services_.windowServer.CGSBridgeCopyManagedDisplaySpaces())) {
     raise(window);
   }
 }

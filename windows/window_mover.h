@@ -72,9 +72,13 @@ class WindowMover {
   /// the application does not list the window, as for windows on Spaces that are not active.
   void raise(const FrontWindow& window);
 
-  /// The same a while after a switch to `space`, where the window is: not if its display is known to show another Space
-  /// by now, from which the user would be pulled back.
-  void raiseIfShown(const FrontWindow& window, ManagedSpaceID space);
+  /// The same 0.25 seconds after a switch to `space`, where the window is, was begun: before, it may not be possible.
+  /// Not if the window is elsewhere by then, or its display is known to show another Space; the user would be pulled
+  /// away. The next call of this replaces one that still waits.
+  void raiseAfterSwitch(const FrontWindow& window, ManagedSpaceID space);
+
+  /// What raiseAfterSwitch() still waits for does not happen: something else is to be in front.
+  void forgetRaise();
 
  private:
   struct Move;
@@ -85,12 +89,14 @@ class WindowMover {
   [[nodiscard]] Result objection(WindowNumber window, const Space& target, const SpaceSnapshot& snapshot) const;
   void verify(const Move& move);
   void follow(const Move& move);
+  void raiseIfShown(const FrontWindow& window, ManagedSpaceID space);
   void drag(const Move& move);
 
   const Services services_;
   const AX ax_;
   WindowDrag drag_;
   DelayedSteps steps_;
+  WorkItem raising_;
 };
 
 /// What the user is told of a failure.

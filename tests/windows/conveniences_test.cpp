@@ -301,6 +301,11 @@ TEST(Scratchpad, ShowsOpensAndHides) {
   toggle();
   EXPECT_TRUE(application(12).isActive && !application(12).isHidden);
 
+  program.mover->raiseAfterSwitch({112, 11, {}}, 1);  // a jump before has not raised its window yet
+  toggle();
+  toggle();
+  EXPECT_TRUE(application(12).isActive) << "it is overtaken";
+
   program.preferences.setObject("scratchpadApp", "app.pad");  // where the user sees it, though on another display
   toggle();
   EXPECT_THAT(program.spacesOf(131), ElementsAre(3));

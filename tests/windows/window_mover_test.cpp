@@ -155,15 +155,17 @@ TEST(WindowMover, WhoHasGoneElsewhereMeanwhileIsNotPulledBack) {
     ManagedSpaceID target;
     std::optional<ManagedSpaceID> goesTo;
     std::size_t raised;
+    ManagedSpaceID windowIsOn = target;
   };
-  for (const auto& [target, goesTo, raised] :
-       {Case{2, {}, 1}, Case{2, 3, 0}, Case{2, 1, 0}, Case{2, 6, 1}, Case{6, {}, 1}, Case{6, 5, 0}}) {
+  for (const auto& [target, goesTo, raised, windowIsOn] : {Case{2, {}, 1}, Case{2, 3, 0}, Case{2, 1, 0}, Case{2, 6, 1},
+                                                           Case{6, {}, 1}, Case{6, 5, 0}, Case{2, {}, 0, 1}}) {
     MovingProgram program(twoDisplays);
     program.move(11, target, true, false);
     program.time.advance(300ms);
     if (goesTo) {
       program.desktop.parts().spaces.switchNow(*goesTo);
     }
+    program.desktop.parts().state.window(11)->spaces = {windowIsOn};
     program.time.advance(69ms);
     EXPECT_THAT(program.take("activateWithOptions"), IsEmpty());
     program.time.advance(1ms);
