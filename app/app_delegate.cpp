@@ -1,5 +1,7 @@
 #include "app/app_delegate.h"
 
+#include <algorithm>
+
 #include "app/exit_status.h"
 
 namespace tallowin {
@@ -14,8 +16,10 @@ constexpr auto switchTime = std::chrono::seconds(1);
 }  // namespace
 
 AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
-                         std::ostream& error)
+                         const LaunchOptions& options, std::ostream& error)
     : platform_(platform),
+      settings_(settings),
+      options_(options),
       error_(error),
       paths_(platform.files, platform.folders),
       store_({platform.files, platform.images, platform.workspace, platform.mainQueue, platform.workQueues,
@@ -41,9 +45,22 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
           [this](const Space& space) { return windows_.isEmpty(space); },
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(platform.files, platform.workspace, platform.folders),
+      naming_(store_, platform.presentation.renameDialog),
+      newSpaces_({settings, store_, naming_, [this] { return records_.templateCommands.isAddingDesktops(); }}),
+      displaySetChanges_({windows_.displaySets, records_.automaticProfile, windows_.reconnect,
+                          [this] { return watcher_.snapshot().get(); }}),
+      thumbnails_(
+          {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths_}),
+      previews_({thumbnails_, platform.screenCapture, settings, platform.mainQueue,
+                 [this] { return watcher_.snapshot().get(); }}),
+      pipeline_({watcher_, store_, windows_.contents, windows_.spaceLock, windows_.focusMemory, history_,
+                 records_.tracker, automation_, previews_, platform.presentation, platform.mainQueue, platform.log,
+                 [this] { return initiatedByUs(); }}),
       windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
       performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
-                  noteFiles_, [this](const Space& space) { return windows_.isEmpty(space); },
+                  noteFiles_, naming_, platform.presentation, platform.pasteboard,
+                  [this] { return options_.demo || settings_.boolean("demoMode"); },
+                  [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),
       spaceRequests_({platform.clock, watcher_, store_, feed_, platform.runLoop, platform.alerts,
@@ -51,7 +68,14 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),
       recordRequests_({records_, watcher_, store_, settings, platform.files}),
       editRequests_({watcher_, store_, automation_, platform.files, platform.images, appNames(windows_.contents)}),
-      requests_(answers()) {
+      requests_(answers()),
+      scripting_({platform.scriptEvents, platform.desktopService, platform.mainQueue, watcher_, store_,
+                  [this](const std::string& url) { return handleURLEvent(url); }}),
+      localAPI_(
+          {platform.files, paths_, settings, platform.listeners, platform.mainQueue, platform.system, platform.log},
+          options.port) {
+  localAPI_.onCommand = [this](const SpaceCommand& command) { perform(command); };
+  localAPI_.onDoubledKey = [this](const DoubledQueryKey& mistake) { endOn(mistake.message()); };
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
 }
 
@@ -59,38 +83,6 @@ AppDelegate::~AppDelegate() {
   records_.tracker.flush();
   platform_.urlEvents.setHandler(nullptr);
   platform_.commandChannel.setHandler(nullptr);
-}
-
-void AppDelegate::applicationDidFinishLaunching() {
-  const auto health = platform_.windowServer.CGSBridgeProbe();
-  platform_.log.info(category, "bridge health: " + std::to_string(health.bits()));
-  if (!health.healthy()) {
-    error_ << "tallowin: there are no desktops to watch here yet; --platform simulated makes some up\n";
-  }
-  windows_.contents.start();
-  windows_.layouts.startAutoSave([this] { return watcher_.snapshot().get(); });
-  windows_.restartOffer.start();
-  windows_.spaceLock.start();
-  watcher_.onSnapshot = [this](const SpaceSnapshot& snapshot) { snapshotChanged(snapshot); };
-  watcher_.onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
-    activeSpaceChanged(from, to);
-  };
-  platform_.urlEvents.setHandler([this](const std::string& text) { static_cast<void>(handleURLEvent(text)); });
-  watcher_.start();
-  windows_.displaySets.start();
-  observeChanges();
-  platform_.commandChannel.setHandler(
-      [this](const Request& request, std::unique_ptr<Caller> caller) { requests_.handle(request, std::move(caller)); });
-}
-
-void AppDelegate::observeChanges() {
-  observers_.push_back(platform_.preferences.observe([this] { records_.stateExporter.schedule(); }));
-  const auto observe = [this](NotificationName name, const std::function<void()>& work) {
-    observers_.push_back(platform_.workspaceNotifications.addObserver(name, [work](const Notification&) { work(); }));
-  };
-  observe(NotificationName::NSWorkspaceScreensDidSleepNotification, [this] { records_.tracker.screensDidSleep(); });
-  observe(NotificationName::NSWorkspaceScreensDidWakeNotification,
-          [this] { records_.tracker.screensDidWake(watcher_.snapshot().get()); });
 }
 
 void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
@@ -103,24 +95,10 @@ void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
     ids.insert(space.id);
   }
   store_.prune(ids);
-  records_.automaticProfile.look(snapshot);
-  windows_.displaySets.look();
+  newSpaces_.look(snapshot);
+  displaySetChanges_.look(snapshot);
+  records_.stateExporter.schedule();
   feed_.refresh();
-}
-
-void AppDelegate::activeSpaceChanged(const std::optional<Space>& from, const Space& to) {
-  const bool ours = initiatedByUs();
-  if (windows_.spaceLock.spaceChanged(from, to, ours)) {
-    return;
-  }
-  if (from && !ours) {
-    windows_.focusMemory.leaving(*from);
-  }
-  windows_.focusMemory.entered(to, windows_.contents);
-  history_.visit(to);
-  records_.tracker.spaceChanged(to);
-  automation_.spaceChanged(from, to);
-  platform_.log.info(category, "active Space: " + store_.displayName(to));
 }
 
 bool AppDelegate::initiatedByUs() const {
@@ -130,6 +108,13 @@ bool AppDelegate::initiatedByUs() const {
 void AppDelegate::switchTo(const Space& space) {
   if (switcher_.switchTo(space, watcher_.snapshot().get())) {
     lastSwitch_ = platform_.clock.now();
+  }
+}
+
+void AppDelegate::bounceBack(const std::string& spaceID) {
+  const auto spaces = watcher_.snapshot().get().allSpaces();
+  if (const auto space = std::ranges::find(spaces, spaceID, &Space::id); space != spaces.end()) {
+    switchTo(*space);
   }
 }
 
@@ -164,13 +149,18 @@ std::optional<URLFault> AppDelegate::handleURLEvent(const std::string& text) {
   }
   const auto& [kind, message] = command.error();
   if (kind == URLFault::Kind::doubledKey) {
-    error_ << "tallowin: " << message << std::endl;
-    platform_.log.error(category, message);
-    platform_.system.terminate(exit_status::badData);
+    endOn(message);
   } else if (kind == URLFault::Kind::unknown) {
     platform_.toasts.show({message, std::nullopt, true});
   }
   return command.error();
+}
+
+/// A URL that must not be.
+void AppDelegate::endOn(const std::string& mistake) {
+  error_ << "tallowin: " << mistake << std::endl;
+  platform_.log.error(category, mistake);
+  platform_.system.terminate(exit_status::badData);
 }
 
 }  // namespace tallowin

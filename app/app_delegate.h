@@ -6,10 +6,17 @@
 
 #include "app/command_performer.h"
 #include "app/desktop_name_mirror.h"
+#include "app/display_set_changes.h"
 #include "app/edit_requests.h"
+#include "app/launch_options.h"
+#include "app/new_spaces.h"
+#include "app/preview_refresh.h"
 #include "app/record_requests.h"
 #include "app/record_services.h"
 #include "app/request_handler.h"
+#include "app/scripting_channels.h"
+#include "app/space_naming.h"
+#include "app/space_pipeline.h"
 #include "app/space_requests.h"
 #include "app/state_feed.h"
 #include "app/window_commands.h"
@@ -19,6 +26,7 @@
 #include "automation/browser_tabs.h"
 #include "automation/note_files.h"
 #include "base/app_paths.h"
+#include "commands/local_api.h"
 #include "platform/platform.h"
 
 namespace tallowin {
@@ -28,7 +36,8 @@ namespace tallowin {
 class AppDelegate {
  public:
   /// `error` receives what the user must be told beside the log.
-  AppDelegate(const Platform& platform, const Settings& settings, const SpaceProvider& provider, std::ostream& error);
+  AppDelegate(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
+              const LaunchOptions& options, std::ostream& error);
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
   ~AppDelegate();
@@ -44,15 +53,29 @@ class AppDelegate {
   std::optional<URLFault> handleURLEvent(const std::string& text);
 
  private:
-  void snapshotChanged(const SpaceSnapshot& snapshot);
-  void activeSpaceChanged(const std::optional<Space>& from, const Space& to);
-  void switchTo(const Space& space);
+  // The start, step by step; in a file of its own.
+  void openSettingsIfAsked();
+  void presentDegradedAlert();
+  void wireScripting();
+  void startSettingsServices();
+  void wireTriggers();
+  void startWatching();
+  void noteFirstSpace();
   void observeChanges();
+  void settingsChanged();
+  void runOnboardingIfNeeded();
+
+  void snapshotChanged(const SpaceSnapshot& snapshot);
+  void switchTo(const Space& space);
+  void bounceBack(const std::string& spaceID);
   void willSwitch(const SpaceSnapshot& snapshot);
   [[nodiscard]] bool initiatedByUs() const;
+  void endOn(const std::string& mistake);
   [[nodiscard]] RequestTable answers();
 
   const Platform platform_;
+  const Settings& settings_;
+  const LaunchOptions options_;
   std::ostream& error_;
   AppPaths paths_;
   SpaceStore store_;
@@ -65,6 +88,12 @@ class AppDelegate {
   RecordServices records_;
   AutomationRunner automation_;
   NoteFiles noteFiles_;
+  SpaceNaming naming_;
+  NewSpaces newSpaces_;
+  DisplaySetChanges displaySetChanges_;
+  PreviewService thumbnails_;
+  PreviewRefresh previews_;
+  SpacePipeline pipeline_;
   WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;
@@ -73,7 +102,11 @@ class AppDelegate {
   RecordRequests recordRequests_;
   EditRequests editRequests_;
   RequestHandler requests_;
+  ScriptingChannels scripting_;
+  LocalAPI localAPI_;
   std::vector<Subscription> observers_;
+  WorkItem settingsWindow_;
+  WorkItem onboarding_;
   std::optional<Date> lastSwitch_;  ///< when this program last started a switch
 };
 

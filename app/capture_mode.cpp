@@ -19,7 +19,8 @@ int runCapture(const Platform& platform, const SpaceProvider& provider, std::ost
   PreviewService previews(
       {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths});
   std::optional<std::set<std::string>> captured;
-  previews.captureActiveSpaces(*snapshot, [&captured](const std::set<std::string>& written) { captured = written; });
+  previews.captureActiveSpaces(*snapshot, Duration::zero(),
+                               [&captured](const std::set<std::string>& written) { captured = written; });
   while (!captured && !platform.runLoop.stopped()) {
     platform.runLoop.runFor(slice);
   }

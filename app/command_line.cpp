@@ -2,43 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <map>
 #include <vector>
 
 #include "app/request_words.h"
 #include "base/decimal_integer.h"
+#include "platform/settings_window.h"
 
 namespace tallowin {
 
 namespace {
-
-/// An argument that is understood, and what must follow it.
-struct Option {
-  std::string_view name;
-  std::vector<std::string_view> values;
-};
-
-const std::vector<Option>& options() {
-  static const std::vector<Option> table = {
-      {"--probe", {}},
-      {"--switch", {"N"}},
-      {"--capture", {}},
-      {"classic", {}},
-      {"--settings-list", {}},
-      {"--get", {"KEY"}},
-      {"--set", {"KEY", "VALUE"}},
-      {"--unset", {"KEY"}},
-      {"--platform", {"auto|x11|simulated|none"}},
-      {"--scenario", {"FILE"}},
-      {"--simulate", {"FILE"}},
-      {"--journal", {"FILE"}},
-      {"--home", {"DIR"}},
-      {"--verbose", {}},
-      {"--version", {}},
-      {"--help", {}},
-  };
-  return table;
-}
 
 /// The modes by the argument that asks for them. The first one found runs; the first two need nothing else to be right.
 constexpr auto modes = std::to_array<std::pair<std::string_view, Mode>>({
@@ -66,21 +40,13 @@ constexpr std::string_view request;
 /// Options that were given, with what followed each. The last one wins.
 using Given = std::map<std::string_view, std::vector<std::string>>;
 
-std::string usageOf(const Option& option) {
-  std::string text(option.name);
-  for (const auto value : option.values) {
-    text.append(" ").append(value);
-  }
-  return text;
-}
-
 std::expected<Given, std::string> gather(std::span<const std::string> arguments) {
   Given given;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const auto option = std::ranges::find(options(), arguments[i], &Option::name);
+    const auto option = std::ranges::find(commandLineOptions(), arguments[i], &CommandLineOption::name);
     // Behind a word of a request it may be anything, a name for instance.
     const bool isPlain = arguments[i] == "classic" && given.contains(request);
-    if (option == options().end() || isPlain) {
+    if (option == commandLineOptions().end() || isPlain) {
       given[request].push_back(arguments[i]);
       continue;
     }
@@ -139,6 +105,38 @@ std::string readMode(const Given& given, CommandLine& line) {
   return "";
 }
 
+/// The same, for how the resident program starts.
+std::string readLaunch(const Given& given, CommandLine& line) {
+  line.demo = given.contains("--demo");
+  line.settingsTab = valueOf(given, "--settings");
+  const auto& tabs = SettingsWindow::tabs;
+  if (line.settingsTab && std::ranges::find(tabs, *line.settingsTab) == tabs.end()) {
+    std::string names;
+    for (const auto tab : tabs) {
+      names.append(names.empty() ? "" : ", ").append(tab);
+    }
+    return "--settings is one of " + names + ", not \"" + *line.settingsTab + "\"";
+  }
+  if ((line.demo || line.settingsTab) && line.mode != Mode::resident) {
+    return "--settings TAB and --demo start the program, and go without other modes";
+  }
+  return "";
+}
+
+/// The same.
+std::string readPort(const Given& given, CommandLine& line) {
+  const auto text = valueOf(given, "--port");
+  if (!text) {
+    return "";
+  }
+  const auto number = decimalInteger(*text);
+  if (!number || *number < 1 || *number > std::numeric_limits<std::uint16_t>::max()) {
+    return "--port needs a number from 1 to 65535, such as --port 57301, not \"" + *text + "\"";
+  }
+  line.port = static_cast<std::uint16_t>(*number);
+  return "";
+}
+
 /// The same, for the words of a request.
 std::string readRequest(const Given& given, CommandLine& line) {
   if (const auto words = given.find(request); words != given.end()) {
@@ -177,6 +175,39 @@ std::string contradiction(const Given& given, const CommandLine& line) {
 
 }  // namespace
 
+const std::vector<CommandLineOption>& commandLineOptions() {
+  static const std::vector<CommandLineOption> table = {
+      {"--probe", {}, "Print what the desktop reports about its Spaces."},
+      {"--switch", {"N"}, "Switch to desktop N, and wait until that is seen."},
+      {"classic", {}, "With --switch N, by the desktop's own shortcuts from now on."},
+      {"--capture", {}, "Write a preview image of each visible Space."},
+      {"--settings-list", {}, "List every setting with its value."},
+      {"--get", {"KEY"}, "Print a setting."},
+      {"--set", {"KEY", "VALUE"}, "Change a setting."},
+      {"--unset", {"KEY"}, "Go back to a setting's default."},
+      {"--version", {}, "Print the version."},
+      {"--help", {}, "Print this text."},
+      {"--platform", {"auto|x11|simulated|none"}, "Which desktop to work on (or set TALLOWIN_PLATFORM)."},
+      {"--scenario", {"FILE"}, "Work on a simulated desktop, in real time."},
+      {"--simulate", {"FILE"}, "Work on a simulated desktop, in virtual time; its files stay in memory."},
+      {"--journal", {"FILE"}, "Write its journal there; without a mode it is printed."},
+      {"--home", {"DIR"}, "Keep data and settings below DIR."},
+      {"--port", {"N"}, "Open the HTTP interface (setting localAPI) on this port, not on 57301."},
+      {"--settings", {"TAB"}, "Open the settings window once started."},
+      {"--demo", {}, "Start in demonstration mode."},
+      {"--verbose", {}, "Log to standard error too."},
+  };
+  return table;
+}
+
+std::string usageOf(const CommandLineOption& option) {
+  std::string text(option.name);
+  for (const auto value : option.values) {
+    text.append(" ").append(value);
+  }
+  return text;
+}
+
 std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::string> arguments,
                                                          const std::optional<std::string>& environmentPlatform) {
   const auto given = gather(arguments);
@@ -195,8 +226,9 @@ std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::st
   line.journal = valueOf(*given, "--journal");
   line.home = valueOf(*given, "--home");
   line.verbose = given->contains("--verbose");
-  for (const auto& fault : {readPlatform(*given, environmentPlatform, line), readMode(*given, line),
-                            readRequest(*given, line), contradiction(*given, line)}) {
+  for (const auto& fault :
+       {readPlatform(*given, environmentPlatform, line), readMode(*given, line), readLaunch(*given, line),
+        readPort(*given, line), readRequest(*given, line), contradiction(*given, line)}) {
     if (!fault.empty()) {
       return std::unexpected(fault);
     }
@@ -205,57 +237,6 @@ std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::st
     line.platform = PlatformChoice::simulated;
   }
   return line;
-}
-
-std::string_view helpText() {
-  return R"(Tallowin names, switches and scripts virtual desktops ("Spaces").
-
-  tallowin                        watch the Spaces until told to quit
-  tallowin URL                    perform a tallowin:// URL
-  tallowin list [--json]          list the Spaces
-  tallowin current [--json]       name the active Space
-  tallowin watch [--json]         print the state, and a line for every change
-  tallowin windows [--all] [--json]   list the windows of the active Space, or of all
-  tallowin mark [LETTER]          mark the front window with a letter, or with the next one pressed
-  tallowin jump [LETTER]          go to the window marked with it
-  tallowin pin APP SPACE          send new windows of an application to a Space from now on
-  tallowin unpin APP              let them stay where they open
-  tallowin saved-spaces [--json]  list the Spaces that were saved and closed
-  tallowin reopen NAME            open the applications of a saved Space again
-  tallowin edit SPACE [--name TEXT] [--symbol SYMBOL] [--color #RRGGBB] [--note TEXT] [--group TEXT] [--icon FILE]
-                                  change what is said of a Space; an empty text takes it away
-  tallowin automation SPACE [get|set FILE|clear|run]   what happens on entering and leaving a Space, as JSON
-  tallowin profile list|save NAME|use NAME|delete NAME   whole sets of names
-  tallowin template list|apply NAME|import FILE   names for a number of Spaces at once
-  tallowin time [--days N] [--csv FILE] [--json]   the time spent in each Space
-  tallowin export FILE            write everything that you have configured to a file
-  tallowin import FILE            take such a file over
-  tallowin diagnostics            print a report for support requests
-  tallowin answer BUTTON          answer a question that Tallowin asks
-  tallowin quit                   tell the running Tallowin to quit
-
-  tallowin --probe                print what the desktop reports about its Spaces
-  tallowin --switch N [classic]   switch to desktop N; classic uses the desktop's own shortcuts
-  tallowin --capture              write a preview image of each visible Space
-
-  tallowin --settings-list        list every setting with its value
-  tallowin --get KEY              print a setting
-  tallowin --set KEY VALUE        change a setting
-  tallowin --unset KEY            go back to a setting's default
-
-  --platform auto|x11|simulated|none   which desktop to work on (or set TALLOWIN_PLATFORM)
-  --scenario FILE                 a simulated desktop, in real time
-  --simulate FILE                 a simulated desktop, in virtual time; its files stay in memory
-  --journal FILE                  write its journal there; without a mode it is printed
-  --home DIR                      keep data and settings below DIR
-  --verbose                       log to standard error too
-  --version, --help
-
-Exit status: 0 done, 1 no such desktop or other thing, a setting without a value, or a URL that is not understood, 2 the switch was not
-seen, 64 a mistake in the arguments, 65 or 66 a scenario that cannot be understood or read, 69 no such desktop system, no
-running Tallowin to ask, or it has gone away, 73 a file cannot be written, 74 the output cannot be written, 128 and more
-ended by a signal.
-)";
 }
 
 }  // namespace tallowin

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "commands/local_api.h"
+
 namespace tallowin {
 
 /// What the program is asked to do.
@@ -45,6 +47,9 @@ struct CommandLine {
   std::optional<std::filesystem::path> simulate;  ///< a simulated desktop in virtual time
   std::optional<std::filesystem::path> journal;   ///< where the simulation's journal goes
   std::optional<std::filesystem::path> home;      ///< keep everything below this folder
+  std::optional<std::string> settingsTab;         ///< for resident: the tab that the settings window opens on
+  bool demo = false;                              ///< for resident: in demonstration mode
+  std::uint16_t port = LocalAPI::standardPort;    ///< for resident: where the HTTP interface is opened
   bool verbose = false;
   std::vector<std::string> request;  ///< for resident: what the running instance is asked for, or this one becoming it
   bool operator==(const CommandLine&) const = default;
@@ -55,7 +60,18 @@ struct CommandLine {
 [[nodiscard]] std::expected<CommandLine, std::string> parseCommandLine(
     std::span<const std::string> arguments, const std::optional<std::string>& environmentPlatform);
 
-/// The text of --help.
-[[nodiscard]] std::string_view helpText();
+/// An argument that is understood, declared once: what reads the command line, --help, the manual and shells'
+/// completions use the same table.
+struct CommandLineOption {
+  std::string_view name;
+  std::vector<std::string_view> values;  ///< the names of what must follow it
+  std::string_view sentence;             ///< what it does, for people
+};
+
+/// All of them, in the order in which they are listed: first those that ask for a mode, then the others.
+[[nodiscard]] const std::vector<CommandLineOption>& commandLineOptions();
+
+/// The option with what must follow it, such as "--get KEY".
+[[nodiscard]] std::string usageOf(const CommandLineOption& option);
 
 }  // namespace tallowin

@@ -11,7 +11,7 @@ std::optional<Space> CommandPerformer::find(const SpaceRef& ref) {
   auto space = resolve(ref, snapshot(), services_.store);
   if (!space) {
     if (const auto message = notFoundMessage(ref)) {
-      services_.toasts.show({*message, std::nullopt, true});
+      fail(*message);
     }
   }
   return space;
@@ -23,8 +23,8 @@ void CommandPerformer::switchTo(const std::optional<Space>& space) {
   }
 }
 
-void CommandPerformer::notAvailable() {
-  services_.toasts.show({"not available yet", std::nullopt, true});
+void CommandPerformer::fail(const std::string& message) {
+  services_.toasts.show({message, std::nullopt, true});
 }
 
 void CommandPerformer::operator()(const command::SwitchTo& command) {
@@ -59,15 +59,11 @@ void CommandPerformer::operator()(const command::Back& /*command*/) {
 }
 
 void CommandPerformer::operator()(const command::Rename& command) {
-  if (!command.name) {
-    notAvailable();
-    return;
-  }
-  if (const auto space = find(command.space)) {
-    services_.store.setName(*command.name, space->id);
-    if (!command.name->empty()) {
-      services_.store.remember(*command.name);
-    }
+  const auto space = find(command.space);
+  if (space && command.name) {
+    services_.naming.give(*command.name, space->id);
+  } else if (space) {
+    services_.naming.ask(*space, false);
   }
 }
 
@@ -84,6 +80,28 @@ void CommandPerformer::operator()(const command::Note& command) {
 void CommandPerformer::operator()(const command::Notes& command) {
   if (const auto space = find(command.space)) {
     services_.noteFiles.open(*space, services_.store);
+  }
+}
+
+void CommandPerformer::operator()(const command::Setup& command) {
+  if (const auto space = find(command.space)) {
+    services_.presentation.settingsWindow.show("spaces", space->id);
+  }
+}
+
+void CommandPerformer::operator()(const command::Diagnostics& /*command*/) {
+  if (services_.pasteboard.setString(services_.records.transfer.diagnostics(snapshot(), {}))) {
+    services_.toasts.show({"Diagnostics copied", std::nullopt});
+  } else {
+    fail("There is no clipboard to copy the diagnostics to");
+  }
+}
+
+void CommandPerformer::operator()(const command::DemoTour& /*command*/) {
+  if (services_.isDemo()) {
+    services_.presentation.tour.runDemo();
+  } else {
+    fail("Turn on demo mode first");
   }
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "app/record_services.h"
+#include "app/space_naming.h"
 #include "app/stepping.h"
 #include "app/window_commands.h"
 #include "automation/note_files.h"
@@ -12,6 +13,8 @@
 #include "core/space_history.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
+#include "platform/pasteboard.h"
+#include "platform/presentation.h"
 #include "platform/toasts.h"
 
 namespace tallowin {
@@ -29,6 +32,11 @@ class CommandPerformer {
     WindowCommands& windows;
     RecordServices& records;
     NoteFiles& noteFiles;
+    SpaceNaming& naming;
+    Presentation presentation;
+    Pasteboard& pasteboard;
+    /// Whether the demonstration mode is on.
+    std::function<bool()> isDemo;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
     /// Switches as this program's own doing.
@@ -40,7 +48,7 @@ class CommandPerformer {
   /// Does what the command asks for. Whatever the user must know is shown as a toast.
   void perform(const SpaceCommand& command);
 
-  /// One for each command that can be carried out; the others say that they are not available yet.
+  /// One for each command.
   void operator()(const command::SwitchTo& command);
   void operator()(const command::Step& command);
   void operator()(const command::Step2D& command);
@@ -48,8 +56,17 @@ class CommandPerformer {
   void operator()(const command::Rename& command);
   void operator()(const command::Note& command);
   void operator()(const command::Notes& command);
+  void operator()(const command::Setup& command);
   void operator()(const command::Profile& command) { services_.records.profileCommands.use(command.name); }
   void operator()(const command::Template& command) { services_.records.templateCommands.apply(command.name); }
+  void operator()(const command::Windows& command) { services_.presentation.panels.showWindows(command.allSpaces); }
+  void operator()(const command::Launcher& /*command*/) { services_.presentation.panels.showLauncher(); }
+  void operator()(const command::Overview& /*command*/) { services_.presentation.overview.toggle(); }
+  void operator()(const command::OpenSettings& /*command*/) {
+    services_.presentation.settingsWindow.show(std::nullopt, std::nullopt);
+  }
+  void operator()(const command::Diagnostics& command);
+  void operator()(const command::DemoTour& command);
   void operator()(const command::MoveWindow& command);
   void operator()(const command::MoveWindowStep& command) { services_.windows.moveFrontWindowStep(command.right); }
   void operator()(const command::RemoveDesktop& command);
@@ -61,16 +78,12 @@ class CommandPerformer {
   void operator()(const command::UndoMinimize& /*command*/) { services_.windows.undoMinimize(); }
   void operator()(const command::SaveAndClose& /*command*/) { services_.windows.saveAndClose(); }
   void operator()(const command::AddDesktop& /*command*/) { services_.windows.addDesktop(); }
-  template <typename Other>
-  void operator()(const Other& /*command*/) {
-    notAvailable();
-  }
 
  private:
   [[nodiscard]] const SpaceSnapshot& snapshot() { return services_.watcher.snapshot().get(); }
   [[nodiscard]] std::optional<Space> find(const SpaceRef& ref);
   void switchTo(const std::optional<Space>& space);
-  void notAvailable();
+  void fail(const std::string& message);
 
   const Services services_;
 };

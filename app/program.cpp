@@ -39,7 +39,8 @@ int runProgram(const CommandLine& line, const Platform& platform, std::ostream& 
     case Mode::unsetSetting:
       return unsetSetting(settings, line.settingKey, error);
     case Mode::resident:
-      return runResident(platform, settings, provider, requestedURL(line), error);
+      return runResident(platform, settings, provider, {requestedURL(line), line.settingsTab, line.port, line.demo},
+                         error);
     case Mode::version:
     case Mode::help:
       break;

@@ -73,6 +73,10 @@ void RecordRequests::profile(RequestJob job) const {
 void RecordRequests::listProfiles(const RequestJob& job) const {
   auto& profiles = services_.records.profiles;
   const auto active = services_.settings.text("activeProfile");
+  if (job.words.namesOnly()) {
+    job.printNames(profiles.names());
+    return;
+  }
   job.print(job.words.json() ? prettyJSON(profileRecords(profiles.list(), active))
                              : profileList(profiles.names(), active));
 }
@@ -113,6 +117,10 @@ void RecordRequests::layTemplate(RequestJob job) const {
 
 void RecordRequests::listTemplates(const RequestJob& job) const {
   const auto templates = services_.records.templates.list();
+  if (job.words.namesOnly()) {
+    job.printNames(namesOf(templates));
+    return;
+  }
   if (!job.words.json()) {
     job.print(templateList(templates));
     return;

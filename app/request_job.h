@@ -5,9 +5,11 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/exit_status.h"
 #include "app/request_words.h"
+#include "base/unicode.h"
 #include "platform/command_channel.h"
 
 namespace tallowin {
@@ -29,6 +31,15 @@ struct RequestJob {
     caller->exit(exit_status::success);
   }
 
+  /// Ends it well with names alone, one to a line, as menus and shells' completions take them.
+  void printNames(const std::vector<std::string>& names) const {
+    std::string text;
+    for (const auto& name : names) {
+      text.append(printable(name)).append("\n");
+    }
+    print(text);
+  }
+
   /// Ends it with one line on the caller's standard error.
   void fail(const std::string& message, int status = exit_status::failure) const {
     caller->err("tallowin: " + message + "\n");
@@ -37,6 +48,16 @@ struct RequestJob {
 
   void succeed() const { caller->exit(exit_status::success); }
 };
+
+/// What each of the things in a list is called.
+template <typename Named>
+[[nodiscard]] std::vector<std::string> namesOf(const std::vector<Named>& list) {
+  std::vector<std::string> names;
+  for (const auto& each : list) {
+    names.push_back(each.name);
+  }
+  return names;
+}
 
 /// Who answers which kind of request.
 using RequestTable = std::map<RequestKind, std::function<void(RequestJob)>>;

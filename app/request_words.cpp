@@ -10,36 +10,31 @@ namespace tallowin {
 
 namespace {
 
-/// A word that is understood.
-struct Word {
-  std::string_view name;
-  RequestKind kind;
-  std::string_view operands;  ///< as a usage line names them, separated by blanks; optional ones, the last, in brackets
-  std::string_view options;   ///< separated by bars, each with the name of its value if it takes one
-};
-
-constexpr auto words = std::to_array<Word>({
-    {"list", RequestKind::list, "", "--json"},
-    {"current", RequestKind::current, "", "--json"},
-    {"watch", RequestKind::watch, "", "--json"},
-    {"windows", RequestKind::windows, "", "--all|--json"},
-    {"saved-spaces", RequestKind::savedSpaces, "", "--json"},
-    {"reopen", RequestKind::reopen, "NAME", ""},
-    {"pin", RequestKind::pin, "APP SPACE", ""},
-    {"unpin", RequestKind::unpin, "APP", ""},
-    {"mark", RequestKind::mark, "[LETTER]", ""},
-    {"jump", RequestKind::jump, "[LETTER]", ""},
-    {"profile", RequestKind::profile, "list|save|use|delete [NAME]", "--json"},
-    {"template", RequestKind::layTemplate, "list|apply|import [NAME]", "--json"},
+constexpr auto words = std::to_array<RequestWord>({
+    {"list", RequestKind::list, "", "--json|--names|--urls", "List the Spaces."},
+    {"current", RequestKind::current, "", "--json", "Name the active Space."},
+    {"watch", RequestKind::watch, "", "--json", "Print the state, and a line for every change."},
+    {"windows", RequestKind::windows, "", "--all|--json", "List the windows of the active Space, or of all."},
+    {"mark", RequestKind::mark, "[LETTER]", "", "Mark the front window with a letter, or with the next one pressed."},
+    {"jump", RequestKind::jump, "[LETTER]", "", "Go to the window marked with it."},
+    {"pin", RequestKind::pin, "APP SPACE", "", "Send new windows of an application to a Space from now on."},
+    {"unpin", RequestKind::unpin, "APP", "", "Let them stay where they open."},
+    {"saved-spaces", RequestKind::savedSpaces, "", "--json|--names", "List the Spaces that were saved and closed."},
+    {"reopen", RequestKind::reopen, "SAVED-SPACE", "", "Open the applications of a saved Space again."},
     {"edit", RequestKind::edit, "SPACE",
-     "--name TEXT|--symbol SYMBOL|--color #RRGGBB|--note TEXT|--group TEXT|--icon FILE|--json"},
-    {"automation", RequestKind::automation, "SPACE [get|set|clear|run] [FILE]", ""},
-    {"time", RequestKind::time, "", "--days N|--csv FILE|--json"},
-    {"export", RequestKind::exportFile, "FILE", ""},
-    {"import", RequestKind::importFile, "FILE", ""},
-    {"diagnostics", RequestKind::diagnostics, "", ""},
-    {"answer", RequestKind::answer, "BUTTON", ""},
-    {"quit", RequestKind::quit, "", ""},
+     "--name TEXT|--symbol SYMBOL|--color #RRGGBB|--note TEXT|--group TEXT|--icon FILE|--json",
+     "Change what is said of a Space; an empty text takes it away."},
+    {"automation", RequestKind::automation, "SPACE [get|set|clear|run] [FILE]", "",
+     "Show, set, clear or run what is done on entering and leaving a Space, as JSON."},
+    {"profile", RequestKind::profile, "list|save|use|delete [PROFILE]", "--json|--names", "Keep whole sets of names."},
+    {"template", RequestKind::layTemplate, "list|apply|import [TEMPLATE]", "--json|--names",
+     "Name a number of Spaces at once; import takes a file."},
+    {"time", RequestKind::time, "", "--days N|--csv FILE|--json", "Print the time spent in each Space."},
+    {"export", RequestKind::exportFile, "FILE", "", "Write everything that you have configured to a file."},
+    {"import", RequestKind::importFile, "FILE", "", "Take such a file over."},
+    {"diagnostics", RequestKind::diagnostics, "", "", "Print a report for support requests."},
+    {"answer", RequestKind::answer, "BUTTON", "", "Answer a question that Tallowin asks."},
+    {"quit", RequestKind::quit, "", "", "Tell the running Tallowin to quit."},
 });
 
 std::vector<std::string> split(std::string_view text, char separator) {
@@ -52,19 +47,12 @@ std::vector<std::string> split(std::string_view text, char separator) {
   return parts;
 }
 
-std::string usage(const Word& word) {
-  std::string text = "it is called so: tallowin " + std::string(word.name);
-  if (!word.operands.empty()) {
-    text.append(" ").append(word.operands);
-  }
-  for (const auto& option : split(word.options, '|')) {
-    text.append(" [").append(option).append("]");
-  }
-  return text;
+std::string usage(const RequestWord& word) {
+  return "it is called so: tallowin " + usageOf(word);
 }
 
-bool takesSoMany(const Word& word, std::size_t operands) {
-  const auto names = split(word.operands, ' ');
+bool takesSoMany(const RequestWord& word, std::size_t operands) {
+  const auto names = operandsOf(word);
   const auto optional =
       std::ranges::count_if(names, [](const std::string& operand) { return operand.starts_with('['); });
   return operands <= names.size() && operands + static_cast<std::size_t>(optional) >= names.size();
@@ -75,8 +63,8 @@ bool isOption(std::string_view text) {
 }
 
 /// Whether the word takes the option: nothing if not, else whether a value follows it.
-std::optional<bool> takesValue(const Word& word, const std::string& option) {
-  for (const auto& each : split(word.options, '|')) {
+std::optional<bool> takesValue(const RequestWord& word, const std::string& option) {
+  for (const auto& each : optionsOf(word)) {
     if (each == option || each.starts_with(option + " ")) {
       return each != option;
     }
@@ -84,7 +72,7 @@ std::optional<bool> takesValue(const Word& word, const std::string& option) {
   return std::nullopt;
 }
 
-std::expected<RequestWords, std::string> readWord(const Word& word, std::span<const std::string> given) {
+std::expected<RequestWords, std::string> readWord(const RequestWord& word, std::span<const std::string> given) {
   RequestWords read{word.kind, {}, {}};
   bool named = false;
   for (std::size_t i = 0; i < given.size(); ++i) {
@@ -115,13 +103,37 @@ bool isURL(const std::string& text) {
 
 }  // namespace
 
+std::span<const RequestWord> requestWordTable() {
+  return words;
+}
+
+std::vector<std::string> operandsOf(const RequestWord& word) {
+  return split(word.operands, ' ');
+}
+
+std::vector<std::string> optionsOf(const RequestWord& word) {
+  return split(word.options, '|');
+}
+
+std::string usageOf(const RequestWord& word) {
+  std::string text(word.name);
+  if (!word.operands.empty()) {
+    text.append(" ").append(word.operands);
+  }
+  for (const auto& option : optionsOf(word)) {
+    text.append(" [").append(option).append("]");
+  }
+  return text;
+}
+
 std::expected<RequestWords, std::string> readRequestWords(std::span<const std::string> given) {
   if (given.empty()) {
     return RequestWords{};
   }
   const auto name = std::ranges::find_if_not(given, isOption);
-  if (name == given.end() &&
-      std::ranges::any_of(words, [&](const Word& word) { return takesValue(word, given.front()).has_value(); })) {
+  if (name == given.end() && std::ranges::any_of(words, [&](const RequestWord& word) {
+        return takesValue(word, given.front()).has_value();
+      })) {
     return std::unexpected(given.front() + " goes with what is asked for, as in: tallowin list --json");
   }
   if (name == given.end()) {
@@ -133,7 +145,7 @@ std::expected<RequestWords, std::string> readRequestWords(std::span<const std::s
     }
     return RequestWords{RequestKind::url, {*name}, {}};
   }
-  const auto* const word = std::ranges::find(words, *name, &Word::name);
+  const auto* const word = std::ranges::find(words, *name, &RequestWord::name);
   if (word == words.end()) {
     return std::unexpected(unknown(*name));
   }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tallowin {
@@ -44,7 +45,30 @@ struct RequestWords {
 
   [[nodiscard]] bool has(const std::string& option) const { return options.contains(option); }
   [[nodiscard]] bool json() const { return has("--json"); }
+  [[nodiscard]] bool namesOnly() const { return has("--names"); }
 };
+
+/// A word that a request begins with, declared once: what reads requests, --help, the manual and shells' completions
+/// use the same table.
+struct RequestWord {
+  std::string_view name;
+  RequestKind kind;
+  std::string_view operands;  ///< as a usage line names them, separated by blanks; optional ones, the last, in brackets
+  std::string_view options;   ///< separated by bars, each with the name of its value if it takes one
+  std::string_view sentence;  ///< what it does, for people
+};
+
+/// All words, in the order in which they are listed.
+[[nodiscard]] std::span<const RequestWord> requestWordTable();
+
+/// The operands, as they are named in the table.
+[[nodiscard]] std::vector<std::string> operandsOf(const RequestWord& word);
+
+/// The options, each with the name of its value behind a blank if it takes one.
+[[nodiscard]] std::vector<std::string> optionsOf(const RequestWord& word);
+
+/// The word with what may follow it, such as "list [--json]".
+[[nodiscard]] std::string usageOf(const RequestWord& word);
 
 /// Reads the words. The error is one line that says what is wrong and what would be right.
 [[nodiscard]] std::expected<RequestWords, std::string> readRequestWords(std::span<const std::string> words);

@@ -5,11 +5,11 @@
 namespace tallowin {
 
 int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
-                const std::optional<std::string>& url, std::ostream& error) {
-  AppDelegate delegate(platform, settings, provider, error);
+                const LaunchOptions& options, std::ostream& error) {
+  AppDelegate delegate(platform, settings, provider, options, error);
   delegate.applicationDidFinishLaunching();
-  if (url) {
-    static_cast<void>(delegate.handleURLEvent(*url));
+  if (options.url) {
+    static_cast<void>(delegate.handleURLEvent(*options.url));
   }
   return platform.runLoop.run();
 }

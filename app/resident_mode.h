@@ -1,9 +1,8 @@
 #pragma once
 
-#include <optional>
 #include <ostream>
-#include <string>
 
+#include "app/launch_options.h"
 #include "base/settings.h"
 #include "core/space_provider.h"
 #include "platform/platform.h"
@@ -11,8 +10,7 @@
 namespace tallowin {
 
 /// Without a mode: the resident program, until the run loop is stopped. Answers the status that it was stopped with.
-/// `url` is performed once everything has started.
 int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
-                const std::optional<std::string>& url, std::ostream& error);
+                const LaunchOptions& options, std::ostream& error);
 
 }  // namespace tallowin

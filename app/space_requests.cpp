@@ -3,8 +3,21 @@
 #include "app/space_list.h"
 #include "base/json_text.h"
 #include "base/unicode.h"
+#include "base/url.h"
+#include "commands/space_ref.h"
 
 namespace tallowin {
+
+namespace {
+
+/// The URL that switches to a Space of this name; a name that would be taken for something else gives way to the
+/// number.
+std::string switchURL(const std::string& name, const Space& space) {
+  const bool isPlain = spaceRefFromText(name) == SpaceRef::name(name);
+  return "tallowin://switch/" + (isPlain ? percentEncoded(name) : desktopNumberText(space));
+}
+
+}  // namespace
 
 void SpaceRequests::addTo(RequestTable& table) {
   const auto add = [&](RequestKind kind, void (SpaceRequests::*member)(RequestJob) const) {
@@ -32,6 +45,15 @@ void SpaceRequests::openURL(RequestJob job) const {
 
 void SpaceRequests::list(RequestJob job) const {
   const auto& snapshot = services_.watcher.snapshot().get();
+  if (job.words.namesOnly() || job.words.has("--urls")) {
+    std::vector<std::string> lines;
+    for (const auto& space : snapshot.allSpaces()) {
+      const auto name = services_.store.displayName(space);
+      lines.push_back(job.words.namesOnly() ? name : switchURL(name, space));
+    }
+    job.printNames(lines);
+    return;
+  }
   job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services_.store, services_.apps, services_.clock.now()))
                              : spaceList(snapshot, services_.store));
 }

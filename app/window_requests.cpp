@@ -54,6 +54,10 @@ void WindowRequests::windows(RequestJob job) const {
 
 void WindowRequests::savedSpaces(RequestJob job) const {
   const auto spaces = services_.windows.savedSpaces.list();
+  if (job.words.namesOnly()) {
+    job.printNames(namesOf(spaces));
+    return;
+  }
   if (!job.words.json()) {
     job.print(savedSpaceTable(spaces));
     return;

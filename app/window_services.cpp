@@ -46,10 +46,6 @@ WindowServices::WindowServices(const Context& context)
                                                                const RunningApplication& application) {
     pulledAway.pulledAway(left, application, snapshot());
   };
-  displaySets.onChange = [this] { reconnect.displaysChanged(); };
-  displaySets.onSettled = [this](const DisplaySet& before, const DisplaySet& now) {
-    reconnect.displaysSettled(before, now);
-  };
 }
 
 bool WindowServices::isEmpty(const Space& space) const {

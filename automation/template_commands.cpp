@@ -47,12 +47,14 @@ void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Out
 }
 
 void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted) {
+  adding_ = true;
   services_.management.addDesktop(
       [this, alive = std::weak_ptr(alive_), layout, count, wanted](SpaceManagement::Result result) {
         if (alive.expired()) {
           return;
         }
         if (!result) {
+          adding_ = false;
           services_.toasts.show({std::string(description(result.error())), std::nullopt, true});
         } else if (count > 1) {
           waiting_ =
@@ -71,6 +73,7 @@ void TemplateCommands::applyWhenThere(const SpaceTemplate& layout, std::size_t w
     });
     return;
   }
+  adding_ = false;
   const auto outcome = services_.templates.apply(layout, snapshot);
   services_.toasts.show(outcome.missing == 0 ? applied(layout) : Toast{setUpSentence(outcome), std::nullopt, true});
 }

@@ -40,6 +40,9 @@ class TemplateCommands {
   /// them and applies it again.
   void apply(const std::string& name);
 
+  /// Whether desktops are being added that the template will name.
+  [[nodiscard]] bool isAddingDesktops() const { return adding_; }
+
  private:
   void askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome);
   /// Adds so many desktops, one after the other, until there are `wanted` Spaces.
@@ -48,6 +51,7 @@ class TemplateCommands {
 
   const Services services_;
   WorkItem waiting_;
+  bool adding_ = false;
   // Shared with the alert and with Mission Control, whose answers may come after the commands have gone.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };

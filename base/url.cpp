@@ -63,6 +63,16 @@ std::vector<std::string> pathComponents(const UriPathSegmentA* segment) {
   return components;
 }
 
+std::string wholePath(const UriUriA& uri) {
+  const bool hasAuthority = uri.hostText.first != nullptr;
+  std::string path = uri.absolutePath != 0 || (hasAuthority && uri.pathHead != nullptr) ? "/" : "";
+  for (const auto* segment = uri.pathHead; segment != nullptr; segment = segment->next) {
+    path += decoded(text(segment->text));
+    path += segment->next != nullptr ? "/" : "";
+  }
+  return path;
+}
+
 std::vector<URLQueryItem> queryItems(std::string_view query) {
   std::vector<URLQueryItem> items;
   while (!query.empty()) {
@@ -92,6 +102,11 @@ bool isText(const URL& url) {
 }  // namespace
 
 std::optional<URL> URL::parse(std::string_view whole) {
+  auto url = parseReference(whole);
+  return url && !url->scheme.empty() && isText(*url) ? std::move(url) : std::nullopt;
+}
+
+std::optional<URL> URL::parseReference(std::string_view whole) {
   const auto escaped = escapedBeyondASCII(whole);
   UriUriA uri{};
   const char* mistake = nullptr;
@@ -104,9 +119,26 @@ std::optional<URL> URL::parse(std::string_view whole) {
   if (uri.hostText.first != nullptr) {
     url.host = decoded(text(uri.hostText));
   }
+  url.path = wholePath(uri);
   url.pathComponents = tallowin::pathComponents(uri.pathHead);
   url.queryItems = tallowin::queryItems(text(uri.query));
-  return !url.scheme.empty() && isText(url) ? std::optional(std::move(url)) : std::nullopt;
+  return url;
+}
+
+std::string percentEncoded(std::string_view text) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+  constexpr unsigned base = 16;
+  std::string encoded;
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (unreserved.find(character) != std::string_view::npos) {
+      encoded += character;
+    } else {
+      encoded.append("%").append(1, digits[byte / base]).append(1, digits[byte % base]);
+    }
+  }
+  return encoded;
 }
 
 }  // namespace tallowin

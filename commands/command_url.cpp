@@ -1,5 +1,7 @@
 #include "commands/command_url.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "base/decimal_integer.h"
@@ -80,53 +82,66 @@ MaybeCommand directed(const Request& /*request*/) {
 
 using Reader = MaybeCommand (*)(const Request&);
 
-const std::map<std::string_view, Reader>& readers() {
-  static const std::map<std::string_view, Reader> table = {
-      {"switch", [](const Request& request) -> MaybeCommand { return command::SwitchTo{reference(request, true)}; }},
-      {"next", directed<command::Step, true>},
-      {"right", directed<command::Step, true>},
-      {"previous", directed<command::Step, false>},
-      {"prev", directed<command::Step, false>},
-      {"left", directed<command::Step, false>},
-      {"back", plain<command::Back>},
-      {"last", plain<command::Back>},
-      {"overview", plain<command::Overview>},
-      {"move-window", moveWindow},
-      {"rename",
-       [](const Request& request) -> MaybeCommand {
+/// What a host is read by, and how it is told to people.
+struct Row {
+  Reader read;
+  CommandURL url;
+};
+
+const std::vector<Row>& rows() {
+  static const std::vector<Row> table = {
+      {[](const Request& request) -> MaybeCommand { return command::SwitchTo{reference(request, true)}; },
+       {"switch", "/SPACE", "Switch to a Space, by number or by name or a part of one."}},
+      {directed<command::Step, true>, {"next", "", "Step to the next Space."}},
+      {directed<command::Step, true>, {"right", "", "The same."}},
+      {directed<command::Step, false>, {"previous", "", "Step to the previous Space."}},
+      {directed<command::Step, false>, {"prev", "", "The same."}},
+      {directed<command::Step, false>, {"left", "", "The same."}},
+      {plain<command::Back>, {"back", "", "Go back to the Space that was active before."}},
+      {plain<command::Back>, {"last", "", "The same."}},
+      {plain<command::Overview>, {"overview", "", "Open the overview."}},
+      {moveWindow, {"move-window", "/SPACE or /next or /previous", "Move the front window to a Space."}},
+      {[](const Request& request) -> MaybeCommand {
          return command::Rename{reference(request, false), request.value("name")};
-       }},
-      {"note",
-       [](const Request& request) -> MaybeCommand {
+       },
+       {"rename", "/SPACE?name=NAME", "Name a Space; an empty name takes it away."}},
+      {[](const Request& request) -> MaybeCommand {
          return command::Note{reference(request, false), request.value("text")};
-       }},
-      {"setup", referring<command::Setup>},
-      {"settings", plain<command::OpenSettings>},
-      {"diagnostics", plain<command::Diagnostics>},
-      {"profile", named<command::Profile>},
-      {"template", named<command::Template>},
-      {"save-layout", plain<command::SaveLayout>},
-      {"restore-layout", plain<command::RestoreLayout>},
-      {"eject", plain<command::Eject>},
-      {"windows",
-       [](const Request& request) -> MaybeCommand { return command::Windows{request.firstWord() == "all"}; }},
-      {"launcher", plain<command::Launcher>},
-      {"launch", plain<command::Launcher>},
-      {"scratchpad", plain<command::ToggleScratchpad>},
-      {"minimize-all", plain<command::MinimizeAll>},
-      {"undo-minimize", plain<command::UndoMinimize>},
-      {"save-space", plain<command::SaveAndClose>},
-      {"add-desktop", plain<command::AddDesktop>},
-      {"remove-desktop", referring<command::RemoveDesktop>},
-      {"notes", referring<command::Notes>},
-      {"demo-tour", plain<command::DemoTour>},
-      {"up", directed<command::Step2D, true>},
-      {"down", directed<command::Step2D, false>},
+       },
+       {"note", "/SPACE?text=TEXT", "Note something about a Space; an empty text takes it away."}},
+      {referring<command::Setup>, {"setup", "/SPACE", "Open the settings of a Space."}},
+      {plain<command::OpenSettings>, {"settings", "", "Open the settings."}},
+      {plain<command::Diagnostics>, {"diagnostics", "", "Write a report for support requests."}},
+      {named<command::Profile>, {"profile", "/PROFILE", "Change to another set of names."}},
+      {named<command::Template>, {"template", "/TEMPLATE", "Lay down a template."}},
+      {plain<command::SaveLayout>, {"save-layout", "", "Note where every window is."}},
+      {plain<command::RestoreLayout>, {"restore-layout", "", "Put every window back there."}},
+      {plain<command::Eject>, {"eject", "", "Gather all windows on the built-in display."}},
+      {[](const Request& request) -> MaybeCommand { return command::Windows{request.firstWord() == "all"}; },
+       {"windows", "[/all]", "List the windows of the active Space, or of all."}},
+      {plain<command::Launcher>, {"launcher", "", "Open the launcher."}},
+      {plain<command::Launcher>, {"launch", "", "The same."}},
+      {plain<command::ToggleScratchpad>, {"scratchpad", "", "Show or hide the scratchpad application."}},
+      {plain<command::MinimizeAll>, {"minimize-all", "", "Minimise the windows of the active Space."}},
+      {plain<command::UndoMinimize>, {"undo-minimize", "", "Bring them all back."}},
+      {plain<command::SaveAndClose>, {"save-space", "", "Save what is open on the active Space, and close it."}},
+      {plain<command::AddDesktop>, {"add-desktop", "", "Add a desktop."}},
+      {referring<command::RemoveDesktop>, {"remove-desktop", "/SPACE", "Remove a desktop."}},
+      {referring<command::Notes>, {"notes", "/SPACE", "Open the file of notes of a Space."}},
+      {plain<command::DemoTour>, {"demo-tour", "", "Show what Tallowin does, with sample names."}},
+      {directed<command::Step2D, true>, {"up", "", "Step up in the grid of Spaces."}},
+      {directed<command::Step2D, false>, {"down", "", "Step down in it."}},
   };
   return table;
 }
 
 }  // namespace
+
+std::vector<CommandURL> commandURLs() {
+  std::vector<CommandURL> urls;
+  std::ranges::transform(rows(), std::back_inserter(urls), &Row::url);
+  return urls;
+}
 
 std::expected<std::optional<SpaceCommand>, DoubledQueryKey> commandFromURL(const URL& url) {
   if (lowerCased(url.scheme) != "tallowin") {
@@ -138,8 +153,8 @@ std::expected<std::optional<SpaceCommand>, DoubledQueryKey> commandFromURL(const
       return std::unexpected(DoubledQueryKey{item.name});
     }
   }
-  const auto reader = readers().find(request.host);
-  return reader != readers().end() ? reader->second(request) : std::nullopt;
+  const auto row = std::ranges::find(rows(), request.host, [](const Row& each) { return each.url.host; });
+  return row != rows().end() ? row->read(request) : std::nullopt;
 }
 
 }  // namespace tallowin

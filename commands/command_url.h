@@ -3,6 +3,8 @@
 #include <expected>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "base/url.h"
 #include "commands/space_command.h"
@@ -17,6 +19,16 @@ struct DoubledQueryKey {
   /// One line for the log and standard error.
   [[nodiscard]] std::string message() const { return "a URL names the query key \"" + key + "\" twice"; }
 };
+
+/// A URL that is understood, for people.
+struct CommandURL {
+  std::string_view host;
+  std::string_view rest;  ///< what may follow the host, such as "/SPACE"
+  std::string_view sentence;
+};
+
+/// All of them; what reads URLs uses the same table.
+[[nodiscard]] std::vector<CommandURL> commandURLs();
 
 /// The command that a URL of the form "tallowin://HOST[/PATH...][?QUERY]" stands for; nothing for any other URL and for
 /// a host that is not understood. Pure; never looks at the Spaces.

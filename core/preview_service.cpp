@@ -20,9 +20,9 @@ std::filesystem::path PreviewService::imageFile(const Space& space) const {
   return services_.paths.thumbnailsDirectory() / (name + ".jpg");
 }
 
-void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot,
+void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot, Duration delay,
                                          std::function<void(const std::set<std::string>&)> captured) {
-  work_ = services_.mainQueue.after(Duration::zero(),
+  work_ = services_.mainQueue.after(delay,
                                     [this, spaces = snapshot.activeSpaces(), captured = std::move(captured)] {
                                       std::set<std::string> written;
                                       for (const auto& space : spaces) {

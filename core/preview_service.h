@@ -29,9 +29,10 @@ class PreviewService {
 
   explicit PreviewService(Services services) : services_(services) {}
 
-  /// Captures what every display shows now as the preview of its active Space: a JPEG about 640 points wide. Runs later
-  /// on the main queue; `captured` is then told the ids of the Spaces whose image was written.
-  void captureActiveSpaces(const SpaceSnapshot& snapshot, std::function<void(const std::set<std::string>&)> captured);
+  /// Captures what every display shows `delay` from now as the preview of its active Space: a JPEG about 640 points
+  /// wide. In place of a capture that waits. `captured` is then told the ids of the Spaces whose image was written.
+  void captureActiveSpaces(const SpaceSnapshot& snapshot, Duration delay,
+                           std::function<void(const std::set<std::string>&)> captured);
 
   /// Where the preview of a Space is kept, whether or not there is one.
   [[nodiscard]] std::filesystem::path imageFile(const Space& space) const;

@@ -48,6 +48,9 @@ class SpaceWatcher {
   /// Takes a snapshot now. When none can be had the old one stays.
   void refresh();
 
+  /// Tells the observers of the snapshot again: what stands beside it has changed.
+  void publish() { snapshot_.set(snapshot_.get()); }
+
   /// The latest snapshot; SpaceSnapshot::empty() before the first. Observers are told before every change.
   [[nodiscard]] Published<SpaceSnapshot>& snapshot() { return snapshot_; }
 

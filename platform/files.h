@@ -34,7 +34,7 @@ struct FileEvents {
   bool renamed = false;
 };
 
-/// The file system. Paths are absolute. Main thread only, except read(), exists() and
+/// The file system. Paths are absolute. Main thread only, except read(), exists(), rename() and
 /// writeAtomically(), which any thread may call.
 class Files {
  public:

@@ -7,6 +7,7 @@
 #include "platform/command_channel.h"
 #include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
+#include "platform/desktop_service.h"
 #include "platform/displays.h"
 #include "platform/events.h"
 #include "platform/files.h"
@@ -16,10 +17,14 @@
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/notification_center.h"
+#include "platform/pasteboard.h"
 #include "platform/preferences.h"
+#include "platform/presentation.h"
 #include "platform/processes.h"
 #include "platform/screen_capture.h"
+#include "platform/script_events.h"
 #include "platform/system.h"
+#include "platform/tcp_listener.h"
 #include "platform/toasts.h"
 #include "platform/url_events.h"
 #include "platform/window_list.h"
@@ -49,9 +54,14 @@ struct Platform {
   AppleScript& appleScript;
   Toasts& toasts;
   Alerts& alerts;
+  Presentation presentation;
+  Pasteboard& pasteboard;
   GlobalHotKeys& globalHotKeys;
   URLEvents& urlEvents;
   CommandChannel& commandChannel;
+  ScriptEvents& scriptEvents;
+  DesktopService& desktopService;
+  TCPListeners& listeners;
   System& system;
   DesktopFacts& desktopFacts;
   MainQueue& mainQueue;

@@ -17,7 +17,8 @@ struct OperatingSystemVersion {
   auto operator<=>(const OperatingSystemVersion&) const = default;
 };
 
-/// This process and the login it belongs to (NSProcessInfo, CGSession). Main thread only.
+/// This process and the login it belongs to (NSProcessInfo, CGSession). Main thread only, except randomBits(), which
+/// any thread may call.
 class System {
  public:
   virtual ~System() = default;

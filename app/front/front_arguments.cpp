@@ -8,8 +8,8 @@ namespace tallowin {
 namespace {
 
 /// Options for whoever becomes the instance, without and with a value after them.
-constexpr std::array<std::string_view, 1> startFlags = {"--verbose"};
-constexpr std::array<std::string_view, 2> startOptions = {"--platform", "--scenario"};
+constexpr std::array<std::string_view, 2> startFlags = {"--demo", "--verbose"};
+constexpr std::array<std::string_view, 4> startOptions = {"--platform", "--port", "--scenario", "--settings"};
 /// Options that ask for a process of their own. All others are for the instance to understand, or to refuse.
 constexpr std::array<std::string_view, 11> modeOptions = {"--probe",   "--switch",  "--capture", "--settings-list",
                                                           "--get",     "--set",     "--unset",   "--simulate",

@@ -17,13 +17,22 @@ namespace {
 
 constexpr int unavailable = 69;  // EX_UNAVAILABLE (sysexits.h)
 
+/// Where the whole program is, seen from the folder of this one: beside it in a build, else where it is installed.
+constexpr const char* places[] = {"/" TALLOWIN_WHOLE_PROGRAM, "/" TALLOWIN_PRIVATE_FOLDER "/" TALLOWIN_WHOLE_PROGRAM};
+
 int becomeWholeProgram(char** argv) {
   char self[PATH_MAX];
   const auto length = ::readlink("/proc/self/exe", self, sizeof self);
-  std::string path(self, length > 0 ? static_cast<std::size_t>(length) : 0);
-  path = path.substr(0, path.rfind('/') + 1) + TALLOWIN_WHOLE_PROGRAM;
-  ::execv(path.c_str(), argv);
-  std::fprintf(stderr, "tallowin: cannot start %s: %s\n", path.c_str(), std::strerror(errno));
+  const std::string path(self, length > 0 ? static_cast<std::size_t>(length) : 0);
+  const auto folder = path.substr(0, path.rfind('/'));
+  for (const auto* place : places) {
+    ::execv((folder + place).c_str(), argv);
+    if (errno != ENOENT) {
+      break;
+    }
+  }
+  std::fprintf(stderr, "tallowin: cannot start the whole program, %s: %s\n", TALLOWIN_WHOLE_PROGRAM,
+               std::strerror(errno));
   return unavailable;
 }
 

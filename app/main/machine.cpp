@@ -62,6 +62,13 @@ Alerts& Machine::alerts(Mode mode) {
   return neutralAlerts;
 }
 
+DesktopService& Machine::desktopService(Mode mode) {
+  if (mode == Mode::resident) {
+    return lazyDesktopService;
+  }
+  return neutralDesktopService;
+}
+
 void Machine::stopOnSignals() {
   signals_ = onTerminationSignal(descriptors, [this](int signal) {
     constexpr int signalled = 128;  // as shells report it

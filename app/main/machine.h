@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "app/command_line.h"
+#include "app/main/lazy_dbus.h"
+#include "app/main/lazy_desktop_service.h"
 #include "app/main/lazy_notifications.h"
 #include "base/file_preferences.h"
 #include "base/log_toasts.h"
@@ -17,6 +19,7 @@
 #include "platform/qt/qt_descriptors.h"
 #include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
+#include "platform/qt/socket_tcp_listeners.h"
 #include "platform/qt/system_clock.h"
 #include "platform/qt/system_log.h"
 #include "platform/qt/termination_signals.h"
@@ -41,9 +44,14 @@ struct Machine {
   SystemLog log;
   LazyImages images{log};
   LogToasts logToasts{log};
-  LazyNotifications notifications{mainQueue, descriptors, clock, log};
+  LazyDBus dbus{mainQueue, descriptors, clock, log};
+  LazyNotifications notifications{dbus, log};
+  LazyDesktopService lazyDesktopService{dbus, mainQueue};
   PendingAlerts pendingAlerts{notifications, log};
   NeutralAlerts neutralAlerts;
+  NeutralDesktopService neutralDesktopService;
+  NeutralScriptEvents scriptEvents;
+  SocketTCPListeners listeners{log};
   UnixSystem system;
   Folders folders;
   StandInPrograms processes{children, standInMachine(folders.configuration)};
@@ -54,6 +62,8 @@ struct Machine {
   [[nodiscard]] Toasts& toasts(Mode mode);
   /// How the user is asked. Only the resident program waits for answers.
   [[nodiscard]] Alerts& alerts(Mode mode);
+  /// How other programs call this one: only the resident program is called.
+  [[nodiscard]] DesktopService& desktopService(Mode mode);
 
   /// Makes SIGTERM, SIGINT and SIGHUP stop the run loop, the second time end the process. For modes that run it: before
   /// and without it these signals end the process at once.

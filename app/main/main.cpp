@@ -8,6 +8,7 @@
 
 #include "app/command_line.h"
 #include "app/exit_status.h"
+#include "app/help_text.h"
 #include "app/main/host.h"
 #include "app/main/instance.h"
 #include "app/program.h"

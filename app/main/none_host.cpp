@@ -3,6 +3,7 @@
 #include "core/cgs_bridge.h"
 #include "platform/none/neutral.h"
 #include "platform/none/no_core_foundation.h"
+#include "platform/none/windowless.h"
 #include "platform/qt/system_loader.h"
 
 namespace tallowin {
@@ -39,9 +40,14 @@ class NoneHost : public Host {
             .appleScript = appleScript_,
             .toasts = machine_.toasts(line_.mode),
             .alerts = machine_.alerts(line_.mode),
+            .presentation = windowless_.presentation(),
+            .pasteboard = pasteboard_,
             .globalHotKeys = globalHotKeys_,
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
+            .scriptEvents = machine_.scriptEvents,
+            .desktopService = machine_.desktopService(line_.mode),
+            .listeners = machine_.listeners,
             .system = machine_.system,
             .desktopFacts = desktopFacts_,
             .mainQueue = machine_.mainQueue,
@@ -55,6 +61,8 @@ class NoneHost : public Host {
  private:
   const CommandLine line_;
   Machine machine_;
+  Windowless windowless_{{machine_.preferences, machine_.toasts(line_.mode), machine_.log}};
+  NeutralPasteboard pasteboard_;
   SystemLoader loader_;
   NoCoreFoundation coreFoundation_;
   CGSBridge bridge_{loader_, coreFoundation_};

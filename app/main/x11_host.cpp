@@ -5,6 +5,7 @@
 #include "app/main/machine.h"
 #include "base/main_thread_work_queues.h"
 #include "platform/none/neutral.h"
+#include "platform/none/windowless.h"
 #include "platform/x11/x11_desktop.h"
 
 namespace tallowin {
@@ -51,9 +52,14 @@ class X11Host : public Host {
             .appleScript = appleScript_,
             .toasts = machine_.toasts(line_.mode),
             .alerts = machine_.alerts(line_.mode),
+            .presentation = windowless_.presentation(),
+            .pasteboard = desktop_->pasteboard(),
             .globalHotKeys = desktop_->globalHotKeys(),
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
+            .scriptEvents = machine_.scriptEvents,
+            .desktopService = machine_.desktopService(line_.mode),
+            .listeners = machine_.listeners,
             .system = machine_.system,
             .desktopFacts = desktop_->desktopFacts(),
             .mainQueue = machine_.mainQueue,
@@ -73,6 +79,7 @@ class X11Host : public Host {
 
   const CommandLine line_;
   Machine machine_;
+  Windowless windowless_{{machine_.preferences, machine_.toasts(line_.mode), machine_.log}};
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
   NeutralAppleScript appleScript_;
   NeutralURLEvents urlEvents_;

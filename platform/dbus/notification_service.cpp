@@ -1,11 +1,10 @@
 #include "platform/dbus/notification_service.h"
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
 
-#include "base/unicode.h"
+#include "platform/dbus/bus_values.h"
 
 namespace tallowin {
 
@@ -15,14 +14,6 @@ constexpr auto serviceName = "org.freedesktop.Notifications";
 constexpr auto objectPath = "/org/freedesktop/Notifications";
 /// A service may be started by the call. The reference implementation of D-Bus allows as much.
 constexpr std::chrono::microseconds patience = std::chrono::seconds(25);
-
-/// The bus takes nothing but UTF-8.
-std::string transmissible(std::string text) {
-  if (!isValidUTF8(text)) {
-    std::ranges::replace_if(text, [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; }, '?');
-  }
-  return text;
-}
 
 std::string sender(sd_bus_message* message) {
   const auto* const name = sd_bus_message_get_sender(message);
@@ -120,36 +111,35 @@ NotificationService::Call NotificationService::notify(const DesktopNotification&
 }
 
 void NotificationService::close(const ID& id) {
-  if (!bus_) {
+  auto* const bus = link_.bus();
+  if (bus == nullptr) {
     return;
   }
   sd_bus_message* message = nullptr;
   // Straight to the service that has it: the one after it may use the number for another notification.
-  int status = newCall(bus_->raw(), &message, id.service.c_str(), "CloseNotification");
+  int status = newCall(bus->raw(), &message, id.service.c_str(), "CloseNotification");
   if (status >= 0) {
     status = sd_bus_message_append(message, "u", id.number);
   }
   if (status >= 0) {
-    status = sd_bus_send(bus_->raw(), message, nullptr);
+    status = sd_bus_send(bus->raw(), message, nullptr);
   }
   sd_bus_message_unref(message);
   if (status < 0) {
-    disconnect();
+    link_.drop();
   } else {
-    bus_->serve();
+    bus->serve();
   }
 }
 
 void NotificationService::listen(Listener listener) {
   listener_ = std::move(listener);
-  if (bus_ && addMatches() < 0) {
-    disconnect();
-  }
+  opened();
 }
 
 NotificationService::Call NotificationService::call(const char* method, const Append& append, Reply reply) {
   const auto pending = std::make_shared<PendingCall>(queue_, std::move(reply));
-  const bool mayBeGone = bus_ != nullptr;
+  const bool mayBeGone = link_.bus() != nullptr;
   auto sent = send(method, append, *pending);
   if (!sent && mayBeGone) {
     sent = send(method, append, *pending);  // that it is gone shows only now, and another one may be there already
@@ -157,42 +147,27 @@ NotificationService::Call NotificationService::call(const char* method, const Ap
   if (!sent) {
     return std::unexpected(std::move(sent).error());
   }
-  bus_->serve();
+  link_.bus()->serve();
   return Subscription([pending] { pending->telling.cancel(); });
-}
-
-std::expected<void, std::string> NotificationService::connect() {
-  if (bus_) {
-    return {};
-  }
-  auto opened = UserBus::open(queue_, descriptors_, [this] { disconnect(); });
-  if (!opened) {
-    return std::unexpected(std::move(opened).error());
-  }
-  bus_ = *std::move(opened);
-  if (const int status = listener_.invoked ? addMatches() : 0; status < 0) {
-    disconnect();
-    return std::unexpected(std::strerror(-status));
-  }
-  return {};
 }
 
 std::expected<void, std::string> NotificationService::send(const char* method, const Append& append,
                                                            PendingCall& call) {
-  if (auto connected = connect(); !connected) {
-    return connected;
+  if (auto opened = link_.open(); !opened) {
+    return opened;
   }
+  auto* const bus = link_.bus()->raw();
   sd_bus_message* message = nullptr;
-  int status = newCall(bus_->raw(), &message, serviceName, method);
+  int status = newCall(bus, &message, serviceName, method);
   if (status >= 0) {
     status = append(message);
   }
   if (status >= 0) {
-    status = sd_bus_call_async(bus_->raw(), &call.slot, message, replied, &call, patience.count());
+    status = sd_bus_call_async(bus, &call.slot, message, replied, &call, patience.count());
   }
   sd_bus_message_unref(message);
   if (status < 0) {
-    disconnect();
+    link_.drop();
     return std::unexpected(std::strerror(-status));
   }
   return {};
@@ -215,13 +190,21 @@ int NotificationService::addMatches() {
             heardChanged}};
   int status = 0;
   for (const auto& [rule, heard] : matches) {
-    status = status < 0 ? status : sd_bus_add_match_async(bus_->raw(), nullptr, rule, heard, nullptr, this);
+    sd_bus_slot* slot = nullptr;
+    status = status < 0 ? status : sd_bus_add_match_async(link_.bus()->raw(), &slot, rule, heard, nullptr, this);
+    matches_.emplace_back(slot);
   }
   return status;
 }
 
-void NotificationService::disconnect() {
-  bus_.reset();
+void NotificationService::opened() {
+  if (listener_.invoked && link_.bus() != nullptr && addMatches() < 0) {
+    link_.drop();
+  }
+}
+
+void NotificationService::lost() {
+  matches_.clear();
   news_.clear();
   lost_.tell();
 }

@@ -10,12 +10,13 @@
 #include <vector>
 
 #include "base/broadcaster.h"
+#include "platform/dbus/bus_handles.h"
+#include "platform/dbus/bus_link.h"
 #include "platform/dbus/desktop_notification.h"
-#include "platform/dbus/user_bus.h"
 
 namespace tallowin {
 
-/// The desktop's notification service (org.freedesktop.Notifications) on the user's bus. The bus is connected to at the
+/// The desktop's notification service (org.freedesktop.Notifications) on the user's bus. The link is opened at the
 /// first call. Nothing waits, and what is told here is told from the main queue with the bus at rest, so that a
 /// listener may call anything. Main thread only.
 class NotificationService {
@@ -40,7 +41,11 @@ class NotificationService {
   /// the call.
   using Call = std::expected<Subscription, std::string>;
 
-  NotificationService(MainQueue& queue, Descriptors& descriptors) : queue_(queue), descriptors_(descriptors) {}
+  NotificationService(BusLink& link, MainQueue& queue)
+      : link_(link),
+        queue_(queue),
+        openedListener_(link.onOpened([this] { opened(); })),
+        lostListener_(link.onLost([this] { lost(); })) {}
   NotificationService(const NotificationService&) = delete;
   NotificationService& operator=(const NotificationService&) = delete;
 
@@ -62,10 +67,10 @@ class NotificationService {
   struct PendingCall;
 
   [[nodiscard]] Call call(const char* method, const Append& append, Reply reply);
-  [[nodiscard]] std::expected<void, std::string> connect();
   [[nodiscard]] std::expected<void, std::string> send(const char* method, const Append& append, PendingCall& call);
   [[nodiscard]] int addMatches();
-  void disconnect();
+  void opened();
+  void lost();
   void tellLater(std::function<void()> news);
   void tellNext();
 
@@ -74,11 +79,13 @@ class NotificationService {
   static int heardClosed(sd_bus_message* signal, void* self, sd_bus_error* error);
   static int heardChanged(sd_bus_message* signal, void* self, sd_bus_error* error);
 
+  BusLink& link_;
   MainQueue& queue_;
-  Descriptors& descriptors_;
+  Subscription openedListener_;
+  Subscription lostListener_;
   Listener listener_;
+  std::vector<BusSlot> matches_;  ///< on the present connection
   Broadcaster<> lost_;
-  std::unique_ptr<UserBus> bus_;
   std::deque<std::function<void()>> news_;  ///< for the listener
   WorkItem telling_;
 };

@@ -6,11 +6,14 @@
 #include "platform/command_channel.h"
 #include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
+#include "platform/desktop_service.h"
 #include "platform/displays.h"
 #include "platform/events.h"
 #include "platform/global_hot_keys.h"
 #include "platform/notification_center.h"
+#include "platform/pasteboard.h"
 #include "platform/screen_capture.h"
+#include "platform/script_events.h"
 #include "platform/system.h"
 #include "platform/url_events.h"
 #include "platform/window_list.h"
@@ -116,6 +119,11 @@ class NeutralAlerts : public Alerts {
   }
 };
 
+class NeutralPasteboard : public Pasteboard {
+ public:
+  bool setString(std::string_view /*text*/) override { return false; }
+};
+
 class NeutralGlobalHotKeys : public GlobalHotKeys {
  public:
   std::optional<Subscription> registerHotKey(VirtualKeyCode /*keyCode*/, std::uint64_t /*modifierFlags*/,
@@ -137,6 +145,17 @@ class NeutralURLEvents : public URLEvents {
 class NeutralCommandChannel : public CommandChannel {
  public:
   void setHandler(Handler /*handler*/) override {}
+};
+
+class NeutralScriptEvents : public ScriptEvents {
+ public:
+  void setHandlers(Handlers /*handlers*/) override {}
+};
+
+class NeutralDesktopService : public DesktopService {
+ public:
+  Subscription offer(ServiceDescription /*description*/, Handlers /*handlers*/) override { return {}; }
+  void tellChanged(const std::string& /*interface*/, const std::vector<std::string>& /*properties*/) override {}
 };
 
 class NeutralNotificationCenter : public NotificationCenter {

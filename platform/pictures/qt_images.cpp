@@ -36,7 +36,7 @@ std::string encode(const Image& image, const char* format, int quality) {
   return bytes.toStdString();
 }
 
-void draw(QPainter& painter, const SketchBox& box) {
+void draw(QPainter& painter, const SketchBox& box, bool isLabelled) {
   constexpr QRgb windowColor = 0xfff4f1ea;
   constexpr QRgb titleColor = 0xffd8d2c4;
   constexpr QRgb lineColor = 0xff5a5548;
@@ -47,8 +47,10 @@ void draw(QPainter& painter, const SketchBox& box) {
   painter.fillRect(title, QColor(titleColor));
   painter.setPen(QColor(lineColor));
   painter.drawRect(frame);
-  painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                   QString::fromStdString(box.label));
+  if (isLabelled) {
+    painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                     QString::fromStdString(box.label));
+  }
 }
 
 }  // namespace
@@ -78,16 +80,17 @@ std::string QtImages::encodeJPEG(const Image& image, int quality) {
 }
 
 std::optional<Image> QtImages::sketch(int width, int height, const std::vector<SketchBox>& boxes) {
-  if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr || width <= 0 || height <= 0) {
+  if (width <= 0 || height <= 0) {
     return std::nullopt;
   }
+  const bool hasFonts = qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
   constexpr QRgb desktopColor = 0xff3b5166;
   QImage picture(width, height, QImage::Format_ARGB32);
   picture.fill(QColor(desktopColor));
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::TextAntialiasing);
   for (const auto& box : boxes) {
-    draw(painter, box);
+    draw(painter, box, hasFonts);
   }
   painter.end();
   return fromQImage(picture);

@@ -1,6 +1,5 @@
 #include "platform/qt/qt_files.h"
 
-#include <QFile>
 #include <QSaveFile>
 #include <algorithm>
 #include <fcntl.h>
@@ -10,25 +9,27 @@
 #include <unistd.h>
 
 #include "platform/qt/file_watch.h"
+#include "platform/qt/owned_descriptor.h"
 
 namespace tallowin {
 
 namespace {
 
 FileError fileError(const std::error_code& error) {
-  return {error == std::errc::no_such_file_or_directory, error.message()};
+  const bool notFound = error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+  return {notFound, error.message()};
 }
 
-FileError fileError(const QFileDevice& file) {
-  return {!QFile::exists(file.fileName()), file.errorString().toStdString()};
+FileError lastError() {
+  return fileError(std::error_code(errno, std::generic_category()));
 }
 
-QFile::Permissions permissions(unsigned mode) {
+QFileDevice::Permissions permissions(unsigned mode) {
   // Qt's bits are the mode's, one hexadecimal digit for each octal one (QFileDevice::Permission).
   const unsigned owner = mode >> 6 & 7;
   const unsigned group = mode >> 3 & 7;
   const unsigned other = mode & 7;
-  return QFile::Permissions(QFlag(static_cast<int>(owner << 12 | owner << 8 | group << 4 | other)));
+  return QFileDevice::Permissions(QFlag(static_cast<int>(owner << 12 | owner << 8 | group << 4 | other)));
 }
 
 /// Makes a rename in the folder last through a power failure.
@@ -43,20 +44,31 @@ void flushFolder(const std::filesystem::path& folder) {
 }  // namespace
 
 std::expected<std::string, FileError> QtFiles::read(const std::filesystem::path& path) {
-  std::error_code error;
-  if (const auto type = std::filesystem::status(path, error).type();
-      type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found && !error) {
+  // Opening a pipe that nobody writes to would wait, but for this flag.
+  const OwnedDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status{};
+  if (!file || ::fstat(file.get(), &status) != 0) {
+    return std::unexpected(lastError());
+  }
+  if (!S_ISREG(status.st_mode)) {
     return std::unexpected(FileError{false, "Not a regular file"});  // a pipe or a device may never end
   }
-  QFile file(QString::fromStdString(path.string()));
-  if (!file.open(QIODevice::ReadOnly)) {
-    return std::unexpected(fileError(file));
+  // One byte more shows in the first read that this was all; files that grow, or do not know their size, take more.
+  const auto expected = static_cast<std::size_t>(status.st_size);
+  std::string bytes(expected + 1, '\0');
+  std::size_t size = 0;
+  for (ssize_t count = 1; count > 0 && (size == 0 || size != expected);) {
+    bytes.resize(size < bytes.size() ? bytes.size() : 2 * size);
+    do {
+      count = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) {
+      return std::unexpected(lastError());
+    }
+    size += static_cast<std::size_t>(count);
   }
-  auto bytes = file.readAll();
-  if (file.error() != QFileDevice::NoError) {
-    return std::unexpected(fileError(file));
-  }
-  return bytes.toStdString();
+  bytes.resize(size);
+  return bytes;
 }
 
 std::expected<void, FileError> QtFiles::writeAtomically(const std::filesystem::path& path, std::string_view bytes,
@@ -87,7 +99,7 @@ std::expected<void, FileError> QtFiles::createDirectory(const std::filesystem::p
     }
   }
   if (::mkdir(path.c_str(), static_cast<mode_t>(mode)) != 0 && errno != EEXIST) {
-    return std::unexpected(fileError(std::error_code(errno, std::generic_category())));
+    return std::unexpected(lastError());
   }
   if (!std::filesystem::is_directory(path, error)) {
     return std::unexpected(FileError{false, "a file is in the way"});

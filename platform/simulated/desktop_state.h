@@ -93,6 +93,8 @@ struct DesktopState {
   std::optional<WindowManagerFacts> windowManager;
   /// Key combinations, with their modifiers, that other programs have registered.
   std::set<std::pair<VirtualKeyCode, std::uint64_t>> takenHotKeys;
+  /// TCP ports that other programs listen on.
+  std::set<std::uint16_t> takenPorts;
   /// By path. A program that is not among them starts and prints nothing.
   std::map<std::string, SimulatedChild> programs;
   /// What scripts answer, by their source. One that is not among them fails.

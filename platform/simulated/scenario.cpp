@@ -262,6 +262,12 @@ void readTakenHotKeys(const Value& value, Scenario& scenario) {
   }
 }
 
+void readTakenPorts(const Value& value, Scenario& scenario) {
+  for (const auto& element : value.list()) {
+    scenario.desktop.takenPorts.insert(element.integer<std::uint16_t>());
+  }
+}
+
 void readPrograms(const Value& value, Scenario& scenario) {
   for (const auto& [path, entry] : value.entries()) {
     ScenarioObject object(entry);
@@ -360,6 +366,7 @@ constexpr Member members[] = {
      }},
     {"symbolicHotKeys", readSymbolicHotKeys},
     {"takenHotKeys", readTakenHotKeys},
+    {"takenPorts", readTakenPorts},
     {"windowManager", readWindowManager},
     {"ignoredMoves", readIgnoredMoves},
     {"trackpads", readTrackpads},

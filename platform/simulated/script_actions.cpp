@@ -146,6 +146,25 @@ ScriptAction answerAlert(Arguments& arguments) {
   });
 }
 
+ScriptAction answerRenameDialog(Arguments& arguments) {
+  const auto name = arguments.require("name");
+  return onParts([text = name.isNull() ? std::nullopt : std::optional(name.text())](SimulatedParts& desktop) {
+    desktop.presentation.renameDialog.answer(text);
+  });
+}
+
+ScriptAction pullTrigger(Arguments& arguments) {
+  const auto trigger = arguments.require("trigger");
+  const auto name = trigger.text();
+  if (name != "edges" && name != "touch") {
+    trigger.expected("\"edges\" or \"touch\"");
+  }
+  return onParts([name](SimulatedParts& desktop) {
+    auto& presentation = desktop.presentation;
+    (name == "edges" ? presentation.edges : presentation.touch).pull();
+  });
+}
+
 ScriptAction pressSymbolicHotKey(Arguments& arguments) {
   return onParts([hotKey = arguments.require("hotKey").integer<int>()](SimulatedParts& desktop) {
     desktop.pressSymbolicHotKey(hotKey);
@@ -215,9 +234,73 @@ ScriptAction runCommand(Arguments& arguments) {
   return onParts([words](SimulatedParts& desktop) { desktop.commandChannel.run(words); });
 }
 
+/// The request as bytes, or put together from its parts.
+std::string readHTTPRequest(Arguments& arguments) {
+  const auto target = arguments.find("target");
+  if (!target) {
+    return readBytes(arguments);
+  }
+  const auto method = arguments.find("method");
+  std::string request = (method ? method->text() : "GET") + " " + target->text() + " HTTP/1.1\r\nHost: localhost\r\n";
+  if (const auto headers = arguments.find("headers")) {
+    for (const auto& [name, value] : headers->entries()) {
+      request.append(name).append(": ").append(value.text()).append("\r\n");
+    }
+  }
+  const auto body = arguments.find("body");
+  return request + "\r\n" + (body ? body->text() : "");
+}
+
+ScriptAction httpRequest(Arguments& arguments) {
+  constexpr std::uint16_t standardPort = 57301;
+  const auto port = arguments.find("port");
+  return onParts([port = port ? port->integer<std::uint16_t>() : standardPort, request = readHTTPRequest(arguments)](
+                     SimulatedParts& desktop) { desktop.listeners.request(port, request); });
+}
+
 ScriptAction interruptCommand(Arguments& arguments) {
   return onParts([caller = arguments.require("caller").integer<std::int32_t>()](SimulatedParts& desktop) {
     desktop.commandChannel.interrupt(caller);
+  });
+}
+
+/// The member, an object whose names are free; empty when it is not there.
+PropertyList findDictionary(Arguments& arguments, std::string_view name) {
+  auto dictionary = PropertyList::object();
+  if (const auto member = arguments.find(name)) {
+    for (const auto& [key, value] : member->entries()) {
+      dictionary[key] = value.json();
+    }
+  }
+  return dictionary;
+}
+
+ScriptAction runScriptCommand(Arguments& arguments) {
+  const auto direct = arguments.find("directParameter");
+  const ScriptCommandEvent event{arguments.require("class").text(), direct ? direct->json() : PropertyList(),
+                                 findDictionary(arguments, "arguments")};
+  return onParts([event](SimulatedParts& desktop) { desktop.scriptEvents.run(event); });
+}
+
+ScriptAction runIntent(Arguments& arguments) {
+  const IntentEvent event{arguments.require("intent").text(), findDictionary(arguments, "parameters")};
+  return onParts([event](SimulatedParts& desktop) { desktop.scriptEvents.run(event); });
+}
+
+ScriptAction speak(Arguments& arguments) {
+  return onParts(
+      [phrase = arguments.require("phrase").text()](SimulatedParts& desktop) { desktop.scriptEvents.speak(phrase); });
+}
+
+ScriptAction callDBus(Arguments& arguments) {
+  auto values = PropertyList::array();
+  if (const auto given = arguments.find("arguments")) {
+    for (const auto& value : given->list()) {
+      values.push_back(value.json());
+    }
+  }
+  return onParts([member = arguments.require("member").text(), values](SimulatedParts& desktop) {
+    desktop.desktopService.call(member, values);
   });
 }
 
@@ -231,7 +314,10 @@ constexpr Entry actions[] = {
     {"activateApplication", activateApplication},
     {"addSpace", addSpace},
     {"answerAlert", answerAlert},
+    {"answerRenameDialog", answerRenameDialog},
     {"bounceDock", bounceDock},
+    {"callDBus", callDBus},
+    {"clickDock", plain<[](SimulatedParts& desktop) { desktop.presentation.dockGuard.click(); }>},
     {"closeWindow", closeWindow},
     {"connectDisplay", connectDisplay},
     {"corruptFile", corruptFile},
@@ -240,9 +326,11 @@ constexpr Entry actions[] = {
     {"fillDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(true); }>},
     {"freeDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(false); }>},
     {"hideApplication", hideApplication},
+    {"httpRequest", httpRequest},
     {"interruptCommand", interruptCommand},
     {"jumpClock", jumpClock},
     {"launchApplication", launchApplication},
+    {"listenToDBus", plain<[](SimulatedParts& desktop) { desktop.desktopService.listen(); }>},
     {"lockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = true; }>},
     {"makeUnwritable", makeUnwritable},
     {"makeWritable", makeWritable},
@@ -254,6 +342,7 @@ constexpr Entry actions[] = {
     {"pressKey", pressKey},
     {"pressMouse", plain<[](SimulatedParts& desktop) { desktop.events.pressLeftButton(); }>},
     {"pressSymbolicHotKey", pressSymbolicHotKey},
+    {"pullTrigger", pullTrigger},
     {"quit", quit},
     {"quitApplication", quitApplication},
     {"releaseMouse", plain<[](SimulatedParts& desktop) { desktop.events.releaseLeftButton(); }>},
@@ -262,6 +351,8 @@ constexpr Entry actions[] = {
     {"renamePlist", plain<renamePlist>},
     {"retitleWindow", retitleWindow},
     {"runCommand", runCommand},
+    {"runIntent", runIntent},
+    {"runScriptCommand", runScriptCommand},
     {"setGlobalPreference", setGlobalPreference},
     {"setManagedDisplaySpaces", setManagedDisplaySpaces},
     {"setMenuBarDisplay", setMenuBarDisplay},
@@ -270,6 +361,7 @@ constexpr Entry actions[] = {
     {"setResponseTime", setResponseTime},
     {"setSymbolicHotKey", setSymbolicHotKey},
     {"sleepScreens", plain<post<NotificationName::NSWorkspaceScreensDidSleepNotification>>},
+    {"speak", speak},
     {"switchSpace", switchSpace},
     {"touch", touch},
     {"unhideApplication", unhideApplication},

@@ -77,6 +77,14 @@ DesktopNames& SimulatedDesktop::desktopNames() {
 DesktopFacts& SimulatedDesktop::desktopFacts() {
   return parts_->desktopFacts;
 }
+Pasteboard& SimulatedDesktop::pasteboard() {
+  return parts_->pasteboard;
+}
+
+Presentation SimulatedDesktop::presentation() {
+  return parts_->presentation.services();
+}
+
 Alerts& SimulatedDesktop::alerts() {
   return parts_->alerts;
 }
@@ -89,6 +97,15 @@ URLEvents& SimulatedDesktop::urlEvents() {
 
 CommandChannel& SimulatedDesktop::commandChannel() {
   return parts_->commandChannel;
+}
+ScriptEvents& SimulatedDesktop::scriptEvents() {
+  return parts_->scriptEvents;
+}
+DesktopService& SimulatedDesktop::desktopService() {
+  return parts_->desktopService;
+}
+TCPListeners& SimulatedDesktop::listeners() {
+  return parts_->listeners;
 }
 Files& SimulatedDesktop::files() {
   return parts_->files;

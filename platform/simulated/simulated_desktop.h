@@ -14,6 +14,7 @@
 #include "platform/core_foundation.h"
 #include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
+#include "platform/desktop_service.h"
 #include "platform/displays.h"
 #include "platform/dynamic_loader.h"
 #include "platform/events.h"
@@ -23,12 +24,16 @@
 #include "platform/images.h"
 #include "platform/log.h"
 #include "platform/notification_center.h"
+#include "platform/pasteboard.h"
+#include "platform/presentation.h"
 #include "platform/processes.h"
 #include "platform/screen_capture.h"
+#include "platform/script_events.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_clock.h"
 #include "platform/system.h"
+#include "platform/tcp_listener.h"
 #include "platform/toasts.h"
 #include "platform/url_events.h"
 #include "platform/window_list.h"
@@ -75,9 +80,14 @@ class SimulatedDesktop {
   DesktopNames& desktopNames();
   DesktopFacts& desktopFacts();
   Alerts& alerts();
+  Pasteboard& pasteboard();
+  Presentation presentation();
   GlobalHotKeys& globalHotKeys();
   URLEvents& urlEvents();
   CommandChannel& commandChannel();
+  ScriptEvents& scriptEvents();
+  DesktopService& desktopService();
+  TCPListeners& listeners();
   Files& files();
   DynamicLoader& loader();
   CoreFoundation& coreFoundation();

@@ -14,6 +14,7 @@
 #include "platform/simulated/simulated_core_foundation.h"
 #include "platform/simulated/simulated_desktop_facts.h"
 #include "platform/simulated/simulated_desktop_names.h"
+#include "platform/simulated/simulated_desktop_service.h"
 #include "platform/simulated/simulated_displays.h"
 #include "platform/simulated/simulated_events.h"
 #include "platform/simulated/simulated_files.h"
@@ -21,10 +22,14 @@
 #include "platform/simulated/simulated_loader.h"
 #include "platform/simulated/simulated_log.h"
 #include "platform/simulated/simulated_objective_c.h"
+#include "platform/simulated/simulated_pasteboard.h"
+#include "platform/simulated/simulated_presentation.h"
 #include "platform/simulated/simulated_processes.h"
 #include "platform/simulated/simulated_screen_capture.h"
+#include "platform/simulated/simulated_script_events.h"
 #include "platform/simulated/simulated_spaces.h"
 #include "platform/simulated/simulated_system.h"
+#include "platform/simulated/simulated_tcp_listeners.h"
 #include "platform/simulated/simulated_toasts.h"
 #include "platform/simulated/simulated_trackpads.h"
 #include "platform/simulated/simulated_url_events.h"
@@ -76,7 +81,12 @@ struct SimulatedParts {
   SimulatedDesktopFacts desktopFacts;
   SimulatedURLEvents urlEvents;
   SimulatedCommandChannel commandChannel;
+  SimulatedScriptEvents scriptEvents;
+  SimulatedDesktopService desktopService;
+  SimulatedTCPListeners listeners;
   SimulatedAlerts alerts;
+  SimulatedPasteboard pasteboard;
+  SimulatedPresentation presentation;
   SimulatedGlobalHotKeys globalHotKeys;
   SimulatedCoreFoundation coreFoundation;
   SimulatedObjectiveC objectiveC;

@@ -49,6 +49,12 @@ enum class X11Atom : std::size_t {
   netRestackWindow,
   wmChangeState,
   tallowinDesktopNames,
+  clipboard,
+  targets,
+  timestamp,
+  multiple,
+  atomPair,
+  plainTextInUTF8,
 };
 
 inline constexpr auto x11AtomNames = std::to_array<std::string_view>({
@@ -93,7 +99,13 @@ inline constexpr auto x11AtomNames = std::to_array<std::string_view>({
     "_NET_RESTACK_WINDOW",
     "WM_CHANGE_STATE",
     "_TALLOWIN_DESKTOP_NAMES",
+    "CLIPBOARD",
+    "TARGETS",
+    "TIMESTAMP",
+    "MULTIPLE",
+    "ATOM_PAIR",
+    "text/plain;charset=utf-8",
 });
-static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::tallowinDesktopNames) + 1);
+static_assert(x11AtomNames.size() == static_cast<std::size_t>(X11Atom::plainTextInUTF8) + 1);
 
 }  // namespace tallowin

@@ -40,6 +40,7 @@ X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& que
       windowList_(*connection_, windows_.reader, windows_.applications),
       workspace_(queue, windows_.launcher, windows_.context),
       globalHotKeys_(*connection_),
+      pasteboard_(*connection_),
       screenCapture_(*connection_),
       desktopNames_(*connection_, desktops_, queue, clock),
       desktopFacts_(*connection_, desktops_, processes),
@@ -65,6 +66,7 @@ void X11Desktop::handle(const xcb_generic_event_t& event) {
   changes_.handle(event);
   applicationChanges_.handle(event);
   globalHotKeys_.handle(event);
+  pasteboard_.handle(event);
 }
 
 void X11Desktop::notifyDock(std::string_view notification) {

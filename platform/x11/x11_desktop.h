@@ -26,6 +26,7 @@
 #include "platform/x11/x11_event_pump.h"
 #include "platform/x11/x11_events.h"
 #include "platform/x11/x11_global_hot_keys.h"
+#include "platform/x11/x11_pasteboard.h"
 #include "platform/x11/x11_screen_capture.h"
 #include "platform/x11/x11_window_list.h"
 #include "platform/x11/x11_window_server.h"
@@ -55,6 +56,7 @@ class X11Desktop {
   WindowList& windowList() { return windowList_; }
   Workspace& workspace() { return workspace_; }
   GlobalHotKeys& globalHotKeys() { return globalHotKeys_; }
+  Pasteboard& pasteboard() { return pasteboard_; }
   ScreenCapture& screenCapture() { return screenCapture_; }
   DesktopNames& desktopNames() { return desktopNames_; }
   DesktopFacts& desktopFacts() { return desktopFacts_; }
@@ -86,6 +88,7 @@ class X11Desktop {
   X11WindowList windowList_;
   X11Workspace workspace_;
   X11GlobalHotKeys globalHotKeys_;
+  X11Pasteboard pasteboard_;
   X11ScreenCapture screenCapture_;
   X11DesktopNames desktopNames_;
   X11DesktopFacts desktopFacts_;

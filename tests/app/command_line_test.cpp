@@ -40,8 +40,9 @@ TEST(CommandLine, ValuesReachTheirPlaces) {
   expected.simulate = "s.json";
   expected.journal = "j";
   expected.home = "/h";
+  expected.port = 65535;
   expected.verbose = true;
-  EXPECT_EQ(parse("--simulate s.json --journal j --switch 12 classic --home /h --verbose"), expected);
+  EXPECT_EQ(parse("--simulate s.json --journal j --switch 12 classic --home /h --port 65535 --verbose"), expected);
 
   const auto set = parse("--set switchMode classic");
   ASSERT_TRUE(set);
@@ -72,6 +73,9 @@ TEST(CommandLine, MistakesAreSaidInOneLineWithWhatWouldBeRight) {
       {"--get a --set b c", "one at a time"},
       {"--probe --set b c", "go alone"},
       {"--probe --home", "--home DIR"},
+      {"--port 0", "from 1 to 65535"},
+      {"--port 65536", "from 1 to 65535"},
+      {"--port http", "from 1 to 65535"},
       {"classic", "classic goes with --switch N"},
       {"--set key", "--set KEY VALUE"},
       {"--platform wayland", "--platform is one of auto, x11, simulated, none, not \"wayland\""},

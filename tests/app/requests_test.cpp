@@ -14,6 +14,7 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
   const std::pair<Words, RequestWords> understood[] = {
       {{}, {RequestKind::start, {}, {}}},
       {{"list"}, {RequestKind::list, {}, {}}},
+      {{"list", "--names"}, {RequestKind::list, {}, {{"--names", ""}}}},
       {{"--json", "current"}, {RequestKind::current, {}, {{"--json", ""}}}},
       {{"windows", "--json", "--all"}, {RequestKind::windows, {}, {{"--all", ""}, {"--json", ""}}}},
       {{"mark"}, {RequestKind::mark, {}, {}}},
@@ -29,7 +30,7 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
   }
   const std::pair<Words, std::string> refused[] = {
       {{"lists"}, "unknown argument \"lists\"; --help lists what there is"},
-      {{"list", "more"}, "it is called so: tallowin list [--json]"},
+      {{"list", "more"}, "it is called so: tallowin list [--json] [--names] [--urls]"},
       {{"quit", "--json"}, "it is called so: tallowin quit"},
       {{"time", "--days"}, "it is called so: tallowin time [--days N] [--csv FILE] [--json]"},
       {{"pin", "xterm"}, "it is called so: tallowin pin APP SPACE"},
@@ -54,7 +55,7 @@ TEST(FrontArguments, TellWhatTheInstanceCanDo) {
       {{}, true, "", {}},
       {{"list", "--json"}, true, "", {"list", "--json"}},
       {{"--home", "h", "--verbose", "--platform", "x11", "tallowin://back"}, true, "h", {"tallowin://back"}},
-      {{"--scenario", "list"}, true, "", {}},
+      {{"--scenario", "list", "--port", "57302"}, true, "", {}},
       {{"--probe"}, false, "", {"--probe"}},
       {{"--switch", "3", "classic"}, false, "", {"--switch", "3", "classic"}},
       {{"edit", "3", "--name", "classic"}, true, "", {"edit", "3", "--name", "classic"}},

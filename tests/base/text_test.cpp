@@ -41,7 +41,11 @@ TEST(Unicode, TrimmingTakesWhiteSpaceOfAllKinds) {
 }
 
 TEST(URL, ComesApartBeforeItIsDecoded) {
-  const URL expected{"Tallowin", "Switch", {"Deep Work", "a/b"}, {{"na=me", "x&y"}, {"empty", ""}, {"none", {}}}};
+  const URL expected{"Tallowin",
+                     "Switch",
+                     "/Deep Work////a/b/",
+                     {"Deep Work", "a/b"},
+                     {{"na=me", "x&y"}, {"empty", ""}, {"none", {}}}};
   EXPECT_EQ(URL::parse("Tallowin://Switch/Deep%20Work//%2F/a%2fb/?na%3Dme=x%26y&empty=&&none#fragment?a=b"), expected);
   EXPECT_EQ(URL::parse("tallowin://switch/a+b?name=c+d")->pathComponents, std::vector<std::string>{"a+b"});
   EXPECT_EQ(URL::parse("tallowin://switch/a+b?name=c+d")->queryItems.at(0).value, "c+d");

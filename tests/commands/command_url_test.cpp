@@ -94,6 +94,13 @@ TEST(CommandURL, EveryFormOfTheGrammar) {
   }
 }
 
+TEST(CommandURL, ANameSurvivesBeingEncoded) {
+  for (const auto* name : {"Mail & more", "a/b?c#d%20", "Größe~1.5_-"}) {
+    EXPECT_EQ(parse(("tallowin://switch/" + percentEncoded(name)).c_str()),
+              SpaceCommand(SwitchTo{SpaceRef::name(name)}));
+  }
+}
+
 TEST(CommandURL, ADoubledKeyIsFoundAfterTheSchemeAndBeforeTheHost) {
   const std::pair<const char*, const char*> cases[] = {
       {"tallowin://switch?name=a&name=b", "name"},

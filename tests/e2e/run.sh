@@ -10,6 +10,7 @@ set -u
 . "$(dirname "$0")/window_cases.sh"
 . "$(dirname "$0")/automation_cases.sh"
 . "$(dirname "$0")/layout_cases.sh"
+. "$(dirname "$0")/http_cases.sh"
 
 # The program with a home folder that is kept for one window manager. Its exit status goes to the last line.
 tallowin() {
@@ -297,6 +298,7 @@ window_manager_cases() {
   fi
   capture_case
   instance_cases 1 2
+  [ "$1" != openbox ] || http_cases
   stop_desktop
   start_desktop "$1" || return
   window_cases

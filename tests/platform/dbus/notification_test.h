@@ -64,7 +64,8 @@ class NotificationTest : public testing::Test {
   PollLoop loop_;
   KeptLog log_;
   std::optional<FakeNotificationService> service_;
-  std::optional<NotificationService> client_{std::in_place, loop_, loop_};
+  std::optional<BusLink> link_{std::in_place, loop_, loop_};
+  std::optional<NotificationService> client_{std::in_place, *link_, loop_};
 };
 
 }  // namespace tallowin

@@ -154,6 +154,7 @@ TEST_F(NotificationToastsTest, NeverWaitsForABusThatSaysNothing) {
   loop_.runReady();
   toasts_.reset();  // with the call outstanding
   client_.reset();
+  link_.reset();
   EXPECT_EQ(loop_.watchCount(), 0U);
   close(listener);
 }

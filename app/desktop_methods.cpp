@@ -1,0 +1,152 @@
+#include "app/desktop_methods.h"
+
+#include <algorithm>
+
+#include "commands/command_methods.h"
+#include "commands/intents.h"
+
+namespace tallowin {
+
+namespace {
+
+using Result = DesktopService::Result;
+using Arguments = std::vector<ServiceDescription::Argument>;
+
+constexpr auto notUnderstood = "com.quorvex.Tallowin.Error.NotUnderstood";
+constexpr auto invalidArguments = "org.freedesktop.DBus.Error.InvalidArgs";
+constexpr auto unknownMethod = "org.freedesktop.DBus.Error.UnknownMethod";
+
+/// What a desktop entry offers beside starting the program.
+struct Action {
+  std::string_view name;
+  SpaceCommand command;
+};
+const Action actions[] = {
+    {"next", command::Step{true}},
+    {"previous", command::Step{false}},
+    {"back", command::Back{}},
+    {"overview", command::Overview{}},
+};
+
+bool isList(const PropertyList& value, bool (PropertyList::*isElement)() const noexcept) {
+  return value.is_array() &&
+         std::ranges::all_of(value, [isElement](const PropertyList& element) { return (element.*isElement)(); });
+}
+
+bool fits(const PropertyList& value, std::string_view type) {
+  return (type == "s" && value.is_string()) || (type == "b" && value.is_boolean()) ||
+         (type == "as" && isList(value, &PropertyList::is_string)) || (type == "av" && value.is_array()) ||
+         (type == "a{sv}" && value.is_object());
+}
+
+bool fit(const PropertyList& values, const Arguments& arguments) {
+  return values.is_array() &&
+         std::ranges::equal(values, arguments,
+                            [](const PropertyList& value, const auto& argument) { return fits(value, argument.type); });
+}
+
+std::string usage(const ServiceDescription::Method& method) {
+  std::string text = "it is called so: " + method.name + "(";
+  for (const auto& [type, name] : method.in) {
+    text += (text.ends_with('(') ? "" : ", ") + type + " " + name;
+  }
+  return text + ")";
+}
+
+DesktopMethod methodOf(const CommandMethod& method, const ScriptingBridge& bridge) {
+  Arguments in;
+  for (const auto& [type, name] : method.arguments) {
+    if (!type.empty()) {
+      in.push_back({std::string(type), std::string(name)});
+    }
+  }
+  return {commandInterface,
+          {std::string(method.name), in, {}},
+          [&bridge, make = method.make](const PropertyList& arguments) -> Result {
+            bridge.send(make(arguments));
+            return nullptr;
+          }};
+}
+
+DesktopMethod methodOf(const Intent& intent, const ScriptingBridge& bridge) {
+  const auto parameter = intent.parameter ? std::string(intent.parameter->name) : "";
+  const auto in = intent.parameter ? Arguments{{"s", parameter}} : Arguments();
+  const auto out = intent.answersText() ? Arguments{{"s", "name"}} : Arguments();
+  return {commandInterface,
+          {std::string(intent.name), in, out},
+          [&bridge, name = std::string(intent.name), parameter](const PropertyList& arguments) -> Result {
+            IntentEvent event{name};
+            for (const auto& argument : arguments) {
+              event.parameters[parameter] = argument;
+            }
+            return performIntent(event, bridge).value_or(nullptr);  // there is an intent of this name
+          }};
+}
+
+/// Performs them all, and answers the first that was not understood.
+Result open(const OpenURL& openURL, const PropertyList& urls) {
+  std::optional<URLFault> first;
+  for (const auto& url : urls) {
+    auto fault = openURL(url.get<std::string>());
+    if (!first) {
+      first = std::move(fault);
+    }
+  }
+  return first ? Result(std::unexpected(ServiceError{notUnderstood, first->message})) : nullptr;
+}
+
+Result activate(const ScriptingBridge& bridge, const std::string& name) {
+  const auto* const action = std::ranges::find(actions, name, &Action::name);
+  if (action == std::ranges::end(actions)) {
+    return std::unexpected(ServiceError{invalidArguments, "there is no action " + name});
+  }
+  bridge.send(action->command);
+  return nullptr;
+}
+
+void addApplicationMethods(std::vector<DesktopMethod>& methods, const ScriptingBridge& bridge, const OpenURL& openURL) {
+  const ServiceDescription::Argument platformData{"a{sv}", "platform_data"};
+  methods.push_back({applicationInterface, {"Activate", {platformData}, {}}, [&bridge](const PropertyList&) -> Result {
+                       bridge.send(command::OpenSettings{});
+                       return nullptr;
+                     }});
+  methods.push_back({applicationInterface,
+                     {"Open", {{"as", "uris"}, platformData}, {}},
+                     [openURL](const PropertyList& arguments) { return open(openURL, arguments[0]); }});
+  methods.push_back(
+      {applicationInterface,
+       {"ActivateAction", {{"s", "action_name"}, {"av", "parameter"}, platformData}, {}},
+       [&bridge](const PropertyList& arguments) { return activate(bridge, arguments[0].get<std::string>()); }});
+}
+
+}  // namespace
+
+std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL) {
+  std::vector<DesktopMethod> methods;
+  for (const auto& method : commandMethods()) {
+    methods.push_back(methodOf(method, bridge));
+  }
+  for (const auto& intent : intents()) {
+    methods.push_back(methodOf(intent, bridge));
+  }
+  methods.push_back({commandInterface, {"Perform", {{"s", "url"}}, {}}, [openURL](const PropertyList& arguments) {
+                       return open(openURL, arguments);
+                     }});
+  addApplicationMethods(methods, bridge, openURL);
+  return methods;
+}
+
+Result run(const std::vector<DesktopMethod>& methods, const std::string& interface, const std::string& name,
+           const PropertyList& arguments) {
+  const auto method = std::ranges::find_if(
+      methods, [&](const DesktopMethod& each) { return each.interface == interface && each.declared.name == name; });
+  if (method == methods.end()) {
+    return std::unexpected(ServiceError{unknownMethod, "there is no method " + name});
+  }
+  if (!fit(arguments, method->declared.in)) {
+    return std::unexpected(ServiceError{invalidArguments, usage(method->declared)});
+  }
+  return method->run(arguments);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/url_command.h"
+#include "commands/scripting_bridge.h"
+#include "platform/desktop_service.h"
+
+namespace tallowin {
+
+/// The interface with a method for every command and intent.
+inline constexpr auto commandInterface = "com.quorvex.Tallowin";
+/// The Desktop Entry Specification's interface of applications that are started by D-Bus.
+inline constexpr auto applicationInterface = "org.freedesktop.Application";
+
+/// A method that other programs can call, and what it does.
+struct DesktopMethod {
+  std::string interface;
+  ServiceDescription::Method declared;
+  /// For arguments that have the declared types.
+  std::function<DesktopService::Result(const PropertyList& arguments)> run;
+};
+
+/// Performs a URL, or answers why not.
+using OpenURL = std::function<std::optional<URLFault>(const std::string& url)>;
+
+/// All methods. The bridge must outlive them.
+[[nodiscard]] std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL);
+
+/// Runs the method of this name. Arguments that have other types than it declares are refused.
+[[nodiscard]] DesktopService::Result run(const std::vector<DesktopMethod>& methods, const std::string& interface,
+                                         const std::string& name, const PropertyList& arguments);
+
+}  // namespace tallowin

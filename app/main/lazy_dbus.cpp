@@ -1,0 +1,27 @@
+#include "app/main/lazy_dbus.h"
+
+#include <utility>
+
+#include "platform/qt/program_module.h"
+
+namespace tallowin {
+
+DesktopBus* LazyDBus::bus() {
+  if (!std::exchange(tried_, true)) {
+    bus_ = load();
+  }
+  return bus_.get();
+}
+
+std::unique_ptr<DesktopBus> LazyDBus::load() const {
+  auto* const entry = programModuleFunction(TALLOWIN_DBUS_MODULE, dbusModuleEntry);
+  const auto* const module = entry != nullptr ? reinterpret_cast<DBusModuleEntry>(entry)() : nullptr;
+  if (module == nullptr) {
+    log_.error("LazyDBus",
+               "there are no notifications and no D-Bus service: " TALLOWIN_DBUS_MODULE " cannot be loaded");
+    return nullptr;
+  }
+  return std::unique_ptr<DesktopBus>(module->makeDesktopBus(mainQueue_, descriptors_, clock_, log_));
+}
+
+}  // namespace tallowin

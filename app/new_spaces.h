@@ -1,0 +1,49 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "app/space_naming.h"
+#include "base/settings.h"
+
+namespace tallowin {
+
+/// Offers to name Spaces that have just been made, one after the other, while the setting "askToNameNewSpaces" is on.
+/// Main thread only.
+class NewSpaces {
+ public:
+  struct Services {
+    const Settings& settings;
+    const SpaceStore& store;
+    SpaceNaming& naming;
+    /// Whether this program is making Spaces that it will name itself.
+    std::function<bool()> areExpected;
+  };
+
+  explicit NewSpaces(Services services) : services_(std::move(services)) {}
+  NewSpaces(const NewSpaces&) = delete;
+  NewSpaces& operator=(const NewSpaces&) = delete;
+
+  /// To be called with every snapshot. Those of the first one are not new, nor are those that come with a display.
+  void look(const SpaceSnapshot& snapshot);
+
+ private:
+  /// What there was.
+  struct Known {
+    std::set<std::string> displays;
+    std::set<std::string> spaces;
+  };
+
+  void enqueue(const SpaceSnapshot& snapshot);
+  void askNext();
+
+  const Services services_;
+  std::optional<Known> known_;
+  std::deque<Space> waiting_;
+  bool asking_ = false;
+};
+
+}  // namespace tallowin

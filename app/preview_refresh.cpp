@@ -1,0 +1,53 @@
+#include "app/preview_refresh.h"
+
+#include <chrono>
+#include <cmath>
+
+namespace tallowin {
+
+void PreviewRefresh::capture(Duration delay) {
+  if (!asleep_ && services_.settings.boolean("thumbnailsEnabled") &&
+      services_.screenCapture.CGPreflightScreenCaptureAccess()) {
+    services_.thumbnails.captureActiveSpaces(services_.snapshot(), delay, [](const auto& /*written*/) {});
+  }
+}
+
+void PreviewRefresh::startRefreshTimer() {
+  if (const auto wanted = interval(); wanted != interval_) {
+    interval_ = wanted;
+    await();
+  }
+}
+
+Duration PreviewRefresh::interval() const {
+  constexpr double shortest = 1;
+  constexpr double longest = 86'400;
+  if (asleep_ || !services_.settings.boolean("thumbnailsEnabled")) {
+    return Duration::zero();
+  }
+  // fmax makes a number of what is none.
+  const auto seconds = std::fmin(std::fmax(services_.settings.real("thumbnailRefreshInterval"), shortest), longest);
+  return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
+}
+
+void PreviewRefresh::await() {
+  timer_.cancel();
+  if (interval_ != Duration::zero()) {
+    timer_ = services_.mainQueue.after(interval_, [this] {
+      capture(Duration::zero());
+      await();
+    });
+  }
+}
+
+void PreviewRefresh::screensDidSleep() {
+  asleep_ = true;
+  startRefreshTimer();
+}
+
+void PreviewRefresh::screensDidWake() {
+  asleep_ = false;
+  startRefreshTimer();
+}
+
+}  // namespace tallowin

@@ -1,0 +1,45 @@
+#include "app/scripting_channels.h"
+
+#include "commands/intents.h"
+#include "commands/script_commands.h"
+
+namespace tallowin {
+
+ScriptingChannels::ScriptingChannels(Services services)
+    : services_(std::move(services)),
+      object_({services_.desktopService, services_.mainQueue, services_.watcher, services_.store, bridge_,
+               services_.openURL}) {}
+
+ScriptingChannels::~ScriptingChannels() {
+  services_.scriptEvents.setHandlers({});
+}
+
+void ScriptingChannels::open(std::function<void(const SpaceCommand&)> handler) {
+  bridge_.handler = std::move(handler);
+  bridge_.currentName = [this] {
+    const auto space = current();
+    return space ? services_.store.displayName(*space) : "";
+  };
+  bridge_.currentNumber = [this] {
+    const auto space = current();
+    return space ? space->desktopNumber.value_or(0) : 0;
+  };
+  bridge_.allNames = [this] {
+    std::vector<std::string> names;
+    for (const auto& space : services_.watcher.snapshot().get().allSpaces()) {
+      names.push_back(services_.store.displayName(space));
+    }
+    return names;
+  };
+  services_.scriptEvents.setHandlers(
+      {[this](const ScriptCommandEvent& event) { return performScriptCommand(event, bridge_); },
+       [this](const IntentEvent& event) { return performIntent(event, bridge_); },
+       [this](const std::string& phrase) { return performPhrase(phrase, bridge_); }});
+  object_.offer();
+}
+
+std::optional<Space> ScriptingChannels::current() const {
+  return services_.watcher.snapshot().get().activeSpace();
+}
+
+}  // namespace tallowin

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/desktop_object.h"
+#include "commands/scripting_bridge.h"
+#include "platform/script_events.h"
+
+namespace tallowin {
+
+/// The ways for scripts, shortcuts and other programs to give commands and to ask for the Spaces. Main thread only.
+class ScriptingChannels {
+ public:
+  struct Services {
+    ScriptEvents& scriptEvents;
+    DesktopService& desktopService;
+    MainQueue& mainQueue;
+    SpaceWatcher& watcher;
+    SpaceStore& store;
+    OpenURL openURL;
+  };
+
+  explicit ScriptingChannels(Services services);
+  ~ScriptingChannels();
+  ScriptingChannels(const ScriptingChannels&) = delete;
+  ScriptingChannels& operator=(const ScriptingChannels&) = delete;
+
+  /// Opens them; `handler` receives every command.
+  void open(std::function<void(const SpaceCommand&)> handler);
+
+ private:
+  [[nodiscard]] std::optional<Space> current() const;
+
+  const Services services_;
+  ScriptingBridge bridge_;
+  DesktopObject object_;
+};
+
+}  // namespace tallowin

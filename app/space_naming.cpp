@@ -1,0 +1,28 @@
+#include "app/space_naming.h"
+
+#include "app/shown_spaces.h"
+
+namespace tallowin {
+
+void SpaceNaming::give(const std::string& name, const std::string& spaceID) {
+  store_.setName(name, spaceID);
+  if (!name.empty()) {
+    store_.remember(name);
+  }
+}
+
+void SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> answered) {
+  dialog_.present(shownSpace(space, store_), isNew,
+                  [this, alive = std::weak_ptr(alive_), id = space.id,
+                   answered = std::move(answered)](const std::optional<std::string>& name) {
+                    if (alive.expired()) {
+                      return;
+                    }
+                    if (name) {
+                      give(*name, id);
+                    }
+                    answered();
+                  });
+}
+
+}  // namespace tallowin

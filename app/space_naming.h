@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "core/space_store.h"
+#include "platform/rename_dialog.h"
+
+namespace tallowin {
+
+/// Gives Spaces the names that the user wants. Main thread only.
+class SpaceNaming {
+ public:
+  SpaceNaming(SpaceStore& store, RenameDialog& dialog) : store_(store), dialog_(dialog) {}
+  SpaceNaming(const SpaceNaming&) = delete;
+  SpaceNaming& operator=(const SpaceNaming&) = delete;
+
+  /// Stores the name and remembers it for the next Space; an empty one removes the name.
+  void give(const std::string& name, const std::string& spaceID);
+
+  /// Asks the user for the name. `answered` runs once he has given one or not; not if this object goes before.
+  void ask(const Space& space, bool isNew, std::function<void()> answered = [] {});
+
+ private:
+  SpaceStore& store_;
+  RenameDialog& dialog_;
+  // Held weakly by a dialog that is open.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace tallowin

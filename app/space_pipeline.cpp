@@ -1,0 +1,61 @@
+#include "app/space_pipeline.h"
+
+#include "app/shown_spaces.h"
+#include "automation/state_exporter.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr auto category = "AppDelegate";
+
+/// The windows of the Space are known by then.
+constexpr Duration spaceDockDelay = std::chrono::milliseconds(300);
+/// The switch has been drawn by then.
+constexpr Duration previewDelay = std::chrono::milliseconds(600);
+
+}  // namespace
+
+void SpacePipeline::activeSpaceChanged(const std::optional<Space>& from, const Space& to) {
+  if (services_.presentation.dockGuard.spaceChanged(to.id)) {
+    return;
+  }
+  const bool ours = services_.initiatedByUs();
+  if (services_.spaceLock.spaceChanged(from, to, ours)) {
+    return;
+  }
+  if (from && !ours) {
+    services_.focusMemory.leaving(*from);
+  }
+  services_.focusMemory.entered(to, services_.contents);
+  spaceDockUpdate_ = services_.mainQueue.after(spaceDockDelay, [this] { updateSpaceDock(); });
+  record(from, to);
+  show(to);
+}
+
+void SpacePipeline::record(const std::optional<Space>& from, const Space& to) {
+  services_.history.visit(to);
+  services_.tracker.spaceChanged(to);
+  services_.automation.spaceChanged(from, to);
+}
+
+void SpacePipeline::show(const Space& to) {
+  const auto& presentation = services_.presentation;
+  const auto shown = shownSpace(to, services_.store);
+  services_.log.info(category, "active Space: " + shown.name);
+  if (!presentation.overview.isShown()) {
+    presentation.hud.show(shown);
+  }
+  presentation.feedback.spaceChanged(shown);
+  services_.watcher.publish();
+  services_.previews.capture(previewDelay);
+  presentation.desktopLabel.update(shownActiveSpaces(services_.watcher.snapshot().get(), services_.store));
+}
+
+void SpacePipeline::updateSpaceDock() {
+  if (const auto active = services_.watcher.snapshot().get().activeSpace()) {
+    services_.presentation.spaceDock.update(appNames(services_.contents)(*active));
+  }
+}
+
+}  // namespace tallowin

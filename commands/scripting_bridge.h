@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "commands/space_command.h"
+#include "platform/property_list.h"
+
+namespace tallowin {
+
+/// What scripts and intents reach of the program: where their commands go, and what they can ask. The application
+/// controller owns the one there is and sets its members at start-up. Main thread only.
+struct ScriptingBridge {
+  /// Receives every command. While there is none, commands are dropped silently.
+  std::function<void(const SpaceCommand&)> handler;
+  /// The display name of the active Space of the menu-bar display; empty when there is none.
+  std::function<std::string()> currentName = [] { return std::string(); };
+  /// The desktop number of that Space; 0 for a full-screen Space and when there is none.
+  std::function<std::int64_t()> currentNumber = [] { return std::int64_t{0}; };
+  /// The display names of all Spaces of all displays, in the snapshot's order.
+  std::function<std::vector<std::string>()> allNames = [] { return std::vector<std::string>(); };
+
+  /// Hands a command to the handler, if there is one.
+  void send(const SpaceCommand& command) const;
+
+  /// The Space that a value of a script or an intent stands for. A number is the desktop with that number, reals
+  /// without their fraction, and 0 the current Space; a text that is a decimal integer is a desktop number, 0 too, any
+  /// other text a name, also "current". Nothing, and values of other types, stand for the current Space.
+  [[nodiscard]] static SpaceRef ref(const PropertyList& value);
+};
+
+}  // namespace tallowin

@@ -1,0 +1,27 @@
+# Where everything is installed. Whatever must name a place is written while it is installed, as only then the prefix is
+# known (cmake --install BUILD --prefix PLACE).
+
+install(TARGETS tallowin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS tallowin_main RUNTIME DESTINATION ${TALLOWIN_PRIVATE_FOLDER})
+install(TARGETS tallowin_pictures tallowin_dbus LIBRARY DESTINATION ${TALLOWIN_PRIVATE_FOLDER}
+        PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+
+set(built ${CMAKE_CURRENT_BINARY_DIR})
+install(FILES ${built}/${id}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES ${built}/${id}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES icons/${id}.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+install(FILES icons/${id}-symbolic.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/symbolic/apps)
+install(FILES ${built}/manual/tallowin.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${built}/manual/tallowin.5.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+install(FILES ${built}/completions/tallowin.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME tallowin)
+install(FILES ${built}/completions/tallowin.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+
+install(CODE "
+  set(id ${id})
+  set(source \"${CMAKE_CURRENT_SOURCE_DIR}\")
+  set(built \"${built}\")
+  set(binaries \"${CMAKE_INSTALL_BINDIR}\")
+  set(data \"${CMAKE_INSTALL_DATADIR}\")
+  set(bus_service ${TALLOWIN_BUS_SERVICE})")
+install(SCRIPT install_placed.cmake)

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "platform/dbus/bus_handles.h"
+#include "platform/dbus/bus_link.h"
+#include "platform/dbus/bus_vtable.h"
+#include "platform/desktop_service.h"
+#include "platform/log.h"
+
+namespace tallowin {
+
+/// The program's object on the user's bus, under its name there.
+///
+/// Calls are handled from the main queue, one after the other, with the bus at rest, so that a handler may do anything.
+/// While another process has the name this one waits in the bus's line for it. Without a bus, or when it goes, the log
+/// tells once; the next change of a property, at most every 30 s, looks whether there is one again, so that nothing
+/// wakes a program that is idle. Main thread only.
+class BusService : public DesktopService {
+ public:
+  BusService(BusLink& link, MainQueue& queue, const Clock& clock, Log& log);
+  BusService(const BusService&) = delete;
+  BusService& operator=(const BusService&) = delete;
+
+  Subscription offer(ServiceDescription description, Handlers handlers) override;
+  void tellChanged(const std::string& interface, const std::vector<std::string>& properties) override;
+
+ private:
+  struct Offered {
+    ServiceDescription description;
+    Handlers handlers;
+    std::list<BusVtable> interfaces;
+  };
+
+  void connect();
+  void opened();
+  void lost();
+  void withdraw();
+  [[nodiscard]] int addObject(sd_bus* bus);
+  void answerNext();
+  void answer(const Offered& offered, sd_bus_message* call) const;
+  [[nodiscard]] static Result handle(const Offered& offered, sd_bus_message* call, std::string& resultType);
+  void sayOnce(std::string_view what);
+
+  static int called(sd_bus_message* call, void* self, sd_bus_error* error);
+  static int named(sd_bus_message* reply, void* self, sd_bus_error* error);
+  static int get(sd_bus* bus, const char* path, const char* interface, const char* property, sd_bus_message* reply,
+                 void* self, sd_bus_error* error);
+
+  BusLink& link_;
+  MainQueue& queue_;
+  const Clock& clock_;
+  Log& log_;
+  Subscription openedListener_;
+  Subscription lostListener_;
+  // Shared with a call that is being answered, which may be the end of the offer: its message refers to the vtable.
+  std::shared_ptr<const Offered> offered_;
+  std::vector<BusSlot> slots_;    ///< on the present connection; none while there is none
+  std::deque<BusMessage> calls_;  ///< to be answered
+  WorkItem answering_;
+  std::optional<std::chrono::nanoseconds> retryAt_;  ///< in system uptime
+  std::string said_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <systemd/sd-bus.h>
+
+#include "platform/property_list.h"
+
+namespace tallowin {
+
+/// The text, with "?" for bytes above 127 where it is not UTF-8: the bus takes nothing else.
+[[nodiscard]] std::string transmissible(std::string text);
+
+/// The next argument of a message, of one of the types in platform/desktop_service.h.
+[[nodiscard]] PropertyList readArgument(sd_bus_message* message, std::string_view type);
+
+/// Appends a value as a result or property of this type. Negative, as of errno(3), when it has another one.
+[[nodiscard]] int appendValue(sd_bus_message* message, std::string_view type, const PropertyList& value);
+
+}  // namespace tallowin

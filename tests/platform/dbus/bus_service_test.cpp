@@ -1,0 +1,147 @@
+// The program's object on a real bus, called by another connection.
+
+#include "platform/dbus/bus_service.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/platform/dbus/notification_test.h"
+
+namespace tallowin {
+namespace {
+
+using testing::AnyOf;
+using testing::Each;
+using testing::ElementsAre;
+using namespace std::chrono_literals;
+
+/// Another program on the bus, served by the loop of the test.
+class OtherProgram {
+ public:
+  explicit OtherProgram(PollLoop& loop) {
+    sd_bus_open_user(&bus_);
+    sd_bus_add_match(bus_, nullptr, "type='signal',member='PropertiesChanged'", heard, this);
+    watch_ = loop.watchReadable(sd_bus_get_fd(bus_), [this] {
+      while (sd_bus_process(bus_, nullptr) > 0) {
+      }
+    });
+  }
+  ~OtherProgram() {
+    watch_.cancel();
+    sd_bus_flush_close_unref(bus_);
+  }
+  OtherProgram(const OtherProgram&) = delete;
+  OtherProgram& operator=(const OtherProgram&) = delete;
+
+  void call(const char* text) {
+    sd_bus_call_method_async(bus_, nullptr, "com.quorvex.Trial", "/trial", "com.quorvex.Trial", "Say", answered, this,
+                             "s", text);
+    sd_bus_flush(bus_);
+  }
+
+  std::vector<std::string> answers;  ///< results, and the names of errors
+  int signals = 0;
+
+ private:
+  static int answered(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
+    const auto* const error = sd_bus_message_get_error(reply);
+    const char* text = nullptr;
+    if (error == nullptr) {
+      sd_bus_message_read(reply, "s", &text);
+    }
+    static_cast<OtherProgram*>(self)->answers.emplace_back(error != nullptr ? error->name : text);
+    return 0;
+  }
+  static int heard(sd_bus_message* /*signal*/, void* self, sd_bus_error* /*error*/) {
+    ++static_cast<OtherProgram*>(self)->signals;
+    return 0;
+  }
+
+  sd_bus* bus_ = nullptr;
+  Subscription watch_;
+};
+
+class BusServiceTest : public NotificationTest {
+ protected:
+  void offer() {
+    offered_ = service_on_bus_.offer(
+        {"com.quorvex.Trial",
+         "/trial",
+         {{"com.quorvex.Trial", {{"Say", {{"s", "text"}}, {{"s", "said"}}}}, {{"Word", "s"}}}}},
+        {[this](const auto&, const auto&, const PropertyList& arguments) { return say(arguments[0]); },
+         [](const auto&, const auto&) { return "\xff"; }});
+  }
+
+  DesktopService::Result say(const PropertyList& text) {
+    if (text == "stop") {
+      bus_.stop();
+    }
+    if (text == "withdraw") {
+      offered_.cancel();
+    }
+    return text;
+  }
+
+  void expectAnswer(OtherProgram& other, const std::string& answer) {
+    other.call("hello");
+    EXPECT_TRUE(loop_.runUntil([&] { return !other.answers.empty(); }));
+    EXPECT_THAT(std::exchange(other.answers, {}), ElementsAre(answer));
+  }
+
+  void change() { service_on_bus_.tellChanged("com.quorvex.Trial", {"Word"}); }
+
+  SetClock clock_;
+  BusService service_on_bus_{*link_, loop_, clock_, log_};
+  Subscription offered_;
+};
+
+TEST_F(BusServiceTest, CanBeWithdrawnByACall) {
+  startBus();
+  OtherProgram other(loop_);
+  offer();
+  ASSERT_TRUE(runUntilIdle());
+  other.call("withdraw");
+  EXPECT_TRUE(loop_.runUntil([&] { return std::exchange(other.answers, {}).size() == 1; }));
+  expectAnswer(other, "org.freedesktop.DBus.Error.ServiceUnknown");
+}
+
+TEST_F(BusServiceTest, IsBackWithTheFirstChangeAfterTheBus) {
+  offer();
+  change();
+  EXPECT_EQ(log_.failures.size(), 1U) << "no bus is said once";
+  startBus();
+  change();
+  EXPECT_EQ(loop_.watchCount(), 0U) << "too soon";
+  clock_.uptime += 30s;
+  change();
+  ASSERT_TRUE(runUntilIdle());
+  {
+    OtherProgram other(loop_);
+    expectAnswer(other, "hello");
+    change();
+    EXPECT_TRUE(loop_.runUntil([&] { return other.signals == 1; })) << "also of a text that is no UTF-8";
+    other.call("stop");
+    ASSERT_TRUE(runUntilFailed(2));
+    EXPECT_EQ(log_.failures.back(), "the bus has gone; other programs cannot call this one by D-Bus");
+  }
+  startBus();
+  change();
+  ASSERT_TRUE(runUntilIdle());
+  OtherProgram other(loop_);
+  expectAnswer(other, "hello");
+}
+
+TEST_F(BusServiceTest, AFloodIsAnsweredOrRefusedToTheLast) {
+  startBus();
+  offer();
+  ASSERT_TRUE(runUntilIdle());
+  OtherProgram other(loop_);
+  constexpr std::size_t flood = 3000;
+  for (std::size_t i = 0; i < flood; ++i) {
+    other.call("hello");
+  }
+  ASSERT_TRUE(loop_.runUntil([&] { return other.answers.size() == flood; }));
+  EXPECT_THAT(other.answers, Each(AnyOf("hello", "org.freedesktop.DBus.Error.LimitsExceeded")));
+}
+
+}  // namespace
+}  // namespace tallowin
