@@ -51,7 +51,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
                           [this] { return watcher_.snapshot().get(); }}),
       thumbnails_(
           {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths_}),
-      previews_({thumbnails_, platform.screenCapture, settings, platform.mainQueue,
+      previews_({thumbnails_, platform.presentation.previews, platform.screenCapture, settings, platform.mainQueue,
                  [this] { return watcher_.snapshot().get(); }}),
       pipeline_({watcher_, store_, windows_.contents, windows_.spaceLock, windows_.focusMemory, history_,
                  records_.tracker, automation_, previews_, platform.presentation, platform.mainQueue, platform.log,

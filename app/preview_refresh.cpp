@@ -6,8 +6,7 @@
 namespace tallowin {
 
 void PreviewRefresh::capture(Duration delay) {
-  if (!asleep_ && services_.settings.boolean("thumbnailsEnabled") &&
-      services_.screenCapture.CGPreflightScreenCaptureAccess()) {
+  if (areWanted() && services_.screenCapture.CGPreflightScreenCaptureAccess()) {
     services_.thumbnails.captureActiveSpaces(services_.snapshot(), delay, [](const auto& /*written*/) {});
   }
 }
@@ -19,10 +18,14 @@ void PreviewRefresh::startRefreshTimer() {
   }
 }
 
+bool PreviewRefresh::areWanted() const {
+  return !asleep_ && services_.settings.boolean("thumbnailsEnabled") && services_.display.wantsPreviews();
+}
+
 Duration PreviewRefresh::interval() const {
   constexpr double shortest = 1;
   constexpr double longest = 86'400;
-  if (asleep_ || !services_.settings.boolean("thumbnailsEnabled")) {
+  if (!areWanted()) {
     return Duration::zero();
   }
   // fmax makes a number of what is none.

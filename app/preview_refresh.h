@@ -5,16 +5,19 @@
 #include "base/settings.h"
 #include "core/preview_service.h"
 #include "platform/main_queue.h"
+#include "platform/preview_display.h"
 #include "platform/screen_capture.h"
 
 namespace tallowin {
 
-/// Keeps the previews of the Spaces fresh, while the setting "thumbnailsEnabled" is on and the user allows captures.
+/// Keeps the previews of the Spaces fresh, while something shows them, the setting "thumbnailsEnabled" is on and the
+/// user allows captures.
 /// Main thread only.
 class PreviewRefresh {
  public:
   struct Services {
     PreviewService& thumbnails;
+    PreviewDisplay& display;
     ScreenCapture& screenCapture;
     const Settings& settings;
     MainQueue& mainQueue;
@@ -37,6 +40,7 @@ class PreviewRefresh {
   void screensDidWake();
 
  private:
+  [[nodiscard]] bool areWanted() const;
   /// Zero while previews are off.
   [[nodiscard]] Duration interval() const;
   void await();

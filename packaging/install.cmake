@@ -22,6 +22,5 @@ install(CODE "
   set(source \"${CMAKE_CURRENT_SOURCE_DIR}\")
   set(built \"${built}\")
   set(binaries \"${CMAKE_INSTALL_BINDIR}\")
-  set(data \"${CMAKE_INSTALL_DATADIR}\")
-  set(bus_service ${TALLOWIN_BUS_SERVICE})")
+  set(data \"${CMAKE_INSTALL_DATADIR}\")")
 install(SCRIPT install_placed.cmake)

@@ -9,9 +9,7 @@ function(place_configured file directory)
 endfunction()
 
 place_configured(tallowin.service lib/systemd/user)
-if(bus_service)
-  place_configured(${id}.service ${data}/dbus-1/services)
-endif()
+place_configured(${id}.service ${data}/dbus-1/services)
 
 # The unit starts with every desktop that systemd looks after; a user who does not want that masks it.
 set(wanted "${CMAKE_INSTALL_PREFIX}/lib/systemd/user/graphical-session.target.wants")

@@ -7,6 +7,7 @@
 #include "platform/hud.h"
 #include "platform/overview_panel.h"
 #include "platform/overview_trigger.h"
+#include "platform/preview_display.h"
 #include "platform/rename_dialog.h"
 #include "platform/search_panels.h"
 #include "platform/settings_window.h"
@@ -28,6 +29,7 @@ struct Presentation {
   OverviewTrigger& edges;
   OverviewTrigger& touch;
   GuidedTour& tour;
+  PreviewDisplay& previews;
 };
 
 }  // namespace tallowin

@@ -183,6 +183,18 @@ class NoTour : public GuidedTour {
   Shortcomings& shortcomings_;
 };
 
+class NoPreviews : public PreviewDisplay {
+ public:
+  explicit NoPreviews(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  [[nodiscard]] bool wantsPreviews() override {
+    shortcomings_.lack(shortcomings_.settings().boolean("thumbnailsEnabled"), "Showing previews is");
+    return false;
+  }
+
+ private:
+  Shortcomings& shortcomings_;
+};
+
 }  // namespace
 
 struct Windowless::Parts {
@@ -201,6 +213,7 @@ struct Windowless::Parts {
   NoEdges edges{shortcomings};
   NoTouch touch{shortcomings};
   NoTour tour{shortcomings};
+  NoPreviews previews{shortcomings};
 };
 
 Windowless::Windowless(Services services) : parts_(std::make_unique<Parts>(services)) {}
@@ -209,9 +222,9 @@ Windowless::~Windowless() = default;
 
 Presentation Windowless::presentation() const {
   auto& parts = *parts_;
-  return {parts.hud,          parts.overview, parts.panels,    parts.settingsWindow,
-          parts.renameDialog, parts.feedback, parts.dockGuard, parts.desktopLabel,
-          parts.spaceDock,    parts.edges,    parts.touch,     parts.tour};
+  return {parts.hud,      parts.overview,  parts.panels,       parts.settingsWindow, parts.renameDialog,
+          parts.feedback, parts.dockGuard, parts.desktopLabel, parts.spaceDock,      parts.edges,
+          parts.touch,    parts.tour,      parts.previews};
 }
 
 }  // namespace tallowin

@@ -141,6 +141,11 @@ class SimulatedTour : public GuidedTour {
   Journal& journal_;
 };
 
+class SimulatedPreviewDisplay : public PreviewDisplay {
+ public:
+  [[nodiscard]] bool wantsPreviews() override { return true; }
+};
+
 /// All of it.
 struct SimulatedPresentation {
   explicit SimulatedPresentation(Journal& journal)
@@ -157,8 +162,8 @@ struct SimulatedPresentation {
 
   /// Valid as long as this object.
   [[nodiscard]] Presentation services() {
-    return {hud,       overview,     panels,    settingsWindow, renameDialog, feedback,
-            dockGuard, desktopLabel, spaceDock, edges,          touch,        tour};
+    return {hud,          overview,  panels, settingsWindow, renameDialog, feedback, dockGuard,
+            desktopLabel, spaceDock, edges,  touch,          tour,         previews};
   }
 
   SimulatedHUD hud;
@@ -173,6 +178,7 @@ struct SimulatedPresentation {
   SimulatedTrigger edges;
   SimulatedTrigger touch;
   SimulatedTour tour;
+  SimulatedPreviewDisplay previews;
 };
 
 }  // namespace tallowin
