@@ -63,7 +63,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),
-      spaceRequests_({platform.clock, watcher_, store_, feed_, platform.runLoop, platform.alerts,
+      spaceRequests_({platform.clock, watcher_, store_, feed_, platform.mainQueue, platform.runLoop, platform.alerts,
                       appNames(windows_.contents), [this](const std::string& url) { return handleURLEvent(url); }}),
       windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),
       recordRequests_({records_, watcher_, store_, settings, platform.files}),

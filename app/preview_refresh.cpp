@@ -5,6 +5,12 @@
 
 namespace tallowin {
 
+namespace {
+
+constexpr Duration tolerance = std::chrono::milliseconds(200);
+
+}  // namespace
+
 void PreviewRefresh::capture(Duration delay) {
   if (areWanted() && services_.screenCapture.CGPreflightScreenCaptureAccess()) {
     services_.thumbnails.captureActiveSpaces(services_.snapshot(), delay, [](const auto& /*written*/) {});
@@ -14,7 +20,10 @@ void PreviewRefresh::capture(Duration delay) {
 void PreviewRefresh::startRefreshTimer() {
   if (const auto wanted = interval(); wanted != interval_) {
     interval_ = wanted;
-    await();
+    timer_.cancel();
+    if (interval_ != Duration::zero()) {
+      timer_ = services_.mainQueue.every(interval_, tolerance, [this] { capture(Duration::zero()); });
+    }
   }
 }
 
@@ -31,16 +40,6 @@ Duration PreviewRefresh::interval() const {
   // fmax makes a number of what is none.
   const auto seconds = std::fmin(std::fmax(services_.settings.real("thumbnailRefreshInterval"), shortest), longest);
   return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
-}
-
-void PreviewRefresh::await() {
-  timer_.cancel();
-  if (interval_ != Duration::zero()) {
-    timer_ = services_.mainQueue.after(interval_, [this] {
-      capture(Duration::zero());
-      await();
-    });
-  }
 }
 
 void PreviewRefresh::screensDidSleep() {

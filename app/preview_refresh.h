@@ -43,7 +43,6 @@ class PreviewRefresh {
   [[nodiscard]] bool areWanted() const;
   /// Zero while previews are off.
   [[nodiscard]] Duration interval() const;
-  void await();
 
   const Services services_;
   Duration interval_ = Duration::zero();  ///< of the timer that runs; zero when none does

@@ -10,6 +10,10 @@ namespace tallowin {
 
 namespace {
 
+/// A save begins a third of a second after the last edit; edits that keep coming are not waited for.
+constexpr Duration patienceWithSaving = std::chrono::seconds(2);
+constexpr Duration savingPoll = std::chrono::milliseconds(20);
+
 /// The URL that switches to a Space of this name; a name that would be taken for something else gives way to the
 /// number.
 std::string switchURL(const std::string& name, const Space& space) {
@@ -82,7 +86,16 @@ void SpaceRequests::answer(RequestJob job) const {
 
 void SpaceRequests::quit(RequestJob job) const {
   job.caller->exitAtEnd(exit_status::success);
-  services_.runLoop.stop(exit_status::success);
+  stopWhenSaved(patienceWithSaving);
+}
+
+/// What the user has just said of a Space is not lost by quitting.
+void SpaceRequests::stopWhenSaved(Duration patience) const {
+  if (!services_.store.hasPendingSave() || patience <= Duration::zero()) {
+    services_.runLoop.stop(exit_status::success);
+  } else {
+    stopping_ = services_.mainQueue.after(savingPoll, [this, patience] { stopWhenSaved(patience - savingPoll); });
+  }
 }
 
 }  // namespace tallowin

@@ -19,6 +19,7 @@ class SpaceRequests {
     SpaceWatcher& watcher;
     SpaceStore& store;
     StateFeed& feed;
+    MainQueue& mainQueue;
     RunLoop& runLoop;
     Alerts& alerts;
     AppNames apps;
@@ -38,8 +39,10 @@ class SpaceRequests {
   void watch(RequestJob job) const;
   void answer(RequestJob job) const;
   void quit(RequestJob job) const;
+  void stopWhenSaved(Duration patience) const;
 
   const Services services_;
+  mutable WorkItem stopping_;
 };
 
 }  // namespace tallowin

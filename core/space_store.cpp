@@ -247,10 +247,12 @@ void SpaceStore::adoptFullscreenMemory(const std::vector<Space>& spaces) {
 }
 
 void SpaceStore::scheduleSave() {
+  savePending_ = true;
   saveWork_ = services_.mainQueue.after(saveDelay, [this] { save(); });
 }
 
 void SpaceStore::save() {
+  savePending_ = false;
   if (!replaceable_) {
     services_.log.error(category, "did not replace " + file_.string());
     return;

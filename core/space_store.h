@@ -81,6 +81,9 @@ class SpaceStore {
   /// What everybody calls the Space.
   [[nodiscard]] std::string displayName(const Space& space) const;
   [[nodiscard]] bool hasCustomName(const Space& space) const;
+  /// Whether a change waits for its save to begin; one that has begun is finished before the store goes.
+  [[nodiscard]] bool hasPendingSave() const { return savePending_; }
+
   /// The name of the system symbol image that stands for it.
   [[nodiscard]] std::string symbol(const Space& space) const;
 
@@ -115,6 +118,7 @@ class SpaceStore {
   std::map<std::string, std::string> fullscreenKeyByID_;  ///< for the full-screen Spaces of the last snapshot
   std::map<std::string, Image> iconCache_;                ///< by Space id
   WorkItem saveWork_;
+  bool savePending_ = false;
   std::uint64_t saves_ = 0;               ///< counts those that have begun
   std::atomic<std::uint64_t> saved_ = 0;  ///< so many are in the file; shared with the queue
   std::unique_ptr<WorkQueue> writing_;    ///< made for the first save

@@ -114,6 +114,10 @@ record_case() {
   pass_if "times are recorded" true "$(ask time --days 1 --json | sed '$d' | jq 'length > 0 and all(.seconds > 0)')"
   ask time --csv "$DESKTOP_DIRECTORY/times.csv" >/dev/null
   pass_if "and written out" "date,space,minutes" "$(head -n 1 "$DESKTOP_DIRECTORY/times.csv")"
+  do_command diagnostics
+  pass_if_said "Toast: Diagnostics copied"
+  pass_if "the report is on the clipboard" "$(ask diagnostics | sed '$d')" "$(xclip -o -selection clipboard)"
+  pass_if "and there in several forms" 1 "$(xclip -o -selection clipboard -t TARGETS | grep -c '^UTF8_STRING$')"
   pass_if "the report names the window manager" 1 "$(ask diagnostics | grep -c '^Window manager: ')"
   pass_if "a profile is saved" "exit 0" "$(ask profile save Office)"
   ask edit 2 --name Other >/dev/null
