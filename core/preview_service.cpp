@@ -22,16 +22,15 @@ std::filesystem::path PreviewService::imageFile(const Space& space) const {
 
 void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot, Duration delay,
                                          std::function<void(const std::set<std::string>&)> captured) {
-  work_ = services_.mainQueue.after(delay,
-                                    [this, spaces = snapshot.activeSpaces(), captured = std::move(captured)] {
-                                      std::set<std::string> written;
-                                      for (const auto& space : spaces) {
-                                        if (capture(space)) {
-                                          written.insert(space.id);
-                                        }
-                                      }
-                                      captured(written);
-                                    });
+  work_ = services_.mainQueue.after(delay, [this, spaces = snapshot.activeSpaces(), captured = std::move(captured)] {
+    std::set<std::string> written;
+    for (const auto& space : spaces) {
+      if (capture(space)) {
+        written.insert(space.id);
+      }
+    }
+    captured(written);
+  });
 }
 
 bool PreviewService::capture(const Space& space) {
