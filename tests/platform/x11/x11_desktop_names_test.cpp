@@ -284,7 +284,9 @@ class I3DesktopNamesTest : public X11DesktopNamesTest {
     std::ofstream(folder_ / "config") << "font pango:monospace 8\n";
     i3_.emplace(std::vector<std::string>{"i3", "-c", folder_ / "config"});
     connect(polls_, loop_, polls_);
-    if (!polls_.runUntil([&] { return desktop_->windowServer().CGSBridgeProbe().healthy(); })) {
+    // i3 takes commands a moment later than it is there.
+    const auto takesCommands = [] { return ChildProcess({"i3-msg", "-q", "nop"}).wait() == 0; };
+    if (!polls_.runUntil([&] { return desktop_->windowServer().CGSBridgeProbe().healthy() && takesCommands(); })) {
       GTEST_SKIP() << "i3 could not be started";
     }
   }
