@@ -41,51 +41,49 @@ class Shortcomings {
   std::set<std::string> said_;
 };
 
-class NoHUD : public HUD {
+/// A service that is not there.
+template <typename Service>
+class Lacking : public Service {
  public:
-  explicit NoHUD(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  explicit Lacking(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+
+ protected:
+  Shortcomings& shortcomings_;
+};
+
+class NoHUD : public Lacking<HUD> {
+ public:
+  using Lacking::Lacking;
   void show(const ShownSpace& /*space*/) override {
     shortcomings_.lack(shortcomings_.settings().boolean("hudEnabled"), "The pop-up on every switch is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoOverview : public OverviewPanel {
+class NoOverview : public Lacking<OverviewPanel> {
  public:
-  explicit NoOverview(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void toggle() override { shortcomings_.refuse("The overview is"); }
   [[nodiscard]] bool isShown() const override { return false; }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoSearchPanels : public SearchPanels {
+class NoSearchPanels : public Lacking<SearchPanels> {
  public:
-  explicit NoSearchPanels(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void showWindows(bool /*allSpaces*/) override { shortcomings_.refuse("The window search is"); }
   void showLauncher() override { shortcomings_.refuse("The launcher is"); }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoSettingsWindow : public SettingsWindow {
+class NoSettingsWindow : public Lacking<SettingsWindow> {
  public:
-  explicit NoSettingsWindow(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void show(const std::optional<std::string>& /*tab*/, const std::optional<std::string>& /*spaceID*/) override {
     shortcomings_.refuse("The settings window is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoRenameDialog : public RenameDialog {
+class NoRenameDialog : public Lacking<RenameDialog> {
  public:
-  explicit NoRenameDialog(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void present(const ShownSpace& /*space*/, bool isNew, Completion completion) override {
     if (isNew) {
       shortcomings_.lack(true, "The question for the name of a new Space is");
@@ -94,105 +92,78 @@ class NoRenameDialog : public RenameDialog {
     }
     completion(std::nullopt);
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoFeedback : public Feedback {
+class NoFeedback : public Lacking<Feedback> {
  public:
-  explicit NoFeedback(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void spaceChanged(const ShownSpace& /*to*/) override {
     const auto& settings = shortcomings_.settings();
     shortcomings_.lack(!settings.text("switchSound").empty() || settings.boolean("speakSpaceNames"),
                        "The sound of a switch is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoDockGuard : public DockGuard {
+class NoDockGuard : public Lacking<DockGuard> {
  public:
-  explicit NoDockGuard(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void setBounceBack(std::function<void(const std::string& spaceID)> /*bounceBack*/) override {}
   void refresh(const std::string& /*currentSpaceID*/) override {
     shortcomings_.lack(shortcomings_.settings().boolean("dockClickProtection"), "Protection from Dock clicks is");
   }
   bool spaceChanged(const std::string& /*toSpaceID*/) override { return false; }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoDesktopLabel : public DesktopLabel {
+class NoDesktopLabel : public Lacking<DesktopLabel> {
  public:
-  explicit NoDesktopLabel(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void update(const std::map<std::string, ShownSpace>& /*active*/) override {
     shortcomings_.lack(shortcomings_.settings().boolean("desktopLabel"), "The label on the desktop is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoSpaceDock : public SpaceDock {
+class NoSpaceDock : public Lacking<SpaceDock> {
  public:
-  explicit NoSpaceDock(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void update(const std::vector<std::string>& /*applications*/) override {
     shortcomings_.lack(shortcomings_.settings().boolean("spaceDock"), "The Space dock is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoEdges : public OverviewTrigger {
+class NoEdges : public Lacking<OverviewTrigger> {
  public:
-  explicit NoEdges(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void setHandler(std::function<void()> /*pulled*/) override {}
   void refresh() override {
     const auto& settings = shortcomings_.settings();
     shortcomings_.lack(settings.hotCorner() != HotCorner::none || settings.boolean("notchHover"),
                        "Opening the overview at the screen's edge is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoTouch : public OverviewTrigger {
+class NoTouch : public Lacking<OverviewTrigger> {
  public:
-  explicit NoTouch(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   void setHandler(std::function<void()> /*pulled*/) override {}
   void refresh() override {
     shortcomings_.lack(shortcomings_.settings().boolean("fourFingerTap"), "Opening the overview by touch is");
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoTour : public GuidedTour {
+class NoTour : public Lacking<GuidedTour> {
  public:
-  explicit NoTour(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   bool welcome() override { return false; }
   void runDemo() override { shortcomings_.refuse("The demo tour is"); }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
-class NoPreviews : public PreviewDisplay {
+class NoPreviews : public Lacking<PreviewDisplay> {
  public:
-  explicit NoPreviews(Shortcomings& shortcomings) : shortcomings_(shortcomings) {}
+  using Lacking::Lacking;
   [[nodiscard]] bool wantsPreviews() override {
     shortcomings_.lack(shortcomings_.settings().boolean("thumbnailsEnabled"), "Showing previews is");
     return false;
   }
-
- private:
-  Shortcomings& shortcomings_;
 };
 
 }  // namespace
