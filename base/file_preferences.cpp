@@ -58,13 +58,13 @@ std::map<std::string, PropertyList> FilePreferences::persistentDomain() {
 Subscription FilePreferences::observe(std::function<void()> observer) {
   if (watch_ == nullptr) {
     readIfChanged();
-    watch_ = std::make_unique<ReplacedFileWatch>(services_.files, services_.mainQueue, file_, [this] {
-      const auto before = values_;
+    told_ = values_;
+    const auto look = [this] {
       readIfChanged();
-      if (values_ != before) {
-        changed_.tell();
-      }
-    });
+      tellIfChanged();
+    };
+    watch_ = std::make_unique<ReplacedFileWatch>(services_.files, services_.mainQueue, file_, look);
+    watch_->onWatched = look;
     watch_->start();
   }
   return changed_.subscribe(std::move(observer));
@@ -141,8 +141,16 @@ bool FilePreferences::write(Values values) {
   content_ = Content::known;
   values_ = std::move(values);
   stamp_ = services_.files.stamp(file_);
+  told_ = values_;
   changed_.tell();
   return true;
+}
+
+void FilePreferences::tellIfChanged() {
+  if (values_ != told_) {
+    told_ = values_;
+    changed_.tell();
+  }
 }
 
 bool FilePreferences::failWrite(const std::string& why) {

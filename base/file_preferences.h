@@ -54,12 +54,14 @@ class FilePreferences : public Preferences {
   bool change(const std::function<void(Values&)>& edit);
   bool write(Values values);
   bool failWrite(const std::string& why);
+  void tellIfChanged();
 
   const Services services_;
   const std::filesystem::path file_;
   const GlobalPreferences global_;
 
   Values values_;
+  Values told_;                     ///< what the observers know; whoever reads a value may have seen a newer one first
   std::optional<FileStamp> stamp_;  ///< of the content that was last looked at
   Content content_ = Content::known;
   std::string fault_;  ///< what was reported of it, if it is not known

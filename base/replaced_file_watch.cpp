@@ -19,6 +19,9 @@ void ReplacedFileWatch::watch() {
   auto source = files_.watch(file_, [this](const FileEvents& events) { changed(events); });
   if (source) {
     source_ = *std::move(source);
+    if (onWatched) {
+      onWatched();
+    }
   } else {
     again_ = mainQueue_.after(retryDelay, [this] { watch(); });
   }

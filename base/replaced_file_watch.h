@@ -14,6 +14,9 @@ class ReplacedFileWatch {
   /// `onChange` runs on the main thread after every write, deletion or replacement.
   ReplacedFileWatch(Files& files, MainQueue& mainQueue, std::filesystem::path file, std::function<void()> onChange);
 
+  /// Told whenever a file begins to be watched: what happened to it before has not been seen. Set before start().
+  std::function<void()> onWatched;
+
   void start() { watch(); }
 
  private:

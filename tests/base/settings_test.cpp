@@ -143,6 +143,21 @@ TEST_F(SettingsTest, ObserversAreToldOfEditsByHandToo) {
   EXPECT_EQ(told, 1) << "nothing has changed";
 }
 
+TEST_F(SettingsTest, ObserversMissNoEdit) {
+  int told = 0;
+  const auto observer = preferences.observe([&told] { ++told; });
+  time.advance(std::chrono::seconds(1));
+  edit(R"({"wrapAround": false})");
+  EXPECT_FALSE(settings.boolean("wrapAround")) << "who reads it first takes nothing from the observers";
+  time.advance(std::chrono::seconds(2));
+  EXPECT_EQ(told, 1) << "there was no file before";
+  edit(R"({"wrapAround": true})");
+  time.advance(std::chrono::milliseconds(100));
+  edit(R"({"gridColumns": 2})");
+  time.advance(std::chrono::seconds(1));
+  EXPECT_EQ(told, 3) << "the second edit came before the new file was watched";
+}
+
 TEST_F(SettingsTest, WhatCannotBeWrittenIsNotSet) {
   preferences.setObject("gridColumns", 2);
   files.setDiskFull(true);
