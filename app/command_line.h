@@ -32,7 +32,8 @@ enum class Mode {
   return mode >= Mode::listSettings && mode <= Mode::unsetSetting;
 }
 
-/// Which desktop it works on. `automatic` is x11 where a window manager that speaks EWMH runs, else none.
+/// Which desktop it works on. `automatic` is x11 where a window manager that speaks EWMH runs (for the resident
+/// program: where there is an X server, as it can wait for one), else none.
 enum class PlatformChoice { automatic, x11, simulated, none };
 
 /// The command line, understood.

@@ -19,8 +19,14 @@ bool isWayland() {
 constexpr auto noWayland =
     "this Wayland desktop does not let other programs see or switch its virtual desktops; Tallowin needs an X11 one";
 
+/// The resident program may be started before the window manager is, and then waits for it.
+bool isX11Desktop(const CommandLine& line) {
+  const bool canWait = line.mode == Mode::resident && !isWayland();
+  return canWait ? X11Desktop::serverPresent() : X11Desktop::windowManagerPresent();
+}
+
 HostResult makeAutomaticHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
-  if (X11Desktop::windowManagerPresent()) {
+  if (isX11Desktop(line)) {
     return makeX11Host(line, std::move(lock));
   }
   if (isWayland()) {

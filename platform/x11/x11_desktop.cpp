@@ -5,6 +5,10 @@
 
 namespace tallowin {
 
+bool X11Desktop::serverPresent() {
+  return X11Connection::open().has_value();
+}
+
 bool X11Desktop::windowManagerPresent() {
   const auto connection = X11Connection::open();
   return connection && X11DesktopReader(**connection).read().checkWindow != XCB_WINDOW_NONE;

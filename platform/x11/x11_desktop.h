@@ -39,7 +39,10 @@ namespace tallowin {
 /// say otherwise.
 class X11Desktop {
  public:
-  /// Whether $DISPLAY names a server that can be reached and an EWMH window manager is running there.
+  /// Whether $DISPLAY names a server that can be reached.
+  [[nodiscard]] static bool serverPresent();
+
+  /// Whether there is one, and an EWMH window manager is running there.
   [[nodiscard]] static bool windowManagerPresent();
 
   /// Connects to the server that $DISPLAY names; no window manager is needed, one that comes later is noticed. The

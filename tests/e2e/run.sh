@@ -310,6 +310,10 @@ window_manager_cases() {
 }
 
 # A server without a window manager, then no server at all.
+known_desktops() {
+  ask list | grep -c '  '
+}
+
 degraded_cases() {
   LABEL="no window manager"
   start_server || return
@@ -319,6 +323,11 @@ degraded_cases() {
   said=$(tallowin --switch 2)
   pass_if "--platform x11 --switch has no desktops" "no snapshot
 exit 1" "$said"
+  start_group "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform auto
+  eventually instance_runs
+  start_window_manager openbox
+  pass_if_eventually "a program that is there first sees its desktops" "$(wmctrl -d | wc -l)" known_desktops
+  ask quit >/dev/null
   end_group "$SERVER_GROUP"
   LABEL="no server"
   said=$(tallowin --probe)
