@@ -111,7 +111,7 @@ bool X11Pasteboard::convertMultiple(xcb_window_t requestor, xcb_atom_t property)
     return false;
   }
   const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-  std::vector<std::uint32_t> pairs(values, values + reply->value_len / 2 * 2);
+  std::vector<std::uint32_t> pairs(values, values + std::size_t{reply->value_len} / 2 * 2);
   for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
     const bool isNested = pairs[i] == connection_.atom(X11Atom::multiple);
     if (isNested || pairs[i + 1] == XCB_ATOM_NONE || !convert(requestor, pairs[i + 1], pairs[i])) {
