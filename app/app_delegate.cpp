@@ -59,7 +59,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
       performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
                   noteFiles_, naming_, platform.presentation, platform.pasteboard,
-                  [this] { return options_.demo || settings_.boolean("demoMode"); },
+                  [this] { return settings_.boolean("demoMode"); },
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),

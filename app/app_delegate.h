@@ -52,6 +52,9 @@ class AppDelegate {
   /// one whose query names a key twice ends the process. Answers why it was not performed.
   std::optional<URLFault> handleURLEvent(const std::string& text);
 
+  /// Where the user was.
+  [[nodiscard]] const SpaceHistory& history() const { return history_; }
+
  private:
   // The start, step by step; in a file of its own.
   void openSettingsIfAsked();

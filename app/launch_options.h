@@ -11,7 +11,6 @@ struct LaunchOptions {
   std::optional<std::string> url;          ///< performed once everything has started
   std::optional<std::string> settingsTab;  ///< one of SettingsWindow::tabs, which is opened then
   std::uint16_t port = 0;                  ///< where the HTTP interface is opened
-  bool demo = false;                       ///< the demonstration mode, whatever the setting says
 };
 
 }  // namespace tallowin

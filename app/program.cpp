@@ -22,6 +22,9 @@ std::optional<std::string> requestedURL(const CommandLine& line) {
 int runProgram(const CommandLine& line, const Platform& platform, std::ostream& out, std::ostream& error) {
   Settings settings(platform.preferences);
   settings.registerDefaults();
+  if (line.demo) {
+    settings.impose("demoMode", true);
+  }
   const SpaceProvider provider(platform.windowServer, platform.clock, platform.log);
   switch (line.mode) {
     case Mode::probe:
@@ -39,8 +42,7 @@ int runProgram(const CommandLine& line, const Platform& platform, std::ostream& 
     case Mode::unsetSetting:
       return unsetSetting(settings, line.settingKey, error);
     case Mode::resident:
-      return runResident(platform, settings, provider, {requestedURL(line), line.settingsTab, line.port, line.demo},
-                         error);
+      return runResident(platform, settings, provider, {requestedURL(line), line.settingsTab, line.port}, error);
     case Mode::version:
     case Mode::help:
       break;

@@ -95,6 +95,7 @@ void WindowRequests::pin(RequestJob job) const {
   const auto& application = job.words.operands.front();
   const auto ref = spaceRefFromText(job.words.operands.back());
   const auto bundleID = bundleIDOf(application);
+  services_.watcher.refresh();  // a number counts the desktops as they are now
   const auto space = resolve(ref, services_.watcher.snapshot().get(), services_.store);
   if (!bundleID) {
     job.fail("no application called " + application + " is running or installed");

@@ -19,7 +19,14 @@ void Settings::registerDefaults() {
   }
 }
 
+void Settings::impose(std::string_view key, PropertyList value) {
+  imposed_.insert_or_assign(std::string(key), std::move(value));
+}
+
 std::optional<PropertyList> Settings::value(std::string_view key) const {
+  if (const auto imposed = imposed_.find(key); imposed != imposed_.end()) {
+    return imposed->second;
+  }
   const auto* setting = findSetting(key);
   if (setting == nullptr) {
     return std::nullopt;

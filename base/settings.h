@@ -22,6 +22,9 @@ class Settings {
   /// Registers the table's defaults. They are not written anywhere. Called once, before any setting is read.
   void registerDefaults();
 
+  /// Gives the setting this value for as long as the process lives, whatever is stored. It is not written anywhere.
+  void impose(std::string_view key, PropertyList value);
+
   /// The setting's value, of its type; nothing when it is neither set nor registered, or no such setting exists.
   [[nodiscard]] std::optional<PropertyList> value(std::string_view key) const;
 
@@ -48,6 +51,7 @@ class Settings {
  private:
   Preferences& preferences_;
   std::map<std::string, PropertyList, std::less<>> registered_;
+  std::map<std::string, PropertyList, std::less<>> imposed_;
 };
 
 }  // namespace tallowin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -64,7 +65,9 @@ class SimulatedProgram {
   const Scenario scenario;
   VirtualTime time;
   std::vector<std::string> lines;
-  Journal journal{time, [this](std::string_view line) { lines.emplace_back(line); }};
+  /// Told of every line as it is written, with the clock as it is then.
+  std::function<void(const std::string& line)> onLine = [](const std::string&) {};
+  Journal journal{time, [this](std::string_view line) { onLine(lines.emplace_back(line)); }};
   NoImages images;
   SimulatedDesktop desktop{scenario, time, time, images, journal};
   CGSBridge bridge{desktop.loader(), desktop.coreFoundation()};

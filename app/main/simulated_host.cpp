@@ -13,6 +13,7 @@
 #include "platform/simulated/journal.h"
 #include "platform/simulated/simulated_desktop.h"
 #include "platform/simulated/simulated_parts.h"
+#include "platform/simulated/simulated_platform.h"
 #include "platform/simulated/virtual_time.h"
 
 namespace tallowin {
@@ -116,43 +117,7 @@ class VirtualTimeHost : public SimulatedHost {
     return file_.open(line.journal, line.mode == Mode::resident);
   }
 
-  Platform platform() override {
-    auto& simulated = desktop();
-    return {.windowServer = bridge(),
-            .desktopNames = simulated.desktopNames(),
-            .accessibility = simulated.accessibility(),
-            .events = simulated.events(),
-            .displays = simulated.displays(),
-            .windowList = simulated.windowList(),
-            .workspace = simulated.workspace(),
-            .workspaceNotifications = simulated.workspaceNotifications(),
-            .defaultNotifications = simulated.defaultNotifications(),
-            .screenCapture = simulated.screenCapture(),
-            .images = images_,
-            .preferences = *preferences_,
-            .files = simulated.files(),
-            .folders = simulated.folders(),
-            .processes = simulated.processes(),
-            .appleScript = simulated.appleScript(),
-            .toasts = simulated.toasts(),
-            .alerts = simulated.alerts(),
-            .presentation = simulated.presentation(),
-            .pasteboard = simulated.pasteboard(),
-            .globalHotKeys = simulated.globalHotKeys(),
-            .urlEvents = simulated.urlEvents(),
-            .commandChannel = simulated.commandChannel(),
-            .scriptEvents = simulated.scriptEvents(),
-            .desktopService = simulated.desktopService(),
-            .listeners = simulated.listeners(),
-            .system = simulated.system(),
-            .desktopFacts = simulated.desktopFacts(),
-            .mainQueue = time_,
-            .workQueues = time_,
-            .desktopQueues = time_,
-            .runLoop = time_,
-            .clock = time_,
-            .log = simulated.log()};
-  }
+  Platform platform() override { return simulatedPlatform(desktop(), bridge(), *preferences_, images_, time_); }
 
   void begin() override { desktop().start(); }
 
