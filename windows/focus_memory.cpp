@@ -38,9 +38,17 @@ void FocusMemory::restore(const Space& space, const SpaceContents& contents) {
   const auto window = std::ranges::find_if(windows, [&](const WindowInfo& candidate) {
     return remembered && candidate.id == remembered->id && candidate.pid == remembered->pid;
   });
-  if (window != windows.end() && !focusIsAmong(windows)) {
+  if (window != windows.end() && !focusIsAmong(windows) && !focusIsOn(space.managedID)) {
     services_.mover.raise({window->id, window->pid, window->frame});
   }
+}
+
+/// Whether the user works there in a window that came after the windows were listed.
+bool FocusMemory::focusIsOn(ManagedSpaceID space) const {
+  const auto front = services_.workspace.frontmostApplication();
+  const auto focused = front ? ax_.focusedWindowID(front->pid) : std::nullopt;
+  const auto spaces = focused ? services_.windowServer.CGSBridgeCopySpacesForWindow(*focused) : std::nullopt;
+  return spaces && std::ranges::find(*spaces, space) != spaces->end();
 }
 
 bool FocusMemory::focusIsAmong(const std::vector<WindowInfo>& windows) const {

@@ -56,6 +56,7 @@ class FocusMemory {
 
  private:
   void restore(const Space& space, const SpaceContents& contents);
+  [[nodiscard]] bool focusIsOn(ManagedSpaceID space) const;
   [[nodiscard]] bool focusIsAmong(const std::vector<WindowInfo>& windows) const;
 
   const Services services_;
