@@ -67,7 +67,8 @@ layout_case() {
   pass_if_said "Toast: Saved the position of $(wmctrl -l | wc -l) windows"
   scatter "$2" 2
   if [ "$LABEL" != i3 ]; then
-    minimized=$(window_called W03)
+    eventually find_window W03
+    minimized=$FOUND
     put_window "$minimized" 0
     xdotool windowminimize "$minimized"
     pass_if_eventually "a window is minimised" hidden hidden_or_shown "$minimized"
