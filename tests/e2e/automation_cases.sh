@@ -33,14 +33,14 @@ lines_of() {
 
 script_case() {
   ask edit 2 --name 'Deep Work' >/dev/null
-  set_automation 2 '{"scriptOnEnter": "echo \"in $TALLOWIN_SPACE_NAME $TALLOWIN_SPACE_NUMBER\" >>\"$HOME/script\"; sleep 600",
+  set_automation 2 '{"scriptOnEnter": "echo \"in $TALLOWIN_SPACE_NAME $TALLOWIN_SPACE_NUMBER\" >>\"$HOME/script\"; echo $$ >\"$HOME/script-id\"; exec sleep 600",
     "scriptOnLeave": "echo \"out of $TALLOWIN_SPACE_NAME\" >>\"$HOME/script\""}'
   go_to 2
   pass_if_eventually "a script runs on entering" "in Deep Work 2" lines_of "$HOME/script"
   go_to 1
   pass_if_eventually "and on leaving, while the first goes on" "in Deep Work 2
 out of Deep Work" lines_of "$HOME/script"
-  pkill -f '^sleep 600$'
+  kill "$(cat "$HOME/script-id")"
   pass_if_eventually "no child is left behind" "" zombies_of "$INSTANCE_GROUP"
   ask automation 2 clear >/dev/null
 }

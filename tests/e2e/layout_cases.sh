@@ -67,8 +67,7 @@ layout_case() {
   pass_if_said "Toast: Saved the position of $(wmctrl -l | wc -l) windows"
   scatter "$2" 2
   if [ "$LABEL" != i3 ]; then
-    eventually find_window W03
-    minimized=$FOUND
+    minimized=$(window_called W03)
     put_window "$minimized" 0
     xdotool windowminimize "$minimized"
     pass_if_eventually "a window is minimised" hidden hidden_or_shown "$minimized"

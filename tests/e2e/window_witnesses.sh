@@ -2,7 +2,6 @@
 # Windows for the cases, what independent programs see of them, and what the instance says. To be sourced by run.sh.
 
 NOTES=
-FOUND=
 SAID_BEFORE=0
 
 # An application of its own, whose windows are called as they are asked for.
@@ -23,12 +22,6 @@ open_notes() {
 
 window_called() {
   wmctrl -l 2>/dev/null | awk -v title="$1" '$4 == title { print $1 }' | tail -n 1
-}
-
-# Sets FOUND to the window; wmctrl may miss all of them while a busy window manager changes its list.
-find_window() {
-  FOUND=$(window_called "$1")
-  [ -n "$FOUND" ]
 }
 
 window_is_listed() {
