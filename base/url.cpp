@@ -116,8 +116,8 @@ std::optional<URL> URL::parseReference(std::string_view whole) {
   const std::unique_ptr<UriUriA, decltype(&uriFreeUriMembersA)> members(&uri, uriFreeUriMembersA);
   URL url;
   url.scheme = text(uri.scheme);
-  if (uri.hostText.first != nullptr) {
-    url.host = decoded(text(uri.hostText));
+  if (const auto host = text(uri.hostText); !host.empty()) {
+    url.host = decoded(host);
   }
   url.path = wholePath(uri);
   url.pathComponents = tallowin::pathComponents(uri.pathHead);

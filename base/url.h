@@ -18,7 +18,7 @@ struct URLQueryItem {
 /// separates nothing; "+" stands for itself. Fragments are dropped.
 struct URL {
   std::string scheme;                       ///< as written; empty in a relative reference
-  std::optional<std::string> host;          ///< as written; absent without an authority
+  std::optional<std::string> host;          ///< as written; absent without an authority, and when it is empty there
   std::string path;                         ///< as a whole, from its first "/" on if it has one
   std::vector<std::string> pathComponents;  ///< without empty ones and those that are exactly "/"
   std::vector<URLQueryItem> queryItems;     ///< in order, without those that have neither name nor value

@@ -51,7 +51,7 @@ std::string latin1ToUtf8(std::string_view bytes) {
 }  // namespace
 
 std::vector<std::uint32_t> parseWords(const X11Property& property) {
-  if (property.format != 32) {
+  if (property.format != 32 || property.bytes.size() < sizeof(std::uint32_t)) {
     return {};
   }
   std::vector<std::uint32_t> words(property.bytes.size() / sizeof(std::uint32_t));

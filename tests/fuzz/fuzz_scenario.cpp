@@ -1,11 +1,10 @@
 // Any bytes may be given as a scenario.
 
-#include <cstdint>
-#include <string_view>
-
 #include "platform/simulated/scenario.h"
+#include "tests/fuzz/fuzzing.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static_cast<void>(tallowin::Scenario::parse({reinterpret_cast<const char*>(data), size}));
+  const auto scenario = tallowin::Scenario::parse(tallowin::inputText(data, size));
+  tallowin::require(scenario || !scenario.error().empty(), "who writes a scenario is told what is wrong");
   return 0;
 }

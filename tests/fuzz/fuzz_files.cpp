@@ -1,0 +1,145 @@
+// Any bytes may stand in a file of the program's own, or in one that somebody hands in. The first byte of the input
+// chooses the file, the rest is its content. What was understood is the same after a save, and nothing else is lost.
+
+#include "base/json_text.h"
+#include "base/setting_text.h"
+#include "tests/fuzz/machine.h"
+#include "windows/layout_file_name.h"
+
+using namespace tallowin;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto preferencesFile = "/home/user/.config/tallowin/preferences.json";
+constexpr auto handedIn = "/home/user/handed-in.json";
+constexpr auto added = "Added by the fuzzer";
+constexpr auto displays = "displays";
+
+/// The elements but for those with the name that is added here.
+template <typename Named>
+std::vector<Named> withoutAdded(std::vector<Named> list) {
+  std::erase_if(list, [](const Named& element) { return element.name == added; });
+  return list;
+}
+
+void readSpaces(Machine& machine) {
+  auto store = machine.newStore();
+  store.replaceAll(store.metas());
+  machine.time.advance(1s);
+  require(machine.newStore().metas() == store.metas(), "records of Spaces survive a save");
+}
+
+void readPreferences(Machine& machine) {
+  auto values = machine.preferences.persistentDomain();
+  for (const auto& setting : settingsTable()) {
+    if (const auto value = machine.settings.value(setting.key)) {
+      const auto text = textOfSetting(setting, *value);
+      const auto read = settingFromText(setting, text);
+      require(read && textOfSetting(setting, *read) == text, "a setting can be set to what it is said to be");
+    }
+  }
+  require(machine.preferences.setObject("gridColumns", 3), "a setting can be set whatever stands in the file");
+  values["gridColumns"] = 3;
+  FilePreferences again({machine.files(), machine.time, machine.time, machine.desktop.log()}, preferencesFile, {});
+  require(again.persistentDomain() == values, "settings survive a save");
+}
+
+void readLayout(Machine& machine) {
+  if (const auto layout = machine.layouts.read(layout_name::manual, displays)) {
+    machine.layouts.write(*layout, layout_name::manual);
+    require(machine.layouts.read(layout_name::manual, layout->displaySetup) == layout, "a layout survives a save");
+  }
+}
+
+void readProfiles(Machine& machine) {
+  const auto profiles = withoutAdded(machine.profiles.list());
+  require(machine.profiles.saveCurrent(added), "a profile can be saved whatever stands in the file");
+  require(withoutAdded(machine.profiles.list()) == profiles, "profiles survive a save");
+  for (const auto& profile : profiles) {
+    require(machine.profiles.activate(profile.name).has_value(), "a profile that is listed can be had");
+  }
+}
+
+void readTemplates(Machine& machine) {
+  const auto templates = withoutAdded(machine.templates.list());
+  machine.files().replace(handedIn, prettyJSON(toJson(SpaceTemplate{added, "", {}})));
+  require(machine.templates.importFile(handedIn).has_value(), "a template is imported whatever stands in the file");
+  require(withoutAdded(machine.templates.list()) == templates, "templates survive a save");
+}
+
+void importTemplate(Machine& machine) {
+  if (const auto imported = machine.templates.importFile(handedIn)) {
+    require(machine.templates.list().back() == *imported, "a template that was imported is listed");
+    machine.templates.apply(*imported, machine.snapshot());
+    machine.time.advance(1s);
+    require(machine.newStore().metas() == machine.store.metas(), "what a template sets survives a save");
+  }
+}
+
+void readTimes(Machine& machine) {
+  auto tracker = machine.newTracker();
+  static_cast<void>(tracker.totals(3650));
+  tracker.spaceChanged(machine.space(1));
+  machine.time.advance(90s);
+  tracker.flush();
+  machine.time.advance(6s);
+  require(machine.newTracker().days() == tracker.days(), "times survive a save");
+}
+
+void importSettings(Machine& machine) {
+  const auto before = machine.transfer.exportData(machine.store);
+  const auto imported = machine.transfer.importFile(handedIn, machine.store);
+  const auto after = machine.transfer.exportData(machine.store);
+  require(imported || after == before, "what is refused changes nothing");
+  require(machine.transfer.importData(after, machine.store).has_value(), "an export can be imported");
+  require(machine.transfer.exportData(machine.store) == after, "an export that is imported is the same export");
+}
+
+void readSavedSpaces(Machine& machine) {
+  const auto spaces = machine.savedSpaces.list();
+  machine.contents.start();
+  machine.time.advance(1s);
+  require(machine.savedSpaces.saveAndClose(machine.space(1)).has_value(), "a Space is saved whatever there is");
+  auto more = machine.savedSpaces.list();
+  more.pop_back();
+  require(more == spaces, "saved Spaces survive a save");
+}
+
+void readDistribution(Machine& machine) {
+  static_cast<void>(machine.transfer.diagnostics(machine.snapshot(), {}));
+}
+
+struct Kind {
+  char letter;
+  std::string file;
+  void (*read)(Machine& machine);
+};
+
+const Kind kinds[] = {
+    {'s', supportFolder + "spaces.json", readSpaces},
+    {'p', preferencesFile, readPreferences},
+    {'l', supportFolder + "Layouts/" + layoutFileName(layout_name::manual, displays), readLayout},
+    {'r', supportFolder + "profiles.json", readProfiles},
+    {'t', supportFolder + "templates.json", readTemplates},
+    {'i', handedIn, importTemplate},
+    {'m', supportFolder + "stats.json", readTimes},
+    {'e', handedIn, importSettings},
+    {'v', supportFolder + "saved-spaces.json", readSavedSpaces},
+    {'o', "/etc/os-release", readDistribution},
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto input = inputText(data, size);
+  const auto kind = std::ranges::find(kinds, input.empty() ? '\0' : input.front(), &Kind::letter);
+  if (kind == std::end(kinds)) {
+    return -1;  // keeps it out of the corpus
+  }
+  Machine machine(kind->file, input.substr(1));
+  kind->read(machine);
+  machine.requireNothingLost();
+  return 0;
+}
