@@ -11,6 +11,7 @@ packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotoo
 packages_bench=(nginx-light wrk)
 packages_more_window_managers=(kwin-x11 breeze libkf5globalaccel-bin metacity fluxbox icewm)
 packages_clean_system=(debootstrap)
+packages_coverage=(gcovr)
 packages_lint=(git clang-format-19 clang-tidy-19)
 packages_fuzz=(clang-19 libclang-rt-19-dev)
 

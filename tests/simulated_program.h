@@ -11,6 +11,7 @@
 #include "core/space_provider.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/simulated_desktop.h"
+#include "platform/simulated/simulated_parts.h"
 #include "platform/simulated/virtual_time.h"
 
 namespace tallowin {
@@ -60,7 +61,36 @@ class SimulatedProgram {
     return messages;
   }
 
+  /// Toasts since the last look at the journal: "text (symbol)", errors with "!" in front.
+  [[nodiscard]] std::vector<std::string> takeToasts() {
+    std::vector<std::string> toasts;
+    for (const auto& record : take("toast")) {
+      toasts.push_back((record.at("error") == true ? "! " : "") + record.at("text").get<std::string>() +
+                       (record.contains("symbol") ? " (" + record.at("symbol").get<std::string>() + ")" : ""));
+    }
+    return toasts;
+  }
+
   [[nodiscard]] SpaceSnapshot snapshot() const { return provider.snapshot().value_or(SpaceSnapshot::empty()); }
+  [[nodiscard]] Space spaceNumbered(ManagedSpaceID managedID) const {
+    for (const auto& space : snapshot().allSpaces()) {
+      if (space.managedID == managedID) {
+        return space;
+      }
+    }
+    ADD_FAILURE() << "no Space " << managedID;
+    return {};
+  }
+
+  [[nodiscard]] DesktopState& state() { return desktop.parts().state; }
+  [[nodiscard]] SimulatedFiles& files() { return desktop.parts().files; }
+  /// A file's content; "none" when there is no such file.
+  [[nodiscard]] std::string fileText(const std::string& path) { return desktop.files().read(path).value_or("none"); }
+  /// The Spaces of a window; empty when it does not exist.
+  [[nodiscard]] std::vector<ManagedSpaceID> spacesOf(WindowNumber window) {
+    const auto* const found = state().window(window);
+    return found != nullptr ? found->spaces : std::vector<ManagedSpaceID>();
+  }
 
   const Scenario scenario;
   VirtualTime time;

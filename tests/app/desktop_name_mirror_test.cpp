@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <optional>
 
-#include "tests/simulated_program.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -13,8 +13,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// A program that watches, stores and mirrors names.
-struct MirroringProgram : SimulatedProgram {
-  using SimulatedProgram::SimulatedProgram;
+struct MirroringProgram : StoringProgram {
+  using StoringProgram::StoringProgram;
 
   /// What was published since the last call, after everything that is due has run.
   std::vector<std::string> takePublished() {
@@ -26,18 +26,6 @@ struct MirroringProgram : SimulatedProgram {
     return published;
   }
 
-  [[nodiscard]] std::string id(ManagedSpaceID managed) const {
-    for (const auto& space : snapshot().allSpaces()) {
-      if (space.managedID == managed) {
-        return space.id;
-      }
-    }
-    return "";
-  }
-
-  AppPaths paths{desktop.files(), desktop.folders()};
-  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
-                   paths.supportDirectory() / "spaces.json"};
   SpaceWatcher watcher{{provider, bridge, desktop.workspaceNotifications(), desktop.defaultNotifications(),
                         desktop.files(), desktop.folders(), time, desktop.log()}};
   DesktopNameMirror mirror{{watcher, store, bridge, desktop.desktopNames(), time}};

@@ -6,7 +6,7 @@
 #include "automation/browser_tabs.h"
 #include "automation/keystroke.h"
 #include "automation/note_files.h"
-#include "tests/simulated_program.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -39,16 +39,6 @@ TEST(Keystroke, IsReadAsText) {
   }
 }
 
-TEST(Keystroke, IsPressedAndReleasedWithItsModifiers) {
-  SimulatedProgram program("{}");
-  Keystroke::send("cmd+shift", program.desktop.events());
-  Keystroke::send("cmd+shift+1", program.desktop.events());
-  EXPECT_THAT(
-      program.take("CGEventPost"),
-      ElementsAre(nlohmann::ordered_json::parse(R"({"tap": 0, "keyCode": 18, "down": true, "flags": 1179648})"),
-                  nlohmann::ordered_json::parse(R"({"tap": 0, "keyCode": 18, "down": false, "flags": 1179648})")));
-}
-
 TEST(BrowserTabs, AreThoseOfRunningBrowsersInOrder) {
   SimulatedProgram program(R"({"applications": [
       {"name": "Safari", "pid": 1, "bundleID": "com.apple.Safari"}, {"name": "Mail", "pid": 2, "bundleID": "app.mail"},
@@ -69,12 +59,9 @@ TEST(BrowserTabs, AreThoseOfRunningBrowsersInOrder) {
 }
 
 TEST(NoteFiles, AreMadeOnceAndOpened) {
-  SimulatedProgram program("{}");
+  StoringProgram program("{}");
   auto& files = program.desktop.files();
-  const AppPaths paths(files, program.desktop.folders());
-  SpaceStore store({files, program.images, program.desktop.workspace(), program.time, program.time, program.time,
-                    program.desktop.log(), program.settings, paths},
-                   paths.supportDirectory() / "spaces.json");
+  auto& store = program.store;
   const NoteFiles notes(files, program.desktop.workspace(), program.desktop.folders());
   Space space;
   space.id = "x";

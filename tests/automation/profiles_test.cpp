@@ -5,7 +5,7 @@
 
 #include "automation/automatic_profile.h"
 #include "automation/template_commands.h"
-#include "tests/automation/automation_program.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -20,25 +20,14 @@ using testing::SizeIs;
 const std::string profilesFile = supportFolder + "profiles.json";
 const std::string templatesFile = supportFolder + "templates.json";
 
-constexpr auto twoDisplays = R"({"start": "2026-03-02T09:00:00Z",
-  "displays": [{"id": 1, "uuid": "A", "bounds": [0, 0, 800, 600], "main": true},
-               {"id": 2, "uuid": "B", "bounds": [800, 0, 800, 600]}],
-  "managedDisplaySpaces": [
-    {"Display Identifier": "A", "Current Space": {"ManagedSpaceID": 1}, "Spaces": [{"ManagedSpaceID": 1}]},
-    {"Display Identifier": "B", "Current Space": {"ManagedSpaceID": 2}, "Spaces": [{"ManagedSpaceID": 2}]}],
-  "menuBarDisplay": "A"})";
-
-struct ProfilesProgram : AutomationProgram {
-  explicit ProfilesProgram(std::string_view scenarioJSON = R"({"start": "2026-03-02T09:00:00Z"})")
-      : AutomationProgram(scenarioJSON) {}
+struct ProfilesProgram : StoringProgram {
+  ProfilesProgram() : StoringProgram(R"({"start": "2026-03-02T09:00:00Z"})") {}
 
   [[nodiscard]] std::string active() const { return settings.text("activeProfile"); }
   [[nodiscard]] std::string name() const { return store.displayName(space(1)); }
   void setName(const std::string& name) { store.setName(name, id(1)); }
 
   ProfileStore profiles{{store, settings, desktop.files(), paths, time, desktop.log()}};
-  ProfileCommands commands{profiles, desktop.toasts()};
-  AutomaticProfile automatic{{profiles, commands, settings, desktop.displays()}};
 };
 
 TEST(ProfileStore, SwitchingKeepsTheEditsOfTheActiveProfile) {
@@ -110,49 +99,6 @@ TEST(ProfileStore, AFileThatCannotBeUnderstoodIsKeptAside) {
   EXPECT_EQ(program.fileText(profilesFile), "?");
 }
 
-TEST(AutomaticProfile, FollowsTheDisplays) {
-  ProfilesProgram program(twoDisplays);
-  program.setName("Office");
-  program.profiles.saveCurrent("Work");
-  program.setName("Train");
-  program.profiles.saveCurrent("Travel");
-  const auto docked = program.snapshot();
-  EXPECT_TRUE(program.automatic.choose("work", docked));
-  EXPECT_EQ(program.automatic.chosen(docked), "work");
-  program.lines.clear();
-  program.automatic.look(docked);
-  EXPECT_THAT(program.takeToasts(), ElementsAre("Profile: Work (person.crop.rectangle.stack)"));
-  EXPECT_EQ(program.name(), "Office");
-
-  program.commands.use("Travel");
-  program.automatic.look(docked);
-  EXPECT_EQ(program.active(), "Travel") << "the user's own choice stays while the displays do";
-
-  program.desktop.parts().disconnectDisplay(2);
-  program.automatic.look(program.snapshot());
-  EXPECT_EQ(program.active(), "Travel") << "nothing was chosen for one display";
-  program.desktop.parts().connectDisplay({2, "B", "Display 2", {{800, 0}, {800, 600}}, false});
-  program.setName("Plane");
-  program.automatic.look(docked);
-  EXPECT_EQ(program.active(), "Work");
-  EXPECT_TRUE(program.automatic.choose(std::nullopt, docked));
-  EXPECT_EQ(program.automatic.chosen(docked), std::nullopt);
-  program.commands.use("travel");
-  EXPECT_EQ(program.name(), "Plane");
-}
-
-TEST(Profiles, AreListed) {
-  ProfilesProgram program;
-  program.profiles.saveCurrent("Work\n");
-  program.profiles.saveCurrent("Home");
-  EXPECT_EQ(profileList(program.profiles.names(), "Home"), "  Work \n* Home\n");
-  EXPECT_EQ(profileRecords(program.profiles.list(), "Home").at(1),
-            (PropertyList{{"name", "Home"}, {"savedAt", "2026-03-02T09:00:00Z"}, {"isActive", true}}));
-  program.lines.clear();
-  program.commands.use("Beach");
-  EXPECT_THAT(program.takeToasts(), ElementsAre("! No profile is called Beach"));
-}
-
 constexpr auto threeDesktops = R"({"start": "2026-03-02T09:00:00Z",
   "managedDisplaySpaces": [{"Display Identifier": "Main", "Current Space": {"ManagedSpaceID": 1, "uuid": "U1"},
     "Spaces": [{"ManagedSpaceID": 1, "uuid": "U1", "type": 0}, {"ManagedSpaceID": 9, "uuid": "F", "type": 4},
@@ -160,8 +106,8 @@ constexpr auto threeDesktops = R"({"start": "2026-03-02T09:00:00Z",
   "applications": [{"name": "Terminal", "bundleID": "com.apple.Terminal"}],
   "files": {"/Applications/com.tinyspeck.slackmacgap.app": "", "/evil.app": ""}})";
 
-struct TemplatesProgram : AutomationProgram {
-  explicit TemplatesProgram(std::string_view scenarioJSON = threeDesktops) : AutomationProgram(scenarioJSON) {}
+struct TemplatesProgram : StoringProgram {
+  explicit TemplatesProgram(std::string_view scenarioJSON = threeDesktops) : StoringProgram(scenarioJSON) {}
 
   SpaceTemplates templates{{store, desktop.workspace(), desktop.files(), paths, time, desktop.log()}};
   SpaceManagement management{{bridge, desktop.workspace(), desktop.accessibility(), desktop.events(), time}};
@@ -278,11 +224,6 @@ TEST(TemplateCommands, AddTheDesktopsThatAreMissing) {
   ASSERT_THAT(spaces, SizeIs(6));
   EXPECT_EQ(program.store.displayName(spaces[4]), "Admin");
   EXPECT_EQ(program.store.displayName(spaces[5]), "Personal");
-
-  program.commands.apply("student");
-  EXPECT_THAT(program.takeToasts(), ElementsAre("Applied Student template (square.grid.2x2)"));
-  program.commands.apply("Nobody");
-  EXPECT_THAT(program.takeToasts(), ElementsAre("! No template is called Nobody"));
 }
 
 TEST(TemplateCommands, LeaveItWhereDesktopsCannotBeAdded) {
@@ -299,11 +240,24 @@ TEST(TemplateCommands, LeaveItWhereDesktopsCannotBeAdded) {
   }
 }
 
-TEST(Templates, AreDescribed) {
-  EXPECT_EQ(setUpSentence({3, 2}), "Set up 3 Spaces. Add 2 more desktops in Mission Control, then apply again.");
-  EXPECT_EQ(setUpSentence({4, 0}), "Set up 4 Spaces.");
+TEST(ProfilesAndTemplates, AreListedALineEach) {
+  EXPECT_EQ(profileList({"Work\n", "Home"}, "Home"), "  Work \n* Home\n");
   EXPECT_EQ(templateList({{"Long one", "Sum\nmary", {{}, {}}}, {"B", "", {{}}}}),
             "Long one  2 Spaces  Sum mary\nB         1 Space   \n");
+  EXPECT_EQ(setUpSentence({3, 2}), "Set up 3 Spaces. Add 2 more desktops in Mission Control, then apply again.");
+  EXPECT_EQ(setUpSentence({4, 0}), "Set up 4 Spaces.");
+  EXPECT_EQ(profileRecords({{"Home", {}, Date()}}, "Home").at(0),
+            (PropertyList{{"name", "Home"}, {"savedAt", "1970-01-01T00:00:00Z"}, {"isActive", true}}));
+}
+
+TEST(AutomaticProfile, IsChosenForASetOfDisplays) {
+  ProfilesProgram program;
+  ProfileCommands commands(program.profiles, program.desktop.toasts());
+  AutomaticProfile automatic({program.profiles, commands, program.settings, program.desktop.displays()});
+  EXPECT_TRUE(automatic.choose("work", program.snapshot()));
+  EXPECT_EQ(automatic.chosen(program.snapshot()), "work");
+  EXPECT_TRUE(automatic.choose(std::nullopt, program.snapshot()));
+  EXPECT_EQ(automatic.chosen(program.snapshot()), std::nullopt);
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
-// What the program tells others: the export, the diagnostics report and the state file.
+// What the program tells others: the export and the diagnostics report.
 
 #include "automation/settings_transfer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "automation/state_exporter.h"
 #include "base/json_text.h"
-#include "tests/automation/automation_program.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -15,9 +14,9 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-struct TransferProgram : AutomationProgram {
+struct TransferProgram : StoringProgram {
   explicit TransferProgram(std::string_view scenarioJSON = R"({"start": "2026-03-02T09:00:00Z"})")
-      : AutomationProgram(scenarioJSON) {}
+      : StoringProgram(scenarioJSON) {}
 
   [[nodiscard]] PropertyList exported() const { return PropertyList::parse(transfer.exportData(store)); }
   /// Everything that an import may change.
@@ -63,35 +62,6 @@ TEST(SettingsTransfer, AFreshExportHoldsTheDefaults) {
   EXPECT_EQ(program.exported()["settings"].size(), 47U);
   EXPECT_EQ(program.exported()["settings"]["overviewOrder"], "[[\"b\",\"a\"]]");
   EXPECT_THAT(program.transfer.exportData(program.store), HasSubstr("{\n  \"exportedAt\": "));
-}
-
-TEST(SettingsTransfer, MovesEverythingToAnotherMachine) {
-  TransferProgram from;
-  from.preferences.setObject("gridColumns", 3);
-  from.preferences.setObject("switchMode", "classic");
-  from.preferences.setObject("overviewOrder", {"b"});
-  auto metas = metasFromJson(PropertyList::parse(R"({"u1": {"name": "Ü", "future": [1]}, "fs:app": {"note": "n"}})"));
-  SpaceAutomation automation;
-  automation.pinnedApps = {"app"};
-  (*metas)["u1"].automation = automation;
-  from.store.replaceAll(*metas);
-  const std::string file = "/home/user/Documents/Tallowin Settings.json";
-  from.files().placeFolder("/home/user/Documents");
-  ASSERT_TRUE(from.transfer.exportFile(from.store, file));
-
-  TransferProgram to;
-  to.store.setName("Old", "u2");
-  to.preferences.setObject("activeProfile", "Mine");
-  to.lines.clear();
-  to.files().overwrite(file, from.fileText(file));
-  ASSERT_TRUE(to.transfer.importFile(file, to.store));
-  EXPECT_EQ(to.exported(), from.exported());
-  EXPECT_EQ(to.store.metas(), *metas) << "records that the file does not have are gone";
-  EXPECT_EQ(to.settings.text("activeProfile"), "Mine");
-  EXPECT_EQ(to.take("writeAtomically").size(), 1U) << "all settings are written at once";
-
-  from.files().setDiskFull(true);
-  EXPECT_EQ(from.transfer.exportFile(from.store, file).error().sentence, "Export failed: No space left on device");
 }
 
 TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
@@ -177,52 +147,6 @@ TEST(Diagnostics, TellHowThingsStand) {
   EXPECT_EQ(prettyNameOfOSRelease("PRETTY_NAME='it'"), "it");
   EXPECT_EQ(prettyNameOfOSRelease("PRETTY_NAME=\""), "\"");
   EXPECT_EQ(prettyNameOfOSRelease("XPRETTY_NAME=x"), std::nullopt);
-}
-
-struct StateProgram : TransferProgram {
-  StateProgram()
-      : TransferProgram(R"({"start": "2026-03-02T09:00:00Z", "applications": [{"name": "Mail", "pid": 11}],
-          "windows": [{"number": 1, "pid": 11, "space": 2}]})") {}
-
-  SpaceWatcher watcher{{provider, bridge, desktop.workspaceNotifications(), desktop.defaultNotifications(),
-                        desktop.files(), desktop.folders(), time, desktop.log()}};
-  SpaceContents contents{{desktop.windowList(), desktop.workspace(), bridge, desktop.workspaceNotifications(),
-                          desktop.system(), time, time}};
-  StateExporter exporter{{watcher, store, contents, desktop.files(), paths, time, time, time, desktop.log()}};
-};
-
-TEST(StateExporter, WritesOnceForABurstOfChanges) {
-  const std::string file = supportFolder + "state.json";
-  StateProgram program;
-  program.store.setName("Early", program.id(1));
-  program.time.advance(1s);
-  EXPECT_EQ(program.fileText(file), "none") << "no Spaces are known yet";
-  program.watcher.start();
-  program.time.advance(399ms);
-  EXPECT_EQ(program.fileText(file), "none");
-  program.time.advance(1ms);
-  EXPECT_EQ(PropertyList::parse(program.fileText(file))["updatedAt"], "2026-03-02T09:00:01Z");
-
-  program.contents.start();
-  program.lines.clear();
-  program.time.advance(1s);
-  const auto state = PropertyList::parse(program.fileText(file));
-  EXPECT_EQ(state["current"], program.id(1));
-  EXPECT_EQ(state["spaces"][0]["name"], "Early");
-  EXPECT_EQ(state["spaces"][1]["apps"], PropertyList::array({"Mail"}));
-  for (int i = 0; i < 10; ++i) {
-    program.store.setNote("note " + std::to_string(i), program.id(1));
-    program.time.advance(39ms);
-  }
-  EXPECT_EQ(PropertyList::parse(program.fileText(file)), state);
-  program.lines.clear();
-  program.time.advance(361ms);
-  EXPECT_EQ(PropertyList::parse(program.fileText(file))["spaces"][0]["note"], "note 9");
-  std::size_t writes = 0;
-  for (const auto& record : program.take("writeAtomically")) {
-    writes += record["path"] == file ? 1 : 0;
-  }
-  EXPECT_EQ(writes, 1U);
 }
 
 }  // namespace

@@ -3,19 +3,13 @@
 #include <gmock/gmock.h>
 #include <map>
 
+#include "tests/lines_log.h"
+
 namespace tallowin {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class KeptLines : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view message) override {
-    lines.emplace_back(message);
-  }
-  std::vector<std::string> lines;
-};
 
 /// Keeps the callbacks of what is displayed, by the question.
 class KeptDisplay : public AlertDisplay {
@@ -42,7 +36,7 @@ class PendingAlertsTest : public testing::Test {
     return result ? *result : "error: " + result.error();
   }
 
-  KeptLines log_;
+  LinesLog log_;
   KeptDisplay display_;
   std::vector<std::string> answers_;
   std::optional<PendingAlerts> alerts_{std::in_place, display_, log_};

@@ -9,17 +9,10 @@
 #include "base/setting_text.h"
 #include "platform/simulated/simulated_files.h"
 #include "platform/simulated/virtual_time.h"
+#include "tests/lines_log.h"
 
 namespace tallowin {
 namespace {
-
-class CollectingLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view message) override {
-    lines.emplace_back(message);
-  }
-  std::vector<std::string> lines;
-};
 
 class SettingsTest : public testing::Test {
  protected:
@@ -33,7 +26,7 @@ class SettingsTest : public testing::Test {
   VirtualTime time;
   Journal journal{time, [](std::string_view) {}};
   SimulatedFiles files{time, time, journal};
-  CollectingLog log;
+  LinesLog log;
   FilePreferences preferences{{files, time, time, log}, file, [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};
 };

@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
-#include "tests/simulated_program.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -117,11 +116,8 @@ TEST(CommandURL, ADoubledKeyIsFoundAfterTheSchemeAndBeforeTheHost) {
 }
 
 TEST(SpaceRef, NamesResolveExactlyThenByBeginningThenByPart) {
-  SimulatedProgram program("{}");
-  const AppPaths paths(program.desktop.files(), program.desktop.folders());
-  SpaceStore store({program.desktop.files(), program.images, program.desktop.workspace(), program.time, program.time,
-                    program.time, program.desktop.log(), program.settings, paths},
-                   "/s.json");
+  StoringProgram program("{}");
+  auto& store = program.store;
   const auto snapshot = program.snapshot();
   const auto spaces = snapshot.allSpaces();
   // Desktop 1 is called Email, 2 Mailroom, 3 MAIL, 4 nothing.

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {

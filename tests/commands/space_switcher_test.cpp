@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -78,18 +77,6 @@ std::string desktops(int count, std::string_view more = "") {
   const PropertyList list = {
       {{"Display Identifier", "Main"}, {"Current Space", {{"ManagedSpaceID", 1}}}, {"Spaces", spaces}}};
   return R"({"managedDisplaySpaces": )" + list.dump() + std::string(more) + "}";
-}
-
-TEST(SpaceSwitcher, AnInstantSwitchIsOneSwipeForEachStep) {
-  SwitchingProgram program("{}");
-  EXPECT_TRUE(program.switchTo(3));
-  EXPECT_THAT(program.posted(), ElementsAre("1.0 phase 1", "1.0 phase 4", "1.0 phase 1", "1.0 phase 4"));
-  program.time.advance(1s);
-  EXPECT_THAT(program.active(), ElementsAre(3));
-  EXPECT_TRUE(program.switchTo(1));
-  EXPECT_THAT(program.posted(), ElementsAre("-1.0 phase 1", "-1.0 phase 4", "-1.0 phase 1", "-1.0 phase 4"));
-  program.time.advance(1s);
-  EXPECT_THAT(program.active(), ElementsAre(1));
 }
 
 TEST(SpaceSwitcher, TheActiveSpaceNeedsNothingNotEvenPermission) {
@@ -167,15 +154,6 @@ TEST(SpaceSwitcher, ClassicSwitchesPressTheDesktopsOwnHotKeyOrStep) {
   EXPECT_THAT(program.active(), ElementsAre(17));
 }
 
-TEST(SpaceSwitcher, FullScreenSpacesAreSteppedToClassically) {
-  SwitchingProgram program(twoDisplays);
-  program.preferences.setObject("switchMode", "classic");
-  EXPECT_TRUE(program.switchTo(2));
-  EXPECT_THAT(program.posted(), ElementsAre("124 down", "124 up"));
-  program.time.advance(1s);
-  EXPECT_THAT(program.active(), ElementsAre(2, 4));
-}
-
 TEST(SpaceSwitcher, AHeldMouseButtonMeansClassic) {
   SwitchingProgram program(R"({"pressedMouseButtons": 1})");
   EXPECT_TRUE(program.switchTo(2));
@@ -227,26 +205,6 @@ TEST(SpaceSwitcher, AHotKeyWithoutABindingCannotBePressed) {
   EXPECT_THAT(program.takeLog(), ElementsAre("no key binding for symbolic hot key 121"));
 }
 
-TEST(SpaceSwitcher, TwoBouncesMakeEverySwitchClassic) {
-  SwitchingProgram program(R"({"dock": {"switchTime": 0.03, "bounces": {"count": 2, "after": 0.1}}})");
-  const auto observe = [&](Duration after) {
-    program.time.advance(after);
-    program.switcher->observe(program.snapshot());
-  };
-  for (int bounce = 0; bounce < 2; ++bounce) {
-    EXPECT_TRUE(program.switchTo(2));
-    EXPECT_EQ(program.posted().size(), 2U);
-    observe(50ms);
-    EXPECT_THAT(program.active(), ElementsAre(2));
-    observe(100ms);
-    EXPECT_THAT(program.active(), ElementsAre(1));
-  }
-  EXPECT_THAT(program.takeLog(), ElementsAre("gesture switches bounce back, using classic switching for this session"));
-  program.time.advance(1s);
-  EXPECT_TRUE(program.switchTo(2));
-  EXPECT_THAT(program.posted(), ElementsAre("19 down", "19 up"));
-}
-
 TEST(SpaceSwitcher, AReturnThatIsLateOrNotSeenIsNoBounce) {
   SwitchingProgram program(R"({"dock": {"switchTime": 0.03, "bounces": {"count": 9, "after": 0.33}}})");
   for (int i = 0; i < 4; ++i) {
@@ -272,7 +230,7 @@ TEST(SpaceSwitcher, TheDisplayUnderTheMouseIsTheOneThatHoldsIt) {
       {{1599, 499}, "22222222-2222-4222-8222-222222222222"}, {{-1, 5}, std::nullopt}};
   SwitchingProgram program(twoDisplays);
   for (const auto& [pointer, display] : cases) {
-    program.desktop.parts().state.pointer = pointer;
+    program.state().pointer = pointer;
     const auto found = program.switcher->displayUnderMouse(program.snapshot());
     EXPECT_EQ(found ? std::optional(found->id) : std::nullopt, display) << pointer.x << ", " << pointer.y;
   }

@@ -7,7 +7,6 @@
 #include <map>
 
 #include "platform/none/no_core_foundation.h"
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -160,17 +159,17 @@ TEST(CGSBridge, WindowsMoveByTheFirstWayThatThereIs) {
     program.time.advance(std::chrono::seconds(1));
     EXPECT_EQ(program.take(way).size(), moved ? 1U : 0U) << settings;
     const auto expected = std::vector<ManagedSpaceID>{moved ? 3 : 1};
-    EXPECT_EQ(program.desktop.parts().state.windows.at(0).spaces, expected) << settings;
+    EXPECT_EQ(program.state().windows.at(0).spaces, expected) << settings;
     if (program.bridge.CGSBridgeConnection() != 0) {
       EXPECT_EQ(program.bridge.CGSBridgeCopySpacesForWindow(7), expected) << settings;
     }
   }
-}
-
-TEST(CGSBridge, TheDockIsToldThroughItsOwnFrameworkToo) {
-  SimulatedProgram program("{}");
-  EXPECT_TRUE(program.bridge.CGSBridgeDockNotify("com.apple.expose.awake"));
-  EXPECT_EQ(program.take("CoreDockSendNotification").at(0).at("name"), "com.apple.expose.awake");
+  for (const auto* settings : {cases[0].settings, cases[3].settings}) {
+    SimulatedProgram program("{" + std::string(window) + settings + "}");
+    program.bridge.CGSBridgeMoveWindowToSpace(7, 99);
+    program.time.advance(std::chrono::seconds(1));
+    EXPECT_THAT(program.spacesOf(7), ElementsAre(1)) << "there is no such Space";
+  }
 }
 
 TEST(CGSBridge, TouchFramesCarryTheMeanOfTheirContacts) {

@@ -7,8 +7,7 @@
 
 #include "base/json_text.h"
 #include "core/space_history.h"
-#include "platform/simulated/simulated_parts.h"
-#include "tests/simulated_program.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -31,24 +30,22 @@ Space fullscreen(const std::string& id, std::optional<ProcessID> pid) {
   return space;
 }
 
-constexpr auto file = "/home/user/.local/share/Tallowin/spaces.json";
+const auto file = supportFolder + "spaces.json";
 
 /// A program with a store, whose desktop has two applications.
-struct StoringProgram : SimulatedProgram {
-  explicit StoringProgram(std::string_view more = "")
-      : SimulatedProgram(R"({"applications": [{"pid": 5, "name": "Mail", "bundleID": "com.apple.mail"},
+struct NamingProgram : StoringProgram {
+  explicit NamingProgram(std::string_view more = "")
+      : StoringProgram(R"({"applications": [{"pid": 5, "name": "Mail", "bundleID": "com.apple.mail"},
                                               {"pid": 6, "name": "Odd"}])" +
-                         std::string(more) + "}") {}
+                       std::string(more) + "}") {
+    EXPECT_EQ(paths.supportDirectory() / "spaces.json", file);  // which makes the folder
+  }
 
   [[nodiscard]] PropertyList saved() { return parseJSON(desktop.files().read(file).value_or("null")).value(); }
-
-  AppPaths paths{desktop.files(), desktop.folders()};
-  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
-                   paths.supportDirectory() / "spaces.json"};
 };
 
 TEST(SpaceStore, EditsAreSavedOnceAndClearedRecordsDisappear) {
-  StoringProgram program;
+  NamingProgram program;
   auto& store = program.store;
   int told = 0;
   const auto observer = store.observeWillChange([&] { told += store.metas().contains("b") ? 0 : 1; });
@@ -76,7 +73,7 @@ TEST(SpaceStore, EditsAreSavedOnceAndClearedRecordsDisappear) {
 }
 
 TEST(SpaceStore, ReadsWhatOlderAndNewerVersionsWrote) {
-  StoringProgram program(R"(, "files": {"~/.local/share/Tallowin/spaces.json":
+  NamingProgram program(R"(, "files": {"~/.local/share/Tallowin/spaces.json":
     "{\"a\": {\"name\": null, \"automation\": {\"scriptOnEnter\": \"true\"}, \"mood\": [1]}, \"b\": {}}"})");
   auto& store = program.store;
   EXPECT_EQ(store.meta("a").automation->scriptOnEnter, "true");
@@ -89,17 +86,17 @@ TEST(SpaceStore, ReadsWhatOlderAndNewerVersionsWrote) {
 TEST(SpaceStore, AFileThatCannotBeUnderstoodIsKeptAside) {
   for (const auto* bad : {"[]", "{", R"({\"a\": 5})", R"({\"a\": {\"name\": 5}})",
                           R"({\"a\": {\"automation\": {\"launchApps\": [1]}}})", R"({\"a\": {\"automation\": []}})"}) {
-    StoringProgram program(R"(, "files": {"~/.local/share/Tallowin/spaces.json": ")" + std::string(bad) + "\"}");
+    NamingProgram program(R"(, "files": {"~/.local/share/Tallowin/spaces.json": ")" + std::string(bad) + "\"}");
     EXPECT_TRUE(program.store.metas().empty()) << bad;
     program.store.setName("Mail", "a");
     program.time.advance(1000ms);
     EXPECT_EQ(program.saved(), PropertyList::parse(R"({"a": {"name": "Mail"}})"));
-    EXPECT_TRUE(program.desktop.files().exists(std::string(file) + ".unreadable-20260302T090000Z")) << bad;
+    EXPECT_TRUE(program.desktop.files().exists(file + ".unreadable-20260302T090000Z")) << bad;
   }
 }
 
 TEST(SpaceStore, TheFirstRuleThatGivesANameWins) {
-  StoringProgram program;
+  NamingProgram program;
   auto& store = program.store;
   const std::pair<Space, const char*> plain[] = {
       {desktop("a", 3), "Desktop 3"},
@@ -131,7 +128,7 @@ TEST(SpaceStore, TheFirstRuleThatGivesANameWins) {
 }
 
 TEST(SpaceStore, AFullScreenSpaceTakesUpItsApplicationsMemory) {
-  StoringProgram program;
+  NamingProgram program;
   auto& store = program.store;
   const std::vector<Space> first = {fullscreen("one", 5), fullscreen("odd", 6), desktop("d")};
   store.noteFullscreenKeys(first);
@@ -153,7 +150,7 @@ TEST(SpaceStore, AFullScreenSpaceTakesUpItsApplicationsMemory) {
 }
 
 TEST(SpaceStore, OnlyRecordsOfUUIDsAreDropped) {
-  StoringProgram program;
+  NamingProgram program;
   auto& store = program.store;
   for (const auto* id : {"gone", "kept", "managed-4", "fs:x"}) {
     store.setName("n", id);
@@ -169,7 +166,7 @@ TEST(SpaceStore, OnlyRecordsOfUUIDsAreDropped) {
 }
 
 TEST(SpaceStore, RecentNamesAreTwentyAndDifferInMoreThanCase) {
-  StoringProgram program;
+  NamingProgram program;
   for (int i = 0; i < 25; ++i) {
     program.store.remember("Name " + std::to_string(i));
   }
@@ -182,7 +179,7 @@ TEST(SpaceStore, RecentNamesAreTwentyAndDifferInMoreThanCase) {
 }
 
 TEST(SpaceStore, AnIconThatIsNoPictureLeavesTheSpaceWithout) {
-  StoringProgram program(R"(, "files": {"/tmp/icon": "no picture"})");
+  NamingProgram program(R"(, "files": {"/tmp/icon": "no picture"})");
   program.store.setName("n", "a/../b");
   program.store.setCustomIcon("/tmp/icon", "a/../b");
   program.store.setCustomIcon("/tmp/nothing", "a/../b");

@@ -45,10 +45,6 @@ property() {
   busctl --user get-property $NAME $OBJECT $NAME "$1"
 }
 
-current_desktop() {
-  xprop -root -notype _NET_CURRENT_DESKTOP | sed 's/.*= //'
-}
-
 # "Method signature" for each one, sorted.
 introspected() {
   busctl --user introspect $NAME $OBJECT $NAME | awk '$2 == "method" { print substr($1, 2), $3 }' | sort

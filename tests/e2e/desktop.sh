@@ -86,6 +86,10 @@ trial_is_managed() {
   wmctrl -l 2>/dev/null | grep -q ' TRIAL$'
 }
 
+current_desktop() {
+  xprop -root -notype _NET_CURRENT_DESKTOP | sed 's/.*= //'
+}
+
 stop_window_manager() {
   end_group "$TRIAL_GROUP"
   end_group "$WM_GROUP"

@@ -2,8 +2,8 @@
 
 #include "base/json_text.h"
 #include "commands/local_api.h"
-#include "tests/automation/automation_program.h"
 #include "tests/fuzz/fuzzing.h"
+#include "tests/storing_program.h"
 
 using namespace tallowin;
 
@@ -27,7 +27,7 @@ void lookAtAnswer(std::string_view answer) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static AutomationProgram program("{}");
+  static StoringProgram program("{}");
   static LocalAPI api({program.desktop.files(), program.paths, program.settings, program.desktop.listeners(),
                        program.time, program.desktop.system(), program.desktop.log()});
   program.lines.clear();

@@ -9,8 +9,8 @@
 #include "automation/settings_transfer.h"
 #include "automation/space_templates.h"
 #include "automation/time_tracker.h"
-#include "tests/automation/automation_program.h"
 #include "tests/fuzz/fuzzing.h"
+#include "tests/storing_program.h"
 #include "windows/layout_files.h"
 #include "windows/saved_spaces.h"
 
@@ -18,10 +18,10 @@ namespace tallowin {
 
 /// A simulated desktop with a window, and the services of the program that read files, where one file has a content
 /// that anybody may have written.
-class Machine : public AutomationProgram {
+class Machine : public StoringProgram {
  public:
   Machine(std::filesystem::path file, std::string_view content)
-      : AutomationProgram(R"({"start": "2026-03-02T09:00:00Z", "windows": [{"number": 1, "pid": 11}],
+      : StoringProgram(R"({"start": "2026-03-02T09:00:00Z", "windows": [{"number": 1, "pid": 11}],
                               "applications": [{"name": "Mail", "pid": 11, "bundleID": "app.mail"}]})"),
         file_(std::move(file)),
         content_(content) {

@@ -61,10 +61,6 @@ traces() {
     grep -rIl tallowin etc usr/share/applications var/lib --exclude-dir=dpkg --exclude-dir=apt) | sort -u
 }
 
-current_desktop() {
-  xprop -root -notype _NET_CURRENT_DESKTOP | sed 's/.*= //'
-}
-
 is_answered() {
   as_user tallowin list >/dev/null 2>&1
 }

@@ -2,10 +2,6 @@
 # The installed program on a real desktop, found by its desktop entry and its name on the bus. To be sourced.
 # shellcheck disable=SC2034 # LABEL is for checks.sh
 
-current_desktop() {
-  xprop -root -notype _NET_CURRENT_DESKTOP | sed 's/.*= //'
-}
-
 installed() {
   timeout 20 tallowin "$@" 2>&1
   echo "exit $?"

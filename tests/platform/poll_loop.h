@@ -53,7 +53,7 @@ class PollLoop : public MainQueue, public Descriptors {
 
   /// Runs work until the condition holds. False when that takes longer than anything here ever should.
   bool runUntil(const std::function<bool()>& condition) {
-    const auto end = Time::now() + std::chrono::seconds(10);
+    const auto end = Time::now() + std::chrono::minutes(1);
     while (!condition()) {
       if (Time::now() > end) {
         return false;

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -28,7 +27,8 @@ TEST(AX, FindsWindowsByTheirNumberAndOwner) {
   EXPECT_EQ(ax.element(5, 7), nullptr) << "it is on another Space";
   EXPECT_EQ(ax.focusedWindowID(7), 2U) << "a minimised window has no focus";
   EXPECT_EQ(ax.focusedWindowID(77), std::nullopt);
-  program.desktop.parts().state.accessibilityAllowed = false;
+  EXPECT_EQ(program.bridge.CGSBridgeAXWindowID(ax.application(7)), std::nullopt) << "no window";
+  program.state().accessibilityAllowed = false;
   EXPECT_EQ(ax.application(7), nullptr);
   EXPECT_EQ(ax.element(2, 7), nullptr);
 }
@@ -41,10 +41,10 @@ TEST(AX, WaitsNoLongerThanTheMessagingTimeout) {
   const auto element = ax.element(3, 8, 300ms);
   ASSERT_NE(element, nullptr);
   EXPECT_TRUE(ax.setMinimized(element, true)) << "the timeout holds for elements reached through the application";
-  program.desktop.parts().state.application(8)->responseTime = 301ms;
+  program.state().application(8)->responseTime = 301ms;
   EXPECT_EQ(ax.frame(element), std::nullopt);
   EXPECT_FALSE(ax.setMinimized(element, false));
-  EXPECT_TRUE(program.desktop.parts().state.window(3)->minimized);
+  EXPECT_TRUE(program.state().window(3)->minimized);
 }
 
 TEST(AX, AWindowThatDiesBetweenTwoCallsRefusesEverything) {
@@ -53,8 +53,12 @@ TEST(AX, AWindowThatDiesBetweenTwoCallsRefusesEverything) {
   const auto element = ax.element(2, 7);
   EXPECT_TRUE(ax.setFrame(element, {{1, 2}, {300, 400}}));
   EXPECT_EQ(ax.frame(element), (CGRect{{1, 2}, {300, 400}}));
+  auto& accessibility = program.desktop.accessibility();
+  EXPECT_FALSE(accessibility.AXUIElementSetAttributeValue(element, "AXTitle", std::string("x"))) << "not to be set";
+  const auto button = std::get<AXUIElement>(accessibility.AXUIElementCopyAttributeValue(element, "AXCloseButton"));
   EXPECT_TRUE(ax.close(element));
-  EXPECT_EQ(program.desktop.parts().state.window(2), nullptr);
+  EXPECT_EQ(program.state().window(2), nullptr);
+  EXPECT_FALSE(ax.press(button));
   EXPECT_EQ(ax.frame(element), std::nullopt);
   for (const auto& dead : {element, AXUIElement()}) {
     EXPECT_FALSE(ax.setFrame(dead, {}));
@@ -65,13 +69,6 @@ TEST(AX, AWindowThatDiesBetweenTwoCallsRefusesEverything) {
     EXPECT_EQ(ax.text(dead, "AXTitle"), std::nullopt);
     EXPECT_TRUE(ax.elements(dead, "AXChildren").empty());
   }
-}
-
-TEST(AX, AnApplicationMayKeepAWindowThatItWasAskedToClose) {
-  SimulatedProgram program(applications);
-  const AX ax(program.desktop.accessibility(), program.bridge);
-  EXPECT_TRUE(ax.close(ax.element(4, 9)));
-  EXPECT_NE(program.desktop.parts().state.window(4), nullptr);
 }
 
 }  // namespace

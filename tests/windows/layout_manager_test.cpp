@@ -55,36 +55,6 @@ std::string layoutFile(std::string_view name) {
   return layoutFolder + std::string(name) + "--" + display + ".json";
 }
 
-TEST(LayoutManager, FortyWindowsOverSixDesktopsComeBack) {
-  LayoutProgram program(desktopWithWindows(40));
-  program.commands.saveLayout(program.snapshot());
-  EXPECT_THAT(program.takeToasts(), ElementsAre("Saved the position of 40 windows (rectangle.3.group)"));
-  std::size_t displaced = 0;
-  for (auto& window : program.state().windows) {
-    const ManagedSpaceID space = 1 + (window.number * 7 + 3) % 6;
-    displaced += window.spaces.front() == space ? 0U : 1U;
-    window.spaces = {space};
-    window.frame.origin = {5, 5};
-  }
-  std::ranges::reverse(program.state().windows);
-  program.readWindows();
-  program.commands.restoreLayout(program.snapshot());
-  program.time.advance(119ms);
-  EXPECT_THAT(program.takeToasts(), IsEmpty());
-  program.time.advance(1ms);
-  EXPECT_THAT(program.takeToasts(),
-              ElementsAre("Put " + std::to_string(displaced) + " windows back on their Spaces (rectangle.3.group)"));
-  for (const auto& window : program.state().windows) {
-    const int i = static_cast<int>(window.number) - 101;
-    EXPECT_THAT(window.spaces, ElementsAre(1 + i % 6)) << window.number;
-    const bool wasReachable = (window.number * 7 + 3) % 6 == 0;  // on the active Space when it was asked for
-    EXPECT_EQ(window.frame, (wasReachable ? CGRect{{double(i), 30}, {500, 400}} : CGRect{{5, 5}, {500, 400}}))
-        << window.number;
-  }
-  program.time.advance(10s);
-  EXPECT_THAT(program.takeToasts(), IsEmpty()) << "the completion runs once";
-}
-
 TEST(LayoutManager, WhatVanishesMeanwhileCostsOnlyItself) {
   LayoutProgram program(desktopWithWindows(6));
   auto layout = program.layouts->save("manual", program.snapshot());
@@ -162,7 +132,7 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
   for (const auto& [manual, toast] : cases) {
     LayoutProgram program(desktopWithWindows(2));
     program.layouts->save("auto", program.snapshot());
-    program.desktop.parts().files.overwrite(layoutFile("manual"), manual);
+    program.files().overwrite(layoutFile("manual"), manual);
     program.moveByHand(101, 4);
     program.readWindows();
     program.commands.restoreLayout(program.snapshot());
@@ -176,7 +146,7 @@ TEST(LayoutManager, AFullDiskOnlyMeansThatNothingWasSaved) {
   LayoutProgram program(desktopWithWindows(2));
   program.layouts->save("manual", program.snapshot());
   const auto before = program.fileText(layoutFile("manual"));
-  program.desktop.parts().files.setDiskFull(true);
+  program.files().setDiskFull(true);
   program.moveByHand(101, 5);
   program.readWindows();
   program.lines.clear();
@@ -208,34 +178,6 @@ TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
   program.preferences.setObject("autoSaveLayout", true);
   program.time.advance(300s);
   EXPECT_THAT(program.fileText(layoutFile("auto")), HasSubstr("managed-2"));
-}
-
-TEST(LayoutManager, UnpluggingSendsEveryWindowHomeAndRemembersWhereItWas) {
-  // built-in: [1] 2      external: [3] 4 5 (full screen) 6 7
-  LayoutProgram program(R"({"menuBarDisplay": "22222222-2222-4222-8222-222222222222", "displays": [
-      {"id": 2, "uuid": "22222222-2222-4222-8222-222222222222", "bounds": [0, 0, 800, 600], "main": true},
-      {"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "bounds": [800, 0, 800, 600], "builtin": true}],
-    "managedDisplaySpaces": [
-      {"Display Identifier": "22222222-2222-4222-8222-222222222222", "Current Space": {"ManagedSpaceID": 3},
-       "Spaces": [{"ManagedSpaceID": 3}, {"ManagedSpaceID": 4}, {"ManagedSpaceID": 5, "type": 4},
-                  {"ManagedSpaceID": 6}, {"ManagedSpaceID": 7}]},
-      {"Display Identifier": "11111111-1111-4111-8111-111111111111", "Current Space": {"ManagedSpaceID": 1},
-       "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}]}],
-    "applications": [{"name": "A", "pid": 11, "bundleID": "app.a"}],
-    "windows": [{"number": 31, "pid": 11, "space": 3}, {"number": 41, "pid": 11, "space": 4},
-                {"number": 51, "pid": 11, "space": 5}, {"number": 61, "pid": 11, "space": 6},
-                {"number": 71, "pid": 11, "space": 7}, {"number": 11, "pid": 11, "space": 1}]})");
-  program.commands.eject(program.snapshot());
-  program.time.advance(1s);
-  EXPECT_THAT(program.takeToasts(), ElementsAre("Moved 4 windows off external displays. Safe to unplug. (eject)"));
-  const std::pair<WindowNumber, ManagedSpaceID> places[] = {{31, 1}, {41, 2}, {51, 5}, {61, 2}, {71, 2}, {11, 1}};
-  for (const auto& [window, space] : places) {
-    EXPECT_THAT(program.spacesOf(window), ElementsAre(space)) << window;
-  }
-  const auto saved = program.layouts->load("auto-setup", program.layouts->displaySetup(program.snapshot()));
-  ASSERT_TRUE(saved);
-  EXPECT_EQ(saved->entries.size(), 5U);
-  EXPECT_EQ(saved->entries.at(0).spaceUUID, "managed-3") << "saved before anything moved";
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -62,23 +61,6 @@ constexpr auto mailAndNotes = R"({
              {"at": 10, "do": "closeWindow", "number": 5},
              {"at": 20, "do": "openWindow", "number": 5, "pid": 7, "space": 2}]})";
 
-TEST(SpaceContents, TheFirstReadingKnowsEverythingAndReportsNothingAsNew) {
-  ContentsProgram program(mailAndNotes);
-  program.contents->start();
-  program.time.advance(149ms);
-  EXPECT_FALSE(program.contents->published());
-  EXPECT_THAT(program.contents->windows().get(), IsEmpty());
-  program.time.advance(1ms);
-  EXPECT_TRUE(program.contents->published());
-  EXPECT_THAT(program.numbers(program.contents->windows().get()), ElementsAre(1, 2, 3));
-  EXPECT_THAT(program.numbers(program.contents->windows(2)), ElementsAre(2, 3));
-  EXPECT_THAT(program.contents->windows(3), IsEmpty());
-  EXPECT_EQ(program.contents->appsBySpace().get(),
-            (AppsBySpace{{1, {{7, "org.mail", "Mail", {1}}}},
-                         {2, {{8, std::nullopt, "Notes", {2}}, {7, "org.mail", "Mail", {3}}}}}));
-  EXPECT_THAT(program.newWindows, IsEmpty());
-}
-
 TEST(SpaceContents, ANewWindowIsReportedOnceInItsLife) {
   ContentsProgram program(mailAndNotes);
   program.contents->start();
@@ -129,7 +111,7 @@ TEST(SpaceContents, ObserversAreToldOfRealChangesOnly) {
   const auto one = program.contents->windows().observeDidChange([&](const auto&) { ++windowsTold; });
   const auto two = program.contents->appsBySpace().observeDidChange([&](const auto&) { ++appsTold; });
   for (const auto* title : {"Inbox", "Sent"}) {
-    program.desktop.parts().state.window(1)->title = title;
+    program.state().window(1)->title = title;
     program.contents->refresh();
     program.time.advance(200ms);
   }

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -115,16 +114,6 @@ struct ManagingProgram : SimulatedProgram {
 
 constexpr auto opening = "notify com.apple.expose.awake";
 
-TEST(SpaceManagement, AddsADesktopAndLeavesMissionControl) {
-  ManagingProgram program("{}");
-  program.management->addDesktop(program.noted());
-  program.time.advance(3s);
-  EXPECT_THAT(program.outcomes, ElementsAre("950: done"));
-  EXPECT_THAT(program.spaces(), ElementsAre(1, 2, 3, 4, 5));
-  EXPECT_THAT(program.takeDeeds(), ElementsAre(opening, "press add desktop", "key 53 down", "key 53 up"));
-  EXPECT_FALSE(program.desktop.parts().missionControl.isOpen());
-}
-
 TEST(SpaceManagement, UsesAMissionControlThatIsOpenAlready) {
   ManagingProgram program("{}");
   program.bridge.CGSBridgeDockNotify("com.apple.expose.awake");
@@ -147,21 +136,6 @@ TEST(SpaceManagement, WaitsForASlowMissionControlButNotForever) {
   never.time.advance(5s);
   EXPECT_THAT(never.outcomes, ElementsAre("2450: Mission Control could not be opened."));
   EXPECT_THAT(never.takeDeeds(), ElementsAre(opening)) << "no Escape for what never opened";
-}
-
-TEST(SpaceManagement, RemovesADesktopByTheCloseButtonThatHoveringShows) {
-  ManagingProgram program(R"({"pointer": [3, 4]})");
-  program.management->removeDesktop(2, program.noted());
-  program.time.advance(5s);
-  EXPECT_THAT(program.outcomes, ElementsAre("1750: done"));
-  EXPECT_THAT(program.spaces(), ElementsAre(1, 3, 4));
-  const auto deeds = program.takeDeeds();
-  ASSERT_EQ(deeds.size(), 7U);
-  EXPECT_EQ(deeds[1].substr(0, 4), "warp");
-  EXPECT_EQ(deeds[2], "mouseMoved" + deeds[1].substr(4));
-  EXPECT_EQ(deeds[3], "press Remove Desktop");
-  EXPECT_EQ(deeds[4], "warp [3.0,4.0]");
-  EXPECT_EQ(deeds[6], "key 53 up");
 }
 
 TEST(SpaceManagement, ClicksTheBadgeWhereThereIsNoCloseButton) {

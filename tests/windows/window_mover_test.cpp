@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_parts.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -18,18 +17,13 @@ using testing::IsEmpty;
 struct MovingProgram : SimulatedProgram {
   explicit MovingProgram(std::string_view scenarioJSON) : SimulatedProgram(scenarioJSON) { lines.clear(); }
 
-  [[nodiscard]] Space space(ManagedSpaceID managedID) const {
-    const auto all = snapshot().allSpaces();
-    return *std::ranges::find(all, managedID, &Space::managedID);
-  }
-
   [[nodiscard]] FrontWindow window(WindowNumber number) {
-    const auto* const found = desktop.parts().state.window(number);
+    const auto* const found = state().window(number);
     return found != nullptr ? FrontWindow{number, found->pid, found->frame} : FrontWindow{number, 7, {}};
   }
 
   void move(WindowNumber number, ManagedSpaceID target, bool follow, bool allowDrag) {
-    mover->move(window(number), space(target), snapshot(), follow, allowDrag, noted());
+    mover->move(window(number), spaceNumbered(target), snapshot(), follow, allowDrag, noted());
   }
 
   void bringHere(WindowNumber number, ManagedSpaceID spaceID) {
@@ -43,25 +37,6 @@ struct MovingProgram : SimulatedProgram {
       const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(time.elapsed()).count();
       outcomes.push_back(std::to_string(now) + ": " + (result ? "moved" : std::string(description(result.error()))));
     };
-  }
-
-  [[nodiscard]] std::vector<ManagedSpaceID> spacesOf(WindowNumber number) {
-    return desktop.parts().state.window(number)->spaces;
-  }
-
-  /// The mouse events and warps since the last call of any take(), with their times and places.
-  [[nodiscard]] std::vector<std::string> takeMouse() {
-    std::vector<std::string> events;
-    for (const auto& line : std::exchange(lines, {})) {
-      const auto record = nlohmann::json::parse(line);
-      if (record["op"] == "CGEventPost" && record.contains("location")) {
-        events.push_back(record["t"].dump() + " " + record["type"].get<std::string>() + " " +
-                         record["location"].dump());
-      } else if (record["op"] == "CGWarpMouseCursorPosition") {
-        events.push_back(record["t"].dump() + " warp " + record["position"].dump());
-      }
-    }
-    return events;
   }
 
   std::vector<std::string> outcomes;
@@ -82,6 +57,18 @@ std::string scenario(std::string_view more = "") {
                 {"number": 12, "pid": 8, "space": 2}, {"number": 19, "pid": 8, "space": 9}])" +
          std::string(more) + "}";
 }
+
+// left display, with the menu bar: [1] 2 3     right display: [5] 6
+constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",
+  "displays": [{"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "bounds": [0, 0, 1000, 800]},
+               {"id": 2, "uuid": "22222222-2222-4222-8222-222222222222", "bounds": [1000, 0, 600, 400]}],
+  "managedDisplaySpaces": [
+    {"Display Identifier": "11111111-1111-4111-8111-111111111111", "Current Space": {"ManagedSpaceID": 1},
+     "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}, {"ManagedSpaceID": 3}]},
+    {"Display Identifier": "22222222-2222-4222-8222-222222222222", "Current Space": {"ManagedSpaceID": 5},
+     "Spaces": [{"ManagedSpaceID": 5}, {"ManagedSpaceID": 6}]}],
+  "applications": [{"pid": 7, "name": "Mail", "active": true}],
+  "windows": [{"number": 10, "pid": 7, "space": 1}, {"number": 11, "pid": 7, "space": 1}]})";
 
 TEST(WindowMover, ObjectionsComeBeforeAnythingIsMoved) {
   struct Case {
@@ -105,19 +92,6 @@ TEST(WindowMover, ObjectionsComeBeforeAnythingIsMoved) {
   }
 }
 
-TEST(WindowMover, AMoveIsVerifiedAfterwards) {
-  MovingProgram program(scenario());
-  program.move(10, 2, false, true);
-  program.time.advance(119ms);
-  EXPECT_EQ(program.spacesOf(10), std::vector<ManagedSpaceID>{2});
-  EXPECT_THAT(program.outcomes, IsEmpty());
-  program.time.advance(1ms);
-  EXPECT_THAT(program.outcomes, ElementsAre("120: moved"));
-  program.time.advance(2s);
-  EXPECT_THAT(program.takeMouse(), IsEmpty());
-  EXPECT_TRUE(program.desktop.parts().state.spaces.isActive(1)) << "it was not to be followed";
-}
-
 TEST(WindowMover, AWindowOnNoKnownSpaceIsMovedAndNotFound) {
   MovingProgram program(scenario());
   program.move(77, 2, true, false);
@@ -126,31 +100,7 @@ TEST(WindowMover, AWindowOnNoKnownSpaceIsMovedAndNotFound) {
   EXPECT_EQ(program.take("SLSBridgedMoveWindowsToManagedSpaceOperation").size(), 1U);
 }
 
-TEST(WindowMover, FollowingSwitchesAndRaisesALittleLater) {
-  MovingProgram program(scenario());
-  program.move(11, 2, true, false);
-  program.time.advance(120ms);
-  EXPECT_THAT(program.outcomes, ElementsAre("120: moved"));
-  program.time.advance(249ms);
-  EXPECT_TRUE(program.desktop.parts().state.spaces.isActive(2));
-  EXPECT_THAT(program.take("activateWithOptions"), IsEmpty());
-  program.time.advance(1ms);
-  EXPECT_EQ(program.take("activateWithOptions").size(), 1U);
-  EXPECT_EQ(program.desktop.parts().state.windows.front().number, 11U);
-}
-
 TEST(WindowMover, WhoHasGoneElsewhereMeanwhileIsNotPulledBack) {
-  // left display, with the menu bar: [1] 2 3     right display: [5] 6
-  constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",
-    "displays": [{"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "bounds": [0, 0, 1000, 800]},
-                 {"id": 2, "uuid": "22222222-2222-4222-8222-222222222222", "bounds": [1000, 0, 600, 400]}],
-    "managedDisplaySpaces": [
-      {"Display Identifier": "11111111-1111-4111-8111-111111111111", "Current Space": {"ManagedSpaceID": 1},
-       "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}, {"ManagedSpaceID": 3}]},
-      {"Display Identifier": "22222222-2222-4222-8222-222222222222", "Current Space": {"ManagedSpaceID": 5},
-       "Spaces": [{"ManagedSpaceID": 5}, {"ManagedSpaceID": 6}]}],
-    "applications": [{"pid": 7, "name": "Mail", "active": true}],
-    "windows": [{"number": 10, "pid": 7, "space": 1}, {"number": 11, "pid": 7, "space": 1}]})";
   struct Case {
     ManagedSpaceID target;
     std::optional<ManagedSpaceID> goesTo;
@@ -165,7 +115,7 @@ TEST(WindowMover, WhoHasGoneElsewhereMeanwhileIsNotPulledBack) {
     if (goesTo) {
       program.desktop.parts().spaces.switchNow(*goesTo);
     }
-    program.desktop.parts().state.window(11)->spaces = {windowIsOn};
+    program.state().window(11)->spaces = {windowIsOn};
     program.time.advance(69ms);
     EXPECT_THAT(program.take("activateWithOptions"), IsEmpty());
     program.time.advance(1ms);
@@ -173,64 +123,10 @@ TEST(WindowMover, WhoHasGoneElsewhereMeanwhileIsNotPulledBack) {
   }
 }
 
-TEST(WindowMover, AMoveThatDoesNotTakeIsDraggedWhereThatIsAllowed) {
-  MovingProgram program(scenario(R"(, "ignoredMoves": "all", "pointer": [5, 6])"));
-  program.move(10, 2, false, false);
-  program.time.advance(1s);
-  EXPECT_THAT(program.outcomes, ElementsAre("120: macOS did not move the window."));
-  EXPECT_THAT(program.takeMouse(), IsEmpty());
-
-  program.move(10, 3, false, true);
-  program.time.advance(1s);
-  EXPECT_EQ(program.outcomes.back(), "1790: moved");
-  EXPECT_EQ(program.spacesOf(10), std::vector<ManagedSpaceID>{3});
-  EXPECT_TRUE(program.desktop.parts().state.spaces.isActive(3));
-  EXPECT_EQ(program.desktop.parts().state.pointer, (CGPoint{284, 112})) << "it stays where it is";
-  const auto lines = program.lines;
-  EXPECT_THAT(program.takeLog(), testing::Contains("private move did not take, using drag fallback"));
-  program.lines = lines;
-  EXPECT_THAT(program.takeMouse(),
-              ElementsAre("1.12 mouseMoved [280.0,112.0]", "1.12 leftMouseDown [280.0,112.0]",
-                          "1.12 leftMouseDragged [284.0,112.0]", "1.79 leftMouseUp [284.0,112.0]"));
-}
-
-TEST(WindowMover, ADragThatFailsPutsThePointerBack) {
-  MovingProgram program(scenario(R"(, "ignoredMoves": "all", "pointer": [5, 6], "dock": {"switchTime": 3})"));
-  program.move(10, 3, false, true);
-  program.time.advance(5s);
-  EXPECT_THAT(program.outcomes, ElementsAre("790: macOS did not move the window."));
-  EXPECT_EQ(program.desktop.parts().state.pointer, (CGPoint{5, 6}));
-  EXPECT_EQ(program.takeMouse().back(), "0.79 warp [5.0,6.0]");
-}
-
 TEST(WindowMover, WindowsAreGrabbedClearOfTheirButtons) {
   EXPECT_EQ(WindowDrag::grabPoint({{0, 0}, {600, 400}}), (CGPoint{80, 12}));
   EXPECT_EQ(WindowDrag::grabPoint({{10, 20}, {150, 400}}), (CGPoint{60, 32}));
   EXPECT_EQ(WindowDrag::grabPoint({{-300, -50}, {240, 10}}), (CGPoint{-220, -38}));
-}
-
-TEST(WindowMover, WithoutPermissionNothingIsDragged) {
-  MovingProgram program(scenario(R"(, "ignoredMoves": "all", "permissions": {"accessibility": false})"));
-  program.move(10, 2, false, true);
-  program.time.advance(1s);
-  EXPECT_THAT(program.outcomes, ElementsAre("120: macOS did not move the window."));
-  const auto asked = program.take("AXIsProcessTrustedWithOptions");
-  ASSERT_EQ(asked.size(), 1U);
-  EXPECT_EQ(asked.front().at("prompt"), true);
-}
-
-TEST(WindowMover, WhileOneDragIsUnderWayASecondFailsAtOnce) {
-  MovingProgram program(scenario(R"(, "ignoredMoves": "all")"));
-  program.move(10, 2, false, true);
-  program.time.advance(50ms);
-  program.move(11, 3, false, true);
-  program.time.advance(1s);
-  EXPECT_THAT(program.outcomes, ElementsAre("170: macOS did not move the window.", "790: moved"));
-  EXPECT_EQ(program.takeMouse().size(), 4U);
-  EXPECT_EQ(program.spacesOf(11), std::vector<ManagedSpaceID>{1});
-  program.move(10, 3, false, true);
-  program.time.advance(1s);
-  EXPECT_EQ(program.spacesOf(10), std::vector<ManagedSpaceID>{3}) << "the next one may begin";
 }
 
 TEST(WindowMover, AMoverThatGoesNeverCompletesAndHoldsNothing) {
@@ -248,14 +144,14 @@ TEST(WindowMover, AMoverThatGoesNeverCompletesAndHoldsNothing) {
   EXPECT_EQ(dragging.desktop.events().pressedMouseButtons(), 0U);
   dragging.time.advance(2s);
   EXPECT_THAT(dragging.outcomes, IsEmpty());
-  EXPECT_TRUE(dragging.desktop.parts().state.spaces.isActive(1));
+  EXPECT_TRUE(dragging.state().spaces.isActive(1));
 }
 
 TEST(WindowMover, ACompletionMayEndTheMover) {
   for (const char* more : {"", R"(, "ignoredMoves": "all")"}) {
     MovingProgram program(scenario(more));
     int completed = 0;
-    program.mover->move(program.window(10), program.space(2), program.snapshot(), false, true,
+    program.mover->move(program.window(10), program.spaceNumbered(2), program.snapshot(), false, true,
                         [&](WindowMover::Result result) {
                           EXPECT_TRUE(result) << more;
                           ++completed;
@@ -267,24 +163,15 @@ TEST(WindowMover, ACompletionMayEndTheMover) {
 }
 
 TEST(WindowMover, WindowsAreBroughtToTheActiveSpaceOfTheirDisplay) {
-  // left display, with the menu bar: [1] 2     right display: 3 [4]
-  constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",
-    "displays": [{"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "bounds": [0, 0, 1000, 800]},
-                 {"id": 2, "uuid": "22222222-2222-4222-8222-222222222222", "bounds": [1000, 0, 600, 400]}],
-    "managedDisplaySpaces": [
-      {"Display Identifier": "11111111-1111-4111-8111-111111111111", "Current Space": {"ManagedSpaceID": 1},
-       "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}]},
-      {"Display Identifier": "22222222-2222-4222-8222-222222222222", "Current Space": {"ManagedSpaceID": 4},
-       "Spaces": [{"ManagedSpaceID": 3}, {"ManagedSpaceID": 4}]}],
-    "applications": [{"pid": 7, "name": "Mail"}],
-    "windows": [{"number": 10, "pid": 7, "space": 2}, {"number": 11, "pid": 7, "space": 3}]})";
   struct Case {
     WindowNumber window;
     ManagedSpaceID believedOn;
     ManagedSpaceID broughtTo;
   };
-  for (const auto& [window, believedOn, broughtTo] : {Case{10, 2, 1}, {11, 3, 4}, {11, 77, 1}}) {
+  for (const auto& [window, believedOn, broughtTo] : {Case{10, 2, 1}, {11, 6, 5}, {11, 77, 1}}) {
     MovingProgram program(twoDisplays);
+    program.state().window(10)->spaces = {2};
+    program.state().window(11)->spaces = {6};
     program.bringHere(window, believedOn);
     program.time.advance(1s);
     EXPECT_THAT(program.outcomes, ElementsAre("120: moved"));
@@ -331,8 +218,8 @@ TEST(WindowMover, TheFrontWindowIsTheFocusedOneElseTheFrontmostOnScreen) {
     const auto found = program.mover->frontWindow();
     EXPECT_EQ(found ? std::optional(found->id) : std::nullopt, front) << applications << windows;
     if (found) {
-      EXPECT_EQ(found->frame, program.desktop.parts().state.window(found->id)->frame);
-      EXPECT_EQ(found->pid, program.desktop.parts().state.window(found->id)->pid);
+      EXPECT_EQ(found->frame, program.state().window(found->id)->frame);
+      EXPECT_EQ(found->pid, program.state().window(found->id)->pid);
     }
   }
 }
@@ -341,13 +228,13 @@ TEST(WindowMover, RaisingNeedsAnApplicationThatAnswers) {
   MovingProgram program(
       scenario(R"(, "script": [{"at": 1, "do": "setResponseTime", "pid": 8, "responseTime": null}])"));
   program.mover->raise(program.window(11));
-  EXPECT_EQ(program.desktop.parts().state.windows.front().number, 11U);
-  EXPECT_TRUE(program.desktop.parts().state.application(8)->isActive);
+  EXPECT_EQ(program.state().windows.front().number, 11U);
+  EXPECT_TRUE(program.state().application(8)->isActive);
   program.mover->raise(program.window(12));
   program.time.advance(1s);
   program.mover->raise(program.window(10));
   program.mover->raise(program.window(11));
-  EXPECT_TRUE(program.desktop.parts().state.application(7)->isActive);
+  EXPECT_TRUE(program.state().application(7)->isActive);
   const auto activated = program.take("activateWithOptions");
   EXPECT_EQ(activated.size(), 2U) << "neither for a window elsewhere nor for an application that hangs";
 }

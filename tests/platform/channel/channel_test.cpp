@@ -10,20 +10,13 @@
 #include "platform/channel/request_reader.h"
 #include "platform/channel/socket_command_channel.h"
 #include "platform/channel/unix_socket.h"
+#include "tests/lines_log.h"
 #include "tests/platform/poll_loop.h"
 
 namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
-
-class NoLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view message) override {
-    messages.emplace_back(message);
-  }
-  std::vector<std::string> messages;
-};
 
 /// What the other end of a connection sees.
 class RawClient {
@@ -112,7 +105,7 @@ class ChannelTest : public testing::Test {
   std::string folder;
   std::optional<PrivateFolder> opened;
   PollLoop loop;
-  NoLog log;
+  LinesLog log;
 };
 
 TEST(RequestReader, TakesWholeRequestsAndRefusesBrokenOnes) {
@@ -137,20 +130,6 @@ TEST(RequestReader, TakesWholeRequestsAndRefusesBrokenOnes) {
   EXPECT_EQ(readRequest(framed("tallowin/1\0/\0list"s)).error(), "the request is not complete");
 }
 
-TEST_F(ChannelTest, ARequestIsAnsweredAndItsStatusComesBack) {
-  EXPECT_EQ(ask({"list"}).outcome, HandOver::Outcome::notRunning) << "there is not even a folder";
-  std::vector<std::string> asked;
-  const auto instance = listen([&](const Request& request, std::unique_ptr<Caller> caller) {
-    asked = request.arguments;
-    caller->exit(request.arguments.empty() ? 0 : 7);
-  });
-  const auto answer = ask({"list", "--json"});
-  EXPECT_EQ(answer.outcome, HandOver::Outcome::answered);
-  EXPECT_EQ(answer.status, 7);
-  EXPECT_EQ(asked, (std::vector<std::string>{"list", "--json"}));
-  EXPECT_EQ(ask({}).status, 0);
-}
-
 TEST_F(ChannelTest, RequestsWaitForAHandler) {
   const auto instance = listen(nullptr);
   RawClient early(socketPath());
@@ -167,6 +146,7 @@ TEST_F(ChannelTest, RequestsWaitForAHandler) {
 }
 
 TEST_F(ChannelTest, ACallerThatIsForgottenIsToldThatNobodyAnswered) {
+  EXPECT_EQ(ask({"list"}).outcome, HandOver::Outcome::notRunning) << "there is not even a folder";
   const auto instance = listen([](const Request&, std::unique_ptr<Caller>) {});
   EXPECT_EQ(ask({"list"}).outcome, HandOver::Outcome::notRunning);
 }
@@ -257,17 +237,6 @@ TEST_F(ChannelTest, TheEndOfTheInstanceLetsTheNextOneStartBeforeItIsTold) {
   EXPECT_EQ(client.frames(), (std::vector<std::string>{std::string("x\0", 2)}));
   EXPECT_EQ(InstanceLock(folder).state(), InstanceLock::State::held);
   EXPECT_EQ(ask({}).outcome, HandOver::Outcome::notRunning);
-}
-
-TEST_F(ChannelTest, TheSocketOfAnInstanceThatDiedIsTakenOver) {
-  {
-    auto dead = listen(nullptr);
-    ::link(socketPath().c_str(), (socketPath() + "2").c_str());
-  }
-  ::rename((socketPath() + "2").c_str(), socketPath().c_str());
-  EXPECT_EQ(ask({}).outcome, HandOver::Outcome::notRunning) << "the file is there, but nobody listens";
-  const auto instance = listen([](const Request&, std::unique_ptr<Caller> caller) { caller->exit(0); });
-  EXPECT_EQ(ask({}).outcome, HandOver::Outcome::answered);
 }
 
 TEST_F(ChannelTest, AFolderThatOthersCanUseIsNotTrusted) {

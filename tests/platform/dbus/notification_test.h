@@ -5,23 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/dbus/notification_service.h"
 #include "platform/log.h"
 #include "tests/platform/dbus/fake_notification_service.h"
 #include "tests/platform/dbus/message_bus.h"
+#include "tests/set_clock.h"
 
 namespace tallowin {
-
-class SetClock : public Clock {
- public:
-  [[nodiscard]] Date now() const override { return {}; }
-  [[nodiscard]] std::uint64_t machAbsoluteTime() const override { return 1; }
-  [[nodiscard]] std::chrono::nanoseconds systemUptime() const override { return uptime; }
-  [[nodiscard]] CalendarDay localDay(Date /*date*/) const override { return {}; }
-
-  std::chrono::nanoseconds uptime = std::chrono::hours(1);
-};
 
 class KeptLog : public Log {
  public:

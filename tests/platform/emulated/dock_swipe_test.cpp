@@ -8,21 +8,6 @@
 namespace tallowin {
 namespace {
 
-TEST(DockSwipeTest, readsPhaseAndDirection) {
-  for (const std::int64_t phase : {1, 2, 4}) {
-    for (const double progress : {2.5, -0.001}) {
-      for (const bool augmented : {false, true}) {
-        const auto swipe =
-            readDockSwipe(augmented ? augmentedSwipeEvent(phase, progress) : swipeEvent(phase, progress));
-        ASSERT_TRUE(swipe) << swipe.error();
-        EXPECT_EQ(static_cast<std::int64_t>(swipe->phase), phase);
-        EXPECT_EQ(swipe->direction, progress > 0 ? 1 : -1);
-        EXPECT_EQ(swipe->augmented, augmented);
-      }
-    }
-  }
-}
-
 TEST(DockSwipeTest, refusesFieldsThatMakeNoHorizontalSwipe) {
   struct Case {
     CGEventField field;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/emulated/desktop_operations.h"
-#include "platform/log.h"
+#include "tests/lines_log.h"
 
 namespace tallowin {
 
@@ -39,15 +39,6 @@ class FakeDesktops : public DesktopOperations {
   std::vector<SwitchCause> causes;
   std::vector<std::string> added;
   std::vector<ManagedSpaceID> removed;
-};
-
-/// A log that keeps its lines.
-class LinesLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view message) override {
-    lines.emplace_back(message);
-  }
-  std::vector<std::string> lines;
 };
 
 }  // namespace tallowin

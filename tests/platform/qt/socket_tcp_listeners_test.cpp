@@ -50,7 +50,7 @@ class Client {
     std::array<char, 4096> bytes{};
     while (true) {
       pollfd ready{socket_.get(), POLLIN, 0};
-      if (::poll(&ready, 1, 10'000) != 1) {
+      if (::poll(&ready, 1, 60'000) != 1) {
         return "silence";
       }
       const auto count = ::recv(socket_.get(), bytes.data(), bytes.size(), 0);
@@ -101,7 +101,7 @@ const std::string large(std::size_t{8} << 20, 'x');
 constexpr int smallBuffer = 65536;
 
 bool eventually(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + 10s;
+  const auto end = std::chrono::steady_clock::now() + 1min;
   while (!condition() && std::chrono::steady_clock::now() < end) {
     ::usleep(100);
   }
@@ -131,13 +131,6 @@ class SocketTCPListenersTest : public testing::Test {
   std::optional<SocketTCPListeners> listeners;
   std::unique_ptr<TCPListener> listener;
 };
-
-TEST_F(SocketTCPListenersTest, ServesTheLoopbackInterfaceAlone) {
-  open({}, echo);
-  EXPECT_EQ(Client(port).ask("hello"), "5 hello");
-  EXPECT_EQ(Client(port, "::1").ask("hello"), "5 hello");
-  EXPECT_FALSE(Client(port, "127.0.0.2").isConnected());
-}
 
 TEST_F(SocketTCPListenersTest, APortIsOneListenersAndFreeAtOnceAfterwards) {
   open({}, echo);
@@ -181,9 +174,11 @@ TEST_F(SocketTCPListenersTest, DropsWhoDoesNothing) {
   TCPLimits limits;
   limits.idle = 20ms;
   open(limits, [](const std::string&) { return large; });
+  const auto before = openDescriptors();
   const Client lazy(port, "127.0.0.1", smallBuffer);
   lazy.send("hello");
   EXPECT_EQ(Client(port).receive(), "") << "it says nothing";
+  EXPECT_TRUE(eventually([&] { return answered == 1 && openDescriptors() == before + 1; }));
   EXPECT_LT(lazy.receive().size(), large.size()) << "it did not read";
 }
 

@@ -12,32 +12,23 @@
 #include <vector>
 #include <xcb/xcb.h>
 
-#include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_window_properties.h"
+#include "tests/platform/x11/scripted_window_manager.h"
 
 namespace tallowin {
 
 /// A window manager that does at once what it is asked for, on a thread of its own, except what it is told to ignore.
 /// Each client gets a frame with a title bar of 20 pixels and borders of 2, and lies `depth` windows deep in it.
-class ObedientWindowManager {
+class ObedientWindowManager : private ScriptedWindowManager {
  public:
   static constexpr std::uint32_t border = 2;
   static constexpr std::uint32_t titleBar = 20;
 
   explicit ObedientWindowManager(std::uint32_t desktops, std::set<X11Atom> ignored = {}, int depth = 1,
                                  std::string_view name = "Openbox")
-      : connection_(*X11Connection::open()), ignored_(std::move(ignored)), depth_(depth), desktops_(desktops) {
-    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-    xcb_change_window_attributes(raw(), root(), XCB_CW_EVENT_MASK, &mask);
-    check_ = createWindow(root(), {{0, 0}, {1, 1}});
-    setWords(root(), X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check_});
-    setWords(check_, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check_});
-    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, check_, connection_->atom(X11Atom::netWmName),
-                        connection_->atom(X11Atom::utf8String), 8, static_cast<std::uint32_t>(name.size()),
-                        name.data());
-    setWords(root(), X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL, {desktops_});
-    setWords(root(), X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL, {0});
-    connection_->reply(xcb_get_input_focus_reply, xcb_get_input_focus(raw()));
+      : ScriptedWindowManager(name, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY),
+        ignored_(std::move(ignored)),
+        depth_(depth) {
+    setDesktops(desktops, 0);
     thread_ = std::thread([this] { run(); });
   }
 
@@ -88,22 +79,22 @@ class ObedientWindowManager {
 
   void show(xcb_window_t window) {
     if (clients_.contains(window)) {
-      changeState(window, 0, connection_->atom(X11Atom::netWmStateHidden));
+      changeState(window, 0, atom(X11Atom::netWmStateHidden));
       xcb_map_window(raw(), window);
       return;
     }
-    const auto size = connection_->reply(xcb_get_geometry_reply, xcb_get_geometry(raw(), window));
+    const auto size = connection().reply(xcb_get_geometry_reply, xcb_get_geometry(raw(), window));
     if (!size) {
       return;
     }
-    const CGRect client{{static_cast<double>(size->x), static_cast<double>(size->y)},
-                        {static_cast<double>(size->width), static_cast<double>(size->height)}};
-    auto parent = createWindow(root(), frameAround(client.origin, client.size));
+    const CGSize client{static_cast<double>(size->width), static_cast<double>(size->height)};
+    auto parent = createWindow(root(), {static_cast<double>(size->x), static_cast<double>(size->y)},
+                               {client.width + 2 * border, client.height + titleBar + border});
     clients_[window].frame = parent;
     xcb_map_window(raw(), parent);
     CGPoint corner{border, titleBar};
     for (int i = 1; i < depth_; ++i, corner = {0, 0}) {
-      parent = createWindow(parent, {corner, client.size});
+      parent = createWindow(parent, corner, client);
       xcb_map_window(raw(), parent);
     }
     const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
@@ -120,7 +111,7 @@ class ObedientWindowManager {
 
   void withdraw(xcb_window_t window) {
     if (clients_.contains(window)) {
-      xcb_delete_property(raw(), window, connection_->atom(X11Atom::netWmDesktop));
+      xcb_delete_property(raw(), window, atom(X11Atom::netWmDesktop));
       xcb_reparent_window(raw(), window, root(), 0, 0);
       forget(window);
     }
@@ -136,17 +127,17 @@ class ObedientWindowManager {
   }
 
   bool obey(const xcb_client_message_event_t& message) {
-    const auto is = [&](X11Atom atom) { return message.type == connection_->atom(atom); };
+    const auto is = [&](X11Atom name) { return message.type == atom(name); };
     if (is(X11Atom::edid)) {
       return false;
     }
     const auto window = message.window;
     const auto& words = message.data.data32;
-    for (const auto& [atom, act] : actions_) {
-      if (is(atom)) {
+    for (const auto& [name, act] : actions_) {
+      if (is(name)) {
         const std::lock_guard lock(mutex_);
-        ++counts_[atom];
-        if (!ignored_.contains(atom)) {
+        ++counts_[name];
+        if (!ignored_.contains(name)) {
           (this->*act)(window, words);
         }
       }
@@ -165,7 +156,7 @@ class ObedientWindowManager {
     setWords(root(), X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL, {words[0]});
   }
   void activate(xcb_window_t window, const std::uint32_t* words) {
-    changeState(window, 0, connection_->atom(X11Atom::netWmStateHidden));
+    changeState(window, 0, atom(X11Atom::netWmStateHidden));
     restack(window, words);
     setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
   }
@@ -174,7 +165,7 @@ class ObedientWindowManager {
     xcb_configure_window(raw(), clients_[window].frame, XCB_CONFIG_WINDOW_STACK_MODE, &above);
   }
   void iconify(xcb_window_t window, const std::uint32_t* /*words*/) {
-    changeState(window, 1, connection_->atom(X11Atom::netWmStateHidden));
+    changeState(window, 1, atom(X11Atom::netWmStateHidden));
   }
   void state(xcb_window_t window, const std::uint32_t* words) {
     changeState(window, words[0], words[1]);
@@ -196,39 +187,24 @@ class ObedientWindowManager {
     }
   }
 
-  void changeState(xcb_window_t window, std::uint32_t add, xcb_atom_t atom) {
+  void changeState(xcb_window_t window, std::uint32_t add, xcb_atom_t state) {
     const auto client = clients_.find(window);
-    if (client == clients_.end() || atom == XCB_ATOM_NONE) {
+    if (client == clients_.end() || state == XCB_ATOM_NONE) {
       return;
     }
     auto& states = client->second.states;
-    std::erase(states, atom);
+    std::erase(states, state);
     if (add != 0) {
-      states.push_back(atom);
+      states.push_back(state);
     }
     setWords(window, X11Atom::netWmState, XCB_ATOM_ATOM, states);
   }
 
-  static CGRect frameAround(CGPoint corner, CGSize client) {
-    return {corner, {client.width + 2 * border, client.height + titleBar + border}};
+  xcb_window_t createWindow(xcb_window_t parent, CGPoint corner, CGSize size) {
+    return ScriptedWindowManager::createWindow(
+        parent, static_cast<std::int16_t>(corner.x), static_cast<std::int16_t>(corner.y),
+        static_cast<std::uint16_t>(size.width), static_cast<std::uint16_t>(size.height));
   }
-
-  xcb_window_t createWindow(xcb_window_t parent, const CGRect& rectangle) {
-    const auto window = xcb_generate_id(raw());
-    xcb_create_window(raw(), XCB_COPY_FROM_PARENT, window, parent, static_cast<std::int16_t>(rectangle.origin.x),
-                      static_cast<std::int16_t>(rectangle.origin.y), static_cast<std::uint16_t>(rectangle.size.width),
-                      static_cast<std::uint16_t>(rectangle.size.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      XCB_COPY_FROM_PARENT, 0, nullptr);
-    return window;
-  }
-
-  void setWords(xcb_window_t window, X11Atom atom, xcb_atom_t type, const std::vector<std::uint32_t>& words) {
-    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom), type, 32,
-                        static_cast<std::uint32_t>(words.size()), words.data());
-  }
-
-  xcb_connection_t* raw() { return connection_->raw(); }
-  xcb_window_t root() { return connection_->root(); }
 
   using Action = void (ObedientWindowManager::*)(xcb_window_t, const std::uint32_t*);
   const std::map<X11Atom, Action> actions_ = {
@@ -243,11 +219,8 @@ class ObedientWindowManager {
       {X11Atom::netMoveresizeWindow, &ObedientWindowManager::moveResize},
   };
 
-  std::unique_ptr<X11Connection> connection_;
   const std::set<X11Atom> ignored_;
   const int depth_;
-  const std::uint32_t desktops_;
-  xcb_window_t check_ = XCB_WINDOW_NONE;
   std::thread thread_;
 
   // The thread's only.

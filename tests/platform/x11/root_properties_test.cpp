@@ -1,20 +1,11 @@
 #include "platform/x11/root_properties.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
+
+#include "tests/platform/x11/property_values.h"
 
 namespace tallowin {
 namespace {
-
-X11Property words(const std::vector<std::uint32_t>& values) {
-  X11Property property{.format = 32, .bytes = std::string(values.size() * 4, '\0')};
-  std::memcpy(property.bytes.data(), values.data(), property.bytes.size());
-  return property;
-}
-
-X11Property text(std::string_view bytes) {
-  return {.format = 8, .bytes = std::string(bytes)};
-}
 
 TEST(RootProperties, DesktopCountIsTakenOnlyWhenItMakesSense) {
   const struct {

@@ -15,13 +15,14 @@ namespace tallowin {
 /// A window manager that does nothing of itself: a test says which properties it sets and sees what it is asked for.
 class ScriptedWindowManager {
  public:
-  explicit ScriptedWindowManager(std::string_view name = "Openbox") : connection_(*X11Connection::open()) {
-    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+  explicit ScriptedWindowManager(std::string_view name = "Openbox",
+                                 std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT)
+      : connection_(*X11Connection::open()) {
     xcb_change_window_attributes(raw(), root(), XCB_CW_EVENT_MASK, &mask);
-    checkWindow_ = createWindow();
-    setWords(root(), X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {checkWindow_});
-    setWords(checkWindow_, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {checkWindow_});
-    setText(checkWindow_, X11Atom::netWmName, name);
+    const auto check = createWindow();
+    setWords(root(), X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check});
+    setWords(check, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check});
+    setText(check, X11Atom::netWmName, name);
     sync();
   }
 
@@ -86,7 +87,7 @@ class ScriptedWindowManager {
   xcb_connection_t* raw() { return connection_->raw(); }
   xcb_window_t root() { return connection_->root(); }
 
- private:
+ protected:
   xcb_window_t createWindow(xcb_window_t parent, std::int16_t x, std::int16_t y, std::uint16_t width,
                             std::uint16_t height) {
     const auto window = xcb_generate_id(raw());
@@ -95,6 +96,15 @@ class ScriptedWindowManager {
     return window;
   }
 
+  void setWords(xcb_window_t window, X11Atom atom, xcb_atom_t type, const std::vector<std::uint32_t>& words) {
+    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom), type, 32,
+                        static_cast<std::uint32_t>(words.size()), words.data());
+  }
+
+  [[nodiscard]] xcb_atom_t atom(X11Atom name) const { return connection_->atom(name); }
+  X11Connection& connection() { return *connection_; }
+
+ private:
   std::string describe(const xcb_client_message_event_t& event) {
     const auto name = connection_->reply(xcb_get_atom_name_reply, xcb_get_atom_name(raw(), event.type));
     std::string text(xcb_get_atom_name_name(name.get()),
@@ -106,11 +116,6 @@ class ScriptedWindowManager {
     return text;
   }
 
-  void setWords(xcb_window_t window, X11Atom atom, xcb_atom_t type, const std::vector<std::uint32_t>& words) {
-    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom), type, 32,
-                        static_cast<std::uint32_t>(words.size()), words.data());
-  }
-
   void setText(xcb_window_t window, X11Atom atom, std::string_view text) {
     xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom),
                         connection_->atom(X11Atom::utf8String), 8, static_cast<std::uint32_t>(text.size()),
@@ -118,7 +123,6 @@ class ScriptedWindowManager {
   }
 
   std::unique_ptr<X11Connection> connection_;
-  xcb_window_t checkWindow_ = XCB_WINDOW_NONE;
 };
 
 }  // namespace tallowin

@@ -6,26 +6,13 @@
 #include <vector>
 
 #include "platform/x11/x11_desktop.h"
+#include "tests/lines_log.h"
 #include "tests/platform/poll_loop.h"
 #include "tests/platform/x11/scripted_window_manager.h"
 #include "tests/platform/x11/x_server.h"
+#include "tests/set_clock.h"
 
 namespace tallowin {
-
-/// A clock that stands still.
-class StoppedClock : public Clock {
- public:
-  [[nodiscard]] Date now() const override { return {}; }
-  [[nodiscard]] std::uint64_t machAbsoluteTime() const override { return 1; }
-  [[nodiscard]] std::chrono::nanoseconds systemUptime() const override { return {}; }
-  [[nodiscard]] CalendarDay localDay(Date /*date*/) const override { return {}; }
-};
-
-/// A log that nobody reads.
-class SilentLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view /*message*/) override {}
-};
 
 /// Processes that are never started.
 class NoProcesses : public Processes {
@@ -88,8 +75,8 @@ class X11DesktopTest : public testing::Test {
 
   XServer server_;
   PollLoop loop_;
-  StoppedClock clock_;
-  SilentLog log_;
+  SetClock clock_;
+  LinesLog log_;
   NoProcesses processes_;
   std::unique_ptr<X11Desktop> desktop_;
   std::vector<WindowServerEvent> told_;

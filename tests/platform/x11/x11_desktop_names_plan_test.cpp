@@ -1,7 +1,8 @@
 #include "platform/x11/x11_desktop_names_plan.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
+
+#include "tests/platform/x11/property_values.h"
 
 namespace tallowin {
 namespace {
@@ -9,27 +10,17 @@ namespace {
 using Texts = std::vector<std::string>;
 using Names = std::map<ManagedSpaceID, std::string>;
 
-X11Property word(std::uint32_t value) {
-  X11Property property{.format = 32, .bytes = std::string(4, '\0')};
-  std::memcpy(property.bytes.data(), &value, 4);
-  return property;
-}
-
-X11Property bytes(std::string text) {
-  return {.format = text.empty() ? 0 : 8, .bytes = std::move(text)};
-}
-
-X11DesktopProperties desktops(std::uint32_t count, std::string names, const DesktopNamesRecord& record = {},
-                              std::string windowManager = "Openbox") {
+X11DesktopProperties desktops(std::uint32_t count, std::string_view names, const DesktopNamesRecord& record = {},
+                              std::string_view windowManager = "Openbox") {
   const bool recorded = record != DesktopNamesRecord();
-  return {.numberOfDesktops = word(count),
-          .currentDesktop = word(0),
-          .desktopNames = bytes(std::move(names)),
-          .desktopNamesRecord = bytes(recorded ? encodeDesktopNamesRecord(record) : ""),
-          .supportingWmCheck = word(7),
+  return {.numberOfDesktops = words({count}),
+          .currentDesktop = words({0}),
+          .desktopNames = text(names),
+          .desktopNamesRecord = text(recorded ? encodeDesktopNamesRecord(record) : ""),
+          .supportingWmCheck = words({7}),
           .checkWindow = 7,
-          .checkWindowCheck = word(7),
-          .checkWindowName = bytes(std::move(windowManager))};
+          .checkWindowCheck = words({7}),
+          .checkWindowName = text(windowManager)};
 }
 
 TEST(DesktopNamesRecord, ComesBackAsItWasOrNotAtAll) {
@@ -37,12 +28,12 @@ TEST(DesktopNamesRecord, ComesBackAsItWasOrNotAtAll) {
                                            {{"", "", "Mail"}, {"1", ""}},
                                            {{"a", "b"}, {"c", "d", "e"}},
                                            {Texts(maximumDesktopCount, "x"), Texts(maximumDesktopCount, "")}}) {
-    EXPECT_EQ(parseDesktopNamesRecord(bytes(encodeDesktopNamesRecord(record))), record);
+    EXPECT_EQ(parseDesktopNamesRecord(text(encodeDesktopNamesRecord(record))), record);
   }
   for (const auto& nonsense :
        {std::string(), std::string("Mail\0", 5), std::string("2\0a\0", 4), std::string("-1\0a\0", 5),
         std::string("0\0a\0", 4), std::string("1x\0a\0", 5), std::string("99999999999999999999999\0a\0", 26)}) {
-    EXPECT_EQ(parseDesktopNamesRecord(bytes(nonsense)), DesktopNamesRecord()) << nonsense;
+    EXPECT_EQ(parseDesktopNamesRecord(text(nonsense)), DesktopNamesRecord()) << nonsense;
   }
 }
 

@@ -1,10 +1,7 @@
 #include "platform/x11/x11_desktop_names.h"
 
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <optional>
-#include <set>
 
 #include "tests/platform/x11/stepped_loop.h"
 #include "tests/platform/x11/x11_desktop_fixture.h"
@@ -77,12 +74,11 @@ class X11DesktopNamesTest : public testing::Test {
     somebody_.emplace();
   }
 
-  void connect(MainQueue& queue, const Clock& clock, Descriptors& descriptors) {
-    auto connected = X11Desktop::connect(queue, clock, log_, descriptors, processes_, [] {});
+  void connect() {
+    auto connected = X11Desktop::connect(loop_, loop_, log_, loop_, processes_, [] {});
     ASSERT_TRUE(connected) << connected.error();
     desktop_ = std::move(*connected);
   }
-  void connect() { connect(loop_, loop_, loop_); }
 
   void publish(const std::map<ManagedSpaceID, std::string>& names) { desktop_->desktopNames().publish(names); }
 
@@ -104,7 +100,7 @@ class X11DesktopNamesTest : public testing::Test {
   }
 
   XServer server_;
-  SilentLog log_;
+  LinesLog log_;
   NoProcesses processes_;
   SteppedLoop loop_;
   std::optional<Somebody> somebody_;
@@ -271,85 +267,6 @@ TEST_F(X11DesktopNamesTest, DynamicDesktopsStayThemselves) {
   manager.setDesktops(1, 0, {"mail\0", 5});
   settle(0ms);
   EXPECT_THAT(ids(), ElementsAre(mail));
-}
-
-/// The real i3, whose workspaces the test opens and leaves.
-class I3DesktopNamesTest : public X11DesktopNamesTest {
- protected:
-  void SetUp() override {
-    X11DesktopNamesTest::SetUp();
-    char folder[] = "/tmp/tallowin-i3-XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    folder_ = folder;
-    std::ofstream(folder_ / "config") << "font pango:monospace 8\n";
-    i3_.emplace(std::vector<std::string>{"i3", "-c", folder_ / "config"});
-    connect(polls_, loop_, polls_);
-    // i3 takes commands a moment later than it is there.
-    const auto takesCommands = [] { return ChildProcess({"i3-msg", "-q", "nop"}).wait() == 0; };
-    if (!polls_.runUntil([&] { return desktop_->windowServer().CGSBridgeProbe().healthy() && takesCommands(); })) {
-      GTEST_SKIP() << "i3 could not be started";
-    }
-  }
-
-  void TearDown() override {
-    desktop_.reset();
-    i3_.reset();
-    std::filesystem::remove_all(folder_);
-  }
-
-  static void i3(const std::string& command) {
-    EXPECT_EQ(ChildProcess({"i3-msg", "-q", command}).wait(), 0) << command;
-  }
-
-  static void openWorkspace(const std::string& name) { i3("workspace \"" + name + "\"; open"); }
-
-  /// Runs until the names are shown, and sees to it that the ids of the Spaces are always those of i3's own names.
-  bool runUntilShown(const std::string& names, std::size_t count) {
-    const bool shown = polls_.runUntil([&] {
-      for (const auto id : ids()) {
-        EXPECT_TRUE(known_.contains(id)) << id << " while the names are " << somebody_->names();
-      }
-      return somebody_->names() == names && ids().size() == count;
-    });
-    return shown ? true : (ADD_FAILURE() << somebody_->names(), false);
-  }
-
-  PollLoop polls_;
-  std::filesystem::path folder_;
-  std::optional<ChildProcess> i3_;
-  std::set<ManagedSpaceID> known_;
-};
-
-TEST_F(I3DesktopNamesTest, WorkspacesComeAndGoUnderTheirMirroredNames) {
-  const auto mail = namedSpaceIDs({"mail"}, 1).at(0);
-  known_ = {1, 3, 5, mail};
-  openWorkspace("1");
-  openWorkspace("3: web");
-  openWorkspace("mail");
-  ASSERT_TRUE(runUntilShown("1|3: web|mail|", 3));
-  publish({{1, "Home"}, {mail, "Post"}});
-  ASSERT_TRUE(runUntilShown("Home|3: web|Post|", 3));
-  for (int times = 0; times < 3; ++times) {
-    i3("workspace 5");
-    ASSERT_TRUE(runUntilShown("Home|3: web|5|Post|", 4));
-    EXPECT_THAT(ids(), ElementsAre(1, 3, 5, mail));
-    i3("workspace 1");  // the empty workspace 5 goes
-    ASSERT_TRUE(runUntilShown("Home|3: web|Post|", 3));
-    EXPECT_THAT(ids(), ElementsAre(1, 3, mail));
-  }
-  i3("kill");
-  i3("workspace mail");  // workspace 1 goes, and all indexes shift
-  ASSERT_TRUE(runUntilShown("3: web|Post|", 2));
-  EXPECT_THAT(ids(), ElementsAre(3, mail));
-  i3("rename workspace \"3: web\" to \"3: net\"");
-  ASSERT_TRUE(runUntilShown("3: net|Post|", 2));
-  i3("restart");
-  ASSERT_TRUE(polls_.runUntil([&] { return somebody_->names() == "3: net|Post|" && ids().size() == 2; }));
-  publish({{3, "Web"}, {mail, "Post"}});
-  ASSERT_TRUE(runUntilShown("Web|Post|", 2));
-  publish({});
-  ASSERT_TRUE(runUntilShown("3: net|mail|", 2));
-  EXPECT_THAT(somebody_->read(X11Atom::tallowinDesktopNames), IsEmpty());
 }
 
 }  // namespace

@@ -1,30 +1,25 @@
 #include "platform/x11/x11_desktop_state.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
 #include <set>
+
+#include "tests/platform/x11/property_values.h"
 
 namespace tallowin {
 namespace {
 
 constexpr std::uint32_t checkWindow = 0x200001;
 
-X11Property word(std::uint32_t value) {
-  X11Property property{.format = 32, .bytes = std::string(4, '\0')};
-  std::memcpy(property.bytes.data(), &value, 4);
-  return property;
-}
-
-X11DesktopProperties properties(std::uint32_t count, std::uint32_t current, std::string names = {},
-                                std::string windowManager = "Openbox") {
-  return {.numberOfDesktops = word(count),
-          .currentDesktop = word(current),
-          .desktopNames = {.format = 8, .bytes = std::move(names)},
+X11DesktopProperties properties(std::uint32_t count, std::uint32_t current, std::string_view names = {},
+                                std::string_view windowManager = "Openbox") {
+  return {.numberOfDesktops = words({count}),
+          .currentDesktop = words({current}),
+          .desktopNames = text(names),
           .desktopNamesRecord = {},
-          .supportingWmCheck = word(checkWindow),
+          .supportingWmCheck = words({checkWindow}),
           .checkWindow = checkWindow,
-          .checkWindowCheck = word(checkWindow),
-          .checkWindowName = {.format = 8, .bytes = std::move(windowManager)}};
+          .checkWindowCheck = words({checkWindow}),
+          .checkWindowName = text(windowManager)};
 }
 
 TEST(X11DesktopState, NumbersDesktopsByPositionWhateverTheirNames) {
@@ -50,28 +45,17 @@ TEST(X11DesktopState, IsEmptyWithoutARunningWindowManager) {
   auto rootOnly = good;  // what a window manager that was killed leaves behind
   rootOnly.checkWindowCheck = {};
   auto another = good;
-  another.checkWindowCheck = word(checkWindow + 1);
+  another.checkWindowCheck = words({checkWindow + 1});
   auto stale = good;  // read from the window of the one before
   stale.checkWindow = checkWindow + 1;
-  stale.checkWindowCheck = word(checkWindow + 1);
+  stale.checkWindowCheck = words({checkWindow + 1});
   auto none = good;
-  none.supportingWmCheck = none.checkWindowCheck = word(0);
+  none.supportingWmCheck = none.checkWindowCheck = words({0});
   none.checkWindow = 0;
   for (const auto& bad : {rootOnly, another, stale, none, X11DesktopProperties{}}) {
     EXPECT_EQ(readX11DesktopState(bad), X11DesktopState{});
   }
   EXPECT_TRUE(readX11DesktopState(properties(0xFFFFFFFF, 0)).spaces.empty());
-}
-
-TEST(X11DesktopState, NamesWorkspacesOfI3ByTheirNumbers) {
-  // before:  [1] 3: web  mail       then workspace 1 is left empty and goes, and all indexes shift
-  const auto before = readX11DesktopState(properties(3, 0, std::string("1\0003: web\0mail\0", 14), "i3"));
-  const auto after = readX11DesktopState(properties(2, 0, std::string("3: web\0mail\0", 12), "i3"));
-  ASSERT_EQ(before.spaces.size(), 3U);
-  EXPECT_EQ(before.active(), 1);
-  EXPECT_EQ(before.spaces[1], 3);
-  EXPECT_EQ(after.active(), 3);
-  EXPECT_EQ(after.spaces[1], before.spaces[2]);
 }
 
 TEST(NamedSpaceIDs, TakesTheLeadingNumberOrAHashThatIsNone) {

@@ -1,8 +1,6 @@
-#include <X11/keysym.h>
 #include <gmock/gmock.h>
 #include <optional>
 #include <thread>
-#include <xcb/xcb_keysyms.h>
 
 #include "tests/platform/x11/x11_desktop_fixture.h"
 
@@ -11,94 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A press ('+') or release ('-') of the key with this keysym.
-std::string keyText(char sign, Keysym keysym) {
-  return std::string(1, sign).append(std::to_string(keysym));
-}
-
-TEST_F(X11DesktopTest, SwitchesByHotKeyAndHearsOfIt) {
-  ScriptedWindowManager manager;
-  manager.setDesktops(4, 1);
-  connect();
-  EXPECT_EQ(spaces(), "1 [2] 3 4");
-  EXPECT_TRUE(windowServer().CGSBridgeProbe().healthy());
-  int posted = 0;
-  const auto observer = desktop_->workspaceNotifications().addObserver(
-      NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, [&](const Notification&) { ++posted; });
-
-  post(21, CGEventFlag::control, true);  // Control-4
-  post(21, CGEventFlag::control, false);
-  loop_.runReady();
-  EXPECT_THAT(requests(manager), ElementsAre("_NET_CURRENT_DESKTOP 3 0 0 0 0"));
-  EXPECT_THAT(told_, IsEmpty());
-  manager.setCurrent(3);
-  ASSERT_TRUE(runUntilTold(1));
-  EXPECT_THAT(told_, ElementsAre(X11Changes::activeSpaceChanged));
-  EXPECT_EQ(posted, 1);
-  EXPECT_EQ(windowServer().CGSBridgeActiveSpace(), 4U);
-}
-
-TEST_F(X11DesktopTest, IsDegradedWhileThereIsNoWindowManager) {
-  EXPECT_FALSE(X11Desktop::windowManagerPresent());
-  connect();
-  EXPECT_EQ(spaces(), "none");
-  EXPECT_EQ(windowServer().CGSBridgeProbe().bits(), 0b0111111U);
-  // The second one is given the ids of the first; the third is another.
-  for (const std::uint32_t desktops : {2U, 3U, 4U}) {
-    std::optional<ScriptedWindowManager> manager(std::in_place);
-    manager->setDesktops(desktops, 0);
-    ASSERT_TRUE(loop_.runUntil([&] { return windowServer().CGSBridgeProbe().healthy(); }));
-    EXPECT_TRUE(X11Desktop::windowManagerPresent());
-    EXPECT_EQ(windowServer().CGSBridgeCopyManagedDisplaySpaces()->at(0)["Spaces"].size(), desktops);
-    loop_.runReady();
-    told_.clear();
-    manager.reset();
-    ASSERT_TRUE(runUntilTold(1)) << "nobody said that the window manager is gone";
-    EXPECT_THAT(told_, ElementsAre(X11Changes::spacesChanged));
-    EXPECT_EQ(spaces(), "none");
-  }
-}
-
-TEST_F(X11DesktopTest, KeepsToTheNamesOfDynamicDesktops) {
-  ScriptedWindowManager manager("i3");
-  manager.setDesktops(3, 0, {"1\0003: web\0mail\0", 14});
-  connect();
-  const auto mail = windowServer().CGSBridgeCopyManagedDisplaySpaces()->at(0)["Spaces"][2]["ManagedSpaceID"];
-  EXPECT_EQ(spaces(), "[1] 3 " + mail.dump());
-
-  post(19, CGEventFlag::control, true);  // Control-2: the second Space, which is the desktop of index 1
-  loop_.runReady();
-  EXPECT_THAT(requests(manager), ElementsAre("_NET_CURRENT_DESKTOP 1 0 0 0 0"));
-
-  int posted = 0;
-  const auto observer = desktop_->workspaceNotifications().addObserver(
-      NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, [&](const Notification&) { ++posted; });
-  manager.setDesktops(2, 0, {"3: web\0mail\0", 12});  // workspace 1 is gone, and the index of the current one stayed
-  ASSERT_TRUE(loop_.runUntil([&] { return posted > 0; }));
-  EXPECT_EQ(spaces(), "[3] " + mail.dump());
-}
-
-TEST_F(X11DesktopTest, FindsAndMovesWindows) {
-  ScriptedWindowManager manager;
-  manager.setDesktops(3, 0);
-  const auto one = manager.manageWindow(1);
-  const auto everywhere = manager.manageWindow(0xFFFFFFFF);
-  const auto nowhere = manager.manageWindow(7);
-  const auto unmanaged = manager.createWindow();
-  manager.sync();
-  connect();
-  using Spaces = std::vector<ManagedSpaceID>;
-  EXPECT_EQ(windowServer().CGSBridgeCopySpacesForWindow(one), (Spaces{2}));
-  EXPECT_EQ(windowServer().CGSBridgeCopySpacesForWindow(everywhere), (Spaces{1, 2, 3}));
-  for (const WindowNumber window : {nowhere, unmanaged, xcb_window_t{0}, xcb_window_t{0x1FFFFFFF}}) {
-    EXPECT_EQ(windowServer().CGSBridgeCopySpacesForWindow(window), std::nullopt);
-  }
-  EXPECT_TRUE(windowServer().CGSBridgeMoveWindowToSpace(one, 3));
-  EXPECT_FALSE(windowServer().CGSBridgeMoveWindowToSpace(one, 4));
-  EXPECT_FALSE(windowServer().CGSBridgeMoveWindowToSpace(unmanaged, 1));
-  EXPECT_THAT(requests(manager), ElementsAre("_NET_WM_DESKTOP 2 2 0 0 0"));
-}
 
 TEST_F(X11DesktopTest, TakesTheWindowAlongWhoseTitleBarIsDragged) {
   ScriptedWindowManager manager;
@@ -140,6 +50,45 @@ TEST_F(X11DesktopTest, TakesTheWindowAlongWhoseTitleBarIsDragged) {
   EXPECT_THAT(requests(manager), ElementsAre("_NET_WM_DESKTOP 4294967295 2 0 0 0"));
   desktop_.reset();  // which must not leave the window on all desktops
   EXPECT_THAT(manager.takeRequests(), ElementsAre("_NET_WM_DESKTOP 0 2 0 0 0"));
+}
+
+TEST_F(X11DesktopTest, IsDegradedWhileThereIsNoWindowManager) {
+  EXPECT_FALSE(X11Desktop::windowManagerPresent());
+  connect();
+  EXPECT_EQ(spaces(), "none");
+  EXPECT_EQ(windowServer().CGSBridgeProbe().bits(), 0b0111111U);
+  // The second one is given the ids of the first; the third is another.
+  for (const std::uint32_t desktops : {2U, 3U, 4U}) {
+    std::optional<ScriptedWindowManager> manager(std::in_place);
+    manager->setDesktops(desktops, 0);
+    ASSERT_TRUE(loop_.runUntil([&] { return windowServer().CGSBridgeProbe().healthy(); }));
+    EXPECT_TRUE(X11Desktop::windowManagerPresent());
+    EXPECT_EQ(windowServer().CGSBridgeCopyManagedDisplaySpaces()->at(0)["Spaces"].size(), desktops);
+    loop_.runReady();
+    told_.clear();
+    manager.reset();
+    ASSERT_TRUE(runUntilTold(1)) << "nobody said that the window manager is gone";
+    EXPECT_THAT(told_, ElementsAre(X11Changes::spacesChanged));
+    EXPECT_EQ(spaces(), "none");
+  }
+}
+
+TEST_F(X11DesktopTest, ReleasesAtTheEndWhatIsHeld) {
+  ScriptedWindowManager manager;
+  connect();
+  post(999, 0, true);  // there is no such key
+  post(2, 0, false);
+  post(53, CGEventFlag::alternate, true);
+  desktop_->events().mouseLocation();  // a round trip: the server has done what was posted before
+  const auto held = [&] {
+    const XcbPtr<xcb_query_keymap_reply_t> state{
+        xcb_query_keymap_reply(manager.raw(), xcb_query_keymap(manager.raw()), nullptr)};
+    return std::ranges::count_if(state->keys, [](std::uint8_t keys) { return keys != 0; });
+  };
+  EXPECT_EQ(held(), 2);
+  desktop_.reset();
+  manager.sync();
+  EXPECT_EQ(held(), 0);
 }
 
 TEST_F(X11DesktopTest, HearsEventsThatWereReadOnTheSide) {
@@ -204,73 +153,6 @@ TEST_F(X11DesktopTest, AnswersNothingOnceTheServerIsGone) {
   EXPECT_EQ(lost_, 1);
   desktop_.reset();
   EXPECT_FALSE(X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {})) << "there is nothing to connect to";
-}
-
-TEST_F(X11DesktopTest, TypesKeysWithTheirModifiers) {
-  ScriptedWindowManager manager;
-  const auto window = manager.createWindow();
-  const std::uint32_t mask = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
-  xcb_change_window_attributes(manager.raw(), window, XCB_CW_EVENT_MASK, &mask);
-  xcb_map_window(manager.raw(), window);
-  xcb_set_input_focus(manager.raw(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
-  manager.sync();
-  connect();
-  const std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> symbols(
-      xcb_key_symbols_alloc(manager.raw()), xcb_key_symbols_free);
-  const auto received = [&] {
-    desktop_->events().mouseLocation();  // a round trip: the server has done what was posted before
-    manager.sync();
-    std::vector<std::string> keys;
-    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(manager.raw())}) {
-      const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
-      const bool press = event->response_type == XCB_KEY_PRESS;
-      if (press || event->response_type == XCB_KEY_RELEASE) {
-        keys.push_back(keyText(press ? '+' : '-', xcb_key_symbols_get_keysym(symbols.get(), key.detail, 0)));
-      }
-    }
-    return keys;
-  };
-
-  post(1, CGEventFlag::command | CGEventFlag::shift, true);
-  EXPECT_THAT(received(), ElementsAre(keyText('+', XK_Super_L), keyText('+', XK_Shift_L), keyText('+', XK_s)));
-  post(1, CGEventFlag::command | CGEventFlag::shift, false);
-  EXPECT_THAT(received(), ElementsAre(keyText('-', XK_s), keyText('-', XK_Shift_L), keyText('-', XK_Super_L)));
-  post(999, 0, true);
-  post(2, 0, false);
-  EXPECT_THAT(received(), IsEmpty()) << "keys that do not exist or are not held";
-  post(53, CGEventFlag::alternate, true);
-  EXPECT_THAT(received(), ElementsAre(keyText('+', XK_Alt_L), keyText('+', XK_Escape)));
-  desktop_.reset();
-  manager.sync();
-  const XcbPtr<xcb_query_keymap_reply_t> state{
-      xcb_query_keymap_reply(manager.raw(), xcb_query_keymap(manager.raw()), nullptr)};
-  ASSERT_TRUE(state);
-  EXPECT_THAT(state->keys, testing::Each(0)) << "what is held is released at the end";
-}
-
-TEST_F(X11DesktopTest, MovesThePointerAndPressesItsButton) {
-  ScriptedWindowManager manager;
-  connect();
-  auto& events = desktop_->events();
-  events.CGWarpMouseCursorPosition({100, 50});
-  EXPECT_EQ(events.mouseLocation(), (CGPoint{100, 430}));
-  EXPECT_EQ(events.CGEventGetLocation(*events.CGEventCreate()), (CGPoint{100, 50}));
-  const struct {
-    CGMouseEventType type;
-    CGPoint location;
-    std::uint32_t buttons;
-    CGPoint arrives;
-  } steps[] = {
-      {CGMouseEventType::mouseMoved, {20, 30}, 0, {20, 30}},
-      {CGMouseEventType::leftMouseDown, {21, 31}, 1, {21, 31}},
-      {CGMouseEventType::leftMouseDragged, {300, 200}, 1, {300, 200}},
-      {CGMouseEventType::leftMouseUp, {1e9, -1e9}, 0, {639, 0}},
-  };
-  for (const auto& [type, location, buttons, arrives] : steps) {
-    events.CGEventPost(CGEventTap::hid, *events.CGEventCreateMouseEvent(type, location));
-    EXPECT_EQ(events.pressedMouseButtons(), buttons);
-    EXPECT_EQ(events.CGEventGetLocation(*events.CGEventCreate()), arrives);
-  }
 }
 
 TEST_F(X11DesktopTest, CapturesTheScreenAndDescribesIt) {

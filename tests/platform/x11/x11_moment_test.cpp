@@ -31,8 +31,8 @@ class X11MomentTest : public X11WindowsTest {
     return answers;
   }
 
-  StoppedClock clock_;
-  SilentLog log_;
+  SetClock clock_;
+  LinesLog log_;
   SymbolicHotKeys hotKeys_;
   std::optional<EmulatedDock> dock_;
   std::optional<X11WindowServer> windowServer_;
@@ -67,8 +67,16 @@ TEST_F(X11MomentTest, IsOverWithTheTurnAndWithEveryRequest) {
   const auto window = open(client, "Editor");
   read();
   EXPECT_THAT(spaces(window), Optional(ElementsAre(1)));
+  EXPECT_EQ(spaces(connection_->root()), std::nullopt) << "not managed";
+  EXPECT_FALSE(windowServer_->CGSBridgeMoveWindowToSpace(connection_->root(), 1));
+  EXPECT_FALSE(windowServer_->CGSBridgeMoveWindowToSpace(window, 5));
   EXPECT_TRUE(windowServer_->CGSBridgeMoveWindowToSpace(window, 3));
   EXPECT_TRUE(eventually([&] { return spaces(window) == std::vector<ManagedSpaceID>{3}; })) << "in the same turn";
+
+  pager.connection().moveToDesktop(window, X11Connection::allDesktops);
+  EXPECT_TRUE(eventually([&] { return spaces(window) == std::vector<ManagedSpaceID>({1, 2, 3, 4}); }));
+  pager.connection().moveToDesktop(window, 2);
+  EXPECT_TRUE(eventually([&] { return spaces(window) == std::vector<ManagedSpaceID>{3}; }));
 
   const auto isMovedByOthersTo = [&](std::uint32_t desktop) {
     pager.connection().moveToDesktop(window, desktop);

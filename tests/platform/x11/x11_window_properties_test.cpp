@@ -1,23 +1,13 @@
 #include "platform/x11/x11_window_properties.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "platform/x11/x11_process_identity.h"
+#include "tests/platform/x11/property_values.h"
 
 namespace tallowin {
 namespace {
-
-X11Property words(const std::vector<std::uint32_t>& values) {
-  X11Property property{.format = 32, .bytes = std::string(values.size() * 4, '\0')};
-  std::memcpy(property.bytes.data(), values.data(), property.bytes.size());
-  return property;
-}
-
-X11Property text(std::string_view bytes) {
-  return {.format = 8, .bytes = std::string(bytes)};
-}
 
 TEST(X11WindowProperties, AreReadWhateverTheyHold) {
   using namespace std::string_view_literals;

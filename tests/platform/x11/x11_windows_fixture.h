@@ -65,7 +65,7 @@ class X11WindowsTest : public testing::Test {
     return window;
   }
 
-  bool eventually(const std::function<bool()>& condition) { return waitUntil(condition, std::chrono::seconds(10)); }
+  bool eventually(const std::function<bool()>& condition) { return waitUntil(condition, std::chrono::minutes(1)); }
 
   X11Window read(xcb_window_t window) { return windows_->reader.read(window).value_or(X11Window{}); }
 
