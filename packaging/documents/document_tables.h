@@ -15,6 +15,9 @@ using DocumentTables = std::map<std::string, std::string>;
 /// For completions in shells of the Bourne family (bash, zsh).
 [[nodiscard]] DocumentTables shellTables();
 
+/// For pages in Markdown.
+[[nodiscard]] DocumentTables markdownTables();
+
 /// For completions in fish.
 [[nodiscard]] DocumentTables fishTables();
 

@@ -1,4 +1,4 @@
-// Fills the program's tables into a document: tallowin-documents manual|shell|fish TEMPLATE OUTPUT.
+// Fills the program's tables into a document: tallowin-documents manual|markdown|shell|fish TEMPLATE OUTPUT.
 
 #include <fstream>
 #include <iostream>
@@ -15,8 +15,10 @@ int fail(const std::string& message, int status) {
   return status;
 }
 
-const std::map<std::string, tallowin::DocumentTables (*)()> kinds = {
-    {"manual", tallowin::manualTables}, {"shell", tallowin::shellTables}, {"fish", tallowin::fishTables}};
+const std::map<std::string, tallowin::DocumentTables (*)()> kinds = {{"manual", tallowin::manualTables},
+                                                                     {"markdown", tallowin::markdownTables},
+                                                                     {"shell", tallowin::shellTables},
+                                                                     {"fish", tallowin::fishTables}};
 
 }  // namespace
 
@@ -24,7 +26,8 @@ int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   constexpr std::size_t expected = 3;
   if (arguments.size() != expected || !kinds.contains(arguments[0])) {
-    return fail("it is called with manual, shell or fish, a template and an output", tallowin::exit_status::usage);
+    return fail("it is called with manual, markdown, shell or fish, a template and an output",
+                tallowin::exit_status::usage);
   }
   std::ifstream input(arguments[1], std::ios::binary);
   if (!input) {

@@ -1,7 +1,5 @@
 // The program's tables as parts of manual pages.
 
-#include <array>
-
 #include "app/command_line.h"
 #include "app/help_text.h"
 #include "app/program_version.h"
@@ -10,6 +8,7 @@
 #include "base/settings_table.h"
 #include "commands/command_url.h"
 #include "packaging/documents/document_tables.h"
+#include "packaging/documents/settings_panes.h"
 
 namespace tallowin {
 
@@ -96,17 +95,8 @@ std::string casesOf(const Setting& setting) {
 }
 
 std::string settings() {
-  static constexpr std::array<std::pair<SettingsPane, std::string_view>, 7> panes = {{
-      {SettingsPane::general, "General"},
-      {SettingsPane::windows, "Windows"},
-      {SettingsPane::shortcuts, "Shortcuts"},
-      {SettingsPane::appearance, "Appearance"},
-      {SettingsPane::overview, "Overview"},
-      {SettingsPane::statistics, "Statistics"},
-      {SettingsPane::none, "Kept by the program"},
-  }};
   std::string text;
-  for (const auto& [pane, title] : panes) {
+  for (const auto& [pane, title] : settingsPanes) {
     text.append(".SS ").append(title).append("\n");
     for (const auto& setting : settingsTable()) {
       if (setting.pane == pane) {

@@ -82,10 +82,7 @@ bool X11DesktopOperations::moveLeft(const X11DesktopState& state, std::size_t fi
     }
   }
   for (const auto& [window, desktop] : targets) {
-    if (losesMinimizedWindows(state)) {
-      actions_.restore(window);
-    }
-    connection_.moveToDesktop(window, desktop);
+    actions_.moveToDesktop(window, desktop, state);
   }
   if (state.current && *state.current >= firstDesktop) {
     switchPlainly(state.spaces[*state.current - 1]);

@@ -91,6 +91,18 @@ bool X11WindowActions::restore(xcb_window_t number) {
   return restored;
 }
 
+void X11WindowActions::moveToDesktop(xcb_window_t number, std::uint32_t index, const X11DesktopState& state) {
+  const auto window = losesMinimizedWindows(state) ? reader_.read(number) : std::nullopt;
+  const bool minimized = window && window->hidden;
+  if (minimized) {
+    restore(number);
+  }
+  connection_.moveToDesktop(number, index);
+  if (minimized) {
+    minimize(number);
+  }
+}
+
 bool X11WindowActions::setPosition(xcb_window_t number, CGPoint position) {
   const auto window = readOrdinary(number);
   if (!window) {

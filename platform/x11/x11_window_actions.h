@@ -28,6 +28,10 @@ class X11WindowActions {
   /// every window manager. True when it is seen not to be minimised.
   bool restore(xcb_window_t window);
 
+  /// Asks that a window be on the desktop with this index. Where the window manager loses minimised windows, such a one
+  /// is shown for the move, and minimised again. `state` is the desktops as they are.
+  void moveToDesktop(xcb_window_t window, std::uint32_t index, const X11DesktopState& state);
+
   /// Frames include the decoration. A window that is maximised or full-screen is made an ordinary one first. True when
   /// the window manager was asked.
   bool setPosition(xcb_window_t window, CGPoint position);

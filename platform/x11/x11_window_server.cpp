@@ -133,10 +133,7 @@ bool X11WindowServer::CGSBridgeMoveWindowToSpace(WindowNumber number, ManagedSpa
   if (!parseCardinal(connection_.takeProperty(cookie)) || !index) {
     return false;
   }
-  if (losesMinimizedWindows(state)) {
-    windows_.actions.restore(*window);
-  }
-  connection_.moveToDesktop(*window, static_cast<std::uint32_t>(*index));
+  windows_.actions.moveToDesktop(*window, static_cast<std::uint32_t>(*index), state);
   return connection_.alive();
 }
 

@@ -6,14 +6,42 @@
 PASSED=0
 FAILED=0
 SKIPPED=0
+RESULTS=     # a file to which each result goes too, if any
+CAPABILITY=  # what the checks from now on are about, in a user's words
+
+capability() {
+  CAPABILITY=$1
+}
+
+# record RESULT DETAIL: a line "label, capability, result, detail" with tabs between, of checks about a capability.
+record() {
+  [ -z "$RESULTS" ] || [ -z "$CAPABILITY" ] || printf '%s\t%s\t%s\t%s\n' "$LABEL" "$CAPABILITY" "$1" "$2" >>"$RESULTS"
+}
+
+# Why the capability is not there, or not whole, or could not be looked at.
+lacks() {
+  record lacking "$1"
+}
+
+is_partial() {
+  record partial "$1"
+}
+
+skip() {
+  SKIPPED=$((SKIPPED + 1))
+  echo "skipped $LABEL: $1"
+  record skipped "$1"
+}
 
 # pass_if NAME EXPECTED SEEN
 pass_if() {
   if [ "$2" == "$3" ]; then
     PASSED=$((PASSED + 1))
     echo "ok   $LABEL: $1"
+    record passed "$1"
   else
     FAILED=$((FAILED + 1))
+    record failed "$1"
     printf 'FAIL %s: %s\n  expected: %s\n  seen:     %s\n' "$LABEL" "$1" "${2//$'\n'/$'\n            '}" \
       "${3//$'\n'/$'\n            '}"
   fi

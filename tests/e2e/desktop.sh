@@ -7,6 +7,7 @@ DESKTOP_DIRECTORY=
 SERVER_GROUP=
 WM_GROUP=
 TRIAL_GROUP=
+BUS_GROUP=
 
 # Runs "$@" in a process group of its own, so that whatever it starts can be ended with it. Sets STARTED_GROUP.
 start_group() {
@@ -32,9 +33,9 @@ end_group() {
   return 0
 }
 
-# Runs "$@" again and again until it succeeds; false after 10 seconds.
+# Runs "$@" again and again until it succeeds; false after 30 seconds.
 eventually() {
-  local end=$((SECONDS + 10))
+  local end=$((SECONDS + 30))
   until "$@"; do
     [ $SECONDS -lt $end ] || return 1
     sleep 0.01
@@ -54,6 +55,18 @@ start_server() {
   local number
   read -r -t 10 number <"$DESKTOP_DIRECTORY/display" || return 1
   export DISPLAY=:$number
+}
+
+# Starts a message bus for the user of the desktop.
+start_bus() {
+  export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
+  start_group dbus-daemon --session --nofork --nopidfile --address="$DBUS_SESSION_BUS_ADDRESS"
+  BUS_GROUP=$STARTED_GROUP
+  eventually bus_answers
+}
+
+bus_answers() {
+  busctl --user list >/dev/null 2>&1
 }
 
 # Starts window manager $1 on the server and waits until it manages a window, which then stays.

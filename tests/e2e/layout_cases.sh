@@ -58,6 +58,7 @@ open_layout_windows() {
 
 # layout_case WINDOWS DESKTOPS: the windows stay.
 layout_case() {
+  capability "Put all windows back where they were"
   open_layout_windows "$1"
   scatter "$2" 1
   local saved saved_desktops shuffled minimized=

@@ -1,8 +1,8 @@
 #!/bin/bash
-# The program on real window managers: run.sh PROGRAM WINDOW-MANAGER...
+# The program on real window managers: run.sh [--results FILE] PROGRAM WINDOW-MANAGER...
 #
 # Each case is one line, "ok" or "FAIL" with what was expected and what was seen. What the desktop really does is seen by
-# wmctrl, xprop and xdotool only.
+# wmctrl, xprop and xdotool only. With --results each result is written to a file too, for window_manager_page.sh.
 set -u
 . "$(dirname "$0")/desktop.sh"
 . "$(dirname "$0")/checks.sh"
@@ -16,10 +16,6 @@ set -u
 tallowin() {
   timeout 20 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11 "$@" 2>&1
   echo "exit $?"
-}
-
-current_desktop() {
-  xprop -root -notype _NET_CURRENT_DESKTOP | sed 's/.*= //'
 }
 
 desktop_count() {
@@ -57,6 +53,7 @@ exit 0" "$(echo "$said" | grep '^switch to'; echo "$said" | tail -n 2 | sed 's/^
 }
 
 probe_cases() {
+  capability "See the desktops, and which one is shown"
   local said
   said=$(tallowin --probe)
   pass_if "--probe is healthy" "bridge health: 0b1111111 healthy=true" "$(echo "$said" | grep '^bridge')"
@@ -75,6 +72,7 @@ managed=4 id=managed-4" "$(tallowin --probe | sed -n 's/.*\(managed=[0-9]* id=[^
 }
 
 switch_cases() {
+  capability "Switch to a desktop by its number"
   switch_case 1 2
   switch_case 2 1
   switch_case 1 4
@@ -94,6 +92,7 @@ exit 1" "$(tallowin --switch 99)"
 }
 
 count_cases() {
+  capability "Follow desktops that others add and remove"
   local count
   for count in 6 2 4; do
     wmctrl -n "$count"
@@ -110,12 +109,12 @@ count_cases() {
 
 # A switch while the title bar of TRIAL is held takes the window along, and it goes on following the pointer.
 drag_case() {
+  capability "Take a window that you are dragging along to another desktop"
   put_in_front 0
   local window x y before step
   window=$(xdotool search --name '^TRIAL$' | tail -n 1)
   if [ "$(xprop -id "$window" -notype _NET_FRAME_EXTENTS | cut -d , -f 3)" == " 0" ]; then
-    SKIPPED=$((SKIPPED + 1))
-    echo "skipped $LABEL: a drag, as windows have no title bar here"
+    skip "On the machine of the test windows had no title bar"
     return
   fi
   read -r x y < <(xwininfo -id "$window" | awk '/Absolute upper-left X/ { x = $4 } /Absolute upper-left Y/ { y = $4 }
@@ -127,8 +126,7 @@ drag_case() {
   done
   if ! eventually window_has_moved "$window" "$x" && is_optional "$LABEL"; then
     xdotool mouseup 1
-    SKIPPED=$((SKIPPED + 1))
-    echo "skipped $LABEL: a drag, as xdotool could not begin one here"
+    skip "On the machine of the test xdotool could not begin a drag"
     return
   fi
   pass_if "a title bar can be dragged" yes "$(window_has_moved "$window" "$x" && echo yes)"
@@ -159,6 +157,7 @@ desktop_of() {
 }
 
 capture_case() {
+  capability "Take pictures of desktops"
   put_in_front 0
   local said before
   before=$(find "$DESKTOP_DIRECTORY/tallowin" -name '*.jpg' -o -name '*.jpeg' | wc -l)
@@ -172,6 +171,7 @@ capture_case() {
 
 # Workspaces of i3 come and go, and their indexes shift.
 dynamic_cases() {
+  capability "Follow desktops that others add and remove"
   i3-msg -q 'workspace "1"'
   i3-msg -q 'workspace "3: web"; exec xterm -T WEB'
   eventually output_is 1 window_count WEB
@@ -182,6 +182,7 @@ dynamic_cases() {
   ids_before=$(probed_ids)
   pass_if "ids come from the names" "managed-1 managed-3" "$(echo "$ids_before" | cut -d ' ' -f 1-2)"
   probe_cases
+  capability "Switch to a desktop by its number"
   switch_case 3 1
   switch_case 1 2
   switch_case 2 3
@@ -189,11 +190,13 @@ dynamic_cases() {
   pass_if "--set puts the setting back" "exit 0" "$(tallowin --set switchMode instant | tail -n 1)"
   pass_if "--switch 99 finds none" "desktop 99 not found
 exit 1" "$(tallowin --switch 99)"
+  capability "Follow desktops that others add and remove"
   # Workspace 1 goes when its window has gone and another workspace is shown.
   wmctrl -F -c TRIAL
   pass_if_eventually "workspace 1 goes" 2 desktop_count
   pass_if "ids stay with the names when indexes shift" "${ids_before#* }" "$(probed_ids)"
   probe_cases
+  capability "Switch to a desktop by its number"
   switch_case 1 2
   switch_case 2 1
 }
@@ -210,6 +213,7 @@ probed_ids() {
 # numbers of desktops that there are.
 instance_cases() {
   local first=$1 second=$2
+  capability "Run all the time, one instance for all callers"
   pass_if "nobody answers before it runs" 'tallowin: not running; "tallowin" starts it
 exit 69' "$(ask current)"
   put_in_front $((first - 1))
@@ -219,11 +223,13 @@ exit 0" "$(ask)"
   timeout 60 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
   local watcher=$!
   eventually grep -qs state "$DESKTOP_DIRECTORY/watched"
+  capability "Name desktops, so that pagers show it"
   pass_if "a name is taken" "exit 0" "$(ask "tallowin://rename/$second?name=Mail%20%26%20more")"
   pass_if_eventually "pagers show the name" "Mail & more" named_by_pagers "$second"
   if [ "$LABEL" == openbox ]; then
     restart_case "$second"
   fi
+  capability "Switch by name, and go back"
   pass_if "a URL switches" "exit 0" "$(ask tallowin://switch/mail)"
   pass_if_eventually "it is shown" $((second - 1)) current_desktop
   pass_if_eventually "current names it" "Mail & more
@@ -232,6 +238,7 @@ exit 0" ask current
   pass_if_eventually "watch follows xdotool" "active $first" last_watched
   pass_if "back goes back" "exit 0" "$(ask tallowin://back)"
   pass_if_eventually "to where it was" $((second - 1)) current_desktop
+  capability "Run all the time, one instance for all callers"
   pass_if "nonsense is refused" "tallowin: Tallowin does not understand nonsense
 exit 1" "$(ask tallowin://nonsense)"
   eventually grep -qs 'Mail & more' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/spaces.json"
@@ -283,8 +290,16 @@ start_desktop() {
   fi
 }
 
+# The version in the name of Debian's package, where there is one.
+version_of() {
+  dpkg-query -W -f '${Version}\n' "$(dpkg-query -S "$(command -v "$1")" 2>/dev/null | cut -d : -f 1)" 2>/dev/null |
+    sed 's/^[0-9]*://; s/[-+].*//'
+}
+
 window_manager_cases() {
   LABEL=$1
+  capability "See the desktops, and which one is shown"
+  record version "$(version_of "$1")"
   start_desktop "$1" || return
   if [ "$1" == i3 ]; then
     dynamic_cases
@@ -298,6 +313,7 @@ window_manager_cases() {
   fi
   capture_case
   instance_cases 1 2
+  capability ""
   [ "$1" != openbox ] || http_cases
   stop_desktop
   start_desktop "$1" || return
@@ -315,6 +331,7 @@ known_desktops() {
 }
 
 degraded_cases() {
+  capability ""
   LABEL="no window manager"
   start_server || return
   local said
@@ -361,8 +378,13 @@ connections_of() {
   awk -v inodes=" $inodes " '$5 == "0001" && $6 == "03" && index(inodes, " " $7 " ")' /proc/net/unix | wc -l
 }
 
+if [ "${1:-}" == --results ] && [ $# -gt 2 ]; then
+  RESULTS=$(realpath "$2")
+  : >"$RESULTS"
+  shift 2
+fi
 if [ $# -lt 2 ]; then
-  echo "usage: run.sh PROGRAM WINDOW-MANAGER..." >&2
+  echo "usage: run.sh [--results FILE] PROGRAM WINDOW-MANAGER..." >&2
   exit 64
 fi
 PROGRAM=$(realpath "$1")
@@ -377,8 +399,7 @@ for wm in "$@"; do
   elif command -v "$wm" >/dev/null; then
     window_manager_cases "$wm"
   elif is_optional "$wm"; then
-    SKIPPED=$((SKIPPED + 1))
-    echo "skipped $wm: not installed"
+    skip "not installed"
   else
     pass_if "is installed" yes no
   fi

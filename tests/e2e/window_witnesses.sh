@@ -33,7 +33,13 @@ close_window() {
   local title=$1
   [ "$LABEL" != i3 ] || put_window "$(window_called "$title")" "$(current_desktop)"
   wmctrl -F -c "$title"
-  eventually output_is "" window_called "$title"
+  eventually is_no_longer_listed "$title"
+}
+
+# wmctrl fails when a window goes while it looks.
+is_no_longer_listed() {
+  local windows
+  windows=$(wmctrl -l 2>/dev/null) && ! grep -q " $1\$" <<<"$windows"
 }
 
 # Puts window $1 on desktop index $2 without the program.
