@@ -1,17 +1,23 @@
 #!/bin/bash
 # The HTTP interface under openbox in a virtual server, beside nginx that serves the same bytes: requests per second,
-# memory after many requests, and the time a command takes while a thousand clients connect and say nothing.
-#   bench_http.sh BUILD-DIRECTORY [REQUESTS [ROUNDS]]
-set -u
+# memory after many requests, and the time a command takes while a thousand clients connect and say nothing. Prints
+# table rows (rows.sh).
+#   bench_http.sh BUILD-DIRECTORY [ROUNDS [SECONDS [REQUESTS]]]
+# A round loads each server for SECONDS.
+set -uo pipefail
 if [ $# -lt 1 ]; then
-  echo "usage: bench_http.sh BUILD-DIRECTORY [REQUESTS [ROUNDS]]" >&2
+  echo "usage: bench_http.sh BUILD-DIRECTORY [ROUNDS [SECONDS [REQUESTS]]]" >&2
   exit 64
 fi
 BUILD=$(realpath "$1")
-REQUESTS=${2:-1000000}
-ROUNDS=${3:-5}
+ROUNDS=${2:-10}
+SPAN=${3:-4}
+REQUESTS=${4:-1000000}
+# shellcheck disable=SC2034 # for rows.sh
+RUNS=$((ROUNDS * 10))
 OUR_PORT=57381
 NGINX_PORT=57382
+. "$(dirname "$0")/rows.sh"
 . "$(dirname "$0")/../tests/e2e/desktop.sh"
 SILENT=
 NGINX=
@@ -22,9 +28,6 @@ clean_up() {
 }
 trap clean_up EXIT
 trap 'exit 130' INT TERM
-
-# Memory of process $1 in KiB, shared pages counted in proportion.
-memory() { awk '/^Pss:/ { print $2 }' "/proc/$1/smaps_rollup"; }
 
 answers() { curl -sf "http://127.0.0.1:$1/spaces" >/dev/null; }
 
@@ -68,33 +71,27 @@ load() {
 
 # Requests per second, unless there were errors.
 rate() {
-  load "$1" 4 | awk '/^Requests\/sec/ { rate = $2 } /Socket errors|Non-2xx/ { print > "/dev/stderr" } END { print rate }'
+  load "$1" "$SPAN" | awk '/^Requests\/sec/ { rate = $2 } /Socket errors|Non-2xx/ { print > "/dev/stderr" } END { print rate }'
 }
 
-median() { sort -n | awk '{ value[NR] = $1 } END { print value[int((NR + 1) / 2)] }'; }
-
 compare_with_nginx() {
-  local round ours=() theirs=()
+  local round bytes
+  bytes=$(stat -c %s "$DESKTOP_DIRECTORY/nginx/files/spaces")
   for round in $(seq "$ROUNDS"); do
-    ours+=("$(rate $OUR_PORT)")
-    theirs+=("$(rate $NGINX_PORT)")
-    echo "  round $round: tallowin ${ours[-1]}, nginx ${theirs[-1]} requests per second"
-  done
-  local our_median their_median
-  our_median=$(printf '%s\n' "${ours[@]}" | median)
-  their_median=$(printf '%s\n' "${theirs[@]}" | median)
-  awk -v ours="$our_median" -v theirs="$their_median" \
-    'BEGIN { printf "  median: tallowin %.0f, nginx %.0f, ratio %.2f\n", ours, theirs, ours / theirs }'
+    echo "  HTTP, round $round" >&2
+    echo "1 $(rate $OUR_PORT)"
+    echo "2 $(rate $NGINX_PORT)"
+  done | rows "HTTP, GET of $bytes bytes (requests/s, more is better)" nginx
 }
 
 # Each round ends with a request that has its answer when the others have theirs.
 memory_under_load() {
   local before done=0
-  before=$(memory "$1")
+  before=$(own_memory "$1")
   while [ $done -lt "$REQUESTS" ]; do
-    done=$((done + $(load $OUR_PORT 10 | awk '/requests in/ { print $1 }')))
+    done=$((done + $(load $OUR_PORT "$SPAN" | awk '/requests in/ { print $1 }')))
   done
-  echo "Memory (proportional set): $before KiB, after $done requests $(memory "$1") KiB"
+  printf '%s\n' "1 $(own_memory "$1")" "2 $before" | rows "own memory after $done HTTP requests (KiB)" "before them"
 }
 
 # A thousand connections that never say anything, made anew as they are dropped.
@@ -113,26 +110,20 @@ silent_clients() {
   done
 }
 
-switch_times() {
-  "$BUILD/bench/switch_latency" 100 "$BUILD/tallowin tallowin://switch/%n" "wmctrl -s %i" || exit 1
-}
-
 start_server && start_window_manager openbox || exit 1
-TALLOWIN_PLATFORM=x11 "$BUILD/tallowin" --set localAPI true
+TALLOWIN_PLATFORM=x11 "$BUILD/tallowin" --set localAPI true >&2
 start_group "$BUILD/tallowin" --platform x11 --port "$OUR_PORT"
 resident=$STARTED_GROUP
 eventually answers $OUR_PORT && start_nginx || exit 1
 
-echo "GET /spaces, $(stat -c %s "$DESKTOP_DIRECTORY/nginx/files/spaces") bytes, 32 clients, a connection for each request:"
-compare_with_nginx
-memory_under_load "$resident"
-echo "A switch, from the command's start to the change:"
-switch_times
+compare_with_nginx || exit 1
+echo "  memory after $REQUESTS requests" >&2
+memory_under_load "$resident" || exit 1
 export -f silent_clients
 export OUR_PORT DESKTOP_DIRECTORY
 start_group bash -c silent_clients
 SILENT=$STARTED_GROUP
 eventually test -e "$DESKTOP_DIRECTORY/silent"
-echo "The same with a thousand silent clients:"
-switch_times
+beside switch_latency "switch beside 1,000 silent HTTP clients, start to change (ms)" \
+  "$BUILD/tallowin tallowin://switch/%n" "wmctrl -s" "wmctrl -s %i"
 "$BUILD/tallowin" quit

@@ -1,5 +1,6 @@
-// How long the store takes to load, to change a record and to save, and how that grows with the number of records. A
-// save has two parts: what the main thread does, and the whole of it, the disk included.
+// How long the store takes to load, to change a record and to save, and the state to be exported for other programs,
+// and how that grows with the number of records. A save has two parts: what the main thread does, and the whole of it,
+// the disk included.
 
 #include <benchmark/benchmark.h>
 #include <filesystem>
@@ -7,6 +8,7 @@
 
 #include "base/file_preferences.h"
 #include "base/json_text.h"
+#include "core/space_state.h"
 #include "core/space_store.h"
 #include "platform/none/neutral.h"
 #include "platform/qt/lazy_images.h"
@@ -39,6 +41,10 @@ class NoDescriptors : public Descriptors {
   Subscription watchWritable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
 };
 
+std::string id(std::int64_t number) {
+  return "00000000-0000-4000-8000-" + std::to_string(100000000000 + number);
+}
+
 /// A store on the disk with so many records of ordinary size.
 class StoreOnDisk {
  public:
@@ -51,7 +57,7 @@ class StoreOnDisk {
       meta.name = "Space number " + std::to_string(i);
       meta.colorHex = "#1A2B3C";
       meta.note = "What this Space is for, in one sentence of the usual length.";
-      metas.emplace("00000000-0000-4000-8000-" + std::to_string(100000000000 + i), meta);
+      metas.emplace(id(i), meta);
     }
     std::ofstream(file()) << prettyJSON(toJson(metas));
   }
@@ -87,7 +93,6 @@ void load(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(disk.load());
   }
-  state.SetComplexityN(state.range(0));
 }
 
 void edit(benchmark::State& state) {
@@ -95,43 +100,66 @@ void edit(benchmark::State& state) {
   const auto store = disk.load();
   std::int64_t edits = 0;
   for (auto _ : state) {
-    store->setName("Another name " + std::to_string(++edits), "00000000-0000-4000-8000-100000000000");
+    store->setName("Another name " + std::to_string(++edits), id(0));
   }
-  state.SetComplexityN(state.range(0));
 }
 
 void saveOnMainThread(benchmark::State& state) {
   StoreOnDisk disk(state.range(0));
   const auto store = disk.load();
   for (auto _ : state) {
-    store->setName("Another name", "00000000-0000-4000-8000-100000000000");
+    store->setName("Another name", id(0));
     disk.queue.run();
     state.PauseTiming();
     store->finishSaving();
     state.ResumeTiming();
   }
-  state.SetComplexityN(state.range(0));
 }
 
 void saveInAll(benchmark::State& state) {
   StoreOnDisk disk(state.range(0));
   const auto store = disk.load();
   for (auto _ : state) {
-    store->setName("Another name", "00000000-0000-4000-8000-100000000000");
+    store->setName("Another name", id(0));
     disk.queue.run();
     store->finishSaving();
   }
-  state.SetComplexityN(state.range(0));
 }
 
-BENCHMARK(load)->RangeMultiplier(10)->Range(100, 10000)->Unit(benchmark::kMillisecond)->Complexity(benchmark::oN);
-BENCHMARK(edit)->RangeMultiplier(10)->Range(100, 10000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(saveOnMainThread)
-    ->RangeMultiplier(10)
-    ->Range(100, 10000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity(benchmark::oN);
-BENCHMARK(saveInAll)->RangeMultiplier(10)->Range(100, 10000)->Unit(benchmark::kMillisecond)->Complexity(benchmark::oN);
+SpaceSnapshot snapshotOf(std::int64_t spaces) {
+  DisplaySpaces display;
+  display.id = "Main";
+  display.activeSpaceID = id(0);
+  display.isMenuBarDisplay = true;
+  for (std::int64_t i = 0; i < spaces; ++i) {
+    display.spaces.push_back({id(i), static_cast<ManagedSpaceID>(i + 1), "Main", i + 1, i, false, {}, i == 0});
+  }
+  return {{display}, {}};
+}
+
+void exportState(benchmark::State& state) {
+  StoreOnDisk disk(state.range(0));
+  const auto store = disk.load();
+  const auto snapshot = snapshotOf(state.range(0));
+  Files& files = disk.files;
+  const AppNames apps = [](const Space&) { return std::vector<std::string>{"Editor", "Mail"}; };
+  for (auto _ : state) {
+    const auto text = prettyJSON(stateRecord(snapshot, *store, apps, disk.clock.now()));
+    if (!files.writeAtomically(disk.folder / "state.json", text)) {
+      state.SkipWithError("the state cannot be written");
+    }
+  }
+}
+
+void tenfold(benchmark::internal::Benchmark* benchmark) {
+  benchmark->RangeMultiplier(10)->Range(10, 10000);
+}
+
+BENCHMARK(load)->Apply(tenfold);
+BENCHMARK(edit)->Apply(tenfold);
+BENCHMARK(saveOnMainThread)->Apply(tenfold);
+BENCHMARK(saveInAll)->Apply(tenfold);
+BENCHMARK(exportState)->Apply(tenfold);
 
 }  // namespace
 }  // namespace tallowin

@@ -1,19 +1,59 @@
 #!/bin/bash
-# How long a switch takes, from the start of the program to the change of the desktop, under openbox in a virtual server:
-#   bench_switch.sh PROGRAM SWITCH_LATENCY [RUNS]
-# SWITCH_LATENCY is the program built from switch_latency.cpp. The others are measured in the same run, taking turns.
-set -u
-if [ $# -lt 2 ]; then
-  echo "usage: bench_switch.sh PROGRAM SWITCH_LATENCY [RUNS]" >&2
+# Switching desktops and hearing of it, under openbox and i3 in virtual servers, beside other programs. Prints table
+# rows (rows.sh).
+#   bench_switch.sh BUILD-DIRECTORY [RUNS]
+set -uo pipefail
+if [ $# -lt 1 ]; then
+  echo "usage: bench_switch.sh BUILD-DIRECTORY [RUNS]" >&2
   exit 64
 fi
-PROGRAM=$(realpath "$1")
-LATENCY=$(realpath "$2")
-RUNS=${3:-50}
+BUILD=$(realpath "$1")
+RUNS=${2:-100}
+. "$(dirname "$0")/rows.sh"
 . "$(dirname "$0")/../tests/e2e/desktop.sh"
 trap stop_desktop EXIT
 trap 'exit 130' INT TERM
 
-start_server && start_window_manager openbox || exit 1
-"$LATENCY" "$RUNS" "$PROGRAM --home $DESKTOP_DIRECTORY/tallowin --platform x11 --switch %n" "wmctrl -s %i" \
-  "xdotool set_desktop %i"
+OURS="$BUILD/tallowin"
+
+start_instance() {
+  start_group "$OURS" --platform x11
+  eventually "$OURS" current >/dev/null 2>&1
+}
+
+under_openbox() {
+  beside switch_latency "switch by command line, start to change (ms), without an instance" \
+    "$OURS --home $DESKTOP_DIRECTORY/alone --platform x11 --switch %n" "wmctrl -s" "wmctrl -s %i"
+  start_instance || exit 1
+  beside switch_latency "switch by command line, start to change (ms)" "$OURS tallowin://switch/%n" \
+    "wmctrl -s" "wmctrl -s %i" "xdotool set_desktop" "xdotool set_desktop %i"
+  beside command_latency "switch by command line, start to end (ms)" "$OURS tallowin://switch/%n" \
+    "wmctrl -s" "wmctrl -s %i" "xdotool set_desktop" "xdotool set_desktop %i"
+  "$BUILD/bench/request_latency" "$RUNS" "$XDG_RUNTIME_DIR/tallowin" |
+    rows "request to the instance until the change (ms)" "bare xcb program" || exit 1
+  beside watch_latency "another program's switch until the line of \`watch\` (ms)" "$OURS watch" \
+    "xprop -spy" "xprop -spy -root _NET_CURRENT_DESKTOP"
+  "$OURS" quit
+}
+
+# Under i3 a desktop stays only while it has a window.
+second_desktop_stays() {
+  wmctrl -l | grep -q '^0x[0-9a-f]*  *1 .* SECOND$'
+}
+
+under_i3() {
+  i3-msg -q workspace number 2
+  start_group xterm -T SECOND
+  eventually second_desktop_stays && start_instance || exit 1
+  beside switch_latency "switch under i3, start to change (ms)" "$OURS tallowin://switch/%n" \
+    "i3-msg workspace" "i3-msg -q workspace number %n" "wmctrl -s" "wmctrl -s %i"
+  beside watch_latency "another program's switch until the line of \`watch\` under i3 (ms)" "$OURS watch" \
+    "i3-msg -t subscribe" 'i3-msg -t subscribe -m ["workspace"]' "xprop -spy" "xprop -spy -root _NET_CURRENT_DESKTOP"
+  "$OURS" quit
+}
+
+for window_manager in openbox i3; do
+  start_server && start_window_manager "$window_manager" || exit 1
+  "under_$window_manager"
+  stop_desktop
+done

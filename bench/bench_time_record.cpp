@@ -1,5 +1,5 @@
-// How long a record of ten years with thirty Spaces takes to be loaded from the disk, summed up, exported and made into
-// text again.
+// How long a record of the times of thirty Spaces takes to be loaded from the disk, summed up, exported and made into
+// text again, and how that grows with the number of days. Ten years are 3,650.
 
 #include <benchmark/benchmark.h>
 #include <filesystem>
@@ -13,7 +13,6 @@ namespace tallowin {
 namespace {
 
 constexpr CalendarDay lastDay{2026, 3, 2};
-constexpr std::int64_t days = 3650;
 constexpr int spaces = 30;
 
 class NoDescriptors : public Descriptors {
@@ -22,7 +21,7 @@ class NoDescriptors : public Descriptors {
   Subscription watchWritable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
 };
 
-TimeRecord tenYears() {
+TimeRecord recordOf(std::int64_t days) {
   TimeRecord record;
   for (std::int64_t day = 0; day < days; ++day) {
     auto& times = record[dayKey(daysBefore(lastDay, day))];
@@ -36,10 +35,10 @@ TimeRecord tenYears() {
 
 class RecordOnDisk {
  public:
-  RecordOnDisk() {
+  explicit RecordOnDisk(std::int64_t days) {
     std::string pattern = (std::filesystem::temp_directory_path() / "tallowin-bench-XXXXXX").string();
     folder_ = ::mkdtemp(pattern.data());
-    std::ofstream(folder_ / "stats.json") << jsonText(tenYears());
+    std::ofstream(folder_ / "stats.json") << jsonText(recordOf(days));
   }
   ~RecordOnDisk() { std::filesystem::remove_all(folder_); }
   RecordOnDisk(const RecordOnDisk&) = delete;
@@ -60,47 +59,51 @@ std::string nameOf(const std::string& id) {
 }
 
 void load(benchmark::State& state) {
-  RecordOnDisk disk;
+  RecordOnDisk disk(state.range(0));
   for (auto _ : state) {
     benchmark::DoNotOptimize(disk.load());
   }
 }
 
 void totals(benchmark::State& state) {
-  const auto record = tenYears();
+  const auto record = recordOf(state.range(0));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(sumOfDays(record, lastDay, days));
+    benchmark::DoNotOptimize(sumOfDays(record, lastDay, state.range(0)));
   }
 }
 
 void exportCSV(benchmark::State& state) {
-  const auto record = tenYears();
+  const auto record = recordOf(state.range(0));
   for (auto _ : state) {
     benchmark::DoNotOptimize(csvText(record, nameOf));
   }
 }
 
 void encode(benchmark::State& state) {
-  const auto record = tenYears();
+  const auto record = recordOf(state.range(0));
   for (auto _ : state) {
     benchmark::DoNotOptimize(jsonText(record));
   }
 }
 
 void loadSumAndExport(benchmark::State& state) {
-  RecordOnDisk disk;
+  RecordOnDisk disk(state.range(0));
   for (auto _ : state) {
     const auto record = disk.load();
-    benchmark::DoNotOptimize(sumOfDays(record, lastDay, days));
+    benchmark::DoNotOptimize(sumOfDays(record, lastDay, state.range(0)));
     benchmark::DoNotOptimize(csvText(record, nameOf));
   }
 }
 
-BENCHMARK(load)->Unit(benchmark::kMillisecond);
-BENCHMARK(totals)->Unit(benchmark::kMillisecond);
-BENCHMARK(exportCSV)->Unit(benchmark::kMillisecond);
-BENCHMARK(encode)->Unit(benchmark::kMillisecond);
-BENCHMARK(loadSumAndExport)->Unit(benchmark::kMillisecond);
+void tenfold(benchmark::internal::Benchmark* benchmark) {
+  benchmark->RangeMultiplier(10)->Range(10, 10000);
+}
+
+BENCHMARK(load)->Apply(tenfold);
+BENCHMARK(totals)->Apply(tenfold);
+BENCHMARK(exportCSV)->Apply(tenfold);
+BENCHMARK(encode)->Apply(tenfold);
+BENCHMARK(loadSumAndExport)->Apply(tenfold);
 
 }  // namespace
 }  // namespace tallowin

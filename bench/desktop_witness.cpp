@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <poll.h>
 #include <string>
 
 namespace tallowin::bench {
@@ -47,13 +48,18 @@ std::optional<std::uint32_t> DesktopWitness::current() const {
 }
 
 std::optional<DesktopWitness::Clock::time_point> DesktopWitness::waitFor(std::uint32_t index) const {
-  while (const Event event{xcb_wait_for_event(connection_)}) {
-    const auto now = Clock::now();
-    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
-    if ((event->response_type & withoutSentBit) == XCB_PROPERTY_NOTIFY && change.atom == atom_ && current() == index) {
-      return now;
+  constexpr int patience = 10'000;  // milliseconds
+  pollfd server{xcb_get_file_descriptor(connection_), POLLIN, 0};
+  do {
+    while (const Event event{xcb_poll_for_event(connection_)}) {
+      const auto now = Clock::now();
+      const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
+      if ((event->response_type & withoutSentBit) == XCB_PROPERTY_NOTIFY && change.atom == atom_ &&
+          current() == index) {
+        return now;
+      }
     }
-  }
+  } while (xcb_connection_has_error(connection_) == 0 && ::poll(&server, 1, patience) > 0);
   return std::nullopt;
 }
 

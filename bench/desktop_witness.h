@@ -21,7 +21,11 @@ class DesktopWitness {
   /// Nothing when no window manager tells it.
   [[nodiscard]] std::optional<std::uint32_t> current() const;
 
-  /// When the current desktop became `index`; nothing when the connection is lost. Waits for it.
+  /// The index, 0 or 1, of a desktop that is not the current one.
+  [[nodiscard]] std::uint32_t other() const { return current() == 0 ? 1 : 0; }
+
+  /// When the current desktop became `index`. Waits for it; nothing when the connection is lost or nothing happens for
+  /// ten seconds.
   [[nodiscard]] std::optional<Clock::time_point> waitFor(std::uint32_t index) const;
 
   /// Asks the window manager to switch, as pagers do.

@@ -1,23 +1,14 @@
 #include "bench/side_by_side.h"
 
-#include <algorithm>
-#include <cmath>
+#include <cstdlib>
 #include <fcntl.h>
-#include <iomanip>
 #include <iostream>
 #include <spawn.h>
 #include <sstream>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tallowin::bench {
-
-namespace {
-
-double quantile(const std::vector<double>& sorted, double part) {
-  return sorted[static_cast<std::size_t>(std::lround(part * static_cast<double>(sorted.size() - 1)))];
-}
-
-}  // namespace
 
 std::vector<std::string> wordsFor(const std::string& command, std::uint32_t index) {
   std::vector<std::string> words;
@@ -33,7 +24,7 @@ std::vector<std::string> wordsFor(const std::string& command, std::uint32_t inde
   return words;
 }
 
-pid_t start(std::vector<std::string> words, int output) {
+pid_t start(std::vector<std::string> words, int output, Errors errors) {
   std::vector<char*> pointers;
   for (auto& word : words) {
     pointers.push_back(word.data());
@@ -46,27 +37,54 @@ pid_t start(std::vector<std::string> words, int output) {
   } else {
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   }
+  if (errors == Errors::hidden) {
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  }
   pid_t process = 0;
   const int error = posix_spawnp(&process, pointers[0], &actions, nullptr, pointers.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   return error == 0 ? process : 0;
 }
 
-bool print(const std::vector<std::string>& commands, std::vector<std::vector<double>> times) {
-  std::cout << std::fixed << std::setprecision(2);
-  double first = 0;
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    if (times[i].empty()) {
-      std::cerr << "never measured: " << commands[i] << '\n';
-      return false;
-    }
-    std::ranges::sort(times[i]);
-    const double median = quantile(times[i], 0.5);
-    first = i == 0 ? median : first;
-    std::cout << "median " << median << " ms  p95 " << quantile(times[i], 0.95) << " ms  " << median / first
-              << " x the first  n=" << times[i].size() << "  " << commands[i] << '\n';
+bool run(std::vector<std::string> words, Errors errors) {
+  const auto process = start(std::move(words), -1, errors);
+  int status = 0;
+  return process != 0 && ::waitpid(process, &status, 0) == process && status == 0;
+}
+
+Turns::Turns(int argc, char** argv) {
+  runs = argc > 2 ? std::strtoul(argv[1], nullptr, 10) : 0;
+  if (runs == 0) {
+    std::cerr << "usage: " << argv[0] << " RUNS COMMAND...\n";
+    std::exit(64);
   }
-  return true;
+  commands.assign(argv + 2, argv + argc);
+}
+
+int Turns::measure(const std::function<std::optional<double>(std::size_t subject, std::size_t turn)>& take,
+                   std::size_t subjects) const {
+  Samples samples;
+  for (std::size_t turn = 0; turn < runs; ++turn) {
+    for (std::size_t subject = 0; subject < subjects; ++subject) {
+      if (subject < commands.size() && commands[subject].empty()) {
+        continue;
+      }
+      const auto value = take(subject, turn);
+      if (!value) {
+        std::cerr << "cannot be measured: " << (subject < commands.size() ? commands[subject] : "the peer") << '\n';
+        return EXIT_FAILURE;
+      }
+      samples.add(subject, *value);
+    }
+  }
+  samples.print();
+  return EXIT_SUCCESS;
+}
+
+void Samples::print() const {
+  for (const auto& [subject, value] : samples_) {
+    std::cout << subject + 1 << ' ' << value << '\n';
+  }
 }
 
 }  // namespace tallowin::bench

@@ -1,8 +1,15 @@
+// How long programs that print a line for every change of the desktop take to do so: from the moment that somebody else
+// asks the window manager for another desktop to the arrival of the line.
+//
+// watch_latency RUNS COMMAND...
+
+#include <algorithm>
 #include <array>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <iostream>
+#include <iterator>
+#include <memory>
 #include <poll.h>
 #include <sys/wait.h>
 #include <thread>
@@ -10,16 +17,11 @@
 
 #include "bench/desktop_witness.h"
 #include "bench/side_by_side.h"
-
-// How long programs that print a line for every change of the desktop take to do so: from the moment that the root
-// window's _NET_CURRENT_DESKTOP has changed, as a connection of its own is told, to the arrival of the line.
-//
-// watch_latency RUNS COMMAND...
+#include "bench/stopwatch.h"
 
 namespace {
 
-using tallowin::bench::DesktopWitness;
-using Clock = DesktopWitness::Clock;
+using namespace tallowin::bench;
 using namespace std::chrono_literals;
 
 /// A program that goes on printing.
@@ -27,8 +29,8 @@ class Watcher {
  public:
   explicit Watcher(const std::string& command) {
     std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) == 0) {
-      process_ = tallowin::bench::start(tallowin::bench::wordsFor(command, 0), ends[1]);
+    if (!command.empty() && ::pipe2(ends.data(), O_CLOEXEC) == 0) {
+      process_ = start(wordsFor(command, 0), ends[1]);
       ::close(ends[1]);
       output_ = ends[0];
     }
@@ -43,6 +45,7 @@ class Watcher {
   Watcher(const Watcher&) = delete;
   Watcher& operator=(const Watcher&) = delete;
 
+  /// Negative when there is no program.
   [[nodiscard]] int output() const { return output_; }
 
   /// Takes what has been printed; false when there was nothing.
@@ -58,29 +61,29 @@ class Watcher {
 };
 
 /// Adds how long each watcher took. False when one stays silent for a second.
-bool measure(const DesktopWitness& witness, const std::vector<std::unique_ptr<Watcher>>& watchers, std::uint32_t index,
-             std::vector<std::vector<double>>& times) {
+bool measure(const DesktopWitness& witness, const std::vector<std::unique_ptr<Watcher>>& watchers, Samples& samples) {
+  const auto index = witness.other();
+  const Stopwatch stopwatch;
   witness.ask(index);
-  const auto changed = witness.waitFor(index);
-  std::vector<bool> seen(watchers.size(), false);
-  for (std::size_t left = watchers.size(); changed && left > 0;) {
-    std::vector<pollfd> wanted;
-    for (std::size_t i = 0; i < watchers.size(); ++i) {
-      wanted.push_back({seen[i] ? -1 : watchers[i]->output(), POLLIN, 0});
-    }
+  std::vector<pollfd> wanted;
+  std::ranges::transform(watchers, std::back_inserter(wanted),
+                         [](const auto& watcher) { return pollfd{watcher->output(), POLLIN, 0}; });
+  while (std::ranges::any_of(wanted, [](const pollfd& output) { return output.fd >= 0; })) {
     if (::poll(wanted.data(), wanted.size(), 1000) <= 0) {
       return false;
     }
-    const auto now = Clock::now();
+    const auto time = stopwatch.now();
     for (std::size_t i = 0; i < watchers.size(); ++i) {
-      if (wanted[i].revents != 0 && watchers[i]->take()) {
-        seen[i] = true;
-        --left;
-        times[i].push_back(std::chrono::duration<double, std::milli>(now - *changed).count());
+      if (wanted[i].fd >= 0 && wanted[i].revents != 0) {
+        if (!watchers[i]->take()) {
+          return false;
+        }
+        wanted[i].fd = -1;
+        samples.add(i, time);
       }
     }
   }
-  return changed.has_value();
+  return true;
 }
 
 void drain(const std::vector<std::unique_ptr<Watcher>>& watchers) {
@@ -91,33 +94,24 @@ void drain(const std::vector<std::unique_ptr<Watcher>>& watchers) {
   }
 }
 
-int run(std::size_t runs, const std::vector<std::string>& commands) {
-  const DesktopWitness witness;
-  std::vector<std::unique_ptr<Watcher>> watchers;
-  for (const auto& command : commands) {
-    watchers.push_back(std::make_unique<Watcher>(command));
-  }
-  std::this_thread::sleep_for(1s);  // until all of them watch
-  std::vector<std::vector<double>> times(commands.size());
-  auto current = witness.current();
-  for (std::size_t turn = 0; turn < runs && current; ++turn) {
-    drain(watchers);
-    current = *current == 0 ? 1 : 0;
-    if (!measure(witness, watchers, *current, times)) {
-      std::cerr << "watch_latency: a change was not printed\n";
-      return EXIT_FAILURE;
-    }
-  }
-  return tallowin::bench::print(commands, std::move(times)) ? EXIT_SUCCESS : EXIT_FAILURE;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::size_t runs = argc > 2 ? std::strtoul(argv[1], nullptr, 10) : 0;
-  if (runs == 0) {
-    std::cerr << "usage: watch_latency RUNS COMMAND...\n";
-    return 64;
+  const Turns turns(argc, argv);
+  const DesktopWitness witness;
+  std::vector<std::unique_ptr<Watcher>> watchers;
+  for (const auto& command : turns.commands) {
+    watchers.push_back(std::make_unique<Watcher>(command));
   }
-  return run(runs, {argv + 2, argv + argc});
+  std::this_thread::sleep_for(1s);  // until all of them watch
+  Samples samples;
+  for (std::size_t turn = 0; turn < turns.runs; ++turn) {
+    drain(watchers);
+    if (!measure(witness, watchers, samples)) {
+      std::cerr << "watch_latency: a change was not printed\n";
+      return 1;
+    }
+  }
+  samples.print();
+  return 0;
 }

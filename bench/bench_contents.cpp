@@ -1,0 +1,42 @@
+// How long it takes to make the contents of the Spaces out of a list of windows, and how that grows with their number.
+// What the desktop takes to answer is not part of it.
+
+#include <benchmark/benchmark.h>
+#include <string>
+
+#include "windows/space_contents_reading.h"
+
+namespace tallowin {
+namespace {
+
+constexpr std::int64_t windowsEach = 5;  // of an application
+constexpr std::int64_t spaces = 10;
+
+PropertyList list(std::int64_t windows) {
+  auto all = PropertyList::array();
+  for (std::int64_t i = 0; i < windows; ++i) {
+    all.push_back({{"kCGWindowLayer", 0},
+                   {"kCGWindowOwnerPID", 1 + i / windowsEach},
+                   {"kCGWindowNumber", i},
+                   {"kCGWindowBounds", {{"X", 10}, {"Y", 20}, {"Width", 640}, {"Height", 480}}},
+                   {"kCGWindowAlpha", 1.0},
+                   {"kCGWindowName", "Window " + std::to_string(i)},
+                   {"kCGWindowOwnerName", "Application"}});
+  }
+  return all;
+}
+
+void readContents(benchmark::State& state) {
+  const std::optional given = list(state.range(0));
+  const SpaceContentsLookups lookups{
+      0, [](ProcessID pid) { return RunningApplication{pid, "org.example.Application", "Application"}; },
+      [](WindowNumber window) { return std::vector{static_cast<ManagedSpaceID>(1 + window % spaces)}; }};
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(readSpaceContents(given, lookups));
+  }
+}
+
+BENCHMARK(readContents)->RangeMultiplier(10)->Range(10, 10000);
+
+}  // namespace
+}  // namespace tallowin
