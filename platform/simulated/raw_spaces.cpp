@@ -132,9 +132,18 @@ PropertyList* RawSpaces::displayEntry(std::string_view display) {
   return found == list_.end() ? nullptr : &*found;
 }
 
+PropertyList* RawSpaces::entryWith(ManagedSpaceID space) {
+  if (!list_.is_array()) {
+    return nullptr;
+  }
+  const auto found = std::ranges::find_if(list_, [&](PropertyList& entry) {
+    return isDisplay(entry) && spaceIn(entry[spacesKey], space) != entry[spacesKey].end();
+  });
+  return found == list_.end() ? nullptr : &*found;
+}
+
 bool RawSpaces::activate(ManagedSpaceID space) {
-  const auto display = displayOf(space);
-  auto* const entry = display ? displayEntry(*display) : nullptr;
+  auto* const entry = entryWith(space);
   if (entry == nullptr) {
     return false;
   }
@@ -170,8 +179,7 @@ std::optional<ManagedSpaceID> RawSpaces::addDesktop(std::string_view display) {
 }
 
 std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
-  const auto display = displayOf(space);
-  auto* const entry = display ? displayEntry(*display) : nullptr;
+  auto* const entry = entryWith(space);
   if (entry == nullptr) {
     return std::nullopt;
   }
@@ -182,18 +190,17 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
     return std::nullopt;
   }
   const auto heir = at == row.begin() ? std::next(at)->id : std::prev(at)->id;
-  if (currentOf(*entry) == space) {
-    activate(heir);
-  }
   auto& spaces = (*entry)[spacesKey];
+  if (currentOf(*entry) == space) {
+    (*entry)[currentKey] = *spaceIn(spaces, heir);
+  }
   lastNewID_ = std::max(lastNewID_, std::min(space, idLimit));
   spaces.erase(spaceIn(spaces, space));
   return heir;
 }
 
 std::optional<PropertyList> RawSpaces::take(ManagedSpaceID space) {
-  const auto display = displayOf(space);
-  auto* const entry = display ? displayEntry(*display) : nullptr;
+  auto* const entry = entryWith(space);
   if (entry == nullptr) {
     return std::nullopt;
   }

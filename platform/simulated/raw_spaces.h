@@ -64,6 +64,8 @@ class RawSpaces {
 
   AbsentDisplay takeAbsent(std::string_view display);
   [[nodiscard]] PropertyList* displayEntry(std::string_view display);
+  /// The entry of the display that has the Space, or null. A malformed list may have several of the same display.
+  [[nodiscard]] PropertyList* entryWith(ManagedSpaceID space);
   ManagedSpaceID newID();
   /// Takes a Space away from the display that has it. Nothing when there is none or it must stay.
   std::optional<PropertyList> take(ManagedSpaceID space);

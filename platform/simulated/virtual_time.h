@@ -39,6 +39,9 @@ class VirtualTime : public MainQueue, public RunLoop, public WorkQueues, public 
   /// runFor() under the name that reads best in a test.
   void advance(Duration duration) { runFor(duration); }
 
+  /// How many pieces of work have been asked for so far, to tell work from idling.
+  [[nodiscard]] std::uint64_t asked() const { return asked_; }
+
   /// Makes run() end at this time after the start, after the work that is due at that very time.
   void endAt(Duration end) { end_ = end; }
 

@@ -46,26 +46,31 @@ struct TrueSpace {
   ManagedSpaceID managedID;
   std::string display;
   bool active;
+  int number;  ///< of the desktop; 0 for a full-screen Space
 };
 
 /// All of them, in the order in which desktops are numbered.
 inline std::vector<TrueSpace> trueSpaces(const DesktopState& state) {
   std::vector<TrueSpace> all;
+  int desktops = 0;
   for (const auto& display : state.spaces.list()) {
     for (const auto& space : display["Spaces"]) {
+      const bool isDesktop = space.value("type", 0) == 0;
       all.push_back({space["uuid"], space["ManagedSpaceID"], display["Display Identifier"],
-                     space["ManagedSpaceID"] == display["Current Space"]["ManagedSpaceID"]});
+                     space["ManagedSpaceID"] == display["Current Space"]["ManagedSpaceID"],
+                     isDesktop ? ++desktops : 0});
     }
   }
   return all;
 }
 
-/// The active Space of the menu-bar display.
+/// The active Space of the menu-bar display, which is the first one if there is no other.
 inline std::string trueActiveID(const DesktopState& state) {
   const auto all = trueSpaces(state);
   const auto found = std::ranges::find_if(
       all, [&](const TrueSpace& space) { return space.active && space.display == state.menuBarDisplay; });
-  return found != all.end() ? found->id : "";
+  const auto first = std::ranges::find(all, true, &TrueSpace::active);
+  return found != all.end() ? found->id : first != all.end() ? first->id : "";
 }
 
 }  // namespace tallowin

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <sstream>
+#include <string_view>
+
+#include "app/app_delegate.h"
+#include "platform/simulated/simulated_parts.h"
+#include "platform/simulated/simulated_platform.h"
+#include "tests/simulated_program.h"
+
+namespace tallowin {
+
+/// The whole resident program on a simulated desktop, which can also end before its desktop does.
+class LivingProgram : public SimulatedProgram {
+ public:
+  explicit LivingProgram(std::string_view scenarioJSON) : SimulatedProgram(scenarioJSON) {
+    time.endAt(scenario.end);
+    desktop.onQuit = [this](int status) { time.stop(status); };
+  }
+
+  void begin() {
+    LaunchOptions options;
+    options.port = LocalAPI::standardPort;
+    delegate = std::make_unique<AppDelegate>(simulatedPlatform(desktop, bridge, preferences, images, time), settings,
+                                             provider, options, error);
+    delegate->applicationDidFinishLaunching();
+  }
+
+  /// Runs from its begin to its end.
+  void live() {
+    begin();
+    time.run();
+    delegate.reset();
+  }
+
+  [[nodiscard]] const DesktopState& state() { return desktop.parts().state; }
+
+  std::ostringstream error;
+  std::unique_ptr<AppDelegate> delegate;  ///< null before its begin and after its end
+};
+
+}  // namespace tallowin

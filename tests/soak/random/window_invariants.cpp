@@ -1,0 +1,184 @@
+// What becomes of windows, and of those who ask for something.
+
+#include <deque>
+#include <map>
+#include <set>
+
+#include "tests/soak/random/invariant.h"
+
+namespace tallowin {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using namespace std::chrono_literals;
+
+/// When a move is reported, a window that the window server was asked to move is where it should be.
+class ReportedMovesHappened : public Invariant {
+ public:
+  using Invariant::Invariant;
+
+  void hear(const Json& record) override {
+    const std::string op = record["op"];
+    if (op == "SLSSpaceSetCompatID") {
+      compatID_[record["compatID"]] = record["space"];
+    } else if (op == "SLSSetWindowListWorkspace") {
+      ask(record["windows"], compatID_[record["workspace"]]);
+    } else if (op == "SLSMoveWindowsToManagedSpace" || op == "SLSBridgedMoveWindowsToManagedSpaceOperation") {
+      ask(record["windows"], record["space"]);
+    } else if (op == "toast" && record["text"].get<std::string>().starts_with("Moved App") && !oneHappened()) {
+      run_.fail("moves that are reported have happened", record.dump());
+    }
+  }
+
+ private:
+  struct Request {
+    Duration at;
+    WindowNumber window;
+    ManagedSpaceID space;
+  };
+
+  void ask(const std::vector<WindowNumber>& windows, ManagedSpaceID space) {
+    for (const auto window : windows) {
+      requests_.push_back({run_.now(), window, space});
+    }
+  }
+
+  bool oneHappened() {
+    std::erase_if(requests_, [&](const Request& request) { return run_.now() - request.at > 2s; });
+    // Where the window server was not asked at all, the window was dragged, and nobody says which one.
+    return requests_.empty() || std::ranges::any_of(requests_, [&](const Request& request) {
+             const auto& windows = run_.program.state().windows;
+             const auto window = std::ranges::find(windows, request.window, &SimulatedWindow::number);
+             return window != windows.end() && std::ranges::count(window->spaces, request.space) > 0;
+           });
+  }
+
+  std::deque<Request> requests_;
+  std::map<std::uint32_t, ManagedSpaceID> compatID_;
+};
+
+/// Windows are closed only once what is to bring them back is in the file.
+class WindowsAreSavedBeforeTheyAreClosed : public Invariant {
+ public:
+  using Invariant::Invariant;
+
+  void hear(const Json& record) override {
+    if (record["op"] == "writeAtomically" && record["path"] == supportFolder + "saved-spaces.json") {
+      savedAt_ = record.contains("error") ? Duration(-1) : run_.now();
+    } else if (record["op"] == "AXUIElementPerformAction" && record["action"] == "AXPress" &&
+               record["element"] == Json{{"role", "AXButton"}} && savedAt_ != run_.now()) {
+      run_.fail("windows are saved before they are closed", record.dump());
+    }
+  }
+
+ private:
+  Duration savedAt_{-1};
+};
+
+/// Whoever asks something is answered.
+class CallersAreAnswered : public Invariant {
+ public:
+  using Invariant::Invariant;
+
+  void hear(const Json& record) override {
+    static const std::map<std::string, std::string> replies = {{"httpRequest", "respond"},
+                                                               {"callDBus", "busReply"},
+                                                               {"runIntent", "scriptResult"},
+                                                               {"speak", "scriptResult"},
+                                                               {"runScriptCommand", "scriptResult"}};
+    const std::string op = record["op"];
+    if (op == "script") {
+      const std::string action = record["do"];
+      if (const auto reply = replies.find(action); reply != replies.end()) {
+        ++open_[reply->second];
+      } else if (action == "runCommand") {
+        if (++callers_; !mayWait(record["arguments"])) {
+          waiting_.insert(callers_);
+        }
+      } else if (action == "interruptCommand") {
+        waiting_.erase(record["caller"].get<int>());
+      }
+    } else if (op == "answer" && record.contains("status")) {
+      waiting_.erase(record["caller"].get<int>());
+    } else if (open_.contains(op)) {
+      --open_[op];
+    }
+  }
+
+  void settled() override {
+    for (const auto& [reply, count] : open_) {
+      if (count != 0) {
+        run_.fail("callers are answered", "so many without " + reply + ": " + std::to_string(count));
+      }
+    }
+    if (!waiting_.empty()) {
+      run_.fail("callers are answered", "no answer for caller " + std::to_string(*waiting_.begin()));
+    }
+  }
+
+ private:
+  static bool mayWait(const Json& arguments) {
+    return arguments == Json::array({"watch"}) || arguments == Json::array({"mark"});
+  }
+
+  int callers_ = 0;
+  std::set<int> waiting_;
+  std::map<std::string, int> open_;  ///< answers that are still to come, by their kind
+};
+
+/// On a calm desktop a switch that nothing comes between arrives.
+class SwitchesArrive : public Invariant {
+ public:
+  explicit SwitchesArrive(const SoakRun& run) : Invariant(run), isCalm_(run.isCalm()) {}
+
+  void hear(const Json& record) override {
+    if (!isCalm_ || record["op"] != "script") {
+      return;
+    }
+    look();
+    const auto text = record.dump();
+    static const std::string word = "tallowin://switch/";
+    const auto found = text.find(word);
+    target_.clear();
+    if (found != std::string::npos && record["do"] != "httpRequest" && run_.now() - lastAt_ > 2500ms) {
+      const int number = std::stoi(text.substr(found + word.size()));
+      const auto all = run_.spaces();
+      const auto space = std::ranges::find(all, number, &TrueSpace::number);
+      constexpr int lastWithHotKey = 16;  // beyond it, keys go to the pointer's display
+      if (space != all.end() && !space->active && number <= lastWithHotKey) {
+        target_ = space->id;
+      }
+    }
+    lastAt_ = run_.now();
+  }
+
+  void settled() override { look(); }
+
+ private:
+  void look() {
+    if (target_.empty()) {
+      return;
+    }
+    const auto all = run_.spaces();
+    const auto space = std::ranges::find(all, target_, &TrueSpace::id);
+    if (run_.now() - lastAt_ > 2s && space != all.end() && !space->active) {
+      run_.fail("switches arrive", target_);
+    }
+  }
+
+  const bool isCalm_;
+  std::string target_;  ///< where the last action should lead
+  Duration lastAt_ = -1h;
+};
+
+}  // namespace
+
+void addWindowInvariants(const SoakRun& run, Invariants& invariants) {
+  invariants.push_back(std::make_unique<ReportedMovesHappened>(run));
+  invariants.push_back(std::make_unique<WindowsAreSavedBeforeTheyAreClosed>(run));
+  invariants.push_back(std::make_unique<CallersAreAnswered>(run));
+  invariants.push_back(std::make_unique<SwitchesArrive>(run));
+}
+
+}  // namespace tallowin
