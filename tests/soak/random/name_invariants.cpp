@@ -3,7 +3,6 @@
 #include <map>
 #include <optional>
 
-#include "base/url.h"
 #include "tests/soak/random/invariant.h"
 
 namespace tallowin {
