@@ -3,13 +3,8 @@
 # and the exponent, which is 1 for growth in proportion. Prints table rows (rows.sh).
 #   bench_growth.sh BUILD-DIRECTORY [RUNS]
 set -uo pipefail
-if [ $# -lt 1 ]; then
-  echo "usage: bench_growth.sh BUILD-DIRECTORY [RUNS]" >&2
-  exit 64
-fi
-BUILD=$(realpath "$1")
-RUNS=${2:-20}
 . "$(dirname "$0")/rows.sh"
+RUNS=${2:-20}
 
 # "SIZE RUN MILLISECONDS" of each measurement of function $2 in Google Benchmark program $1.
 measurements() {

@@ -5,11 +5,7 @@
 #   bench_http.sh BUILD-DIRECTORY [ROUNDS [SECONDS [REQUESTS]]]
 # A round loads each server for SECONDS.
 set -uo pipefail
-if [ $# -lt 1 ]; then
-  echo "usage: bench_http.sh BUILD-DIRECTORY [ROUNDS [SECONDS [REQUESTS]]]" >&2
-  exit 64
-fi
-BUILD=$(realpath "$1")
+. "$(dirname "$0")/rows.sh"
 ROUNDS=${2:-10}
 SPAN=${3:-4}
 REQUESTS=${4:-1000000}
@@ -17,8 +13,6 @@ REQUESTS=${4:-1000000}
 RUNS=$((ROUNDS * 10))
 OUR_PORT=57381
 NGINX_PORT=57382
-. "$(dirname "$0")/rows.sh"
-. "$(dirname "$0")/../tests/e2e/desktop.sh"
 SILENT=
 NGINX=
 clean_up() {

@@ -4,15 +4,9 @@
 #   bench_resident.sh BUILD-DIRECTORY [RUNS [SECONDS]]
 # Starts each RUNS times, and watches all of them idle for SECONDS, five times.
 set -uo pipefail
-if [ $# -lt 1 ]; then
-  echo "usage: bench_resident.sh BUILD-DIRECTORY [RUNS [SECONDS]]" >&2
-  exit 64
-fi
-BUILD=$(realpath "$1")
+. "$(dirname "$0")/rows.sh"
 RUNS=${2:-20}
 SPAN=${3:-20}
-. "$(dirname "$0")/rows.sh"
-. "$(dirname "$0")/../tests/e2e/desktop.sh"
 OTHER_SERVER=
 OTHER_DIRECTORY=
 PIDS=()

@@ -3,14 +3,8 @@
 # (rows.sh).
 #   bench_windows.sh BUILD-DIRECTORY [RUNS]
 set -uo pipefail
-if [ $# -lt 1 ]; then
-  echo "usage: bench_windows.sh BUILD-DIRECTORY [RUNS]" >&2
-  exit 64
-fi
-BUILD=$(realpath "$1")
-RUNS=${2:-20}
 . "$(dirname "$0")/rows.sh"
-. "$(dirname "$0")/../tests/e2e/desktop.sh"
+RUNS=${2:-20}
 trap stop_desktop EXIT
 trap 'exit 130' INT TERM
 

@@ -1,9 +1,16 @@
 # shellcheck shell=bash
-# How the measuring scripts print table rows. To be sourced; expects BUILD, the build directory, and RUNS.
+# What the measuring scripts share: a virtual server, and table rows. To be sourced first, with their arguments, the
+# first of which is the build directory; expects RUNS afterwards.
 #
 # A row: figure | ours, median and (5th-95th percentile) | peer | its | ours / its | how often ours was measured
 
+if [ $# -lt 1 ]; then
+  echo "usage: $(sed -n 's/^#   //p' "$0")" >&2
+  exit 64
+fi
+BUILD=$(realpath "$1")
 BENCH=$(dirname "${BASH_SOURCE[0]}")
+. "$BENCH/../tests/e2e/desktop.sh"
 
 # rows FIGURE PEER...: makes rows of the samples on standard input (rows.awk), which are of ours and of each peer.
 rows() {

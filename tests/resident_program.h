@@ -1,7 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <sstream>
-#include <string>
+#include <string_view>
 
 #include "app/app_delegate.h"
 #include "platform/simulated/simulated_parts.h"
@@ -10,28 +11,31 @@
 
 namespace tallowin {
 
-/// The whole resident program on a simulated desktop, started.
+/// The whole resident program on a simulated desktop, which can also end before its desktop does.
 class ResidentProgram : public SimulatedProgram {
  public:
   explicit ResidentProgram(std::string_view scenarioJSON) : SimulatedProgram(scenarioJSON) {
     time.endAt(scenario.end);
     desktop.onQuit = [this](int status) { time.stop(status); };
-    delegate.applicationDidFinishLaunching();
   }
 
-  [[nodiscard]] SimulatedParts& parts() { return desktop.parts(); }
-
- private:
-  static LaunchOptions standardOptions() {
+  void begin() {
     LaunchOptions options;
     options.port = LocalAPI::standardPort;
-    return options;
+    delegate = std::make_unique<AppDelegate>(simulatedPlatform(desktop, bridge, preferences, images, time), settings,
+                                             provider, options, error);
+    delegate->applicationDidFinishLaunching();
   }
 
- public:
+  /// Runs from its begin to its end.
+  void live() {
+    begin();
+    time.run();
+    delegate.reset();
+  }
+
   std::ostringstream error;
-  AppDelegate delegate{simulatedPlatform(desktop, bridge, preferences, images, time), settings, provider,
-                       standardOptions(), error};
+  std::unique_ptr<AppDelegate> delegate;  ///< null before its begin and after its end
 };
 
 }  // namespace tallowin

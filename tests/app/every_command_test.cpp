@@ -129,13 +129,14 @@ std::string scenarioWith(const Use& use, const std::vector<Json>& actions) {
 /// What the program did to the desktop from that time on, and its files at the end; how a command came is left out.
 std::vector<std::string> story(const std::string& scenario) {
   ResidentProgram program(scenario);
+  program.begin();
   program.time.run();
   const std::set<std::string> transport = {"script", "answer", "respond", "busReply"};
   std::erase_if(program.lines, [&](const std::string& line) {
     const auto record = Json::parse(line);
     return record["t"] < 3 || transport.contains(record["op"]);
   });
-  program.lines.push_back(Json(program.parts().files.contents()).dump());
+  program.lines.push_back(Json(program.files().contents()).dump());
   return program.lines;
 }
 

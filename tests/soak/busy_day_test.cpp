@@ -23,7 +23,8 @@ const std::string support = "/home/user/.local/share/Tallowin/";
 class BusyDay {
  public:
   explicit BusyDay(std::uint64_t start) : random_(start), program_(desktopAt(pick<unsigned>(0, 23))) {
-    // What came before was at the same instant.
+    program_.begin();
+    // What came before is at the same instant.
     for (const auto& line : program_.lines) {
       hear(line);
     }
@@ -74,8 +75,8 @@ class BusyDay {
     return pick(0, most) * 1ms;
   }
 
-  std::vector<TrueSpace> spaces() { return trueSpaces(program_.parts().state); }
-  std::string activeID() { return trueActiveID(program_.parts().state); }
+  std::vector<TrueSpace> spaces() { return trueSpaces(program_.state()); }
+  std::string activeID() { return trueActiveID(program_.state()); }
   bool exists(const std::string& id) { return std::ranges::count(spaces(), id, &TrueSpace::id) == 1; }
 
   // What the program does.
@@ -312,14 +313,14 @@ class BusyDay {
     } else if (kind <= 98) {
       answerDialog();
     } else if (kind == 99) {
-      movePointer(program_.parts().state.displays.size() > 1 ? 3000 : 1439);
+      movePointer(program_.state().displays.size() > 1 ? 3000 : 1439);
     } else if (chance(20)) {
       act({{"do", "jumpClock"}, {"by", pick(-9, 9) * 3600.5}});
     }
     model_.timesChanged = false;
     program_.time.advance(wait);
     ++steps_;
-    EXPECT_EQ(program_.delegate.history().recent(), model_.recent());
+    EXPECT_EQ(program_.delegate->history().recent(), model_.recent());
     if (calm && wait >= 3s && expected_) {
       const auto all = spaces();
       const auto found = std::ranges::find(all, *expected_, &TrueSpace::id);

@@ -45,7 +45,7 @@ class ForeignBytesAreKept : public Invariant {
   }
 
  private:
-  [[nodiscard]] Json contents() const { return run_.program.desktop.parts().files.contents(); }
+  [[nodiscard]] Json contents() const { return run_.program.files().contents(); }
 
   std::map<std::string, Json> foreign_;
 };
@@ -75,14 +75,14 @@ class FilesCanBeReadAgain : public Invariant {
 
  private:
   void startAgain() {
-    const auto files = run_.program.desktop.parts().files.contents();
+    const auto files = run_.program.files().contents();
     const auto questions = Json::parse(R"([
       {"at": 1, "do": "runCommand", "arguments": ["profile", "list"]},
       {"at": 1, "do": "runCommand", "arguments": ["template", "list"]},
       {"at": 1, "do": "runCommand", "arguments": ["saved-spaces"]},
       {"at": 1, "do": "openURL", "url": "tallowin://restore-layout"},
       {"at": 2, "do": "quit"}])");
-    LivingProgram next(Json{{"files", files}, {"script", questions}}.dump());
+    ResidentProgram next(Json{{"files", files}, {"script", questions}}.dump());
     next.onLine = [this](const std::string& line) { hearNextStart(line); };
     next.live();
   }

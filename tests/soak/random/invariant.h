@@ -6,19 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "tests/resident_program.h"
 #include "tests/soak/busy_desktop.h"
-#include "tests/soak/random/living_program.h"
 
 namespace tallowin {
 
 /// What the invariants are about: the scenario, the program that lives through it, and the words for what is wrong.
 struct SoakRun {
   const nlohmann::ordered_json& scenario;
-  LivingProgram& program;
+  ResidentProgram& program;
   /// Says that an invariant does not hold.
   std::function<void(const std::string& invariant, const std::string& detail)> fail;
 
-  [[nodiscard]] const DesktopState& state() const { return program.desktop.parts().state; }
+  [[nodiscard]] const DesktopState& state() const { return program.state(); }
   [[nodiscard]] Duration now() const { return program.time.elapsed(); }
   [[nodiscard]] bool isCalm() const;         ///< neither the machine nor its user's programs misbehave
   [[nodiscard]] bool canReadSpaces() const;  ///< the functions are there that tell which Spaces exist

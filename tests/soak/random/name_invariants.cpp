@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 
+#include "base/url.h"
 #include "tests/soak/random/invariant.h"
 
 namespace tallowin {
@@ -109,31 +110,20 @@ class NamesAreKept : public Invariant {
 
   /// What a call says, as far as it says anything. The number counts the desktops as they are now.
   std::optional<Edit> editIn(const std::vector<std::string>& words) {
-    static const std::string rename = "tallowin://rename/";
-    static const std::string note = "tallowin://note/";
-    Edit edit;
-    std::string number;
-    if (words.empty()) {
-      return std::nullopt;
-    }
+    const auto url = words.empty() ? std::nullopt : URL::parse(words[0]);
     if (words.size() > 3 && words[0] == "edit") {
-      number = words[1];
+      Edit edit{idOfDesktop(words[1]), {}};
       for (std::size_t i = 2; i + 1 < words.size(); i += 2) {
         edit.said[words[i].substr(2)] = words[i + 1];
       }
-    } else if (words[0].starts_with(rename) || words[0].starts_with(note)) {
-      const auto isName = words[0].starts_with(rename);
-      const auto equals = words[0].find('=');
-      number = words[0].substr((isName ? rename : note).size());
-      if (equals == std::string::npos) {
-        return std::nullopt;
-      }
-      edit.said[isName ? "name" : "note"] = percentDecoded(words[0].substr(equals + 1));
-    } else {
+      return edit;
+    }
+    if (!url || (url->host != "rename" && url->host != "note") || url->queryItems.empty()) {
       return std::nullopt;
     }
-    edit.id = idOfDesktop(number);
-    return edit;
+    const auto number = url->pathComponents.empty() ? "" : url->pathComponents.front();
+    const auto member = url->host == "rename" ? "name" : "note";
+    return Edit{idOfDesktop(number), {{member, url->queryItems.front().value.value_or("")}}};
   }
 
   std::string idOfDesktop(const std::string& number) {
@@ -163,16 +153,6 @@ class NamesAreKept : public Invariant {
     for (const auto& [key, value] : edit.said) {
       said_[edit.id][key] = value;
     }
-  }
-
-  static std::string percentDecoded(const std::string& text) {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      const bool coded = text[i] == '%' && i + 2 < text.size();
-      bytes += coded ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : text[i];
-      i += coded ? 2 : 0;
-    }
-    return bytes;
   }
 
   std::map<std::string, Said> said_;          ///< by Space

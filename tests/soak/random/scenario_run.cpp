@@ -92,7 +92,7 @@ class JudgedLife {
   }
 
   const Json scenario_;
-  LivingProgram program_;
+  ResidentProgram program_;
   Verdict verdict_;
   const SoakRun run_{scenario_, program_,
                      [this](const std::string& invariant, const std::string& detail) { fail(invariant, detail); }};
