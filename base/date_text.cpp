@@ -76,8 +76,11 @@ std::optional<Date> dateFromISO8601(std::string_view text) {
   if (!date.ok()) {
     return std::nullopt;
   }
-  return std::chrono::sys_days(date) + std::chrono::hours(*hour) + std::chrono::minutes(*minute) +
-         std::chrono::seconds(*second);
+  const auto instant = std::chrono::sys_days(date) + std::chrono::hours(*hour) + std::chrono::minutes(*minute) +
+                       std::chrono::seconds(*second);
+  const bool held = instant >= std::chrono::ceil<std::chrono::seconds>(Date::min()) &&
+                    instant <= std::chrono::floor<std::chrono::seconds>(Date::max());
+  return held ? std::optional<Date>(instant) : std::nullopt;
 }
 
 }  // namespace tallowin

@@ -11,7 +11,8 @@ namespace tallowin {
 /// ISO 8601 in UTC to the second, as in files: "2026-03-01T09:00:00Z". Fractions are cut off.
 [[nodiscard]] std::string iso8601(Date date);
 
-/// The instant that such a text names; nothing for anything else, impossible days included.
+/// The instant that such a text names; nothing for anything else, impossible days and years before 1677 or after 2262,
+/// which a Date cannot hold, included.
 [[nodiscard]] std::optional<Date> dateFromISO8601(std::string_view text);
 
 /// The same instant in a form for file names: "20260301T090000Z".

@@ -1,6 +1,9 @@
 #include "base/keep_aside.h"
 
+#include <string>
+
 #include "base/date_text.h"
+#include "base/json_text.h"
 
 namespace tallowin {
 
@@ -15,6 +18,25 @@ std::expected<std::filesystem::path, FileError> keepAside(Files& files, const Cl
     return std::unexpected(renamed.error());
   }
   return aside;
+}
+
+std::expected<std::optional<PropertyList>, FileError> contentToReplace(
+    KeepAsideServices services, std::string_view category, const std::filesystem::path& file,
+    const std::function<bool(const PropertyList&)>& isUnderstood) {
+  const auto text = services.files.read(file);
+  if (!text) {
+    return text.error().notFound ? std::expected<std::optional<PropertyList>, FileError>(std::nullopt)
+                                 : std::unexpected(text.error());
+  }
+  if (auto json = parseJSON(*text); json && isUnderstood(*json)) {
+    return *std::move(json);
+  }
+  const auto aside = keepAside(services.files, services.clock, file);
+  if (!aside) {
+    return std::unexpected(aside.error());
+  }
+  services.log.error(category, "cannot understand " + file.string() + ", kept as " + aside->filename().string());
+  return std::nullopt;
 }
 
 }  // namespace tallowin

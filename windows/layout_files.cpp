@@ -1,6 +1,7 @@
 #include "windows/layout_files.h"
 
 #include "base/json_text.h"
+#include "base/keep_aside.h"
 #include "windows/layout_file_name.h"
 
 namespace tallowin {
@@ -21,7 +22,10 @@ void LayoutFiles::write(const WindowLayout& layout, std::string_view name) {
   const auto file = folder() / layoutFileName(name, layout.displaySetup);
   auto written = files_.createDirectory(folder(), privateFolder);
   if (written) {
-    written = files_.writeAtomically(file, prettyJSON(toJson(layout)), privateFile);
+    const auto isLayout = [](const PropertyList& json) { return layoutFromJson(json).has_value(); };
+    const auto before = contentToReplace({files_, clock_, log_}, category, file, isLayout);
+    written = before ? files_.writeAtomically(file, prettyJSON(toJson(layout)), privateFile)
+                     : std::unexpected(before.error());
   }
   if (!written) {
     log_.error(category, "cannot write " + file.string() + ": " + written.error().description);

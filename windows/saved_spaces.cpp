@@ -73,21 +73,12 @@ void SavedSpaces::addTabs(SavedSpace& space) const {
 /// The file's records as they stand, with what a newer version wrote into them. A file that cannot be understood is
 /// kept aside, and there are none then; one that cannot be read, or not be kept aside, must not be replaced.
 std::expected<PropertyList, FileError> SavedSpaces::recordsToKeep() {
-  const auto path = file();
-  const auto text = services_.files.read(path);
-  if (!text) {
-    return text.error().notFound ? std::expected<PropertyList, FileError>(PropertyList::array())
-                                 : std::unexpected(text.error());
+  const auto isUnderstood = [](const PropertyList& json) { return savedSpacesFromJson(json).has_value(); };
+  auto records = contentToReplace({services_.files, services_.clock, services_.log}, category, file(), isUnderstood);
+  if (!records) {
+    return std::unexpected(records.error());
   }
-  if (auto json = parseJSON(*text); json && savedSpacesFromJson(*json)) {
-    return *std::move(json);
-  }
-  const auto aside = keepAside(services_.files, services_.clock, path);
-  if (!aside) {
-    return std::unexpected(aside.error());
-  }
-  services_.log.error(category, "cannot understand " + path.string() + ", kept as " + aside->filename().string());
-  return PropertyList::array();
+  return std::move(*records).value_or(PropertyList::array());
 }
 
 bool SavedSpaces::append(const SavedSpace& space) {

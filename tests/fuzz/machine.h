@@ -51,7 +51,7 @@ class Machine : public StoringProgram {
 
   ProfileStore profiles{{store, settings, files(), paths, time, desktop.log()}};
   SpaceTemplates templates{{store, desktop.workspace(), files(), paths, time, desktop.log()}};
-  LayoutFiles layouts{files(), paths, desktop.log()};
+  LayoutFiles layouts{files(), time, paths, desktop.log()};
   SettingsTransfer transfer{{settings,
                              files(),
                              time,
