@@ -13,20 +13,13 @@ capability() {
   CAPABILITY=$1
 }
 
-# record RESULT DETAIL: a line "label, capability, result, detail" with tabs between, of checks about a capability.
+# record RESULT DETAIL: a line "label, capability, result, detail" with tabs between, of checks about a capability. The
+# result is passed or failed; or lacking, partial or skipped, and the detail says why.
 record() {
   [ -z "$RESULTS" ] || [ -z "$CAPABILITY" ] || printf '%s\t%s\t%s\t%s\n' "$LABEL" "$CAPABILITY" "$1" "$2" >>"$RESULTS"
 }
 
-# Why the capability is not there, or not whole, or could not be looked at.
-lacks() {
-  record lacking "$1"
-}
-
-is_partial() {
-  record partial "$1"
-}
-
+# It could not be looked at.
 skip() {
   SKIPPED=$((SKIPPED + 1))
   echo "skipped $LABEL: $1"
@@ -47,18 +40,17 @@ pass_if() {
   fi
 }
 
-# pass_if_eventually NAME EXPECTED COMMAND...: the command's output becomes what is expected.
+# pass_if_eventually NAME EXPECTED COMMAND...: the command's output becomes what is expected. A second look might see
+# what comes after it.
 pass_if_eventually() {
-  local name=$1 expected=$2
-  shift 2
-  eventually output_is "$expected" "$@"
-  pass_if "$name" "$expected" "$("$@")"
+  eventually output_is "${@:2}"
+  pass_if "$1" "$2" "$LAST_OUTPUT"
 }
 
+# output_is EXPECTED COMMAND...
 output_is() {
-  local expected=$1
-  shift
-  [ "$("$@")" == "$expected" ]
+  LAST_OUTPUT=$("${@:2}")
+  [ "$LAST_OUTPUT" == "$1" ]
 }
 
 # The program in front of the running instance. Its exit status goes to the last line.
@@ -77,6 +69,13 @@ start_instance() {
   start_group "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11 "$@"
   INSTANCE_GROUP=$STARTED_GROUP
   eventually instance_runs
+}
+
+quit_instance() {
+  pass_if "it quits when it is told" "exit 0" "$(ask quit)"
+  eventually group_is_gone "$INSTANCE_GROUP"
+  pass_if "and has gone" gone "$(group_lives "$INSTANCE_GROUP" || echo gone)"
+  end_group "$INSTANCE_GROUP"
 }
 
 group_is_gone() {

@@ -48,8 +48,7 @@ no_bus_case() {
   ask edit 2 --name Trial >/dev/null
   ask edit 2 --name '' >/dev/null
   pass_if_eventually "and says so once" 1 grep -c 'cannot call this one by D-Bus' "$DESKTOP_DIRECTORY/log"
-  ask quit >/dev/null
-  eventually group_is_gone "$INSTANCE_GROUP"
+  quit_instance
 }
 
 command_cases() {
@@ -57,23 +56,15 @@ command_cases() {
   pass_if_eventually "and the desktop is shown" 2 current_desktop
   tw Rename ss 1 Mail
   tw SwitchTo s mai
-  pass_if_eventually "a part of a name will do" 0 current_desktop
   pass_if_eventually "the intent answers" 's "Mail"' tw CurrentSpaceIntent
-  tw LastSpaceIntent
-  pass_if_eventually "another one goes back" 2 current_desktop
   pass_if "a wrong argument is refused" \
     "Call failed: Invalid arguments 'i' to call com.quorvex.Tallowin.SwitchTo(), expecting 's'." \
     "$(tw SwitchTo i 1)"
   pass_if "so is a method that is none" 1 "$(tw Jump | grep -c 'Unknown method Jump')"
   pass_if "and a URL that is none" \
     "Call failed: Tallowin does not understand nonsense" "$(tw Perform s tallowin://nonsense)"
-}
-
-application_cases() {
-  pass_if "Open performs a URL" "()" "$(application Open "['tallowin://switch/2']" '{}')"
-  pass_if_eventually "which shows" 1 current_desktop
   pass_if "an action steps" "()" "$(application ActivateAction next '[]' "{'desktop-startup-id': <'a'>}")"
-  pass_if_eventually "which shows" 2 current_desktop
+  pass_if_eventually "which shows" 1 current_desktop
   pass_if "an unknown one is refused" 1 \
     "$(application ActivateAction dance '[<1>]' '{}' | grep -c 'there is no action dance')"
   pass_if "Activate returns" "()" "$(application Activate '{}')"
@@ -83,7 +74,7 @@ application_cases() {
 property_cases() {
   local heard=$DESKTOP_DIRECTORY/heard group
   pass_if "the names can be read" 'as 4 "Mail" "Desktop 2" "Desktop 3" "Desktop 4"' "$(property Names)"
-  pass_if "and the current Space" '(xs) 3 "Desktop 3"' "$(property Current)"
+  pass_if "and the current Space" '(xs) 2 "Desktop 2"' "$(property Current)"
   pass_if "and all of them" "1 Mail, 2 Desktop 2, 3 Desktop 3, 4 Desktop 4" \
     "$(busctl --user --json=short get-property $NAME $OBJECT $NAME Spaces |
       jq -r '[.data[] | "\(.number.data) \(.name.data)"] | join(", ")')"
@@ -145,7 +136,6 @@ start_bus
 start_instance --verbose
 pass_if_eventually "the name is taken" yes eval 'has_owner && echo yes'
 command_cases
-application_cases
 property_cases
 pass_if "the page has every method with its arguments" "$(introspected)" "$(documented)"
 successor_case

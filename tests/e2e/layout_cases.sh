@@ -1,18 +1,18 @@
 # shellcheck shell=bash
 # A layout of many windows, shuffled by others and restored. To be sourced by run.sh after window_cases.sh.
 
-# "desktop left top width height title" of each window of the layout.
+# "title desktop left top width height" of each window of the layout.
 placements() {
-  wmctrl -lG | awk '$NF ~ /^W[0-9]+$/ { print $2, $3, $4, $5, $6, $NF }' | sort -k 6
+  wmctrl -lG | awk '$NF ~ /^W[0-9]+$/ { print $NF, $2, $3, $4, $5, $6 }' | sort
 }
 
 # The same, without frames.
 desktops_of_layout() {
-  wmctrl -l | awk '$NF ~ /^W[0-9]+$/ { print $2, $NF }' | sort -k 2
+  placements | cut -d ' ' -f 1-2
 }
 
 layout_window_count() {
-  desktops_of_layout | wc -l
+  placements | wc -l
 }
 
 # Puts window $1 somewhere and on one of $2 desktops, in a size of its own. i3 moves windows on the desktop in front only.
@@ -43,11 +43,6 @@ show_every_desktop() {
   put_in_front 0
 }
 
-# How many windows are on other desktops in $2 than in $1.
-count_moved() {
-  comm -13 <(sort <<<"$1") <(sort <<<"$2") | wc -l
-}
-
 open_layout_windows() {
   local number
   for number in $(seq -w "$1"); do
@@ -59,6 +54,10 @@ open_layout_windows() {
 # layout_case WINDOWS DESKTOPS: the windows stay.
 layout_case() {
   capability "Put all windows back where they were"
+  if [ "$LABEL" != i3 ]; then
+    wmctrl -n "$2"
+    eventually output_is "$2" desktop_count
+  fi
   open_layout_windows "$1"
   scatter "$2" 1
   local saved saved_desktops shuffled minimized=
@@ -71,20 +70,16 @@ layout_case() {
     minimized=$(window_called W03)
     put_window "$minimized" 0
     xdotool windowminimize "$minimized"
-    pass_if_eventually "a window is minimised" hidden hidden_or_shown "$minimized"
+    eventually is_hidden "$minimized"
     wmctrl -i -r "$(window_called W05)" -b add,maximized_vert,maximized_horz
     put_window "$(window_called W05)" 0
   fi
   shuffled=$(desktops_of_layout)
   do_command restore-layout
   pass_if_eventually "restore-layout puts $1 windows on $2 desktops back" "$saved_desktops" desktops_of_layout
-  if [ "$LABEL" == i3 ]; then
-    show_every_desktop
-  fi
+  [ "$LABEL" != i3 ] || show_every_desktop
   pass_if_eventually "where they were" "$saved" placements
-  pass_if_said "Toast: Put $(count_moved "$saved_desktops" "$shuffled") windows back on their Spaces"
-  if [ -n "$minimized" ]; then
-    pass_if "a minimised one stays so" hidden "$(hidden_or_shown "$minimized")"
-  fi
+  pass_if_said "Toast: Put $(comm -13 <(echo "$saved_desktops") <(echo "$shuffled") | wc -l) windows back on their Spaces"
+  [ -z "$minimized" ] || pass_if "a minimised one stays so" hidden "$(hidden_or_shown "$minimized")"
   pass_if "the desktop stays" 0 "$(current_desktop)"
 }

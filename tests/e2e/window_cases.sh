@@ -5,10 +5,8 @@
 list_cases() {
   capability "List windows, with where they are"
   open_notes NOTES -geometry 50x12+300+200
-  put_window "$NOTES" 2
-  pass_if "windows --all agrees with wmctrl" "$(witnessed_windows)" "$(listed_windows)"
   put_window "$NOTES" 1
-  pass_if "it does right after a move" "$(witnessed_windows)" "$(listed_windows)"
+  pass_if "windows --all agrees with wmctrl right after a move" "$(witnessed_windows)" "$(listed_windows)"
   pass_if "windows lists the desktop in front" "1 TRIAL" "$(ask windows | awk '/^1/ { print $1, $NF }' | grep -v ANCHOR)"
   pass_if "frames are those of xwininfo" "$(witnessed_frame "$NOTES")" "$(listed_frame NOTES)"
   wmctrl -i -r "$NOTES" -T 'A  B'
@@ -38,22 +36,12 @@ move_cases() {
   pass_if "the desktop stays" 0 "$(current_desktop)"
   put_window "$trial" 0
   focus "$trial"
-  do_command move-window/1
-  pass_if_said "Toast: The window is already on that Space."
-  do_command move-window/next
-  pass_if_eventually "move-window/next moves it to the neighbour" 1 desktop_of "$trial"
-  pass_if_said "Toast: Moved XTerm to Desktop 2"
-  put_window "$trial" 0
-  focus "$trial"
-  pass_if "following can be set" "exit 0" "$(tallowin --set followMovedWindow true | tail -n 1)"
+  tallowin --set followMovedWindow true >/dev/null
   do_command move-window/3
   pass_if_eventually "a followed window moves" 2 desktop_of "$trial"
   pass_if_eventually "its desktop is shown" 2 current_desktop
   pass_if_eventually "it is active there" active active_or_not "$trial"
-  pass_if_said "Toast: Moved XTerm to Desktop 3"
   tallowin --unset followMovedWindow >/dev/null
-  put_window "$trial" 0
-  put_in_front 0
 }
 
 pin_case() {
@@ -67,8 +55,6 @@ pin_case() {
   pass_if "the first is not moved again" 1 "$(desktop_of "$(window_called PINNED)")"
   pass_if "the desktop stays" 0 "$(current_desktop)"
   pass_if "it is unpinned" "exit 0" "$(ask unpin Notes)"
-  pass_if "only once" "tallowin: Notes is pinned to no Space
-exit 1" "$(ask unpin Notes)"
   close_window PINNED
   close_window SECOND
 }
@@ -82,17 +68,17 @@ mark_cases() {
   open_notes OTHER
   put_window "$NOTES" 2
   focus "$marked"
-  pass_if "the front window is marked" "exit 0" "$(ask mark n)"
+  ask mark n >/dev/null
   focus "$NOTES"
   put_in_front 0
-  pass_if "a jump is taken" "exit 0" "$(ask jump N)"
-  pass_if_eventually "it shows the window, not the one in front" active active_or_not "$marked"
+  ask jump N >/dev/null
+  pass_if_eventually "a jump shows the window, not the one in front" active active_or_not "$marked"
   pass_if "on its desktop" 2 "$(current_desktop)"
   close_window OTHER
   put_in_front 0
   focus "$(window_called TRIAL)"
   listen
-  pass_if "a letter can be asked for" "exit 0" "$(ask mark)"
+  ask mark >/dev/null
   xdotool key t
   pass_if_said "Toast: Marked as T"
   put_in_front 2
@@ -100,8 +86,6 @@ mark_cases() {
   xdotool key t
   pass_if_eventually "the letter jumps" active active_or_not "$(window_called TRIAL)"
   pass_if "to where it is" 0 "$(current_desktop)"
-  pass_if "nothing has other marks" "tallowin: Nothing is marked as X
-exit 1" "$(ask jump x)"
   close_window MARKED
   pass_if "a window that has gone is no fault" "exit 0" "$(ask jump n)"
 }
@@ -124,7 +108,7 @@ scratchpad_case() {
     pass_if_eventually "it comes back" active active_or_not "$NOTES"
     pass_if "as it was" shown "$(hidden_or_shown "$NOTES")"
   else
-    is_partial "It is fetched, but not hidden again, as i3 minimises no windows."
+    record partial "It is fetched, but not hidden again, as i3 minimises no windows."
   fi
   tallowin --unset scratchpadApp >/dev/null
   close_window PAD
@@ -158,14 +142,13 @@ minimize_case() {
   pass_if "but nothing else" hidden "$(hidden_or_shown "$by_hand")"
   pass_if "without a change of desktop" 1 "$(current_desktop)"
   tallowin --unset restoreFocus >/dev/null
-  put_in_front 0
   close_window BYHAND
   close_window ELSEWHERE
 }
 
 refused_minimize_case() {
   capability "Minimise all windows, and bring them back"
-  lacks "i3 minimises no windows. Tallowin says that it minimised none."
+  record lacking "i3 minimises no windows. Tallowin says that it minimised none."
   do_command minimize-all
   pass_if_said "Toast: Minimized 0 windows."
   pass_if "what cannot be minimised stays" shown "$(hidden_or_shown "$(window_called TRIAL)")"
@@ -176,13 +159,10 @@ drag_fallback_case() {
   capability "Move windows that are moved back, by dragging them"
   local trial spy left
   trial=$(window_called TRIAL)
-  focus "$trial"
   start_group bash -c "stdbuf -oL xprop -spy -id $trial -notype _NET_WM_DESKTOP >'$DESKTOP_DIRECTORY/journey'"
   spy=$STARTED_GROUP
   eventually output_is 0 journey
-  do_command move-window/2
-  eventually output_is 1 desktop_of "$trial"
-  wmctrl -i -r "$trial" -t 0
+  eventually force_drag "$trial"
   pass_if_said "private move did not take, using drag fallback"
   pass_if_said "Toast: Moved XTerm to Desktop 2"
   pass_if "the drag shows the desktop" 1 "$(current_desktop)"
@@ -191,20 +171,26 @@ drag_fallback_case() {
   left=$(window_left "$trial")
   xdotool mousemove_relative 60 60
   put_window "$trial" 0
-  pass_if "it can be moved afterwards" 0 "$(desktop_of "$trial")"
   pass_if "the pointer has let go of it" "$left" "$(window_left "$trial")"
-  put_in_front 0
+}
+
+# Moves window $1, and puts it back before the program looks where it is, which is 0.12 seconds later. On a busy machine
+# that may be too late; then it is all done again.
+force_drag() {
+  put_window "$1" 0
+  focus "$1"
+  do_command move-window/2
+  eventually output_is 1 desktop_of "$1"
+  wmctrl -i -r "$1" -t 0
+  eventually has_said "Toast: " >/dev/null
+  has_said "private move did not take" >/dev/null
 }
 
 # i3 does not let a window travel so: where it was put back it stays.
 refused_drag_fallback_case() {
   capability "Move windows that are moved back, by dragging them"
-  lacks "i3 keeps it where it was put back. Tallowin says that it did not move."
-  local trial
-  trial=$(window_called TRIAL)
-  do_command move-window/2
-  eventually output_is 1 desktop_of "$trial"
-  wmctrl -i -r "$trial" -t 0
+  record lacking "i3 keeps it where it was put back. Tallowin says that it did not move."
+  eventually force_drag "$(window_called TRIAL)"
   pass_if_said "private move did not take, using drag fallback"
   pass_if_said "Toast: macOS did not move the window."
 }
@@ -218,11 +204,7 @@ pointer() {
   xdotool getmouselocation | cut -d ' ' -f 1-2
 }
 
-# change_desktops URL-PATH: takes its turn after the change before, meanwhile it is refused.
-change_desktops() {
-  eventually change_is_not_refused "$1"
-}
-
+# A change takes its turn after the one before, meanwhile it is refused.
 change_is_not_refused() {
   do_command "$1"
   ! has_said "Toast: Mission Control could not be opened." >/dev/null
@@ -235,21 +217,19 @@ desktop_change_case() {
   put_window "$NOTES" 2
   xdotool mousemove 333 222
   before=$(pointer)
-  change_desktops add-desktop
+  eventually change_is_not_refused add-desktop
   pass_if_eventually "add-desktop adds one" 5 desktop_count
-  change_desktops remove-desktop/2
+  eventually change_is_not_refused remove-desktop/2
   pass_if_eventually "remove-desktop/2 removes one" 4 desktop_count
   pass_if_eventually "what was right of it is one farther left" 1 desktop_of "$NOTES"
   pass_if "the desktop stays" 0 "$(current_desktop)"
   pass_if_eventually "the pointer is where it was" "$before" pointer
-  change_desktops remove-desktop/9
-  pass_if_said "Toast: There is no Desktop 9"
   close_window THIRD
 }
 
 refused_desktop_change_case() {
   capability "Add and remove desktops"
-  lacks "Workspaces of i3 are there while something is on them or they are shown; nothing else adds or removes them."
+  record lacking "Workspaces of i3 are there while something is on them or they are shown; nothing else adds or removes them."
   local before
   before=$(witnessed_desktops)
   do_command add-desktop
@@ -272,16 +252,11 @@ saved_space_case() {
   pass_if_eventually "all of them" "" window_called TWO
   pass_if "but none elsewhere" "$trial" "$(window_called TRIAL)"
   pass_if "it says what it saved" "Desktop 2  $1 apps  0 tabs" "$(ask saved-spaces | grep -o '  Desktop.*' | cut -c 3-)"
-  pass_if "it is reopened by its name" "exit 0" "$(ask reopen 'desktop 2')"
-  pass_if_eventually "its application starts" yes notes_started
-  pass_if "other names are not known" "tallowin: no saved Space is called nonsense
-exit 1" "$(ask reopen nonsense)"
+  ask reopen 'desktop 2' >/dev/null
+  eventually window_is_listed NOTES
+  pass_if "its application starts when it is reopened by its name" NOTES \
+    "$(window_is_listed NOTES && echo NOTES)"
   close_window NOTES
-  put_in_front 0
-}
-
-notes_started() {
-  window_is_listed NOTES && echo yes
 }
 
 # Workspaces of i3 are there as long as there is something on them.
@@ -307,35 +282,21 @@ at_home() {
 }
 
 window_cases() {
+  local case cases
   capability "List windows, with where they are"
-  install_notes
-  if [ "$LABEL" == i3 ]; then
-    hold_workspaces
-  fi
   start_instance --verbose
   pass_if "windows --all agrees with wmctrl at once" "$(witnessed_windows)" "$(listed_windows)"
-  at_home list_cases
-  at_home pin_case  # of windows that have the ids of some that have gone
-  at_home move_cases
-  at_home mark_cases
-  at_home scratchpad_case
+  # Pins early, so that they are of windows that have the ids of some that have gone.
+  cases=(list_cases pin_case move_cases mark_cases scratchpad_case)
   if [ "$LABEL" == i3 ]; then
-    at_home saved_space_case 2
-    hold_workspaces
-    at_home refused_minimize_case
-    refused_desktop_change_case
-    at_home drag_case
-    at_home refused_drag_fallback_case
-    at_home layout_case 12 4
+    cases+=('saved_space_case 2' hold_workspaces refused_minimize_case refused_desktop_change_case drag_case
+      refused_drag_fallback_case 'layout_case 12 4')
   else
-    at_home saved_space_case 1
-    at_home minimize_case
-    at_home drag_fallback_case
-    at_home desktop_change_case
-    wmctrl -n 6
-    eventually output_is 6 desktop_count
-    at_home layout_case 40 6
+    cases+=('saved_space_case 1' minimize_case drag_fallback_case desktop_change_case 'layout_case 40 6')
   fi
-  pass_if "the instance is as well as ever" "exit 0" "$(ask quit)"
-  eventually group_is_gone "$INSTANCE_GROUP"
+  for case in "${cases[@]}"; do
+    # shellcheck disable=SC2086 # a case is words
+    at_home $case
+  done
+  quit_instance
 }

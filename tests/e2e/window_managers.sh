@@ -3,17 +3,7 @@
 
 # Whether the matrix may do without this window manager where it is not installed.
 is_optional() {
-  case $1 in
-    openbox | xfwm4 | i3) return 1 ;;
-    *) return 0 ;;
-  esac
-}
-
-is_known() {
-  case $1 in
-    openbox | xfwm4 | i3 | kwin_x11 | metacity | fluxbox | icewm) return 0 ;;
-    *) return 1 ;;
-  esac
+  [[ $1 =~ ^(kwin_x11|metacity|fluxbox|icewm)$ ]]
 }
 
 # Writes the configuration of window manager $1 into $HOME, which is fresh, and sets WM_COMMAND to what starts it.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/mach_o_symbols.h"
+#include "tests/fuzz/fuzzing.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   // The first bytes choose the slide and the load address, so that sums of addresses overflow too.
@@ -14,8 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   std::memcpy(&slide, data, sizeof slide);
   std::memcpy(&loadAddress, data + sizeof slide, sizeof loadAddress);
-  const auto* const image = reinterpret_cast<const std::byte*>(data) + sizeof slide + sizeof loadAddress;
-  const std::vector<std::byte> bytes(image, reinterpret_cast<const std::byte*>(data) + size);
-  static_cast<void>(tallowin::addressOfSymbol({"/x/SkyLight", bytes, slide, loadAddress}, "wanted"));
+  const auto* const begin = reinterpret_cast<const std::byte*>(data);
+  const std::vector<std::byte> image(begin + sizeof slide + sizeof loadAddress, begin + size);
+  static_cast<void>(tallowin::addressOfSymbol({"/x/SkyLight", image, slide, loadAddress}, "wanted"));
   return 0;
 }

@@ -1,28 +1,22 @@
 // Any property list may be given as the window server's list of Spaces.
 
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "base/json_text.h"
 #include "core/space_provider.h"
+#include "tests/fuzz/fuzzing.h"
+
+using namespace tallowin;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto list = tallowin::parseJSON({reinterpret_cast<const char*>(data), size});
-  const auto displays = list ? tallowin::SpaceProvider::readDisplays(*list, "Main") : std::nullopt;
+  const auto list = parseJSON(inputText(data, size));
+  const auto displays = list ? SpaceProvider::readDisplays(*list, "Main") : std::nullopt;
   if (!displays || displays->empty()) {
     return 0;
   }
-  // Whatever was read, one display carries the menu bar and the desktops are numbered from 1 without a gap.
-  const tallowin::SpaceSnapshot snapshot{*displays, {}};
+  const SpaceSnapshot snapshot{*displays, {}};
   std::int64_t number = 0;
   for (const auto& space : snapshot.allSpaces()) {
-    if (space.isFullscreen ? space.desktopNumber.has_value() : space.desktopNumber != ++number) {
-      std::abort();
-    }
+    require(space.isFullscreen ? !space.desktopNumber : space.desktopNumber == ++number, "desktops have all numbers");
   }
-  if (!snapshot.menuBarDisplay()->isMenuBarDisplay) {
-    std::abort();
-  }
+  require(snapshot.menuBarDisplay()->isMenuBarDisplay, "one display carries the menu bar");
   return 0;
 }

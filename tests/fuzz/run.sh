@@ -35,19 +35,11 @@ run_fuzzer() {
   return 1
 }
 
-failed=0
-running=0
+rm -f "$findings/failed"
 for fuzzer in "$build"/tests/fuzz/fuzz_*; do
   if [ ! -x "$fuzzer" ] || [ -d "$fuzzer" ]; then continue; fi
-  if [ "$running" = "${FUZZERS_AT_ONCE:-$(nproc)}" ]; then
-    wait -n || failed=1
-    running=$((running - 1))
-  fi
-  run_fuzzer "$fuzzer" &
-  running=$((running + 1))
+  [ "$(jobs -r | wc -l)" -lt "${FUZZERS_AT_ONCE:-$(nproc)}" ] || wait -n || true
+  { run_fuzzer "$fuzzer" || touch "$findings/failed"; } &
 done
-while [ "$running" -gt 0 ]; do
-  wait -n || failed=1
-  running=$((running - 1))
-done
-exit "$failed"
+wait
+[ ! -e "$findings/failed" ]

@@ -61,10 +61,6 @@ traces() {
     grep -rIl tallowin etc usr/share/applications var/lib --exclude-dir=dpkg --exclude-dir=apt) | sort -u
 }
 
-is_answered() {
-  as_user tallowin list >/dev/null 2>&1
-}
-
 start_cases() {
   if ! start_server || ! start_window_manager openbox; then
     pass_if "openbox starts" yes no
@@ -74,7 +70,7 @@ start_cases() {
   start_group chroot --userspec=guest:guest "$ROOT" env -i PATH=/usr/bin:/bin HOME=/home/guest \
     XDG_RUNTIME_DIR=/home/guest/run "DISPLAY=$DISPLAY" tallowin
   INSTANCE_GROUP=$STARTED_GROUP
-  eventually is_answered
+  eventually as_user tallowin list >/dev/null
   wmctrl -s 0
   as_user tallowin tallowin://switch/2
   pass_if_eventually "it starts, and switches" 1 current_desktop

@@ -1,5 +1,6 @@
 // What the program knows of the desktop, and in what state it leaves it.
 
+#include <algorithm>
 #include <map>
 
 #include "tests/soak/random/invariant.h"
@@ -16,21 +17,17 @@ class TheSpacesAreKnown : public Invariant {
   using Invariant::Invariant;
 
   void hear(const Json& record) override {
-    const std::string op = record["op"];
-    const auto text = record.dump();
-    if (op == "activeSpace") {
+    const bool isAction = record["op"] == "script";
+    if (record["op"] == "activeSpace") {
       quiet_ = false;
-    } else if (op == "script" && (text.find("setMenuBarDisplay") != std::string::npos)) {
+    } else if (isAction && mentions(record, "setMenuBarDisplay")) {
       quiet_ = true;
-    } else if (op == "writeAtomically" && record["path"] == stateFile) {
+    } else if (record["op"] == "writeAtomically" && record["path"] == supportFolder + "state.json") {
       refused_ = record.contains("error");
-    } else if (rewrittenFile(record) == stateFile) {
+    } else if (rewrittenFile(record) == supportFolder + "state.json") {
       refused_ = true;
-    } else if (op == "script" && (text.find("clickDock") != std::string::npos)) {
-      staysElsewhere_ = true;
     }
-    // Both hold the user back, and then it is where they take the user that counts as visited.
-    staysElsewhere_ = staysElsewhere_ || text.find("spaceLock") != std::string::npos;
+    staysElsewhere_ = staysElsewhere_ || (isAction && mentions(record, "clickDock")) || mentions(record, "spaceLock");
   }
 
   void settled() override {
@@ -38,46 +35,78 @@ class TheSpacesAreKnown : public Invariant {
     if (!run_.hasIntactSpaces() || !run_.canReadSpaces() || quiet_ || deaf) {
       return;
     }
-    const auto active = trueActiveID(run_.state());
-    const auto recent = run_.program.delegate->history().recent();
-    const auto locks = staysElsewhere_ || run_.scenario.dump().find("spaceLock") != std::string::npos;
-    if (!locks && (recent.empty() || recent.front() != active)) {
-      run_.fail("the history ends where the user is", active + ", not " + Json(recent).dump());
+    const auto recent = run_.recent();
+    if (!staysElsewhere_ && (recent.empty() || recent.front() != run_.activeID())) {
+      run_.fail("the history ends where the user is", run_.activeID() + ", not " + Json(recent).dump());
     }
     if (!refused_) {
-      checkState(active);
+      checkState();
     }
   }
 
  private:
-  void checkState(const std::string& active) {
-    const auto text = run_.program.desktop.files().read(stateFile);
-    const auto state = Json::parse(text.value_or(""), nullptr, false);
-    auto expected = Json::array();
-    for (const auto& space : run_.spaces()) {
-      expected.push_back({space.id, space.display, space.active, space.number == 0 ? Json() : Json(space.number)});
-    }
-    auto seen = Json::array();
-    if (state.is_object()) {
-      for (const auto& space : state["spaces"]) {
-        seen.push_back({space["id"], space["display"], space["isActive"], space["number"]});
+  void checkState() {
+    const auto state = run_.supportFile("state.json");
+    const auto said = run_.supportFile("spaces.json");
+    const auto seen = state.value("spaces", Json());
+    auto expected = seen;
+    const auto all = run_.spaces();
+    for (std::size_t i = 0; i < all.size() && all.size() == seen.size(); ++i) {
+      const auto& space = all[i];
+      expected[i].update({{"id", space.id}, {"display", space.display}, {"isActive", space.active}});
+      expected[i]["number"] = space.number == 0 ? Json() : Json(space.number);
+      if (isCalm_ && space.number != 0 && !run_.program.settings.boolean("demoMode")) {
+        const auto words = said.value(space.id, Json::object());
+        expected[i]["name"] = words.value("name", "Desktop " + std::to_string(space.number));
+        expected[i]["note"] = words.value("note", Json());
       }
     }
-    if (seen != expected || state["current"] != active) {
+    if (all.size() != seen.size() || seen != expected || state.value("current", "") != run_.activeID()) {
       run_.fail("state.json tells what is", state.dump() + " instead of " + expected.dump());
     }
   }
 
-  const std::string stateFile = supportFolder + "state.json";
   bool refused_ = false;  ///< writing it the last time, or somebody has changed it since
   bool quiet_ = false;    ///< the menu bar has moved, which the system tells nobody
-  bool staysElsewhere_ = false;
+  /// Both hold the user back, and then it is where they take the user that counts as visited.
+  bool staysElsewhere_ = mentions(run_.scenario, "spaceLock");
+};
+
+/// What is remembered of visits is what the user was shown: the latest first, none twice, at most so many.
+class TheHistoryIsTheVisits : public Invariant {
+ public:
+  using Invariant::Invariant;
+
+  void hear(const Json& record) override {
+    isSeen_ = isSeen_ && !hidesVisits(record);
+    if (record["op"] == "script") {
+      settled();
+    } else if (record["op"] == "hud") {
+      const std::string id = record["id"];
+      std::erase(visits_, id);
+      visits_.insert(visits_.begin(), id);
+      visits_.resize(std::min<std::size_t>(visits_.size(), 20));
+      if (isCalm_ && std::ranges::count(run_.spaces(), id, &TrueSpace::id) != 1) {
+        run_.fail("who is told of a visit finds the Space", record.dump());
+      }
+    }
+  }
+
+  void settled() override {
+    if (isSeen_ && run_.recent() != visits_) {
+      run_.fail("the history is the visits", Json(run_.recent()).dump() + " instead of " + Json(visits_).dump());
+    }
+  }
+
+ private:
+  std::vector<std::string> visits_;
+  bool isSeen_ = true;
 };
 
 /// What the program borrowed is given back: the user's hot keys, the mouse button.
 class BorrowedThingsAreGivenBack : public Invariant {
  public:
-  explicit BorrowedThingsAreGivenBack(const SoakRun& run) : Invariant(run), buttons_(run.state().pressedMouseButtons) {
+  explicit BorrowedThingsAreGivenBack(const SoakRun& run) : Invariant(run) {
     for (int key = 79; key <= 133; ++key) {
       enabled_[key] = run.state().hotKeys.isEnabled(key);
     }
@@ -87,7 +116,9 @@ class BorrowedThingsAreGivenBack : public Invariant {
     if (record["op"] == "script" && record["do"] == "setSymbolicHotKey") {
       enabled_.erase(record["hotKey"].get<int>());
     }
-    usesMouse_ = usesMouse_ || (record["op"] == "script" && record.dump().find("Mouse\"") != std::string::npos);
+    // Who may no longer post events cannot let go of a button either.
+    usesMouse_ = usesMouse_ ||
+                 (record["op"] == "script" && (mentions(record, "Mouse\"") || mentions(record, "\"accessibility\"")));
   }
 
   void settled() override {
@@ -96,25 +127,24 @@ class BorrowedThingsAreGivenBack : public Invariant {
         run_.fail("what was borrowed is given back", "hot key " + std::to_string(key));
       }
     }
-    if (!usesMouse_ && buttons_ == 0 && run_.state().pressedMouseButtons != 0) {
+    if (!usesMouse_ && run_.state().pressedMouseButtons != 0) {
       run_.fail("what was borrowed is given back", "a mouse button is held down");
     }
   }
 
  private:
   std::map<int, bool> enabled_;
-  const std::uint32_t buttons_;
-  bool usesMouse_ = false;
+  bool usesMouse_ = run_.state().pressedMouseButtons != 0;
 };
 
 /// Nothing is an error on a calm desktop, and the program ends only when told to.
 class ErrorsHaveCauses : public Invariant {
  public:
-  explicit ErrorsHaveCauses(const SoakRun& run) : Invariant(run), isCalm_(run.isCalm()) {}
+  using Invariant::Invariant;
 
   void hear(const Json& record) override {
     const std::string op = record["op"];
-    if (op == "script" && record.dump().find("&name=b") != std::string::npos) {
+    if (op == "script" && mentions(record, "&name=b")) {
       mayEnd_ = true;  // a URL that names a key twice
     } else if (op == "terminate" && !mayEnd_) {
       run_.fail("the program ends only when told to", record.dump());
@@ -129,16 +159,13 @@ class ErrorsHaveCauses : public Invariant {
     return message.find("bounce") != std::string::npos || message.starts_with("rule move failed: Full screen");
   }
 
-  const bool isCalm_;
   bool mayEnd_ = false;
 };
 
 }  // namespace
 
 void addDesktopInvariants(const SoakRun& run, Invariants& invariants) {
-  invariants.push_back(std::make_unique<TheSpacesAreKnown>(run));
-  invariants.push_back(std::make_unique<BorrowedThingsAreGivenBack>(run));
-  invariants.push_back(std::make_unique<ErrorsHaveCauses>(run));
+  add<TheSpacesAreKnown, TheHistoryIsTheVisits, BorrowedThingsAreGivenBack, ErrorsHaveCauses>(run, invariants);
 }
 
 }  // namespace tallowin

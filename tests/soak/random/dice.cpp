@@ -1,7 +1,7 @@
 #include "tests/soak/random/dice.h"
 
 #include <map>
-#include <sstream>
+#include <regex>
 
 #include "base/url.h"
 
@@ -71,17 +71,12 @@ const std::map<std::string, Draw, std::less<>> kinds = {
      }},
     {"$path",
      [](Dice& dice) {
-       return dice.fill(R"("~/?.local/share/Tallowin/spaces.json|.local/share/Tallowin/stats.json|)"
-                        R"(.local/share/Tallowin/state.json|.local/share/Tallowin/profiles.json|)"
-                        R"(.local/share/Tallowin/saved-spaces.json|.local/share/Tallowin/Layouts|)"
-                        R"(.local/share/Tallowin|.config/tallowin/preferences.json")");
+       return dice.chance(10) ? Json("~/.config/tallowin/preferences.json")
+                              : dice.fill(R"("~/.local/share/Tallowin?/spaces.json|/stats.json|/state.json|)"
+                                          R"(/profiles.json|/saved-spaces.json|/Layouts|")");
      }},
     {"$malformed", malformedSpaces},
 };
-
-std::string textOf(const Json& value) {
-  return value.is_string() ? value.get<std::string>() : value.dump();
-}
 
 }  // namespace
 
@@ -98,22 +93,21 @@ Json Dice::filled(Json pattern) {
 }
 
 Json Dice::filledText(std::string text) {
-  if (const auto choice = text.find('?'); choice != std::string::npos && text.find('|') != std::string::npos) {
-    std::vector<std::string> choices;
-    std::istringstream stream(text.substr(choice + 1));
-    for (std::string each; std::getline(stream, each, '|');) {
-      choices.push_back(each);
-    }
-    text = text.substr(0, choice) + oneOf(choices);
+  static const std::regex choice("^([^?]*)\\?(.*\\|.*)$");
+  static const std::regex bar("\\|");
+  static const std::regex kind("\\$[a-z]+");
+  std::smatch found;
+  if (std::regex_match(text, found, choice)) {
+    const std::string words = found[2];
+    const std::sregex_token_iterator first(words.begin(), words.end(), bar, -1);
+    text = found[1].str() + oneOf(std::vector<std::string>(first, {}));
   }
   if (const auto whole = kinds.find(text); whole != kinds.end()) {
     return whole->second(*this);
   }
-  for (auto from = text.find('$'); from != std::string::npos; from = text.find('$', from)) {
-    const auto to = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz", from + 1);
-    const auto value = textOf(kinds.at(text.substr(from, to == std::string::npos ? to : to - from))(*this));
-    text = text.substr(0, from) + value + (to == std::string::npos ? "" : text.substr(to));
-    from += value.size();
+  while (std::regex_search(text, found, kind)) {
+    const auto value = kinds.at(found.str())(*this);
+    text = found.prefix().str() + (value.is_string() ? value.get<std::string>() : value.dump()) + found.suffix().str();
   }
   return text;
 }

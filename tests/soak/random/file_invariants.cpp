@@ -1,9 +1,11 @@
 // What becomes of the files.
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <set>
 
+#include "automation/time_record.h"
 #include "tests/soak/random/invariant.h"
 
 namespace tallowin {
@@ -12,14 +14,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-bool isJSON(const std::string& text) {
-  return Json::accept(text);
-}
-
-bool isUnderSupport(const std::string& path) {
-  return path.starts_with(supportFolder) || path.find("/tallowin/preferences.json") != std::string::npos;
-}
-
 /// Files that nobody can understand are still there in the end, under their names or others.
 class ForeignBytesAreKept : public Invariant {
  public:
@@ -27,7 +21,8 @@ class ForeignBytesAreKept : public Invariant {
     const auto all = contents();
     for (const auto& [path, file] : all.items()) {
       const auto bytes = run_.program.desktop.files().read(path);
-      if (isUnderSupport(path) && path.ends_with(".json") && bytes && !isJSON(*bytes)) {
+      const bool isOwn = path.starts_with(supportFolder) || path.ends_with("/tallowin/preferences.json");
+      if (isOwn && path.ends_with(".json") && bytes && !Json::accept(*bytes)) {
         foreign_[path] = file;
       }
     }
@@ -66,34 +61,25 @@ class FilesCanBeReadAgain : public Invariant {
   void ended() override {
     for (const auto& path : own_) {
       const auto text = run_.program.desktop.files().read(path);
-      if (path.ends_with(".json") && text && !isJSON(*text)) {
+      if (path.ends_with(".json") && text && !Json::accept(*text)) {
         run_.fail("files can be read again", path + ": " + *text);
       }
     }
-    startAgain();
-  }
-
- private:
-  void startAgain() {
-    const auto files = run_.program.files().contents();
     const auto questions = Json::parse(R"([
       {"at": 1, "do": "runCommand", "arguments": ["profile", "list"]},
       {"at": 1, "do": "runCommand", "arguments": ["template", "list"]},
       {"at": 1, "do": "runCommand", "arguments": ["saved-spaces"]},
       {"at": 1, "do": "openURL", "url": "tallowin://restore-layout"},
       {"at": 2, "do": "quit"}])");
-    ResidentProgram next(Json{{"files", files}, {"script", questions}}.dump());
-    next.onLine = [this](const std::string& line) { hearNextStart(line); };
+    ResidentProgram next(Json{{"files", run_.program.files().contents()}, {"script", questions}}.dump());
+    next.onLine = [this](const std::string& line) { hearNextStart(Json::parse(line)); };
     next.live();
   }
 
+ private:
   /// What a program that starts on these files says of them.
-  void hearNextStart(const std::string& line) const {
-    const auto record = Json::parse(line);
-    if (record["op"] != "log" || record["level"] != "error") {
-      return;
-    }
-    const std::string message = record["message"];
+  void hearNextStart(const Json& record) const {
+    const std::string message = record["op"] == "log" && record["level"] == "error" ? record["message"] : Json("");
     for (const auto& path : own_) {
       if (message.find("cannot understand " + path) != std::string::npos ||
           message.find("cannot read " + path) != std::string::npos) {
@@ -105,51 +91,114 @@ class FilesCanBeReadAgain : public Invariant {
   std::set<std::string> own_;  ///< files whose content is the program's own
 };
 
-/// The times of a day are never more than there was.
-class TimesDoNotExceedTheDay : public Invariant {
+/// The times that are recorded are those of the visits on a calm desktop, and on others never more than has passed.
+class TimesAreThoseOfTheVisits : public Invariant {
  public:
-  explicit TimesDoNotExceedTheDay(const SoakRun& run) : Invariant(run), before_(sum()) {}
+  explicit TimesAreThoseOfTheVisits(const SoakRun& run)
+      : Invariant(run), settings_(run.program.preferences.observe([this] {
+          if (counts_ != isCounting()) {
+            takeInterval();
+          }
+        })) {}
 
   void hear(const Json& record) override {
-    if (record["op"] == "script" && record["do"] == "jumpClock") {
+    const std::string action = record["op"] == "script" ? record["do"] : Json("");
+    if (record["op"] == "hud") {
+      enter(visited_ = record["id"]);
+    } else if (action == "sleepScreens") {
+      enter("");
+    } else if (mentions(record, "\"time\"")) {
+      enter(current_);  // who asks for the times closes the interval
+    } else if (action == "wakeScreens") {
+      enter(visited_);
+    } else if (action == "jumpClock") {
       jumped_ += std::abs(record["by"].get<double>());
     }
+    isSeen_ = isSeen_ && !hidesVisits(record);
     tampered_ = tampered_ || rewrittenFile(record).ends_with("stats.json");
+  }
+
+  void settled() override {
+    if (isCalm_ && isSeen_ && rounded(recorded()) != rounded(expected_)) {
+      run_.fail("the times are those of the visits", Json(recorded()).dump() + " instead of " + Json(expected_).dump());
+    }
   }
 
   void ended() override {
     const double most = std::chrono::duration<double>(run_.now()).count() + jumped_ + 1e-6;
-    if (!tampered_ && sum() - before_ > most) {
-      run_.fail("no more time is recorded than has passed", std::to_string(sum()) + " > " + std::to_string(most));
+    if (!tampered_ && sum(recorded()) - sum(before_) > most) {
+      run_.fail("no more time is recorded than has passed", Json(recorded()).dump() + " > " + std::to_string(most));
     }
   }
 
  private:
-  [[nodiscard]] double sum() const {
-    const auto text = run_.program.desktop.files().read(supportFolder + "stats.json");
-    const auto days = Json::parse(text.value_or("{}"), nullptr, false);
+  using Times = std::map<std::string, std::map<std::string, double>>;  ///< by day, then by Space: seconds
+
+  [[nodiscard]] Times recorded() const {
+    Times times;
+    const auto file = run_.supportFile("stats.json");
+    for (const auto& [day, spaces] : file.items()) {
+      for (const auto& [id, seconds] : spaces.items()) {
+        times[day][id] = seconds.is_number() ? seconds.get<double>() : 0;
+      }
+    }
+    return times;
+  }
+
+  static double sum(const Times& times) {
     double total = 0;
-    if (days.is_object()) {
-      for (const auto& [day, times] : days.items()) {
-        for (const auto& seconds : times.is_object() ? times : Json::object()) {
-          total += seconds.is_number() ? seconds.get<double>() : 0;
-        }
+    for (const auto& [day, spaces] : times) {
+      for (const auto& [id, seconds] : spaces) {
+        total += seconds;
       }
     }
     return total;
   }
 
-  double before_;
+  /// In microseconds, as they are sums of the same intervals in whichever order.
+  static Times rounded(Times times) {
+    for (auto& [day, spaces] : times) {
+      for (auto& [id, seconds] : spaces) {
+        seconds = std::round(seconds * 1e6);
+      }
+    }
+    return times;
+  }
+
+  [[nodiscard]] bool isCounting() const { return run_.program.settings.boolean("timeTracking"); }
+
+  void enter(const std::string& id) {
+    counts_ = isCounting();
+    takeInterval();
+    current_ = id;
+  }
+
+  /// The time until now counts by what was set before, unless it is too long for somebody to have been there.
+  void takeInterval() {
+    const auto now = run_.program.time.now();
+    const auto spent = now - std::exchange(since_, now);
+    if (std::exchange(counts_, isCounting()) && !current_.empty() && spent > Duration::zero() &&
+        spent < std::chrono::hours(6)) {
+      expected_[dayKey(run_.program.time.localDay(now))][current_] += std::chrono::duration<double>(spent).count();
+    }
+  }
+
+  const Times before_ = recorded();
+  Times expected_ = before_;
+  std::string visited_;
+  std::string current_;  ///< empty while the screens sleep
+  Date since_ = run_.program.time.now();
+  bool counts_ = isCounting();
   double jumped_ = 0;
+  bool isSeen_ = true;
   bool tampered_ = false;
+  Subscription settings_;
 };
 
 }  // namespace
 
 void addFileInvariants(const SoakRun& run, Invariants& invariants) {
-  invariants.push_back(std::make_unique<ForeignBytesAreKept>(run));
-  invariants.push_back(std::make_unique<FilesCanBeReadAgain>(run));
-  invariants.push_back(std::make_unique<TimesDoNotExceedTheDay>(run));
+  add<ForeignBytesAreKept, FilesCanBeReadAgain, TimesAreThoseOfTheVisits>(run, invariants);
 }
 
 }  // namespace tallowin

@@ -1,49 +1,15 @@
 #include "tests/soak/random/invariant.h"
 
+#include <algorithm>
 #include <set>
+
+#include "tests/soak/random/random_scenario.h"
 
 namespace tallowin {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-const std::set<std::string> faultyMembers = {
-    "missingFunctions", "notificationFailures", "ignoredMoves", "disk", "permissions",
-    "screenLocked",     "takenPorts",           "connection",   "dock", "missionControl",
-    "symbolicHotKeys",  "pressedMouseButtons"};
-
-const std::set<std::string> calmActions = {"switchSpace",
-                                           "addSpace",
-                                           "removeSpace",
-                                           "activateApplication",
-                                           "launchApplication",
-                                           "quitApplication",
-                                           "hideApplication",
-                                           "unhideApplication",
-                                           "openWindow",
-                                           "closeWindow",
-                                           "retitleWindow",
-                                           "moveWindow",
-                                           "minimizeWindow",
-                                           "setPreference",
-                                           "movePointer",
-                                           "openURL",
-                                           "runCommand",
-                                           "httpRequest",
-                                           "runScriptCommand",
-                                           "runIntent",
-                                           "speak",
-                                           "callDBus",
-                                           "listenToDBus",
-                                           "sleepScreens",
-                                           "wakeScreens",
-                                           "wake",
-                                           "renamePlist",
-                                           "answerAlert",
-                                           "answerRenameDialog",
-
-                                           "quit"};
 
 bool isIntactSpace(const Json& space) {
   return space.is_object() && space.value("ManagedSpaceID", Json()).is_number_integer() &&
@@ -62,40 +28,34 @@ bool isIntactDisplay(const Json& display) {
          });
 }
 
-bool hasFaultyRecord(const Json& records) {
-  return std::ranges::any_of(records, [](const Json& record) {
-    return record.is_object() &&
-           (record.contains("responseTime") || record.contains("refusesClose") || record.contains("unwritable") ||
-            record.contains("missing") || record.contains("base64") || record.contains("text"));
-  });
+bool isFaultyRecord(const Json& record) {
+  return record.is_object() &&
+         std::ranges::any_of(
+             std::to_array<const char*>({"responseTime", "refusesClose", "unwritable", "missing", "base64", "text"}),
+             [&](const char* member) { return record.contains(member); });
 }
 
 }  // namespace
 
 bool SoakRun::isCalm() const {
-  const auto faulty = [](const auto& member) {
-    return faultyMembers.contains(member.key()) || hasFaultyRecord(member.value());
-  };
-  for (const auto& member : scenario.items()) {
-    if (member.key() != "script" && member.value().is_structured() && faulty(member)) {
-      return false;
-    }
-    if (faultyMembers.contains(member.key())) {
-      return false;
-    }
-  }
-  return hasIntactSpaces() && std::ranges::all_of(scenario.value("script", Json::array()), [](const Json& action) {
-           return calmActions.contains(action["do"].get<std::string>());
-         });
+  static const std::set<std::string> calmMembers = {"start",       "timeZone", "systemVersion",        "uptime",
+                                                    "preferences", "displays", "managedDisplaySpaces", "menuBarDisplay",
+                                                    "files",       "windows",  "applications",         "script"};
+  const auto members = scenario.items();
+  return hasIntactSpaces() &&
+         std::ranges::all_of(members,
+                             [](const auto& member) {
+                               return calmMembers.contains(member.key()) &&
+                                      std::ranges::none_of(member.value(), isFaultyRecord);
+                             }) &&
+         std::ranges::all_of(scenario.value("script", Json::array()),
+                             [](const Json& action) { return isCalmAction(action["do"].get<std::string>()); });
 }
 
 bool SoakRun::canReadSpaces() const {
   const auto missing = scenario.value("missingFunctions", Json::array());
-  return scenario.value("connection", 1) != 0 && missing.is_array() &&
-         std::ranges::none_of(missing, [](const Json& name) {
-           const auto text = name.get<std::string>();
-           return text.find("Copy") != std::string::npos || text.find("Connection") != std::string::npos;
-         });
+  return scenario.value("connection", 1) != 0 && missing.is_array() && !mentions(missing, "Copy") &&
+         !mentions(missing, "Connection");
 }
 
 bool SoakRun::hasIntactSpaces() const {
@@ -104,8 +64,34 @@ bool SoakRun::hasIntactSpaces() const {
     return false;
   }
   std::set<std::string> ids;
+  return std::ranges::all_of(spaces(), [&](const TrueSpace& space) { return ids.insert(space.id).second; });
+}
+
+std::vector<TrueSpace> SoakRun::spaces() const {
+  std::vector<TrueSpace> all;
+  int desktops = 0;
+  for (const auto& display : state().spaces.list()) {
+    for (const auto& space : display["Spaces"]) {
+      const bool isDesktop = space.value("type", 0) == 0;
+      all.push_back({space["uuid"], space["ManagedSpaceID"], display["Display Identifier"],
+                     space["ManagedSpaceID"] == display["Current Space"]["ManagedSpaceID"],
+                     isDesktop ? ++desktops : 0});
+    }
+  }
+  return all;
+}
+
+std::string SoakRun::activeID() const {
   const auto all = spaces();
-  return std::ranges::all_of(all, [&](const TrueSpace& space) { return ids.insert(space.id).second; });
+  const auto found = std::ranges::find_if(
+      all, [&](const TrueSpace& space) { return space.active && space.display == state().menuBarDisplay; });
+  const auto first = std::ranges::find(all, true, &TrueSpace::active);
+  return found != all.end() ? found->id : first != all.end() ? first->id : "";
+}
+
+Json SoakRun::supportFile(const std::string& name) const {
+  const auto json = Json::parse(program.desktop.files().read(supportFolder + name).value_or(""), nullptr, false);
+  return json.is_object() ? json : Json::object();
 }
 
 std::string rewrittenFile(const Json& record) {

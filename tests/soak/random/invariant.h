@@ -7,9 +7,17 @@
 #include <vector>
 
 #include "tests/resident_program.h"
-#include "tests/soak/busy_desktop.h"
 
 namespace tallowin {
+
+/// A Space as the simulated window server has it.
+struct TrueSpace {
+  std::string id;
+  ManagedSpaceID managedID;
+  std::string display;
+  bool active;
+  int number;  ///< of the desktop; 0 for a full-screen Space
+};
 
 /// What the invariants are about: the scenario, the program that lives through it, and the words for what is wrong.
 struct SoakRun {
@@ -20,12 +28,18 @@ struct SoakRun {
 
   [[nodiscard]] const DesktopState& state() const { return program.state(); }
   [[nodiscard]] Duration now() const { return program.time.elapsed(); }
+  /// The Spaces visited, as the program remembers them.
+  [[nodiscard]] std::vector<std::string> recent() const { return program.delegate->history().recent(); }
   [[nodiscard]] bool isCalm() const;         ///< neither the machine nor its user's programs misbehave
   [[nodiscard]] bool canReadSpaces() const;  ///< the functions are there that tell which Spaces exist
   /// Whether the list is an intact one, from which everybody must read the same Spaces.
   [[nodiscard]] bool hasIntactSpaces() const;
-  /// The Spaces of an intact list.
-  [[nodiscard]] std::vector<TrueSpace> spaces() const { return trueSpaces(state()); }
+  /// The Spaces of an intact list, in the order in which desktops are numbered.
+  [[nodiscard]] std::vector<TrueSpace> spaces() const;
+  /// The active Space of the menu-bar display, which is the first one if there is no other.
+  [[nodiscard]] std::string activeID() const;
+  /// The object in a file of the program; an empty one when there is none.
+  [[nodiscard]] nlohmann::ordered_json supportFile(const std::string& name) const;
 };
 
 /// One thing that must be so, whatever happens. It works out from the journal what to expect.
@@ -45,14 +59,30 @@ class Invariant {
 
  protected:
   const SoakRun& run_;
+  const bool isCalm_ = run_.isCalm();
 };
 
 using Invariants = std::vector<std::unique_ptr<Invariant>>;
+
+template <typename... Each>
+void add(const SoakRun& run, Invariants& invariants) {
+  (invariants.push_back(std::make_unique<Each>(run)), ...);
+}
 
 void addDesktopInvariants(const SoakRun& run, Invariants& invariants);
 void addFileInvariants(const SoakRun& run, Invariants& invariants);
 void addNameInvariants(const SoakRun& run, Invariants& invariants);
 void addWindowInvariants(const SoakRun& run, Invariants& invariants);
+
+/// Whether a line of the journal has this text anywhere.
+inline bool mentions(const nlohmann::ordered_json& record, std::string_view text) {
+  return record.dump().find(text) != std::string::npos;
+}
+
+/// Whether it is an action after which not all visits may be told, since the overview is shown instead.
+inline bool hidesVisits(const nlohmann::ordered_json& record) {
+  return record["op"] == "script" && (mentions(record, "overview") || mentions(record, "demo-tour"));
+}
 
 /// The file that a line of the journal says the user or another program to have changed or deleted; empty for others.
 std::string rewrittenFile(const nlohmann::ordered_json& record);

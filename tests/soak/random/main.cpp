@@ -4,20 +4,24 @@
 //   tallowin_soak FILE...           judges scenario files
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <map>
-#include <memory>
-#include <poll.h>
+#include <new>
 #include <random>
-#include <sstream>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
-#include "tests/soak/random/isolated_run.h"
 #include "tests/soak/random/random_scenario.h"
-#include "tests/soak/random/shrinking.h"
+#include "tests/soak/random/verdict.h"
 
 namespace tallowin {
 namespace {
@@ -28,136 +32,119 @@ using SteadyClock = std::chrono::steady_clock;
 struct Options {
   double hours = 0;
   std::uint64_t count = 0;  ///< 0: as many as there is time for
-  std::uint64_t from = 0;
+  std::uint64_t from = std::random_device()();
   std::size_t jobs = std::max(1U, std::thread::hardware_concurrency());
   std::filesystem::path reports = "build/soak";
   std::string program;
 };
 
+/// What the workers have done, each in a process of its own, in memory that they share.
+struct Totals {
+  std::atomic<std::uint64_t> begun = 0;
+  std::atomic<std::uint64_t> done = 0;
+  std::atomic<std::uint64_t> failed = 0;
+  std::atomic<int> minutesTold = 0;
+};
+
+Totals& sharedTotals() {
+  auto* const memory = mmap(nullptr, sizeof(Totals), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) {
+    throw std::bad_alloc();
+  }
+  return *new (memory) Totals();
+}
+
 class Soak {
  public:
-  explicit Soak(Options options) : options_(std::move(options)) {}
+  explicit Soak(Options options) : options_(std::move(options)), totals_(sharedTotals()) {}
 
   /// Whether all scenarios were as they must be.
   bool run() {
     std::cout << "scenarios from number " << options_.from << " on" << std::endl;
-    while (mayBegin() || !running_.empty()) {
-      while (mayBegin() && running_.size() < options_.jobs) {
-        begin(options_.from + begun_++);
+    for (std::size_t i = 0; i < options_.jobs; ++i) {
+      if (fork() == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        work();
+        _exit(EXIT_SUCCESS);
       }
-      collect();
-      tellProgress();
+    }
+    while (wait(nullptr) > 0) {
     }
     tell();
-    return failures_ == 0;
+    return totals_.failed == 0 && totals_.done > 0 && totals_.done >= options_.count;
   }
 
  private:
-  struct Drawn {
-    std::uint64_t number;
-    Json scenario;
-    std::unique_ptr<IsolatedRun> run;
-  };
-
   [[nodiscard]] std::chrono::duration<double> elapsed() const { return SteadyClock::now() - since_; }
 
-  [[nodiscard]] bool mayBegin() const {
+  void work() {
     constexpr int mostFailures = 20;
-    const bool more = options_.count > 0 ? begun_ < options_.count : elapsed().count() < options_.hours * 3600;
-    return more && failures_ < mostFailures;
-  }
-
-  void begin(std::uint64_t number) {
     constexpr std::uint64_t twiceEvery = 16;
-    auto scenario = drawScenario(number);
-    auto run = std::make_unique<IsolatedRun>(scenario.dump(), number % twiceEvery == 0, false);
-    running_.push_back({number, std::move(scenario), std::move(run)});
-  }
-
-  void collect() {
-    std::vector<pollfd> waiting;
-    for (const auto& drawn : running_) {
-      waiting.push_back({drawn.run->descriptor(), POLLIN, 0});
-    }
-    poll(waiting.data(), waiting.size(), 1000);
-    for (auto i = running_.size(); i-- > 0;) {
-      if (waiting[i].revents != 0 || running_[i].run->isLate()) {
-        const auto drawn = std::move(running_[i]);
-        running_.erase(running_.begin() + static_cast<std::ptrdiff_t>(i));
-        ++done_;
-        if (const auto verdict = drawn.run->verdict(); !verdict.invariant.empty()) {
-          report(drawn, verdict);
-        }
+    while (totals_.failed < mostFailures && (options_.count > 0 || elapsed().count() < options_.hours * 3600)) {
+      const auto number = totals_.begun++;
+      if (options_.count > 0 && number >= options_.count) {
+        return;
+      }
+      const auto scenario = drawScenario(options_.from + number);
+      const auto verdict = judgeIsolated(scenario.dump(), number % twiceEvery == 0, false);
+      ++totals_.done;
+      if (!verdict.invariant.empty()) {
+        ++totals_.failed;
+        report(options_.from + number, scenario, verdict);
+      }
+      if (int told = totals_.minutesTold;
+          elapsed() >= std::chrono::minutes(told + 1) && totals_.minutesTold.compare_exchange_strong(told, told + 1)) {
+        tell();
       }
     }
   }
 
-  void report(const Drawn& drawn, const Verdict& verdict) {
+  void report(std::uint64_t number, const Json& drawn, const Verdict& verdict) {
+    const auto text = std::to_string(number) + ": it does not hold that " + verdict.invariant + "\n";
+    std::cout << "number " + text + "  " + verdict.detail << std::endl;
     constexpr int shrunkOfAKind = 3;
-    ++failures_;
-    std::cout << "number " << drawn.number << ": it does not hold that " << verdict.invariant << "\n  "
-              << verdict.detail << std::endl;
     if (++kinds_[verdict.invariant] > shrunkOfAKind) {
       return;
     }
-    constexpr auto patience = std::chrono::seconds(60);
-    const auto until = SteadyClock::now() + patience;
+    const auto until = SteadyClock::now() + std::chrono::minutes(1);
     const bool twice = verdict.invariant == "a scenario has one journal";
     const auto scenario = shrunk(
-        drawn.scenario,
+        drawn,
         [&](const Json& candidate) {
           return judgeIsolated(candidate.dump(), twice, false).invariant == verdict.invariant;
         },
         [&] { return SteadyClock::now() < until; });
-    auto name = std::to_string(drawn.number) + " " + verdict.invariant;
+    auto name = std::to_string(number) + " " + verdict.invariant;
     std::ranges::replace(name, ' ', '-');
     const auto file = options_.reports / (name + ".json");
     std::filesystem::create_directories(options_.reports);
     std::ofstream(file) << scenario.dump(2) << "\n";
-    std::cout << "  short scenario: " << file.string() << "\n  again:   " << options_.program << " " << file.string()
-              << "\n  journal: tallowin --simulate " << file.string() << std::endl;
-  }
-
-  void tellProgress() {
-    constexpr auto interval = std::chrono::minutes(1);
-    if (SteadyClock::now() - told_ >= interval) {
-      told_ = SteadyClock::now();
-      tell();
-    }
+    std::cout << "  short scenario: " + file.string() + "\n  again:   " + options_.program + " " + file.string() +
+                     "\n  journal: tallowin --simulate " + file.string()
+              << std::endl;
   }
 
   void tell() const {
-    std::cout << done_ << " scenarios, "
-              << static_cast<std::uint64_t>(static_cast<double>(done_) * 60 / elapsed().count()) << " a minute, "
-              << failures_ << " failed" << std::endl;
+    const auto aMinute = static_cast<std::uint64_t>(static_cast<double>(totals_.done) * 60 / elapsed().count());
+    std::cout << totals_.done << " scenarios, " << aMinute << " a minute, " << totals_.failed << " failed" << std::endl;
   }
 
   const Options options_;
   const SteadyClock::time_point since_ = SteadyClock::now();
-  SteadyClock::time_point told_ = since_;
-  std::vector<Drawn> running_;
-  std::uint64_t begun_ = 0;
-  std::uint64_t done_ = 0;
-  int failures_ = 0;
-  std::map<std::string, int> kinds_;  ///< failures by invariant
+  Totals& totals_;
+  std::map<std::string, int> kinds_;  ///< failures that this worker has seen, by invariant
 };
 
-bool judgeFiles(const std::vector<std::string>& files) {
-  bool good = true;
-  for (const auto& file : files) {
-    std::ifstream stream(file);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    const auto verdict = judgeIsolated(text.str(), true, true);
-    std::cout << file << ": " << (verdict.invariant.empty() ? "good" : "it does not hold that " + verdict.invariant)
-              << "\n  " << verdict.detail << "\n";
-    good = good && verdict.invariant.empty();
-  }
-  return good;
+bool isGood(const std::string& file) {
+  std::ifstream stream(file);
+  const auto verdict = judgeIsolated({std::istreambuf_iterator(stream), {}}, true, true);
+  std::cout << file << ": " << (verdict.invariant.empty() ? "good" : "it does not hold that " + verdict.invariant)
+            << "\n  " << verdict.detail << std::endl;
+  return verdict.invariant.empty();
 }
 
 template <typename Number>
-bool read(const std::string& text, Number& number) {
+bool read(std::string_view text, Number& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size();
 }
@@ -165,39 +152,30 @@ bool read(const std::string& text, Number& number) {
 int runWith(const std::vector<std::string>& words) {
   Options options;
   options.program = words.front();
-  options.from = std::random_device()();
-  std::vector<std::string> files;
-  for (std::size_t i = 1; i < words.size();) {
-    const auto& word = words[i++];
-    if (!word.starts_with("--")) {
-      files.push_back(word);
-      continue;
-    }
-    const auto value = i < words.size() ? words[i] : "";
-    bool good = true;
-    if (std::uint64_t number = 0; word == "--draw" && read(value, number)) {
-      std::cout << drawScenario(number).dump(2) << "\n";
-      return EXIT_SUCCESS;
-    } else if (word == "--hours") {
-      good = read(value, options.hours);
-    } else if (word == "--count") {
-      good = read(value, options.count);
-    } else if (word == "--from") {
-      good = read(value, options.from);
-    } else if (word == "--jobs") {
-      good = read(value, options.jobs) && options.jobs > 0;
-    } else if (word == "--reports") {
-      options.reports = value;
-    } else {
-      good = false;
-    }
-    if (!good) {
-      std::cerr << "tallowin_soak: not understood: " << word << " " << value << "\n";
+  std::uint64_t drawn = 0;
+  const std::map<std::string, std::function<bool(const std::string&)>> readers = {
+      {"--hours", [&](const auto& value) { return read(value, options.hours); }},
+      {"--count", [&](const auto& value) { return read(value, options.count); }},
+      {"--from", [&](const auto& value) { return read(value, options.from); }},
+      {"--jobs", [&](const auto& value) { return read(value, options.jobs) && options.jobs > 0; }},
+      {"--reports", [&](const auto& value) { return options.reports = value, true; }},
+      {"--draw", [&](const auto& value) { return read(value, drawn); }},
+  };
+  if (words.size() > 1 && !words[1].starts_with("--")) {
+    return std::count_if(words.begin() + 1, words.end(), std::not_fn(isGood)) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+  }
+  for (std::size_t i = 1; i < words.size(); i += 2) {
+    const auto reader = readers.find(words[i]);
+    if (reader == readers.end() || i + 1 == words.size() || !reader->second(words[i + 1])) {
+      std::cerr << "tallowin_soak: not understood: " << words[i] << "\n";
       return EXIT_FAILURE;
     }
-    ++i;
   }
-  return (files.empty() ? Soak(options).run() : judgeFiles(files)) ? EXIT_SUCCESS : EXIT_FAILURE;
+  if (words.size() == 3 && words[1] == "--draw") {
+    std::cout << drawScenario(drawn).dump(2) << "\n";
+    return EXIT_SUCCESS;
+  }
+  return Soak(options).run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace

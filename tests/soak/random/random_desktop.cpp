@@ -1,4 +1,5 @@
-#include "tests/soak/random/random_desktop.h"
+#include "tests/soak/random/dice.h"
+#include "tests/soak/random/random_scenario.h"
 
 namespace tallowin {
 
@@ -87,7 +88,6 @@ void add(Dice& dice, const Part& part, Json& scenario) {
 void drawSpaces(Dice& dice, Json& scenario) {
   const int displays = dice.chance(50) ? 1 : dice.pick(2, 3);
   const bool shared = dice.chance(30);
-  auto list = Json::array();
   int id = 0;
   for (int display = 1; display <= displays; ++display) {
     scenario["displays"].push_back(displayRecord(display));
@@ -95,41 +95,40 @@ void drawSpaces(Dice& dice, Json& scenario) {
       continue;
     }
     auto spaces = Json::array();
-    const int count = dice.chance(5) ? 20 : dice.pick(1, 5);
-    for (int i = 0; i < count; ++i) {
-      const auto digits = std::to_string(++id);
-      const auto uuid = "5ACE0000-0000-4000-8000-" + std::string(12 - digits.size(), '0') + digits;
-      spaces.push_back({{"ManagedSpaceID", id}, {"uuid", uuid}, {"type", 0}});
-      if (i > 0 && dice.chance(10)) {
-        spaces.back().update({{"type", 4}, {"pid", dice.pick(100, 104)}});
+    const int last = id + (dice.chance(5) ? 20 : dice.pick(1, 5));
+    while (id < last) {
+      const auto digits = std::to_string(100 + ++id).substr(1);
+      spaces.push_back({{"ManagedSpaceID", id}, {"uuid", "5ACE0000-0000-4000-8000-0000000000" + digits}, {"type", 0}});
+      if (spaces.size() > 1 && dice.chance(10)) {
+        spaces.back().update(dice.fill(R"({"type": 4, "pid": "$pid"})"));
       }
     }
-    list.push_back({{"Display Identifier", shared ? Json("Main") : displayRecord(display)["uuid"]},
-                    {"Current Space", {{"ManagedSpaceID", dice.oneOf(spaces)["ManagedSpaceID"]}}},
-                    {"Spaces", spaces}});
+    scenario["managedDisplaySpaces"].push_back(
+        {{"Display Identifier", shared ? Json("Main") : displayRecord(display)["uuid"]},
+         {"Current Space", {{"ManagedSpaceID", dice.oneOf(spaces)["ManagedSpaceID"]}}},
+         {"Spaces", spaces}});
   }
-  scenario["menuBarDisplay"] = dice.oneOf(list)["Display Identifier"];
-  scenario["managedDisplaySpaces"] = std::move(list);
+  scenario["menuBarDisplay"] = dice.oneOf(scenario["managedDisplaySpaces"])["Display Identifier"];
 }
 
 void drawApplications(Dice& dice, Json& scenario, bool calm) {
   const int running = dice.pick(1, 5);
-  for (int i = 0; i < running; ++i) {
-    const auto name = "App" + std::to_string(100 + i);
-    Json application = {{"name", name}, {"pid", 100 + i}, {"active", i == 0}};
+  for (int pid = 100; pid < 100 + running; ++pid) {
+    const auto name = "App" + std::to_string(pid);
+    Json application = {{"name", name}, {"pid", pid}, {"active", pid == 100}};
     if (dice.chance(90)) {
       application["bundleID"] = "org.example." + name;
     }
     if (!calm && dice.chance(25)) {
-      application.update(dice.oneOf(Json::parse(R"([{"responseTime": null}, {"responseTime": 0.3},
-                                                    {"refusesClose": true}])")));
+      application.update(
+          dice.oneOf(Json::parse(R"([{"responseTime": null}, {"responseTime": 0.3}, {"refusesClose": true}])")));
     }
     scenario["applications"].push_back(std::move(application));
   }
   const int open = dice.pick(0, 10);
-  for (int i = 0; i < open; ++i) {
+  for (int number = 10; number < 10 + open; ++number) {
     auto window = dice.fill(R"({"title": "$words", "frame": ["$x", "$y", "$side", "$side"], "space": "$space"})");
-    window.update({{"number", 10 + i}, {"pid", 100 + dice.pick(0, running - 1)}, {"minimized", dice.chance(10)}});
+    window.update({{"number", number}, {"pid", 100 + dice.pick(0, running - 1)}, {"minimized", dice.chance(10)}});
     scenario["windows"].push_back(std::move(window));
   }
 }

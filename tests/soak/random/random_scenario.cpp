@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/url.h"
-#include "tests/soak/random/random_desktop.h"
+#include "tests/soak/random/dice.h"
 
 namespace tallowin {
 
@@ -53,8 +53,11 @@ constexpr Event calmEvents[] = {
     {1, R"({"do": "speak", "phrase": "Go back to my last space in Tallowin"})"},
     {1, R"({"do": "?listenToDBus|renamePlist|sleepScreens|wakeScreens|wake"})"},
     {2, R"({"do": "answerRenameDialog", "name": "$words"})"},
-    {3,
-     R"({"do": "setPreference", "key": "?timeTracking|backAndForth|localAPI|spaceLock|wrapAround", "value": "$flag"})"},
+    {1, R"({"do": "answerRenameDialog", "name": null})"},
+    {1, R"({"do": "runCommand", "arguments": ["time", "--days", "1", "--json"]})"},
+    {1, R"({"do": "jumpClock", "by": "$jump"})"},
+    {4, R"({"do": "setPreference", "key": "?timeTracking|backAndForth|localAPI|spaceLock|wrapAround|restoreFocus|)"
+        R"(followMovedWindow|askToNameNewSpaces|autoSaveLayout|hideEmptySpaces", "value": "$flag"})"},
 };
 
 constexpr Event faultyEvents[] = {
@@ -62,7 +65,6 @@ constexpr Event faultyEvents[] = {
     {2, R"({"do": "?makeUnwritable|makeWritable", "path": "$path"})"},
     {2, R"({"do": "?corruptFile|deleteFile", "path": "$path"})"},
     {1, R"({"do": "writeFile", "path": "$path", "text": "{torn", "replace": "$flag"})"},
-    {2, R"({"do": "jumpClock", "by": "$jump"})"},
     {2, R"({"do": "setPermission", "permission": "?accessibility|screenRecording", "allowed": "$flag"})"},
     {1, R"({"do": "?lockScreen|unlockScreen"})"},
     {2, R"({"do": "bounceDock", "count": "$few", "after": "$moment"})"},
@@ -79,8 +81,7 @@ constexpr Event faultyEvents[] = {
     {4, R"([{"displayComes": "$flag"}])"},
     {2,
      R"([{"displayComes": true}, {"displayComes": false}, {"displayComes": true}, {"displayComes": false},
-            {"displayComes": "$flag"},
-            {"displayComes": "$flag"}, {"displayComes": "$flag"}])"},
+         {"displayComes": "$flag"}, {"displayComes": "$flag"}, {"displayComes": "$flag"}])"},
 };
 
 constexpr auto mending = R"json([{"do": "freeDisk"}, {"do": "unlockScreen"},
@@ -105,7 +106,8 @@ class ScriptDrawer {
                                      : kind <= 50 ? 200
                                      : kind <= 94 ? 4000
                                      : kind <= 98 ? 60'000
-                                                  : 400'000);
+                                     : kind <= 99 ? 400'000
+                                                  : 30'000'000);
       add(calm_ || dice_.chance(80) ? drawn(calmEvents) : drawn(faultyEvents));
     }
     end();
@@ -138,19 +140,16 @@ class ScriptDrawer {
   /// A command through any of the channels.
   Json command(const std::string& rest) {
     const auto url = "tallowin://" + rest;
-    switch (dice_.pick(1, 5)) {
-      case 1:
-        return {{"do", "openURL"}, {"url", url}};
-      case 2:
-        return {{"do", "callDBus"}, {"member", "Perform"}, {"arguments", Json::array({url})}};
-      case 3:
-        return {{"do", "httpRequest"},
-                {"method", "POST"},
-                {"target", "/command?url=" + percentEncoded(url)},
-                {"headers", {{"Authorization", dice_.chance(90) ? "Bearer 5e7f2c1a" : "Bearer wrong"}}}};
-      default:
-        return {{"do", "runCommand"}, {"arguments", Json::array({url})}};
-    }
+    const auto target = "/command?url=" + percentEncoded(url);
+    const auto* const token = dice_.chance(90) ? "Bearer 5e7f2c1a" : "Bearer wrong";
+    const Json words = Json::array({url});
+    return dice_.oneOf(std::to_array<Json>({
+        {{"do", "openURL"}, {"url", url}},
+        {{"do", "callDBus"}, {"member", "Perform"}, {"arguments", words}},
+        {{"do", "httpRequest"}, {"method", "POST"}, {"target", target}, {"headers", {{"Authorization", token}}}},
+        {{"do", "runCommand"}, {"arguments", words}},
+        {{"do", "runCommand"}, {"arguments", words}},
+    }));
   }
 
   Json display(bool comes) {
@@ -181,6 +180,15 @@ class ScriptDrawer {
 };
 
 }  // namespace
+
+bool isCalmAction(const std::string& name) {
+  // The last ones are those of every script.
+  return std::ranges::any_of(calmEvents,
+                             [&](const Event& event) {
+                               return std::string_view(event.pattern).find(name) != std::string_view::npos;
+                             }) ||
+         std::ranges::count(std::to_array<std::string>({"openURL", "callDBus", "quit"}), name) > 0;
+}
 
 Json drawScenario(std::uint64_t number) {
   Dice dice(number);

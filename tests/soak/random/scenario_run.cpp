@@ -1,6 +1,5 @@
-#include "tests/soak/random/scenario_run.h"
-
 #include "tests/soak/random/invariant.h"
+#include "tests/soak/random/verdict.h"
 
 namespace tallowin {
 

@@ -1,6 +1,6 @@
-#include "tests/soak/random/shrinking.h"
-
 #include <algorithm>
+
+#include "tests/soak/random/verdict.h"
 
 namespace tallowin {
 

@@ -1,6 +1,6 @@
 // What becomes of windows, and of those who ask for something.
 
-#include <deque>
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -48,13 +48,11 @@ class ReportedMovesHappened : public Invariant {
     std::erase_if(requests_, [&](const Request& request) { return run_.now() - request.at > 2s; });
     // Where the window server was not asked at all, the window was dragged, and nobody says which one.
     return requests_.empty() || std::ranges::any_of(requests_, [&](const Request& request) {
-             const auto& windows = run_.program.state().windows;
-             const auto window = std::ranges::find(windows, request.window, &SimulatedWindow::number);
-             return window != windows.end() && std::ranges::count(window->spaces, request.space) > 0;
+             return std::ranges::count(run_.program.spacesOf(request.window), request.space) > 0;
            });
   }
 
-  std::deque<Request> requests_;
+  std::vector<Request> requests_;
   std::map<std::uint32_t, ManagedSpaceID> compatID_;
 };
 
@@ -112,8 +110,8 @@ class CallersAreAnswered : public Invariant {
         run_.fail("callers are answered", "so many without " + reply + ": " + std::to_string(count));
       }
     }
-    if (!waiting_.empty()) {
-      run_.fail("callers are answered", "no answer for caller " + std::to_string(*waiting_.begin()));
+    for (const auto caller : waiting_) {
+      run_.fail("callers are answered", "no answer for caller " + std::to_string(caller));
     }
   }
 
@@ -130,55 +128,63 @@ class CallersAreAnswered : public Invariant {
 /// On a calm desktop a switch that nothing comes between arrives.
 class SwitchesArrive : public Invariant {
  public:
-  explicit SwitchesArrive(const SoakRun& run) : Invariant(run), isCalm_(run.isCalm()) {}
+  using Invariant::Invariant;
 
   void hear(const Json& record) override {
     if (!isCalm_ || record["op"] != "script") {
       return;
     }
-    look();
-    const auto text = record.dump();
-    static const std::string word = "tallowin://switch/";
-    const auto found = text.find(word);
-    target_.clear();
-    if (found != std::string::npos && record["do"] != "httpRequest" && run_.now() - lastAt_ > 2500ms) {
-      const int number = std::stoi(text.substr(found + word.size()));
-      const auto all = run_.spaces();
-      const auto space = std::ranges::find(all, number, &TrueSpace::number);
-      constexpr int lastWithHotKey = 16;  // beyond it, keys go to the pointer's display
-      if (space != all.end() && !space->active && number <= lastWithHotKey) {
-        target_ = space->id;
-      }
-    }
+    settled();
+    const bool isAlone = run_.now() - lastAt_ > 2500ms && record["do"] != "httpRequest";
     lastAt_ = run_.now();
+    target_ = isAlone ? targetOf(record.dump()) : TrueSpace();
   }
 
-  void settled() override { look(); }
+  void settled() override {
+    const auto all = target_.id.empty() ? std::vector<TrueSpace>() : run_.spaces();
+    const auto space = std::ranges::find(all, target_.id, &TrueSpace::id);
+    if (run_.now() - lastAt_ > 2s && space != all.end() && !space->active) {
+      run_.fail("switches arrive", target_.id);
+    }
+  }
 
  private:
-  void look() {
-    if (target_.empty()) {
-      return;
+  /// Where a switch should lead; nowhere for other actions.
+  [[nodiscard]] TrueSpace targetOf(const std::string& action) const {
+    static const std::string word = "tallowin://switch/";
+    const auto found = action.find(word);
+    if (found == std::string::npos) {
+      return action.find("tallowin://back") != std::string::npos ? previous() : TrueSpace();
     }
     const auto all = run_.spaces();
-    const auto space = std::ranges::find(all, target_, &TrueSpace::id);
-    if (run_.now() - lastAt_ > 2s && space != all.end() && !space->active) {
-      run_.fail("switches arrive", target_);
+    const auto space = std::ranges::find(all, std::stoi(action.substr(found + word.size())), &TrueSpace::number);
+    if (space == all.end() || space->number > lastWithHotKey) {
+      return {};
     }
+    return space->id == run_.activeID() && run_.program.settings.boolean("backAndForth") ? previous() : *space;
   }
 
-  const bool isCalm_;
-  std::string target_;  ///< where the last action should lead
+  /// Where the user has been before, as far as it is still there.
+  [[nodiscard]] TrueSpace previous() const {
+    const auto all = run_.spaces();
+    for (const auto& id : run_.recent()) {
+      const auto space = std::ranges::find(all, id, &TrueSpace::id);
+      if (space != all.end() && id != run_.activeID()) {
+        return space->number >= 1 && space->number <= lastWithHotKey ? *space : TrueSpace();
+      }
+    }
+    return {};
+  }
+
+  static constexpr int lastWithHotKey = 16;  ///< beyond it, keys go to the pointer's display
+  TrueSpace target_{};                       ///< where the last action should lead
   Duration lastAt_ = -1h;
 };
 
 }  // namespace
 
 void addWindowInvariants(const SoakRun& run, Invariants& invariants) {
-  invariants.push_back(std::make_unique<ReportedMovesHappened>(run));
-  invariants.push_back(std::make_unique<WindowsAreSavedBeforeTheyAreClosed>(run));
-  invariants.push_back(std::make_unique<CallersAreAnswered>(run));
-  invariants.push_back(std::make_unique<SwitchesArrive>(run));
+  add<ReportedMovesHappened, WindowsAreSavedBeforeTheyAreClosed, CallersAreAnswered, SwitchesArrive>(run, invariants);
 }
 
 }  // namespace tallowin
