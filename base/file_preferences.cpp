@@ -1,5 +1,7 @@
 #include "base/file_preferences.h"
 
+#include <utility>
+
 #include "base/json_text.h"
 #include "base/keep_aside.h"
 
@@ -17,7 +19,7 @@ FilePreferences::FilePreferences(Services services, std::filesystem::path file, 
     : services_(services), file_(std::move(file)), global_(std::move(global)) {}
 
 std::optional<PropertyList> FilePreferences::objectForKey(std::string_view key) {
-  readIfChanged();
+  lookOncePerTurn();
   const auto found = values_.find(key);
   return found != values_.end() ? std::optional(found->second) : std::nullopt;
 }
@@ -72,6 +74,14 @@ Subscription FilePreferences::observe(std::function<void()> observer) {
 
 std::optional<PropertyList> FilePreferences::CFPreferencesCopyValue(std::string_view key) {
   return global_(key);
+}
+
+/// Many settings are read in one turn.
+void FilePreferences::lookOncePerTurn() {
+  if (!std::exchange(*looked_, true)) {
+    readIfChanged();
+    services_.mainQueue.async([looked = looked_] { *looked = false; });
+  }
 }
 
 void FilePreferences::readIfChanged() {

@@ -20,9 +20,9 @@ namespace tallowin {
 using GlobalPreferences = std::function<std::optional<PropertyList>(std::string_view key)>;
 
 /// Preferences in one JSON file that people may edit by hand: an object with one member for each key, sorted. An edit
-/// takes effect at the next read, and observers are told of it. A file that is not such an object is reported in the
-/// log while the values read before stay in force; the next write keeps it aside under a time-stamped name. A file that
-/// cannot be read at all is never replaced. Processes that write at the same time take turns.
+/// takes effect in the next turn of the main queue, and observers are told of it. A file that is not such an object is
+/// reported in the log while the values read before stay in force; the next write keeps it aside under a time-stamped
+/// name. A file that cannot be read at all is never replaced. Processes that write at the same time take turns.
 class FilePreferences : public Preferences {
  public:
   struct Services {
@@ -48,6 +48,7 @@ class FilePreferences : public Preferences {
   using Values = std::map<std::string, PropertyList, std::less<>>;
   enum class Content { known, notUnderstood, notReadable };
 
+  void lookOncePerTurn();
   void readIfChanged();
   void read();
   void reportFault(Content content, const std::string& why);
@@ -63,6 +64,8 @@ class FilePreferences : public Preferences {
   Values values_;
   Values told_;                     ///< what the observers know; whoever reads a value may have seen a newer one first
   std::optional<FileStamp> stamp_;  ///< of the content that was last looked at
+  /// Whether the file was looked at in this turn of the main queue. Owned here and by the end of that turn.
+  std::shared_ptr<bool> looked_ = std::make_shared<bool>(false);
   Content content_ = Content::known;
   std::string fault_;  ///< what was reported of it, if it is not known
   Broadcaster<> changed_;

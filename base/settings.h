@@ -14,7 +14,8 @@
 namespace tallowin {
 
 /// The program's settings: what the user has set, else what is registered. Nothing is cached, so a change takes effect
-/// at the next read. A stored value of the wrong type reads as not set. Main thread only.
+/// at the next read, one by others in the next turn of the main queue. A stored value of the wrong type reads as not
+/// set. Main thread only.
 class Settings {
  public:
   explicit Settings(Preferences& preferences) : preferences_(preferences) {}

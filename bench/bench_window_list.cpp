@@ -59,7 +59,7 @@ struct Services {
   SymbolicHotKeys hotKeys;
   X11DesktopReader desktops{connection};
   X11Windows windows{connection, desktops, processes, loop, 0};
-  X11DesktopOperations operations{connection, desktops, windows.reader, windows.actions, windows.refusals, loop};
+  X11DesktopOperations operations{connection, desktops, windows, loop};
   EmulatedDock dock{operations, hotKeys, loop, loop, log, {}};
   X11WindowServer windowServer{connection, desktops, hotKeys, dock, windows, [](std::string_view) {}};
   X11WindowList list{connection, windows.reader, windows.applications};

@@ -35,8 +35,8 @@ class DesktopOperations {
   /// The displays in the window server's order, as they are now.
   virtual std::vector<DesktopRow> rows() = 0;
 
-  /// The index in rows() of the display that holds the pointer; nothing when none does.
-  virtual std::optional<std::size_t> rowUnderPointer() = 0;
+  /// The identifier of the display that holds the pointer; nothing when none does.
+  virtual std::optional<std::string> displayUnderPointer() = 0;
 
   /// Begins to show a Space on its display. May take its time; a Space that is gone is ignored.
   virtual void switchTo(ManagedSpaceID space, SwitchCause cause) = 0;

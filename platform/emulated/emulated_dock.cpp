@@ -82,19 +82,17 @@ void EmulatedDock::activeSpaceChanged(const std::string& display) {
 }
 
 void EmulatedDock::step(int steps, SwitchCause cause) {
-  const auto rows = desktops_.rows();
-  const auto index = desktops_.rowUnderPointer();
-  if (!index || *index >= rows.size()) {
+  const auto display = desktops_.displayUnderPointer();
+  if (!display) {
     return;
   }
-  const auto& display = rows[*index].display;
-  auto& journey = journeys_[display];
+  auto& journey = journeys_[*display];
   if (journey.steps == 0 && behaviour_.lastReported) {
-    journey.base = behaviour_.lastReported(display);
+    journey.base = behaviour_.lastReported(*display);
   }
   journey.steps += steps;
   journey.cause = cause;
-  journey.work = queue_.after(Duration::zero(), [this, display] { perform(display); });
+  journey.work = queue_.after(Duration::zero(), [this, display = *display] { perform(display); });
 }
 
 /// The Space that steps count from: the one that the display is heading for, else the active one.

@@ -103,9 +103,7 @@ void SimulatedParts::connectParts() {
   spaces.onListChanged = [this] { files.replace(spacesFile(), ""); };
   spaces.onArrival = [this](const std::string& display, ManagedSpaceID space) {
     dock.activeSpaceChanged(display);
-    const auto rows = spaces.rows();
-    const auto pointed = spaces.rowUnderPointer();
-    if (pointed && rows[*pointed].display == display) {
+    if (spaces.displayUnderPointer() == display) {
       dragging.carryTo(space);
     }
   };

@@ -4,16 +4,15 @@
 
 namespace tallowin {
 
-std::optional<std::size_t> SimulatedSpaces::rowUnderPointer() {
+std::optional<std::string> SimulatedSpaces::displayUnderPointer() {
   const auto* const pointed = state_.displayAt(state_.pointer);
-  const auto all = rows();
-  std::optional<std::size_t> shared;
-  for (std::size_t i = 0; i < all.size(); ++i) {
+  std::optional<std::string> shared;
+  for (const auto& [display, spaces, active] : rows()) {
     // "Main" is the main display, or all of them where they share their Spaces.
-    if (all[i].display == "Main") {
-      shared = i;
-    } else if (pointed != nullptr && state_.displayNamed(all[i].display) == pointed) {
-      return i;
+    if (display == "Main") {
+      shared = display;
+    } else if (pointed != nullptr && state_.displayNamed(display) == pointed) {
+      return display;
     }
   }
   return pointed != nullptr ? shared : std::nullopt;

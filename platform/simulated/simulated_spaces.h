@@ -41,7 +41,7 @@ class SimulatedSpaces : public DesktopOperations {
   std::function<void()> onListChanged = [] {};
 
   std::vector<DesktopRow> rows() override { return state_.spaces.rows(); }
-  std::optional<std::size_t> rowUnderPointer() override;
+  std::optional<std::string> displayUnderPointer() override;
   void switchTo(ManagedSpaceID space, SwitchCause cause) override;
   bool addDesktop(const std::string& display) override;
   bool removeDesktop(ManagedSpaceID space) override;

@@ -14,7 +14,11 @@ X11ApplicationChanges::X11ApplicationChanges(X11Connection& connection, X11Windo
       applications_(applications),
       queue_(queue),
       notifications_(notifications) {
-  lookSoon();
+  // A turn later, as reading which applications are installed takes its time: what a command came for goes first.
+  work_ = queue_.after(Duration::zero(), [this] {
+    work_.cancel();
+    lookSoon();
+  });
 }
 
 void X11ApplicationChanges::handle(const xcb_generic_event_t& event) {

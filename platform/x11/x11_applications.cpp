@@ -102,7 +102,7 @@ X11Applications::Snapshot X11Applications::present() {
 
 xcb_window_t X11Applications::activeWindow() {
   const auto reading = present();
-  return reading == nullptr ? reader_.activeWindow() : reading->screen.active;
+  return reading == nullptr ? glance_.present()->activeWindow : reading->screen.active;
 }
 
 void X11Applications::invalidate() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/workspace.h"
+#include "platform/x11/x11_glance.h"
 #include "platform/x11/x11_moment.h"
 #include "platform/x11/x11_window_reader.h"
 #include "platform/xdg/installed_applications.h"
@@ -42,8 +43,8 @@ class X11Applications {
   /// Owned by whoever looks at it, and by this object until the next reading.
   using Snapshot = std::shared_ptr<const X11ApplicationSnapshot>;
 
-  X11Applications(X11WindowReader& reader, InstalledApplications& installed, X11Moment& moment)
-      : reader_(reader), installed_(installed), moment_(moment) {}
+  X11Applications(X11WindowReader& reader, InstalledApplications& installed, X11Moment& moment, X11Glance& glance)
+      : reader_(reader), installed_(installed), moment_(moment), glance_(glance) {}
 
   /// Reads everything now.
   Snapshot refresh();
@@ -56,7 +57,7 @@ class X11Applications {
   /// Makes latest() read again.
   void invalidate();
 
-  /// The active window, 0 for none. Costs one round trip where there is no present().
+  /// The active window, 0 for none. Costs one round trip where neither a reading nor a glance stands for the present.
   [[nodiscard]] xcb_window_t activeWindow();
   /// The application as it is now. Costs round trips where there is no present().
   [[nodiscard]] RunningApplication running(const X11Application& application);
@@ -72,6 +73,7 @@ class X11Applications {
   X11WindowReader& reader_;
   InstalledApplications& installed_;
   X11Moment& moment_;
+  X11Glance& glance_;
 
   std::mutex mutex_;  ///< guards what follows
   Snapshot latest_;

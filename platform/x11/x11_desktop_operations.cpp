@@ -13,18 +13,16 @@ constexpr Duration untilMoved = std::chrono::milliseconds(100);
 
 }  // namespace
 
-X11DesktopOperations::X11DesktopOperations(X11Connection& connection, X11DesktopReader& desktops,
-                                           X11WindowReader& windows, X11WindowActions& actions, X11Refusals& refusals,
+X11DesktopOperations::X11DesktopOperations(X11Connection& connection, X11DesktopReader& desktops, X11Windows& windows,
                                            MainQueue& queue)
     : connection_(connection),
       desktops_(desktops),
       windows_(windows),
-      actions_(actions),
-      refusals_(refusals),
-      carrier_(connection, desktops, queue, [this](ManagedSpaceID space) { switchPlainly(space); }) {}
+      carrier_(connection, desktops, windows.glance, queue, [this](ManagedSpaceID space) { switchPlainly(space); }) {}
 
 std::vector<DesktopRow> X11DesktopOperations::rows() {
-  const auto state = desktops_.read();
+  const auto view = windows_.glance.look();
+  const auto& state = view->desktops;
   if (state.spaces.empty()) {
     return {};
   }
@@ -35,8 +33,8 @@ std::vector<DesktopRow> X11DesktopOperations::rows() {
   return {row};
 }
 
-std::optional<std::size_t> X11DesktopOperations::rowUnderPointer() {
-  return 0;
+std::optional<std::string> X11DesktopOperations::displayUnderPointer() {
+  return X11WindowServer::mainDisplay;
 }
 
 void X11DesktopOperations::switchTo(ManagedSpaceID space, SwitchCause /*cause*/) {
@@ -46,7 +44,7 @@ void X11DesktopOperations::switchTo(ManagedSpaceID space, SwitchCause /*cause*/)
 }
 
 void X11DesktopOperations::switchPlainly(ManagedSpaceID space) {
-  if (const auto index = desktops_.read().indexOf(space)) {
+  if (const auto index = windows_.glance.present()->desktops.indexOf(space)) {
     // No X event asked for the switch, so there is no time stamp to give.
     connection_.sendToWindowManager(connection_.root(), X11Atom::netCurrentDesktop,
                                     {static_cast<std::uint32_t>(*index), XCB_CURRENT_TIME, 0, 0, 0});
@@ -76,19 +74,19 @@ bool X11DesktopOperations::removeDesktop(ManagedSpaceID space) {
 /// Moves what is on the desktops from this one on to the desktop left of each.
 bool X11DesktopOperations::moveLeft(const X11DesktopState& state, std::size_t firstDesktop) {
   std::map<xcb_window_t, std::uint32_t> targets;
-  for (const auto& window : windows_.read().windows) {
+  for (const auto& window : windows_.reader.read().windows) {
     if (window.desktop && *window.desktop >= firstDesktop && *window.desktop < state.spaces.size()) {
       targets[window.id] = *window.desktop - 1;
     }
   }
   for (const auto& [window, desktop] : targets) {
-    actions_.moveToDesktop(window, desktop, state);
+    windows_.actions.moveToDesktop(window, desktop, state);
   }
   if (state.current && *state.current >= firstDesktop) {
     switchPlainly(state.spaces[*state.current - 1]);
   }
   const auto arrived = [&] {
-    const auto now = windows_.read();
+    const auto now = windows_.reader.read();
     return std::ranges::all_of(now.windows, [&](const X11Window& window) {
       const auto target = targets.find(window.id);
       return target == targets.end() || window.desktop == target->second;
@@ -99,7 +97,7 @@ bool X11DesktopOperations::moveLeft(const X11DesktopState& state, std::size_t fi
 
 bool X11DesktopOperations::canChangeCount() {
   const auto state = desktops_.read();
-  return !state.dynamic && !state.spaces.empty() && !refusals_.isRefused(X11Refusals::Request::desktopCount);
+  return !state.dynamic && !state.spaces.empty() && !windows_.refusals.isRefused(X11Refusals::Request::desktopCount);
 }
 
 bool X11DesktopOperations::askForCount(std::size_t count) {
@@ -108,7 +106,8 @@ bool X11DesktopOperations::askForCount(std::size_t count) {
   }
   connection_.sendToWindowManager(connection_.root(), X11Atom::netNumberOfDesktops,
                                   {static_cast<std::uint32_t>(count), 0, 0, 0, 0});
-  return refusals_.confirm(X11Refusals::Request::desktopCount, [&] { return desktops_.read().spaces.size() == count; });
+  return windows_.refusals.confirm(X11Refusals::Request::desktopCount,
+                                   [&] { return desktops_.read().spaces.size() == count; });
 }
 
 }  // namespace tallowin

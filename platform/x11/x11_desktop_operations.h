@@ -3,22 +3,19 @@
 #include "platform/emulated/desktop_operations.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
-#include "platform/x11/x11_refusals.h"
-#include "platform/x11/x11_window_actions.h"
 #include "platform/x11/x11_window_carrier.h"
-#include "platform/x11/x11_window_reader.h"
+#include "platform/x11/x11_windows.h"
 
 namespace tallowin {
 
 /// The window manager's desktops, asked for by EWMH root window messages. One row, as all monitors switch together.
 class X11DesktopOperations : public DesktopOperations {
  public:
-  X11DesktopOperations(X11Connection& connection, X11DesktopReader& desktops, X11WindowReader& windows,
-                       X11WindowActions& actions, X11Refusals& refusals, MainQueue& queue);
+  X11DesktopOperations(X11Connection& connection, X11DesktopReader& desktops, X11Windows& windows, MainQueue& queue);
 
   std::vector<DesktopRow> rows() override;
-  /// Always the one row, also while rows() has none.
-  std::optional<std::size_t> rowUnderPointer() override;
+  /// Always the one display, also while rows() has none.
+  std::optional<std::string> displayUnderPointer() override;
   /// A window whose title bar is being dragged comes along, which takes a fifth of a second.
   void switchTo(ManagedSpaceID space, SwitchCause cause) override;
   /// True when the desktop is there. False where desktops are dynamic: those come by being used. Waits at most a tenth
@@ -40,9 +37,7 @@ class X11DesktopOperations : public DesktopOperations {
 
   X11Connection& connection_;
   X11DesktopReader& desktops_;
-  X11WindowReader& windows_;
-  X11WindowActions& actions_;
-  X11Refusals& refusals_;
+  X11Windows& windows_;
   X11WindowCarrier carrier_;
 };
 

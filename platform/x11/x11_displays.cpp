@@ -52,7 +52,7 @@ std::string takeEdid(X11Connection& connection, xcb_randr_get_output_property_co
 
 }  // namespace
 
-X11Displays::X11Displays(X11Connection& connection) : connection_(connection) {
+X11Displays::X11Displays(X11Connection& connection, X11Glance& glance) : connection_(connection), glance_(glance) {
   if (connection_.hasExtension(xcb_randr_id)) {
     // A server answers in the oldest version that it has not been told is understood. Its own version does not matter:
     // a request that it does not know fails.
@@ -65,11 +65,7 @@ DisplayID X11Displays::CGMainDisplayID() {
 }
 
 CGRect X11Displays::CGDisplayBounds(DisplayID display) {
-  if (display != mainDisplay) {
-    return {};
-  }
-  const auto size = connection_.reply(xcb_get_geometry_reply, xcb_get_geometry(connection_.raw(), connection_.root()));
-  return size ? CGRect{{0, 0}, {static_cast<double>(size->width), static_cast<double>(size->height)}} : CGRect{};
+  return display == mainDisplay ? CGRect{{0, 0}, glance_.present()->rootSize} : CGRect{};
 }
 
 DisplayID X11Displays::CGDisplayGetDisplayIDFromUUID(std::string_view /*uuid*/) {

@@ -4,6 +4,7 @@
 
 #include "platform/displays.h"
 #include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_glance.h"
 
 namespace tallowin {
 
@@ -13,7 +14,7 @@ class X11Displays : public Displays {
  public:
   static constexpr DisplayID mainDisplay = 1;
 
-  explicit X11Displays(X11Connection& connection);
+  X11Displays(X11Connection& connection, X11Glance& glance);
 
   DisplayID CGMainDisplayID() override;
   CGRect CGDisplayBounds(DisplayID display) override;
@@ -33,6 +34,7 @@ class X11Displays : public Displays {
   std::vector<Monitor> monitors();
 
   X11Connection& connection_;
+  X11Glance& glance_;
 };
 
 }  // namespace tallowin

@@ -74,7 +74,7 @@ class ApplicationElement : public EmulatedElement {
 
   [[nodiscard]] AXValue focused(X11ElementContext& context, const X11ApplicationSnapshot& snapshot,
                                 const X11Application& application) const {
-    const auto active = context.reader.activeWindow();
+    const auto active = context.applications.activeWindow();
     if (std::ranges::find(application.windows, active) != application.windows.end()) {
       return element(context, active);
     }
@@ -99,7 +99,7 @@ AXValue X11WindowElement::attribute(std::string_view name) const {
     return AXUIElement(std::make_shared<CloseButton>(context_, number_));
   }
   if (name == "AXMain") {
-    return context->reader.activeWindow() == *id;
+    return context->applications.activeWindow() == *id;
   }
   const std::pair<std::string_view, AXValue> attributes[] = {
       {"AXRole", "AXWindow"},         {"AXTitle", window->title},      {"AXPosition", window->frame.origin},

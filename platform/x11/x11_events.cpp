@@ -74,25 +74,17 @@ X11Events::~X11Events() {
   }
 }
 
-XcbPtr<xcb_query_pointer_reply_t> X11Events::queryPointer() {
-  return connection_.reply(xcb_query_pointer_reply, xcb_query_pointer(connection_.raw(), connection_.root()));
-}
-
 CGPoint X11Events::pointerLocation() {
-  const auto pointer = queryPointer();
-  return pointer ? CGPoint{static_cast<double>(pointer->root_x), static_cast<double>(pointer->root_y)} : CGPoint{};
+  return glance_.present()->pointer;
 }
 
 CGPoint X11Events::mouseLocation() {
-  const auto cookie = xcb_get_geometry(connection_.raw(), connection_.root());
-  const auto location = pointerLocation();
-  const auto size = connection_.reply(xcb_get_geometry_reply, cookie);
-  return size ? CGPoint{location.x, size->height - location.y} : CGPoint{};
+  const auto view = glance_.present();
+  return {view->pointer.x, view->rootSize.height - view->pointer.y};
 }
 
 std::uint32_t X11Events::pressedMouseButtons() {
-  const auto pointer = queryPointer();
-  const std::uint32_t mask = pointer ? pointer->mask : 0U;
+  const std::uint32_t mask = glance_.present()->held;
   return ((mask & XCB_BUTTON_MASK_1) != 0 ? 1U : 0U) | ((mask & XCB_BUTTON_MASK_3) != 0 ? 2U : 0U) |
          ((mask & XCB_BUTTON_MASK_2) != 0 ? 4U : 0U);
 }
@@ -128,9 +120,8 @@ void X11Events::pressKey(VirtualKeyCode keyCode, std::uint64_t flags) {
     return;
   }
   const auto cookie = requestKeyMap(connection_);
-  const auto pointer = queryPointer();
+  const unsigned group = glance_.look()->held >> groupShift & groupMask;
   const auto map = takeKeyMap(connection_, cookie);
-  const unsigned group = pointer ? (pointer->mask >> groupShift & groupMask) : 0U;
   auto keycodes = keycodesToPress(map, keyCode, flags, group);
   for (const auto keycode : keycodes) {
     fake(XCB_KEY_PRESS, keycode);

@@ -10,6 +10,7 @@
 #include "platform/emulated/mission_control.h"
 #include "platform/x11/key_map.h"
 #include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_glance.h"
 
 namespace tallowin {
 
@@ -19,8 +20,9 @@ namespace tallowin {
 /// posted.
 class X11Events : public EmulatedEvents {
  public:
-  X11Events(X11Connection& connection, const Clock& clock, EmulatedDock& dock, MissionControl& missionControl)
-      : EmulatedEvents(clock, dock), connection_(connection), missionControl_(missionControl) {}
+  X11Events(X11Connection& connection, X11Glance& glance, const Clock& clock, EmulatedDock& dock,
+            MissionControl& missionControl)
+      : EmulatedEvents(clock, dock), connection_(connection), glance_(glance), missionControl_(missionControl) {}
   /// Releases what is still held.
   ~X11Events() override;
 
@@ -33,7 +35,6 @@ class X11Events : public EmulatedEvents {
   void postInput(const EmulatedEvent& event) override;
 
  private:
-  XcbPtr<xcb_query_pointer_reply_t> queryPointer();
   void pressKey(VirtualKeyCode keyCode, std::uint64_t flags);
   void releaseKey(VirtualKeyCode keyCode);
   void postMouse(CGMouseEventType type, CGPoint location);
@@ -41,6 +42,7 @@ class X11Events : public EmulatedEvents {
   void fake(std::uint8_t type, std::uint8_t detail, CGPoint location = {});
 
   X11Connection& connection_;
+  X11Glance& glance_;
   MissionControl& missionControl_;
   bool clicking_ = false;  ///< the left button is held on Mission Control
   /// The keycodes that were pressed for each key that is held, in the order of pressing.

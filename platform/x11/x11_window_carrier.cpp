@@ -15,9 +15,9 @@ constexpr int deepestNesting = 8;
 
 }  // namespace
 
-X11WindowCarrier::X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
-                                   std::function<void(ManagedSpaceID)> switchTo)
-    : connection_(connection), desktops_(desktops), queue_(queue), switchTo_(std::move(switchTo)) {}
+X11WindowCarrier::X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, X11Glance& glance,
+                                   MainQueue& queue, std::function<void(ManagedSpaceID)> switchTo)
+    : connection_(connection), desktops_(desktops), glance_(glance), queue_(queue), switchTo_(std::move(switchTo)) {}
 
 X11WindowCarrier::~X11WindowCarrier() {
   if (carried_) {
@@ -51,17 +51,15 @@ void X11WindowCarrier::settle() {
 
 /// The active window, when the left button is held over its frame: over the window itself it does something else.
 std::optional<xcb_window_t> X11WindowCarrier::draggedWindow() {
-  const auto root = connection_.root();
-  const auto pointerCookie = xcb_query_pointer(connection_.raw(), root);
-  const auto activeCookie = connection_.requestProperty(root, X11Atom::netActiveWindow, XCB_ATOM_WINDOW);
-  const auto pointer = connection_.reply(xcb_query_pointer_reply, pointerCookie);
-  const auto active = parseCardinal(connection_.takeProperty(activeCookie));
-  if (!pointer || (pointer->mask & XCB_BUTTON_MASK_1) == 0 || pointer->child == XCB_WINDOW_NONE || !active) {
+  const auto view = glance_.present();
+  const auto active = view->activeWindow;
+  if ((view->held & XCB_BUTTON_MASK_1) == 0 || view->underPointer == XCB_WINDOW_NONE || active == XCB_WINDOW_NONE) {
     return std::nullopt;
   }
   const auto insideCookie =
-      xcb_translate_coordinates(connection_.raw(), root, *active, pointer->root_x, pointer->root_y);
-  const auto sizeCookie = xcb_get_geometry(connection_.raw(), *active);
+      xcb_translate_coordinates(connection_.raw(), connection_.root(), active,
+                                static_cast<std::int16_t>(view->pointer.x), static_cast<std::int16_t>(view->pointer.y));
+  const auto sizeCookie = xcb_get_geometry(connection_.raw(), active);
   const auto inside = connection_.reply(xcb_translate_coordinates_reply, insideCookie);
   const auto size = connection_.reply(xcb_get_geometry_reply, sizeCookie);
   if (!inside || !size) {
@@ -69,7 +67,7 @@ std::optional<xcb_window_t> X11WindowCarrier::draggedWindow() {
   }
   const bool overWindow =
       inside->dst_x >= 0 && inside->dst_y >= 0 && inside->dst_x < size->width && inside->dst_y < size->height;
-  return !overWindow && topLevelOf(*active) == pointer->child ? active : std::nullopt;
+  return !overWindow && topLevelOf(active) == view->underPointer ? std::optional(active) : std::nullopt;
 }
 
 std::optional<xcb_window_t> X11WindowCarrier::topLevelOf(xcb_window_t window) {

@@ -36,7 +36,8 @@ ConnectionID X11WindowServer::CGSBridgeConnection() {
 }
 
 std::optional<PropertyList> X11WindowServer::CGSBridgeCopyManagedDisplaySpaces() {
-  const auto state = desktops_.read();
+  const auto view = windows_.glance.look();
+  const auto& state = view->desktops;
   if (state.spaces.empty()) {
     return std::nullopt;
   }

@@ -5,6 +5,7 @@
 #include "platform/processes.h"
 #include "platform/x11/x11_applications.h"
 #include "platform/x11/x11_elements.h"
+#include "platform/x11/x11_glance.h"
 #include "platform/x11/x11_launcher.h"
 #include "platform/x11/x11_refusals.h"
 #include "platform/x11/x11_window_actions.h"
@@ -20,7 +21,8 @@ struct X11Windows {
       : reader(connection, self),
         installed(processXdgEnvironment()),
         moment(connection, queue),
-        applications(reader, installed, moment),
+        glance(connection, desktops, moment),
+        applications(reader, installed, moment, glance),
         refusals(desktops),
         actions(connection, reader, desktops, refusals),
         launcher(installed, processes),
@@ -29,6 +31,7 @@ struct X11Windows {
   X11WindowReader reader;
   InstalledApplications installed;
   X11Moment moment;
+  X11Glance glance;
   X11Applications applications;
   X11Refusals refusals;
   X11WindowActions actions;

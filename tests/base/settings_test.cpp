@@ -18,7 +18,10 @@ class SettingsTest : public testing::Test {
  protected:
   SettingsTest() { settings.registerDefaults(); }
 
-  void edit(std::string_view text) { files.replace(file, text); }
+  void edit(std::string_view text) {
+    files.replace(file, text);
+    time.advance(Duration::zero());
+  }
 
   [[nodiscard]] PropertyList stored() { return PropertyList::parse(files.read(file).value_or("null")); }
 
@@ -78,7 +81,7 @@ TEST_F(SettingsTest, AValueOfTheWrongTypeReadsAsNotSet) {
   EXPECT_EQ(settings.profileByDisplaySetup().at("A+B"), "Desk");
 }
 
-TEST_F(SettingsTest, AnEditByHandTakesEffectAtTheNextReadAndSurvivesTheNextWrite) {
+TEST_F(SettingsTest, AnEditByHandTakesEffectInTheNextTurnAndSurvivesTheNextWrite) {
   preferences.setObject("hudEnabled", false);
   edit(R"({"hudEnabled": true, "wrapAround": false, "somebody else's": [1]})");
   EXPECT_TRUE(settings.boolean("hudEnabled"));
@@ -90,6 +93,8 @@ TEST_F(SettingsTest, AnEditByHandTakesEffectAtTheNextReadAndSurvivesTheNextWrite
   EXPECT_EQ(stored(), PropertyList::parse(
                           R"({"hudEnabled": true, "wrapAround": false, "somebody else's": [1], "gridColumns": 4})"));
   files.take(file);
+  EXPECT_FALSE(settings.boolean("wrapAround")) << "it was looked at in this turn";
+  time.advance(Duration::zero());
   EXPECT_TRUE(settings.boolean("wrapAround"));
 }
 

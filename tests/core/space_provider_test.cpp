@@ -1,4 +1,5 @@
-// What is read from the window server's list of Spaces.
+// What is read from the window server's list of Spaces; and on a simulated desktop what leads to a refresh of it, when,
+// and who is told.
 
 #include "core/space_provider.h"
 
@@ -6,9 +7,13 @@
 #include <gtest/gtest.h>
 #include <unordered_set>
 
+#include "core/space_watcher.h"
+#include "tests/simulated_program.h"
+
 namespace tallowin {
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 std::optional<std::vector<DisplaySpaces>> read(const char* json, const std::string& menuBar = "Main") {
@@ -42,6 +47,10 @@ TEST(SpaceProvider, DesktopNumbersRunAcrossDisplaysAndPassOverFullScreenSpaces) 
   EXPECT_EQ(displays->at(0).activeSpaceID, "u4");
   EXPECT_FALSE(displays->at(0).isMenuBarDisplay);
   EXPECT_TRUE(displays->at(1).isMenuBarDisplay);
+  const auto doubled = read(R"([{"Display Identifier": "A", "Current Space": {"ManagedSpaceID": 1}, "Spaces": [
+      {"ManagedSpaceID": 1, "uuid": "x"}, {"ManagedSpaceID": 1, "uuid": "y"}]}])");
+  EXPECT_THAT(lines(*doubled), ElementsAre("*x 1@0", "*y 2@1"));
+  EXPECT_EQ(doubled->front().activeSpaceID, "y") << "the later one counts";
 }
 
 TEST(SpaceProvider, MalformedEntriesAreLeftOutAndTheRestIsUsed) {
@@ -96,13 +105,6 @@ TEST(SpaceProvider, DisplaysWithoutTheirRequiredPartsAreLeftOut) {
   EXPECT_TRUE(read("[]")->empty());
 }
 
-TEST(SpaceProvider, TheLaterOfTwoActiveEntriesCounts) {
-  const auto displays = read(R"([{"Display Identifier": "A", "Current Space": {"ManagedSpaceID": 1}, "Spaces": [
-      {"ManagedSpaceID": 1, "uuid": "x"}, {"ManagedSpaceID": 1, "uuid": "y"}]}])");
-  EXPECT_THAT(lines(*displays), ElementsAre("*x 1@0", "*y 2@1"));
-  EXPECT_EQ(displays->front().activeSpaceID, "y");
-}
-
 TEST(SpaceSnapshot, QueriesAnswerTheFirstMatch) {
   // display A: x [y]      display B (menu bar): z [z']    display C has no active Space
   const auto displays = read(R"([
@@ -119,15 +121,92 @@ TEST(SpaceSnapshot, QueriesAnswerTheFirstMatch) {
   EXPECT_EQ(snapshot.space("W"), std::nullopt);
   EXPECT_EQ(snapshot.menuBarDisplay()->id, "B");
   EXPECT_EQ(snapshot.display(*snapshot.space("w"))->id, "C");
-
   auto later = snapshot;
   later.timestamp += std::chrono::seconds(1);
-  EXPECT_NE(later, snapshot);
-  EXPECT_EQ(later.displays, snapshot.displays);
-  const std::unordered_set<SpaceSnapshot> set{snapshot, later, snapshot};
-  EXPECT_EQ(set.size(), 2U);
+  EXPECT_EQ((std::unordered_set<SpaceSnapshot>{snapshot, later, snapshot}).size(), 2U);
   EXPECT_EQ(SpaceSnapshot::empty().menuBarDisplay(), std::nullopt);
   EXPECT_LT(SpaceSnapshot::empty().timestamp, snapshot.timestamp);
+}
+
+/// A program with a watcher, which notes what it is told.
+struct WatchedProgram : SimulatedProgram {
+  explicit WatchedProgram(std::string_view scenarioJSON) : SimulatedProgram(scenarioJSON) {
+    watcher->onSnapshot = [this](const SpaceSnapshot& snapshot) {
+      told.push_back("snapshot of " + std::to_string(snapshot.allSpaces().size()));
+    };
+    watcher->onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
+      told.push_back((from ? std::to_string(from->managedID) : "nothing") + " to " + std::to_string(to.managedID));
+    };
+  }
+
+  std::vector<std::string> takeTold() { return std::exchange(told, {}); }
+
+  std::vector<std::string> told;
+  std::optional<SpaceWatcher> watcher{
+      std::in_place,
+      SpaceWatcher::Services{provider, bridge, desktop.workspaceNotifications(), desktop.defaultNotifications(),
+                             desktop.files(), desktop.folders(), time, desktop.log()}};
+};
+
+TEST(SpaceWatcher, OnlyTheMenuBarDisplayHasAnActiveSpaceToTellOf) {
+  WatchedProgram program(R"({"menuBarDisplay": "A",
+    "displays": [{"id": 1, "uuid": "11111111-1111-4111-8111-111111111111", "name": "A", "bounds": [0, 0, 100, 100]}],
+    "managedDisplaySpaces": [
+      {"Display Identifier": "A", "Current Space": {"ManagedSpaceID": 1}, "Spaces": [{"ManagedSpaceID": 1}]},
+      {"Display Identifier": "B", "Current Space": {"ManagedSpaceID": 2},
+       "Spaces": [{"ManagedSpaceID": 2}, {"ManagedSpaceID": 3}]}],
+    "script": [{"at": 1, "do": "switchSpace", "space": 3}]})");
+  std::vector<std::size_t> seen;
+  const auto observer = program.watcher->snapshot().observeWillChange([&](const SpaceSnapshot& next) {
+    seen = {program.watcher->snapshot().get().displays.size(), next.displays.size()};
+  });
+  program.watcher->start();
+  EXPECT_THAT(seen, ElementsAre(0U, 2U)) << "before the change";
+  EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 3", "nothing to 1"));
+  program.watcher->start();
+  program.time.advance(2s);
+  EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 3"));
+  EXPECT_EQ(program.watcher->snapshot().get().displays[1].activeSpaceID, "managed-3");
+}
+
+TEST(SpaceWatcher, TheSpacesFileIsWaitedForAndWatchedThroughItsReplacements) {
+  WatchedProgram program(R"({"files": {"~/Library/Preferences/com.apple.spaces.plist": {"missing": true}},
+                             "notificationFailures": [1329]})");
+  auto& desktop = program.desktop.parts();
+  const auto saveWith = [&desktop](int spaces) {
+    auto list = PropertyList::parse(R"([{"Display Identifier": "Main", "Spaces": []}])");
+    for (int i = 1; i <= spaces; ++i) {
+      list[0]["Spaces"].push_back({{"ManagedSpaceID", i}});
+    }
+    desktop.state.spaces = RawSpaces(list);
+    desktop.files.replace(SimulatedParts::spacesFile(), "saved");
+  };
+  program.watcher->start();
+  EXPECT_THAT(program.takeLog(), ElementsAre("WindowServer notifications unavailable, relying on fallbacks"));
+  static_cast<void>(program.takeTold());
+
+  program.time.advance(5s);
+  saveWith(1);
+  program.time.advance(1s);  // the third attempt to watch the file finds it
+  EXPECT_THAT(program.takeTold(), ElementsAre());
+  saveWith(2);
+  program.time.advance(39ms);
+  EXPECT_THAT(program.takeTold(), ElementsAre());
+  program.time.advance(1ms);
+  EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 2"));
+  program.time.advance(160ms);  // the new file is watched 200 ms after it took the old one's place
+  saveWith(3);
+  program.time.advance(40ms);
+  EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 3"));
+}
+
+TEST(SpaceWatcher, MayGoWhileAnEventIsOnItsWay) {
+  WatchedProgram program(R"({"script": [{"at": 1, "do": "switchSpace", "space": 2}]})");
+  program.watcher->start();
+  static_cast<void>(program.takeTold());
+  const auto gone = program.time.after(1s, [&program] { program.watcher.reset(); });
+  program.time.advance(5s);
+  EXPECT_THAT(program.takeTold(), ElementsAre());
 }
 
 }  // namespace

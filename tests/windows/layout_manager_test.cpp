@@ -1,4 +1,5 @@
-// Saving window layouts and putting windows back, on a simulated desktop.
+// Saving window layouts and putting windows back, on a simulated desktop; and what layouts are made of: records, file
+// names, matching, sets of displays, and where windows go before unplugging.
 
 #include "windows/layout_manager.h"
 
@@ -7,7 +8,12 @@
 
 #include "base/json_text.h"
 #include "tests/windows/windows_program.h"
+#include "windows/display_ejection.h"
+#include "windows/display_set.h"
 #include "windows/layout_commands.h"
+#include "windows/layout_file_name.h"
+#include "windows/layout_matching.h"
+#include "windows/window_layout.h"
 
 namespace tallowin {
 namespace {
@@ -17,27 +23,18 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr auto display = "Main";
-
 /// Desktops 1 to 6 on one display, and windows 101 and so on, of three applications in turn, on the desktops in turn.
 std::string desktopWithWindows(int windows) {
-  auto list = PropertyList::parse(R"([{"Display Identifier": "Main", "Current Space": {"ManagedSpaceID": 1}}])");
+  auto scenario = PropertyList::parse(R"({
+    "managedDisplaySpaces": [{"Display Identifier": "Main", "Current Space": {"ManagedSpaceID": 1}}],
+    "applications": [{"name": "A", "pid": 11, "bundleID": "app.a"}, {"name": "B", "pid": 12, "bundleID": "app.b"},
+                     {"name": "C", "pid": 13, "bundleID": "app.c"}]})");
   for (int i = 1; i <= 6; ++i) {
-    list[0]["Spaces"].push_back({{"ManagedSpaceID", i}});
+    scenario["managedDisplaySpaces"][0]["Spaces"].push_back({{"ManagedSpaceID", i}});
   }
-  PropertyList scenario = {
-      {"managedDisplaySpaces", list},
-      {"applications",
-       {{{"name", "A"}, {"pid", 11}, {"bundleID", "app.a"}},
-        {{"name", "B"}, {"pid", 12}, {"bundleID", "app.b"}},
-        {{"name", "C"}, {"pid", 13}, {"bundleID", "app.c"}}}},
-  };
   for (int i = 0; i < windows; ++i) {
-    scenario["windows"].push_back({{"number", 101 + i},
-                                   {"pid", 11 + i % 3},
-                                   {"title", "Window " + std::to_string(i)},
-                                   {"frame", {i, 30, 500, 400}},
-                                   {"space", 1 + i % 6}});
+    scenario["windows"].push_back({{"number", 101 + i}, {"pid", 11 + i % 3}, {"space", 1 + i % 6}});
+    scenario["windows"][i].update({{"title", "Window " + std::to_string(i)}, {"frame", {i, 30, 500, 400}}});
   }
   return scenario.dump();
 }
@@ -52,7 +49,7 @@ struct LayoutProgram : WindowsProgram {
 };
 
 std::string layoutFile(std::string_view name) {
-  return layoutFolder + std::string(name) + "--" + display + ".json";
+  return layoutFolder + std::string(name) + "--Main.json";
 }
 
 TEST(LayoutManager, WhatVanishesMeanwhileCostsOnlyItself) {
@@ -67,7 +64,7 @@ TEST(LayoutManager, WhatVanishesMeanwhileCostsOnlyItself) {
   std::vector<std::size_t> counts;
   program.layouts->restore(layout, program.snapshot(), [&](std::size_t moved) { counts.push_back(moved); });
   program.time.advance(60ms);
-  std::erase_if(program.state().windows, [](const SimulatedWindow& window) { return window.number == 101; });
+  program.closeWindow(101);
   program.time.advance(1s);
   EXPECT_THAT(counts, ElementsAre(1U));
   EXPECT_THAT(program.spacesOf(102), ElementsAre(2));
@@ -118,18 +115,9 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
   const PropertyList entry = {
       {"bundleID", "app.other"}, {"frame", PropertyList::parse("[[0, 0], [1, 1]]")}, {"spaceUUID", "managed-1"}};
   huge["entries"] = PropertyList(20'000, entry);
-  struct Case {
-    std::string manual;
-    const char* toast;
-  };
-  const Case cases[] = {
-      {"", "Put 1 windows back on their Spaces (rectangle.3.group)"},
-      {deep, "Put 1 windows back on their Spaces (rectangle.3.group)"},
-      {"\xff\xfe", "Put 1 windows back on their Spaces (rectangle.3.group)"},
-      {R"([{"of": "another program"}])", "Put 1 windows back on their Spaces (rectangle.3.group)"},
-      {huge.dump(), "Put 0 windows back on their Spaces (rectangle.3.group)"},
-  };
-  for (const auto& [manual, toast] : cases) {
+  const std::pair<std::string, int> cases[] = {
+      {"", 1}, {deep, 1}, {"\xff\xfe", 1}, {R"([{"of": "another program"}])", 1}, {huge.dump(), 0}};
+  for (const auto& [manual, count] : cases) {
     LayoutProgram program(desktopWithWindows(2));
     program.layouts->save("auto", program.snapshot());
     program.files().overwrite(layoutFile("manual"), manual);
@@ -137,7 +125,8 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
     program.readWindows();
     program.commands.restoreLayout(program.snapshot());
     program.time.advance(1s);
-    EXPECT_THAT(program.takeToasts(), ElementsAre(toast));
+    EXPECT_THAT(program.takeToasts(),
+                ElementsAre("Put " + std::to_string(count) + " windows back on their Spaces (rectangle.3.group)"));
     EXPECT_EQ(program.fileText(layoutFile("manual")), manual) << "left alone";
   }
 }
@@ -178,6 +167,160 @@ TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
   program.preferences.setObject("autoSaveLayout", true);
   program.time.advance(300s);
   EXPECT_THAT(program.fileText(layoutFile("auto")), HasSubstr("managed-2"));
+}
+
+std::string repeated(std::string_view text, int times) {
+  return times == 0 ? "" : repeated(text, times - 1).append(text);
+}
+
+TEST(LayoutFileName, KeepsWhatFitsAndCutsWhatDoesNot) {
+  EXPECT_EQ(layoutFileName("a/b", "A/1+B"), "a-b--A-1+B.json");
+  // "n--" and 117 characters are as much as is kept, however many bytes each takes.
+  for (const std::string_view character : {"x", "ä", "語", "🖥", "\xff", "\xe2\x82"}) {
+    const int units = character == "\xe2\x82" ? 2 : 1;  // the beginning of a character is as many as it has bytes
+    const auto fits = repeated(character, 117 / units);
+    const auto tooLong = repeated(character, 118 / units + 1);
+    EXPECT_EQ(layoutFileName("n", fits), "n--" + fits + ".json") << character;
+    const auto cut = layoutFileName("n", tooLong);
+    const auto kept = "n--" + repeated(character, 57 / units);
+    EXPECT_TRUE(cut.starts_with(kept)) << cut;
+    EXPECT_EQ(cut, layoutFileName("n", tooLong)) << "found again";
+    EXPECT_NE(cut, layoutFileName("n", tooLong + "y")) << "not taken for another";
+    EXPECT_LE(cut.size(), kept.size() + character.size() + 20 + 5) << "the rest is a number and \".json\"";
+  }
+}
+
+WindowInfo window(WindowNumber id, std::optional<std::string> bundleID, std::string title) {
+  return {id, 7, std::move(bundleID), "App", std::move(title), {}, 1};
+}
+
+TEST(MatchLayout, PrefersTitlesAndTakesEachEntryOnce) {
+  struct Case {
+    const char* what;
+    std::vector<WindowInfo> windows;
+    std::vector<std::pair<const char*, const char*>> entries;  // application, title
+    std::vector<LayoutMatch> matches;
+  };
+  const Case cases[] = {
+      {"titles decide, an untitled window takes what is left",
+       {window(1, "a", "X"), window(2, "a", "Y"), window(3, "a", "")},
+       {{"a", "Y"}, {"a", "X"}, {"a", "Z"}},
+       {{0, 1}, {1, 0}, {2, 2}}},
+      {"an earlier window may take the title of a later one",
+       {window(1, "a", "new"), window(2, "a", "X")},
+       {{"a", "X"}, {"a", "Y"}},
+       {{0, 0}, {1, 1}}},
+      {"an untitled entry is no match of titles", {window(1, "a", "")}, {{"a", "T"}, {"a", ""}}, {{0, 0}}},
+      {"applications keep to themselves", {window(1, "b", "X"), window(2, std::nullopt, "X")}, {{"a", "X"}}, {}},
+      {"more windows than entries", {window(1, "a", ""), window(2, "a", "")}, {{"a", ""}}, {{0, 0}}},
+      {"nothing", {}, {}, {}},
+  };
+  for (const auto& [what, windows, pairs, matches] : cases) {
+    std::vector<WindowLayout::Entry> entries;
+    for (const auto& [bundleID, title] : pairs) {
+      entries.push_back({bundleID, title, {}, "", ""});
+    }
+    EXPECT_EQ(matchLayout(windows, entries), matches) << what;
+  }
+}
+
+constexpr auto goodLayout = R"({"name": "auto", "savedAt": "2026-03-02T09:00:00Z", "displaySetup": "A+B",
+  "entries": [{"bundleID": "a", "title": "T", "frame": [[1, -2.5], [300, 4]], "spaceUUID": "S", "displayID": "D"}]})";
+
+TEST(WindowLayout, ReadsWhatItWritesAndWhatNewerVersionsAdd) {
+  auto json = *parseJSON(goodLayout);
+  const auto layout = layoutFromJson(json);
+  ASSERT_TRUE(layout);
+  EXPECT_EQ(toJson(*layout), json);
+  EXPECT_EQ(layout->entries.at(0), (WindowLayout::Entry{"a", "T", {{1, -2.5}, {300, 4}}, "S", "D"}));
+  json["version"] = 2;
+  json["entries"][0]["opacity"] = 0.5;
+  EXPECT_EQ(layoutFromJson(json), layout);
+  json.erase("entries");
+  EXPECT_THAT(layoutFromJson(json)->entries, IsEmpty());
+}
+
+TEST(WindowLayout, AnythingMalformedMakesItNone) {
+  const std::pair<const char*, const char*> changes[] = {
+      {"/name", "null"},
+      {"/name", "1"},
+      {"/savedAt", "\"yesterday\""},
+      {"/savedAt", "794000000.5"},
+      {"/displaySetup", "[]"},
+      {"/entries", "{}"},
+      {"/entries/0", "[]"},
+      {"/entries/0/bundleID", "null"},
+      {"/entries/0/title", "false"},
+      {"/entries/0/spaceUUID", "7"},
+      {"/entries/0/frame", "null"},
+      {"/entries/0/frame", "[1, 2, 3, 4]"},
+      {"/entries/0/frame", "[[1, 2], [3]]"},
+      {"/entries/0/frame", "[[1, 2], [3, 4], [5, 6]]"},
+      {"/entries/0/frame", "[[1, \"2\"], [3, 4]]"},
+  };
+  for (const auto& [where, value] : changes) {
+    auto json = *parseJSON(goodLayout);
+    json[PropertyList::json_pointer(where)] = *parseJSON(value);
+    EXPECT_EQ(layoutFromJson(json), std::nullopt) << where << " " << value;
+  }
+  EXPECT_EQ(layoutFromJson(PropertyList::array()), std::nullopt);
+}
+
+DisplaySpaces display(std::string id, ManagedSpaceID first, const std::string& kinds) {
+  DisplaySpaces result;
+  result.id = std::move(id);
+  for (const char kind : kinds) {
+    Space space;
+    space.managedID = first++;
+    space.isFullscreen = kind == 'f';
+    result.spaces.push_back(space);
+  }
+  return result;
+}
+
+TEST(PlanEjection, SpacesGoWhereTheirPositionIsOrToTheLastOne) {
+  struct Case {
+    const char* home;
+    const char* other;
+    std::vector<std::pair<ManagedSpaceID, ManagedSpaceID>> plan;
+  };
+  const Case cases[] = {
+      {"dd", "dddd", {{11, 1}, {12, 2}, {13, 2}, {14, 2}}},
+      {"fdfd", "dfd", {{11, 2}, {13, 4}}},  // full-screen Spaces neither send nor receive, nor count as positions
+      {"ff", "dd", {}},
+      {"d", "", {}},
+  };
+  for (const auto& [home, other, plan] : cases) {
+    const SpaceSnapshot snapshot{{display("other", 11, other), display("home", 1, home)}, {}};
+    std::vector<std::pair<ManagedSpaceID, ManagedSpaceID>> planned;
+    for (const auto& [from, to] : planEjection(snapshot, snapshot.displays[1])) {
+      planned.emplace_back(from.managedID, to.managedID);
+    }
+    EXPECT_EQ(planned, plan) << home << " " << other;
+  }
+}
+
+TEST(HomeDisplay, IsTheBuiltInOneElseTheOneWithTheMenuBar) {
+  const std::string lid = "11111111-1111-4111-8111-111111111111";
+  SimulatedProgram program(R"({"displays": [{"id": 2, "uuid": ")" + lid +
+                           R"(", "bounds": [0, 0, 8, 6], "builtin": true}]})");
+  SpaceSnapshot snapshot;
+  snapshot.displays = {display("first", 1, "d"), display("with the menu bar", 2, "d"), display(lid, 3, "d")};
+  snapshot.displays[1].isMenuBarDisplay = true;
+  EXPECT_EQ(homeDisplay(program.desktop.displays(), snapshot)->id, lid);
+  snapshot.displays.pop_back();
+  EXPECT_EQ(homeDisplay(program.desktop.displays(), snapshot)->id, "with the menu bar");
+  EXPECT_EQ(homeDisplay(program.desktop.displays(), SpaceSnapshot::empty()), std::nullopt);
+}
+
+TEST(DisplaySet, TheKeyDoesNotDependOnTheOrder) {
+  SimulatedProgram program(R"({"displays": []})");
+  SpaceSnapshot snapshot;
+  snapshot.displays = {display("B", 1, "d"), display("a", 2, "d"), display("A", 3, "d")};
+  const auto set = connectedDisplays(program.desktop.displays(), snapshot);
+  EXPECT_THAT(set.identifiers, ElementsAre("A", "B", "a"));
+  EXPECT_EQ(set.key(), "A+B+a");
+  EXPECT_EQ(DisplaySet().key(), "");
 }
 
 }  // namespace

@@ -1,11 +1,12 @@
-// Moving windows on a simulated desktop: private moves that work or lie, drags, and what is verified when.
+// Moving windows on a simulated desktop: private moves that work or lie, drags, and what is verified when; and other
+// applications' windows as elements, whose applications are slow, hang or refuse.
 
 #include "windows/window_mover.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/simulated_program.h"
+#include "tests/windows/windows_program.h"
 
 namespace tallowin {
 namespace {
@@ -14,8 +15,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct MovingProgram : SimulatedProgram {
-  explicit MovingProgram(std::string_view scenarioJSON) : SimulatedProgram(scenarioJSON) { lines.clear(); }
+struct MovingProgram : WindowsProgram {
+  using WindowsProgram::WindowsProgram;
 
   [[nodiscard]] FrontWindow window(WindowNumber number) {
     const auto* const found = state().window(number);
@@ -31,21 +32,15 @@ struct MovingProgram : SimulatedProgram {
     mover->bringHere({id, pid, std::nullopt, "App", "", frame, spaceID}, snapshot(), noted());
   }
 
-  /// Notes the outcome with its time in milliseconds.
+  /// Notes the outcome with its time in milliseconds since now.
   WindowMover::Completion noted() {
-    return [this](WindowMover::Result result) {
-      const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(time.elapsed()).count();
-      outcomes.push_back(std::to_string(now) + ": " + (result ? "moved" : std::string(description(result.error()))));
+    return [this, start = time.elapsed()](WindowMover::Result result) {
+      const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(time.elapsed() - start).count();
+      outcomes.push_back(std::to_string(took) + ": " + (result ? "moved" : std::string(description(result.error()))));
     };
   }
 
   std::vector<std::string> outcomes;
-  SpaceSwitcher switcher{{bridge, desktop.accessibility(), desktop.events(), desktop.displays(), preferences,
-                          desktop.system(), time, time, settings, desktop.log()}};
-  std::optional<WindowMover> mover{
-      std::in_place,
-      WindowMover::Services{switcher, bridge, desktop.windowList(), desktop.workspace(), desktop.accessibility(),
-                            desktop.events(), desktop.system(), time, desktop.log()}};
 };
 
 std::string scenario(std::string_view more = "") {
@@ -90,11 +85,8 @@ TEST(WindowMover, ObjectionsComeBeforeAnythingIsMoved) {
     EXPECT_THAT(program.lines, IsEmpty());
     EXPECT_EQ(program.outcomes.size(), 1U);
   }
-}
-
-TEST(WindowMover, AWindowOnNoKnownSpaceIsMovedAndNotFound) {
   MovingProgram program(scenario());
-  program.move(77, 2, true, false);
+  program.move(77, 2, true, false);  // on no known Space
   program.time.advance(2s);
   EXPECT_THAT(program.outcomes, ElementsAre("120: macOS did not move the window."));
   EXPECT_EQ(program.take("SLSBridgedMoveWindowsToManagedSpaceOperation").size(), 1U);
@@ -237,6 +229,65 @@ TEST(WindowMover, RaisingNeedsAnApplicationThatAnswers) {
   EXPECT_TRUE(program.state().application(7)->isActive);
   const auto activated = program.take("activateWithOptions");
   EXPECT_EQ(activated.size(), 2U) << "neither for a window elsewhere nor for an application that hangs";
+}
+
+constexpr auto applications = R"({
+  "applications": [{"pid": 7, "name": "Mail", "active": true}, {"pid": 8, "name": "Slow", "responseTime": 0.28},
+                   {"pid": 9, "name": "Stubborn", "refusesClose": true}],
+  "windows": [{"number": 1, "pid": 7, "minimized": true}, {"number": 2, "pid": 7}, {"number": 3, "pid": 8},
+              {"number": 4, "pid": 9}, {"number": 5, "pid": 7, "space": 2}]})";
+
+TEST(AX, FindsWindowsByTheirNumberAndOwner) {
+  SimulatedProgram program(applications);
+  const AX ax(program.desktop.accessibility(), program.bridge);
+  EXPECT_NE(ax.element(2, 7), nullptr);
+  EXPECT_EQ(ax.element(2, 9), nullptr);
+  EXPECT_EQ(ax.element(2, 77), nullptr);
+  EXPECT_EQ(ax.element(5, 7), nullptr) << "it is on another Space";
+  EXPECT_EQ(ax.focusedWindowID(7), 2U) << "a minimised window has no focus";
+  EXPECT_EQ(ax.focusedWindowID(77), std::nullopt);
+  EXPECT_EQ(program.bridge.CGSBridgeAXWindowID(ax.application(7)), std::nullopt) << "no window";
+  program.state().accessibilityAllowed = false;
+  EXPECT_EQ(ax.application(7), nullptr);
+  EXPECT_EQ(ax.element(2, 7), nullptr);
+}
+
+TEST(AX, WaitsNoLongerThanTheMessagingTimeout) {
+  SimulatedProgram program(applications);
+  const AX ax(program.desktop.accessibility(), program.bridge);
+  EXPECT_EQ(ax.element(3, 8), nullptr);
+  EXPECT_EQ(ax.focusedWindowID(8), std::nullopt);
+  const auto element = ax.element(3, 8, 300ms);
+  ASSERT_NE(element, nullptr);
+  EXPECT_TRUE(ax.setMinimized(element, true)) << "the timeout holds for elements reached through the application";
+  program.state().application(8)->responseTime = 301ms;
+  EXPECT_EQ(ax.frame(element), std::nullopt);
+  EXPECT_FALSE(ax.setMinimized(element, false));
+  EXPECT_TRUE(program.state().window(3)->minimized);
+}
+
+TEST(AX, AWindowThatDiesBetweenTwoCallsRefusesEverything) {
+  SimulatedProgram program(applications);
+  const AX ax(program.desktop.accessibility(), program.bridge);
+  const auto element = ax.element(2, 7);
+  EXPECT_TRUE(ax.setFrame(element, {{1, 2}, {300, 400}}));
+  EXPECT_EQ(ax.frame(element), (CGRect{{1, 2}, {300, 400}}));
+  auto& accessibility = program.desktop.accessibility();
+  EXPECT_FALSE(accessibility.AXUIElementSetAttributeValue(element, "AXTitle", std::string("x"))) << "not to be set";
+  const auto button = std::get<AXUIElement>(accessibility.AXUIElementCopyAttributeValue(element, "AXCloseButton"));
+  EXPECT_TRUE(ax.close(element));
+  EXPECT_EQ(program.state().window(2), nullptr);
+  EXPECT_FALSE(ax.press(button));
+  EXPECT_EQ(ax.frame(element), std::nullopt);
+  for (const auto& dead : {element, AXUIElement()}) {
+    EXPECT_FALSE(ax.setFrame(dead, {}));
+    EXPECT_FALSE(ax.setMinimized(dead, true));
+    EXPECT_FALSE(ax.raise(dead));
+    EXPECT_FALSE(ax.press(dead));
+    EXPECT_FALSE(ax.close(dead));
+    EXPECT_EQ(ax.text(dead, "AXTitle"), std::nullopt);
+    EXPECT_TRUE(ax.elements(dead, "AXChildren").empty());
+  }
 }
 
 }  // namespace

@@ -26,6 +26,11 @@ struct WindowsProgram : StoringProgram {
     time.advance(std::chrono::milliseconds(200));
   }
 
+  /// Closes a window, which the program does not notice.
+  void closeWindow(WindowNumber number) {
+    std::erase_if(state().windows, [number](const auto& window) { return window.number == number; });
+  }
+
   SpaceSwitcher switcher{{bridge, desktop.accessibility(), desktop.events(), desktop.displays(), preferences,
                           desktop.system(), time, time, settings, desktop.log()}};
   SpaceContents contents{{desktop.windowList(), desktop.workspace(), bridge, desktop.workspaceNotifications(),

@@ -14,7 +14,9 @@ namespace tallowin {
 class FakeDesktops : public DesktopOperations {
  public:
   std::vector<DesktopRow> rows() override { return displays; }
-  std::optional<std::size_t> rowUnderPointer() override { return pointed; }
+  std::optional<std::string> displayUnderPointer() override {
+    return pointed && *pointed < displays.size() ? std::optional(displays[*pointed].display) : std::nullopt;
+  }
   void switchTo(ManagedSpaceID space, SwitchCause cause) override {
     switched.push_back(space);
     causes.push_back(cause);

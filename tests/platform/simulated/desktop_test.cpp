@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/simulated/simulated_files.h"
+#include "platform/simulated/virtual_time.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -132,6 +134,137 @@ TEST(JournalTest, writesTimesWithThreeDigitsAndBearsAnyText) {
   journal.record("text", {{"b", "\xFF\n"}, {"a", 1.5}});
   EXPECT_THAT(lines, ElementsAre(R"({"t":0.000,"op":"empty"})",
                                  "{\"t\":61.005,\"op\":\"text\",\"b\":\"\uFFFD\\n\",\"a\":1.5}"));
+}
+
+class SimulatedFilesTest : public testing::Test {
+ protected:
+  SimulatedFilesTest() { files.placeFolder("/home/user"); }
+
+  /// Watches a file and writes down what happens to it.
+  Subscription watching(const char* path, std::vector<std::string>& seen) {
+    auto watch = files.watch(path, [&seen](FileEvents events) {
+      seen.push_back(events.written ? "written" : events.deleted ? "deleted" : events.renamed ? "renamed" : "nothing");
+    });
+    EXPECT_TRUE(watch.has_value()) << path;
+    return std::move(watch).value_or(Subscription());
+  }
+
+  VirtualTime time;
+  std::vector<std::string> lines;
+  Journal journal{time, [this](std::string_view line) { lines.emplace_back(line); }};
+  SimulatedFiles files{time, time, journal};
+};
+
+TEST_F(SimulatedFilesTest, refusesWithTheSystemsWordsAndChangesNothing) {
+  files.overwrite("/home/user/kept", "old");
+  files.overwrite("/home/user/locked/inside", "old");
+  files.setUnwritable("/home/user/locked", true);
+  files.overwrite("/home/user/fixed", "old");
+  files.setUnwritable("/home/user/fixed", true);
+
+  struct Case {
+    const char* path;
+    const char* error;
+    bool notFound;
+    bool diskFull = false;
+  };
+  const Case cases[] = {
+      {"/home/user/no/folder", "No such file or directory", true},
+      {"/home/user/kept/below", "Not a directory", false},
+      {"/home/user/locked/inside", "Permission denied", false},
+      {"/home/user/locked/new", "Permission denied", false},
+      {"/home/user/fixed", "Permission denied", false},
+      {"/home/user", "Is a directory", false},
+      {"/home/user/kept", "No space left on device", false, true},
+  };
+  const auto before = files.contents();
+  for (const auto& [path, error, notFound, diskFull] : cases) {
+    files.setDiskFull(diskFull);
+    const auto result = files.writeAtomically(path, "new", 0600);
+    ASSERT_FALSE(result) << path;
+    EXPECT_EQ(result.error().description, error) << path;
+    EXPECT_EQ(result.error().notFound, notFound) << path;
+    EXPECT_THAT(lines.back(), testing::HasSubstr(error));
+  }
+  EXPECT_EQ(files.contents(), before);
+
+  files.setDiskFull(false);
+  files.setUnwritable("/home/user/fixed", false);
+  EXPECT_TRUE(files.writeAtomically("/home/user/fixed", "new", 0600));
+  EXPECT_EQ(files.read("/home/user/fixed").value_or(""), "new");
+}
+
+TEST_F(SimulatedFilesTest, aWatchStaysWithTheFileThatWasOpened) {
+  files.overwrite("/home/user/spaces", "1");
+  std::vector<std::string> first;
+  const auto onFirst = watching("/home/user/spaces", first);
+
+  files.overwrite("/home/user/spaces", "2");
+  EXPECT_THAT(first, ElementsAre()) << "nobody is told inside the call";
+  time.advance(0ms);
+  EXPECT_THAT(first, ElementsAre("written"));
+
+  files.replace("/home/user/spaces", "3");
+  time.advance(0ms);
+  EXPECT_THAT(first, ElementsAre("written", "deleted"));
+
+  std::vector<std::string> second;
+  const auto onSecond = watching("/home/user/spaces", second);
+  files.overwrite("/home/user/spaces", "4");
+  ASSERT_TRUE(files.rename("/home/user/spaces", "/home/user/moved"));
+  files.overwrite("/home/user/moved", "5");
+  time.advance(0ms);
+  EXPECT_EQ(first.size(), 2U);
+  EXPECT_THAT(second, ElementsAre("written", "renamed", "written"));
+  EXPECT_FALSE(files.watch("/home/user/spaces", [](FileEvents) {}));
+}
+
+TEST_F(SimulatedFilesTest, aWatchThatWasLetGoOfIsToldNoMore) {
+  files.overwrite("/home/user/a", "1");
+  int told = 0;
+  std::optional<Subscription> own;
+  own = files.watch("/home/user/a", [&](FileEvents) {
+    ++told;
+    own.reset();
+  });
+  files.overwrite("/home/user/a", "3");
+  files.overwrite("/home/user/a", "4");
+  time.advance(1s);
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(SimulatedFilesTest, stampsTellEveryContentFromTheNext) {
+  files.overwrite("/home/user/a", "1");
+  std::vector<FileStamp> stamps = {*files.stamp("/home/user/a")};
+  // All at the same instant and of the same size; the clock even goes back.
+  files.overwrite("/home/user/a", "2");
+  stamps.push_back(*files.stamp("/home/user/a"));
+  EXPECT_EQ(stamps[0].identity, stamps[1].identity);
+  time.jumpWallClock(-1h);
+  ASSERT_TRUE(files.writeAtomically("/home/user/a", "3", 0600));
+  stamps.push_back(*files.stamp("/home/user/a"));
+  EXPECT_NE(stamps[1].identity, stamps[2].identity);
+  files.replace("/home/user/a", "4");
+  stamps.push_back(*files.stamp("/home/user/a"));
+  for (std::size_t i = 1; i < stamps.size(); ++i) {
+    EXPECT_GT(stamps[i].modified, stamps[i - 1].modified);
+  }
+  files.take("/home/user/a");
+  EXPECT_EQ(files.stamp("/home/user/a"), std::nullopt);
+}
+
+TEST_F(SimulatedFilesTest, foldersAreMadeAndListed) {
+  EXPECT_FALSE(files.exists("/home/user/x/y"));
+  ASSERT_TRUE(files.createDirectory("/home/user/x/y", 0700));
+  EXPECT_TRUE(files.createDirectory("/home/user/x/y/", 0700)) << "an existing folder is success";
+  ASSERT_TRUE(files.writeAtomically("/home/user/x/b", "", 0600));
+  ASSERT_TRUE(files.writeAtomically("/home/user/x/../x/a", "", 0600));
+  EXPECT_THAT(files.list("/home/user/x"), ElementsAre("a", "b", "y"));
+  EXPECT_THAT(files.list("/home/user/nothing"), ElementsAre());
+  EXPECT_FALSE(files.createDirectory("/home/user/x/a/below", 0700));
+  EXPECT_EQ(files.read("/home/user/x").error().description, "Is a directory");
+  ASSERT_TRUE(files.remove("/home/user/x/a"));
+  EXPECT_TRUE(files.remove("/home/user/x/a").error().notFound);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
+// Scenario files, and the list of Spaces in them.
+
 #include "platform/simulated/scenario.h"
 
 #include <gtest/gtest.h>
 
+#include "platform/simulated/raw_spaces.h"
 #include "platform/simulated/script_actions.h"
 
 namespace tallowin {
@@ -18,18 +21,12 @@ TEST(ScenarioTest, mistakesAreNamedWithTheirPath) {
       {"[]", "the scenario: expected an object, found a list"},
       {R"({"windos": []})", R"(unknown member "windos" in the scenario)"},
       {R"({"dock": {"swich": 1}})", R"(unknown member "swich" in dock)"},
-      {R"({"dock": {"bounces": {"count": 1, "often": true}}})", R"(unknown member "often" in dock.bounces)"},
       {R"({"dock": {"switchTime": -1}})", "dock.switchTime: expected a number of seconds, found the number -1"},
-      {R"({"start": "yesterday"})",
-       R"(start: expected a date from 1970 to 2100 such as "2026-03-02T09:00:00Z", found a text)"},
       {R"({"timeZone": "Nowhere"})", "timeZone: no time zone has this name"},
       {R"({"systemVersion": "15."})", R"(systemVersion: expected a version such as "15.3.1", found a text)"},
-      {R"({"systemVersion": "1.2.3.4"})", R"(systemVersion: expected a version such as "15.3.1", found a text)"},
       {R"({"connection": -1})", "connection: expected a whole number from 0 to 4294967295, found the number -1"},
-      {R"({"connection": 1.0})", "connection: expected a whole number from 0 to 4294967295, found the number 1.0"},
       {R"({"missingFunctions": ["SLSGetActiveSpaces"]})",
        "missingFunctions[0]: expected the name of a private function, found a text"},
-      {R"({"displays": [{"id": 1, "bounds": [0, 0, 1, 1]}]})", R"(displays[0]: "uuid" is missing)"},
       {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 1]}]})",
        "displays[0].bounds: expected a rectangle [x, y, width, height], found a list"},
       {R"({"start": "2262-01-01T00:00:00Z"})",
@@ -40,8 +37,6 @@ TEST(ScenarioTest, mistakesAreNamedWithTheirPath) {
        "displays[0].bounds: a display has at most 10000 points a side"},
       {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 1, -1]}]})",
        "displays[0].bounds: width and height are not negative"},
-      {R"({"dock": {"bounces": {"count": -1}}})",
-       "dock.bounces.count: expected a whole number from 0 to 65535, found the number -1"},
       {R"({"windows": [{"number": 7, "pid": 1}, {"number": 7, "pid": 1}]})",
        "windows: two elements have the same number"},
       {R"({"windows": [{"number": 7, "pid": 1, "space": 1, "spaces": [1]}]})",
@@ -57,7 +52,6 @@ TEST(ScenarioTest, mistakesAreNamedWithTheirPath) {
       {R"({"symbolicHotKeys": {"desk": null}})", "symbolicHotKeys.desk: its name is no number"},
       {R"({"files": {"relative": "text"}})", "files.relative: its name is no absolute path"},
       {R"({"files": {"~/a": {"base64": "%%%%"}}})", "files.~/a.base64: expected Base64, found a text"},
-      {R"({"script": [{"at": 1}]})", R"(script[0]: "do" is missing)"},
       {R"({"script": [{"at": 1, "do": "dance"}]})", R"(script[0].do: there is no action "dance")"},
       {R"({"script": [{"at": 1, "do": "quit", "now": true}]})", R"(unknown member "now" in script[0])"},
       {R"({"script": [{"at": 1, "do": "switchSpace"}]})", R"(script[0]: "space" is missing)"},
@@ -98,44 +92,29 @@ TEST(ScenarioTest, everyActionCanBeToldFromEveryOther) {
 
 TEST(ScenarioTest, membersArriveWhereTheyBelong) {
   const auto scenario = Scenario::parse(R"({
-    "start": "2026-07-01T22:30:00Z", "timeZone": "+02:00", "uptime": 12.5, "systemVersion": "27.0", "processID": 77,
-    "connection": 0, "menuBarDisplay": null, "managedDisplaySpaces": [1, {"odd": null}],
+    "start": "2026-07-01T22:30:00Z", "timeZone": "+02:00", "menuBarDisplay": null,
     "displays": [{"id": 1, "uuid": "A", "bounds": [100, 0, 10, 10]},
                  {"id": 2, "uuid": "B", "bounds": [0, 0, 100, 50], "main": true, "builtin": true, "name": "Lid"}],
     "applications": [{"pid": 9, "name": "Dock replacement", "bundleID": "com.apple.dock"}, {"name": "Installed"}],
-    "permissions": {"screenRecording": false}, "naturalScrolling": false,
     "symbolicHotKeys": {"118": null, "119": {"keyCode": 19, "modifiers": 262144, "enabled": false}},
     "files": {"~/a": "text", "/b": {"base64": "AP8=", "unwritable": true}, "/c": {"missing": true}},
     "dock": {"switchTime": 0.5, "bounces": {"count": 2, "after": 0.25}},
-    "missionControl": {"opens": false, "hoverTime": 1}, "windowManager": {"name": "wm", "missingHints": ["_NET_A"]},
-    "script": [{"at": 7, "do": "quit"}, {"at": 2, "do": "switchSpace", "space": 3}]})");
+    "missionControl": {"hoverTime": 1}, "windowManager": {"name": "wm", "missingHints": ["_NET_A"]}})");
   ASSERT_TRUE(scenario) << scenario.error();
   const auto& desktop = scenario->desktop;
   EXPECT_EQ(scenario->clock.timeZone.localDay(scenario->clock.start), (CalendarDay{2026, 7, 2}));
-  EXPECT_EQ(scenario->clock.uptime, 12500ms);
-  EXPECT_EQ(desktop.systemVersion, (OperatingSystemVersion{27, 0, 0}));
-  EXPECT_EQ(desktop.ownProcess, 77);
-  EXPECT_EQ(desktop.connection, 0U);
   EXPECT_EQ(desktop.menuBarDisplay, std::nullopt);
-  EXPECT_EQ(desktop.spaces.list(), PropertyList::parse(R"([1, {"odd": null}])"));
   ASSERT_EQ(desktop.displays.size(), 2U);
   EXPECT_EQ(desktop.displays[0], (SimulatedDisplay{2, "B", "Lid", {{0, 0}, {100, 50}}, true}));
   EXPECT_EQ(desktop.applications.size(), 2U) << "a Dock that is listed is not added";
-  EXPECT_TRUE(desktop.accessibilityAllowed);
-  EXPECT_FALSE(desktop.screenRecordingAllowed);
-  EXPECT_EQ(desktop.globalPreferences.at("com.apple.swipescrolldirection"), false);
-  EXPECT_EQ(desktop.hotKeys.binding(118), std::nullopt);
   EXPECT_EQ(desktop.hotKeys.binding(119), (SymbolicHotKeyBinding{19, 262144}));
-  EXPECT_FALSE(desktop.hotKeys.isEnabled(119));
-  EXPECT_TRUE(desktop.hotKeys.isEnabled(120));
+  EXPECT_FALSE(desktop.hotKeys.isEnabled(119) || desktop.hotKeys.binding(118));
   const std::vector<ScenarioFile> files = {
       {"/b", std::string("\0\xFF", 2), false, true}, {"/c", "", true, false}, {"/home/user/a", "text", false, false}};
   EXPECT_EQ(scenario->files, files);
   EXPECT_EQ(scenario->dock, (ScenarioDock{500ms, 2, 250ms}));
   EXPECT_EQ(desktop.windowManager, (WindowManagerFacts{"wm", "", {"_NET_A"}}));
-  EXPECT_FALSE(scenario->missionControl.opens);
   EXPECT_EQ(scenario->missionControl.hoverTime, 1s);
-  EXPECT_EQ(scenario->end, 12s) << "five seconds after the last action";
 }
 
 TEST(ScenarioTest, windowsWithoutASpaceAreOnTheActiveOneOfTheirDisplay) {
@@ -156,6 +135,99 @@ TEST(ScenarioTest, windowsWithoutASpaceAreOnTheActiveOneOfTheirDisplay) {
     spaces.push_back(window.spaces);
   }
   EXPECT_EQ(spaces, (std::vector<std::vector<ManagedSpaceID>>{{2}, {3}, {2}, {}}));
+}
+
+/// [1] 2 (full screen 9) on A, [3] on B, with entries among them that are no Spaces and no displays.
+PropertyList malformedInPlaces() {
+  return PropertyList::parse(R"([
+    "no display",
+    {"Display Identifier": "A", "Current Space": {"ManagedSpaceID": 1},
+     "Spaces": [{"ManagedSpaceID": 1, "uuid": "U1"}, "no space", {"ManagedSpaceID": "2"}, {"ManagedSpaceID": 2},
+                {"ManagedSpaceID": 9, "type": 4}]},
+    {"Display Identifier": 5, "Spaces": []},
+    {"Display Identifier": "B", "Current Space": {"ManagedSpaceID": 3}, "Spaces": [{"ManagedSpaceID": 3}]}])");
+}
+
+TEST(RawSpacesTest, readsAroundMalformedEntriesAndKeepsThemThroughChanges) {
+  RawSpaces spaces(malformedInPlaces());
+  const std::vector<DesktopRow> rows = {{"A", {{1, true}, {2, true}, {9, false}}, 1}, {"B", {{3, true}}, 3}};
+  EXPECT_EQ(spaces.rows(), rows);
+
+  EXPECT_TRUE(spaces.activate(9));
+  auto expected = malformedInPlaces();
+  expected[1]["Current Space"] = expected[1]["Spaces"][4];
+  EXPECT_EQ(spaces.list(), expected);
+  EXPECT_FALSE(spaces.activate(77));
+  EXPECT_EQ(spaces.list(), expected);
+}
+
+TEST(RawSpacesTest, desktopsAreAddedBehindTheOrdinaryOnesUnderNewIDs) {
+  RawSpaces spaces(malformedInPlaces());
+  EXPECT_EQ(spaces.addDesktop("A"), 10);
+  EXPECT_EQ(spaces.rows()[0].spaces, (std::vector<DesktopSpace>{{1, true}, {2, true}, {10, true}, {9, false}}));
+  EXPECT_EQ(spaces.remove(10), 2);
+  EXPECT_EQ(spaces.addDesktop("B"), 11) << "ids are not used twice";
+  EXPECT_EQ(spaces.addDesktop("C"), std::nullopt);
+}
+
+TEST(RawSpacesTest, aRemovedSpaceLeavesItsWindowsToANeighbour) {
+  RawSpaces spaces(malformedInPlaces());
+  EXPECT_EQ(spaces.remove(3), std::nullopt) << "the last one of its display";
+  EXPECT_EQ(spaces.remove(77), std::nullopt);
+  EXPECT_EQ(spaces.remove(1), 2) << "the first one's only neighbour";
+  EXPECT_EQ(spaces.activeOn("A"), 2);
+  EXPECT_EQ(spaces.remove(2), std::nullopt) << "the last ordinary one";
+  EXPECT_EQ(spaces.remove(9), 2);
+}
+
+TEST(RawSpacesTest, displaysComeAndGoWithTheirSpaces) {
+  RawSpaces spaces(malformedInPlaces());
+  spaces.addDisplay("C");
+  spaces.addDisplay("C");
+  EXPECT_EQ(spaces.rows().back(), (DesktopRow{"C", {{10, true}}, 10}));
+  spaces.removeDisplay("A");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{3, true}, {1, true}, {2, true}, {9, false}}, 3},
+                                                    {"C", {{10, true}}, 10}}));
+  spaces.removeDisplay("B");
+  spaces.removeDisplay("C");
+  EXPECT_TRUE(spaces.rows().empty());
+}
+
+TEST(RawSpacesTest, aDisplayThatComesBackGetsItsSpacesBack) {
+  RawSpaces spaces(malformedInPlaces());
+  spaces.activate(2);
+  spaces.removeDisplay("A");
+  EXPECT_TRUE(spaces.activate(1)) << "on B now";
+  EXPECT_EQ(spaces.remove(9), 2) << "this one ends while its display is away";
+  spaces.addDisplay("a");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{3, true}}, 3}, {"A", {{1, true}, {2, true}}, 2}}))
+      << "under the name it had";
+
+  // B's own desktop ends while A is away: B keeps one of those that it has inherited.
+  spaces.removeDisplay("A");
+  spaces.remove(3);
+  spaces.addDisplay("A");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{2, true}}, 2}, {"A", {{1, true}}, 1}}));
+
+  spaces.removeDisplay("A");
+  spaces.removeDisplay("B");
+  EXPECT_TRUE(spaces.rows().empty());
+  spaces.addDisplay("B");
+  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{2, true}, {1, true}}, 2}})) << "they have waited";
+}
+
+TEST(RawSpacesTest, hugeIDsAndNoListAtAllAreBorne) {
+  RawSpaces huge(PropertyList::parse(
+      R"([{"Display Identifier": "A", "Spaces": [{"ManagedSpaceID": 9223372036854775807}, {"ManagedSpaceID": 18446744073709551615}]}])"));
+  EXPECT_EQ(huge.rows()[0].spaces.size(), 1U);
+  EXPECT_EQ(huge.addDesktop("A"), 1);
+  for (const auto* text : {"null", "5", "{}", R"("text")"}) {
+    RawSpaces none(PropertyList::parse(text));
+    EXPECT_TRUE(none.rows().empty());
+    EXPECT_FALSE(none.activate(1));
+    EXPECT_EQ(none.remove(1), std::nullopt);
+    EXPECT_EQ(none.addDesktop("A"), std::nullopt);
+  }
 }
 
 }  // namespace

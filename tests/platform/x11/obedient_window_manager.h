@@ -1,8 +1,5 @@
 #pragma once
 
-#include <algorithm>
-#include <atomic>
-#include <cstring>
 #include <map>
 #include <mutex>
 #include <set>
@@ -198,12 +195,6 @@ class ObedientWindowManager : private ScriptedWindowManager {
       states.push_back(state);
     }
     setWords(window, X11Atom::netWmState, XCB_ATOM_ATOM, states);
-  }
-
-  xcb_window_t createWindow(xcb_window_t parent, CGPoint corner, CGSize size) {
-    return ScriptedWindowManager::createWindow(
-        parent, static_cast<std::int16_t>(corner.x), static_cast<std::int16_t>(corner.y),
-        static_cast<std::uint16_t>(size.width), static_cast<std::uint16_t>(size.height));
   }
 
   using Action = void (ObedientWindowManager::*)(xcb_window_t, const std::uint32_t*);

@@ -1,25 +1,20 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
-#include <xcb/xcb.h>
 
-#include "platform/geometry.h"
-#include "platform/x11/x11_connection.h"
+#include "tests/platform/x11/test_client.h"
 
 namespace tallowin {
 
 /// A window manager that does nothing of itself: a test says which properties it sets and sees what it is asked for.
-class ScriptedWindowManager {
+class ScriptedWindowManager : public TestClient {
  public:
   explicit ScriptedWindowManager(std::string_view name = "Openbox",
-                                 std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT)
-      : connection_(*X11Connection::open()) {
+                                 std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) {
     xcb_change_window_attributes(raw(), root(), XCB_CW_EVENT_MASK, &mask);
-    const auto check = createWindow();
+    const auto check = createWindow(root(), {}, {10, 10});
     setWords(root(), X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check});
     setWords(check, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW, {check});
     setText(check, X11Atom::netWmName, name);
@@ -41,7 +36,7 @@ class ScriptedWindowManager {
   void claim(const std::vector<X11Atom>& hints) {
     std::vector<std::uint32_t> atoms;
     for (const auto hint : hints) {
-      atoms.push_back(connection_->atom(hint));
+      atoms.push_back(atom(hint));
     }
     setWords(root(), X11Atom::netSupported, XCB_ATOM_ATOM, atoms);
     sync();
@@ -49,19 +44,16 @@ class ScriptedWindowManager {
 
   /// A window of some client, on a desktop.
   xcb_window_t manageWindow(std::uint32_t desktop) {
-    const auto window = createWindow();
+    const auto window = createWindow(root(), {}, {10, 10});
     setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {desktop});
     sync();
     return window;
   }
 
-  xcb_window_t createWindow() { return createWindow(root(), 0, 0, 10, 10); }
-
   /// Shows a window of 100 by 100 pixels in a frame with a title bar of 20 pixels at the top, and makes it active.
   void showFramedWindow(CGPoint corner) {
-    const auto frame =
-        createWindow(root(), static_cast<std::int16_t>(corner.x), static_cast<std::int16_t>(corner.y), 100, 120);
-    const auto window = createWindow(frame, 0, 20, 100, 100);
+    const auto frame = createWindow(root(), corner, {100, 120});
+    const auto window = createWindow(frame, {0, 20}, {100, 100});
     xcb_map_window(raw(), window);
     xcb_map_window(raw(), frame);
     setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {0});
@@ -81,32 +73,9 @@ class ScriptedWindowManager {
     return requests;
   }
 
-  /// Waits until the server has done everything that was asked.
-  void sync() { connection_->reply(xcb_get_input_focus_reply, xcb_get_input_focus(raw())); }
-
-  xcb_connection_t* raw() { return connection_->raw(); }
-  xcb_window_t root() { return connection_->root(); }
-
- protected:
-  xcb_window_t createWindow(xcb_window_t parent, std::int16_t x, std::int16_t y, std::uint16_t width,
-                            std::uint16_t height) {
-    const auto window = xcb_generate_id(raw());
-    xcb_create_window(raw(), XCB_COPY_FROM_PARENT, window, parent, x, y, width, height, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-    return window;
-  }
-
-  void setWords(xcb_window_t window, X11Atom atom, xcb_atom_t type, const std::vector<std::uint32_t>& words) {
-    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom), type, 32,
-                        static_cast<std::uint32_t>(words.size()), words.data());
-  }
-
-  [[nodiscard]] xcb_atom_t atom(X11Atom name) const { return connection_->atom(name); }
-  X11Connection& connection() { return *connection_; }
-
  private:
   std::string describe(const xcb_client_message_event_t& event) {
-    const auto name = connection_->reply(xcb_get_atom_name_reply, xcb_get_atom_name(raw(), event.type));
+    const auto name = connection().reply(xcb_get_atom_name_reply, xcb_get_atom_name(raw(), event.type));
     std::string text(xcb_get_atom_name_name(name.get()),
                      static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())));
     for (const auto word : event.data.data32) {
@@ -115,14 +84,6 @@ class ScriptedWindowManager {
     }
     return text;
   }
-
-  void setText(xcb_window_t window, X11Atom atom, std::string_view text) {
-    xcb_change_property(raw(), XCB_PROP_MODE_REPLACE, window, connection_->atom(atom),
-                        connection_->atom(X11Atom::utf8String), 8, static_cast<std::uint32_t>(text.size()),
-                        text.data());
-  }
-
-  std::unique_ptr<X11Connection> connection_;
 };
 
 }  // namespace tallowin

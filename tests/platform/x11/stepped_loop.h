@@ -29,6 +29,14 @@ class SteppedLoop : public PollLoop, public SetClock {
     }
   }
 
+  /// Lets time pass until the condition holds. False when that takes longer than anything here ever should.
+  bool runUntil(const std::function<bool()>& condition) {
+    return PollLoop::runUntil([&] {
+      advance(std::chrono::milliseconds(20));
+      return condition();
+    });
+  }
+
   [[nodiscard]] bool hasDelayedWork() const { return !delayed_.empty(); }
 
  private:

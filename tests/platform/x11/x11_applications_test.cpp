@@ -1,8 +1,10 @@
+// Windows and applications that come and go: the numbers of windows, of which the server gives one id to many, and what
+// is told of applications and done to open them.
+
 #include <fstream>
 #include <gmock/gmock.h>
 
-#include "platform/x11/x11_application_changes.h"
-#include "platform/x11/x11_event_pump.h"
+#include "platform/x11/x11_window_numbers.h"
 #include "tests/platform/x11/x11_windows_fixture.h"
 
 namespace tallowin {
@@ -10,41 +12,169 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Optional;
+using testing::SizeIs;
 
-using X11ApplicationsTest = X11WindowsTest;
+constexpr std::uint32_t resourceMask = 0x1FFFFF;
+constexpr auto firstFresh = X11WindowNumbers::firstThatIsNoID;
 
-TEST_F(X11ApplicationsTest, TellsWhichApplicationsComeAndGo) {
-  start();
+xcb_generic_event_t destroyed(xcb_window_t window, std::uint32_t sequence) {
+  xcb_generic_event_t event{};
+  auto& destroy = reinterpret_cast<xcb_destroy_notify_event_t&>(event);
+  destroy.response_type = XCB_DESTROY_NOTIFY;
+  destroy.window = window;
+  event.full_sequence = sequence;
+  return event;
+}
+
+TEST(X11WindowNumbers, AreIDsUntilAnIDMayHaveBelongedToAnother) {
+  X11WindowNumbers numbers(resourceMask, [](xcb_window_t) { return 1U; });
+  numbers.noteManaged({0x400005, 0x400007, 0x600001});
+  EXPECT_EQ(numbers.number(0x400005), 0x400005U);
+  EXPECT_EQ(numbers.window(0x400005), 0x400005U);
+  EXPECT_EQ(numbers.number(0x400006), std::nullopt) << "not managed";
+  EXPECT_EQ(numbers.window(0x400006), 0x400006U) << "may be known from elsewhere";
+  EXPECT_THAT(numbers.missingFrom({0x400007, 0x99}), ElementsAre(0x400005, 0x600001));
+
+  numbers.noteGone(0x400007);
+  EXPECT_EQ(numbers.number(0x400007), std::nullopt);
+  EXPECT_EQ(numbers.window(0x400007), std::nullopt);
+  EXPECT_EQ(numbers.number(0x400005), 0x400005U) << "is still there";
+
+  struct Case {
+    xcb_window_t window;
+    WindowNumber number;
+  };
+  const Case cases[] = {
+      {0x400007, firstFresh},      // the same id
+      {0x400006, firstFresh + 1},  // one that may have come and gone unseen
+      {0x400008, 0x400008},        // a later one of that client
+      {0x600002, 0x600002},        // another client
+  };
+  for (const auto& [window, number] : cases) {
+    numbers.noteManaged({window});
+    EXPECT_EQ(numbers.number(window), number) << window;
+    EXPECT_EQ(numbers.window(number), window) << window;
+  }
+  EXPECT_EQ(numbers.window(0x400007), std::nullopt) << "the one that has gone";
+  numbers.noteGone(0x400007);
+  EXPECT_EQ(numbers.window(firstFresh), std::nullopt);
+  numbers.noteManaged({0x400007});
+  EXPECT_EQ(numbers.number(0x400007), firstFresh + 2);
+}
+
+TEST(X11WindowNumbers, EndWithTheWindowThatWasWatched) {
+  std::uint32_t sequence = 0xFFFFFFF0;
+  X11WindowNumbers numbers(resourceMask, [&](xcb_window_t) { return sequence; });
+  numbers.noteManaged({0x400005});
+  EXPECT_FALSE(numbers.handle(destroyed(0x400005, 0xFFFFFFEF))) << "said of an earlier window";
+  EXPECT_FALSE(numbers.handle(destroyed(0x400004, 5)));
+  auto unmapped = destroyed(0x400005, 5);
+  unmapped.response_type = XCB_UNMAP_NOTIFY;
+  EXPECT_FALSE(numbers.handle(unmapped));
+  EXPECT_EQ(numbers.number(0x400005), 0x400005U);
+  EXPECT_TRUE(numbers.handle(destroyed(0x400005, 5))) << "sequence numbers wrap around";
+  EXPECT_EQ(numbers.number(0x400005), std::nullopt);
+
+  sequence = 6;
+  numbers.noteManaged({0x400005});
+  xcb_generic_event_t failure{};
+  auto& error = reinterpret_cast<xcb_generic_error_t&>(failure);
+  error.error_code = 3;
+  error.resource_id = 0x400005;
+  error.full_sequence = 6;
+  error.major_code = XCB_CREATE_WINDOW;
+  numbers.handle(failure);
+  EXPECT_EQ(numbers.number(0x400005), firstFresh) << "not about the watching";
+  error.major_code = XCB_CHANGE_WINDOW_ATTRIBUTES;
+  numbers.handle(failure);
+  EXPECT_EQ(numbers.number(0x400005), std::nullopt) << "it had gone before it was watched";
+}
+
+class X11ReusedWindowsTest : public X11WindowsTest {
+ protected:
+  /// The only window's number in the list, nothing while there is none.
+  std::optional<WindowNumber> listed() {
+    const auto list = *list_->CGWindowListCopyWindowInfo(0, 0);
+    return list.empty() ? std::nullopt : std::optional(list.at(0)["kCGWindowNumber"].get<WindowNumber>());
+  }
+};
+
+TEST_F(X11ReusedWindowsTest, TheNextClientsWindowIsAnotherOneThoughItHasTheSameID) {
+  startListening();
+  std::optional<TestClient> client(std::in_place);
+  const auto window = open(*client, "First");
+  EXPECT_EQ(listed(), window);
+  const auto first = element(window);
+  EXPECT_EQ(accessibility_->AXUIElementCopyAttributeValue(first, "AXTitle"), AXValue(""));
+
+  // Nothing here looks at the list while the one goes and the other comes.
+  client.reset();
+  ASSERT_TRUE(eventually([&] {
+    return connection_->reply(xcb_get_geometry_reply, xcb_get_geometry(connection_->raw(), window)) == nullptr;
+  }));
+  client.emplace();
+  ASSERT_EQ(client->open("Second", "second"), window) << "the server gives the ids of a client that ended to the next";
+  ASSERT_TRUE(loop_.runUntil([&] { return listed().value_or(window) != window; }));
+  const auto number = *listed();
+  EXPECT_GE(number, X11WindowNumbers::firstThatIsNoID);
+
+  const auto info = [&](WindowNumber of) {
+    return list_->CGWindowListCopyWindowInfo(CGWindowListOption::includingWindow, of)->size();
+  };
+  EXPECT_EQ(info(window), 0U) << "that one has gone";
+  EXPECT_EQ(info(number), 1U);
+  EXPECT_FALSE(accessibility_->AXUIElementSetAttributeValue(first, "AXMinimized", true));
+  const auto application = accessibility_->AXUIElementCreateApplication(getpid());
+  const auto elements =
+      std::get<std::vector<AXUIElement>>(accessibility_->AXUIElementCopyAttributeValue(application, "AXWindows"));
+  ASSERT_THAT(elements, SizeIs(1));
+  EXPECT_EQ(dynamic_cast<const X11WindowElement&>(*elements[0]).number(), number);
+  EXPECT_TRUE(accessibility_->AXUIElementSetAttributeValue(elements[0], "AXMinimized", true));
+  EXPECT_TRUE(read(window).hidden);
+}
+
+TEST_F(X11ReusedWindowsTest, OnlyAWindowThatTheWindowManagerLetsGoComesBackAsANewOne) {
+  startListening();
+  TestClient client;
+  const auto window = open(client, "Tray");
+  EXPECT_EQ(listed(), window);
+  const auto root = connection_->root();
+  xcb_delete_property(client.raw(), root, connection_->atom(X11Atom::netClientList));  // as a window manager that ends
+  xcb_flush(client.raw());
+  ASSERT_TRUE(eventually([&] { return !listed(); }));
+  client.setWords(root, X11Atom::netClientList, XCB_ATOM_WINDOW, {window});  // and its successor
+  ASSERT_TRUE(eventually([&] { return listed().has_value(); }));
+  EXPECT_EQ(listed(), window);
+
+  xcb_unmap_window(client.raw(), window);
+  xcb_flush(client.raw());
+  ASSERT_TRUE(eventually([&] { return !listed(); }));
+  xcb_map_window(client.raw(), window);
+  xcb_flush(client.raw());
+  ASSERT_TRUE(eventually([&] { return listed().has_value(); }));
+  EXPECT_THAT(listed(), Optional(X11WindowNumbers::firstThatIsNoID));
+}
+
+TEST_F(X11WindowsTest, TellsWhichApplicationsComeAndGo) {
+  startListening();
   TestClient client;
   open(client, "Early");
-  BroadcastNotificationCenter center;
+  loop_.runReady();
   std::vector<std::string> told;
   const auto observe = [&](NotificationName name, std::string_view text) {
-    return center.addObserver(name, [&told, text](const Notification& notification) {
+    return center_.addObserver(name, [&told, text](const Notification& notification) {
       told.push_back(std::string(text) + (*notification.application == getpid() ? " local" : " remote"));
     });
   };
   const auto launched = observe(NotificationName::NSWorkspaceDidLaunchApplicationNotification, "launched");
   const auto terminated = observe(NotificationName::NSWorkspaceDidTerminateApplicationNotification, "terminated");
   const auto activated = observe(NotificationName::NSWorkspaceDidActivateApplicationNotification, "activated");
-  const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-  xcb_change_window_attributes(connection_->raw(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
-  X11ApplicationChanges changes(*connection_, windows_->reader, windows_->applications, loop_, center);
-  X11EventPump pump(
-      *connection_, loop_, loop_, [&](const xcb_generic_event_t& event) { changes.handle(event); }, [] {});
-  loop_.runReady();
-  EXPECT_THAT(told, IsEmpty()) << "what runs at the start did not come";
-
   open(client, "Early");
   loop_.runReady();
   EXPECT_THAT(told, IsEmpty()) << "another window of the same";
   TestClient far;
-  const auto window = xcb_generate_id(far.raw());
-  xcb_create_window(far.raw(), XCB_COPY_FROM_PARENT, window, connection_->root(), 0, 0, 9, 9, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  far.setText(window, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, "elsewhere");
-  xcb_map_window(far.raw(), window);
-  xcb_flush(far.raw());
+  const auto window = far.open("Remote", "", false, "elsewhere");
   ASSERT_TRUE(loop_.runUntil([&] { return told.size() >= 2; }));
   EXPECT_THAT(told, ElementsAre("launched remote", "activated remote"));
   told.clear();
@@ -53,7 +183,7 @@ TEST_F(X11ApplicationsTest, TellsWhichApplicationsComeAndGo) {
   EXPECT_EQ(told.front(), "terminated remote");
 }
 
-TEST_F(X11ApplicationsTest, OpensWhatIsInstalled) {
+TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
   const auto folder = std::filesystem::temp_directory_path() / ("tallowin-test-" + std::to_string(getpid()));
   std::filesystem::create_directories(folder / "applications");
   const auto entry = folder / "applications/editor.desktop";
@@ -63,47 +193,38 @@ TEST_F(X11ApplicationsTest, OpensWhatIsInstalled) {
   setenv("XDG_DATA_HOME", folder.c_str(), 1);
   start();
   unsetenv("XDG_DATA_HOME");
-  std::vector<std::string> results;
-  const auto openIt = [&](const std::filesystem::path& path, const OpenConfiguration& configuration) {
-    workspace_->openApplicationAtURL(
-        path, configuration, [&](const auto& result) { results.push_back(result ? "opened" : result.error()); });
-    EXPECT_TRUE(loop_.runUntil([&] { return !results.empty(); }));
-    return std::exchange(results, {}).front();
+  OpenConfiguration configuration;
+  /// What comes of opening it, and what is launched.
+  const auto openIt = [&](const std::filesystem::path& path, const std::vector<std::string>& arguments = {}) {
+    processes_.launched.clear();
+    configuration.arguments = arguments;
+    std::string said;
+    workspace_->openApplicationAtURL(path, configuration,
+                                     [&](const auto& result) { said = result ? "opened" : result.error(); });
+    EXPECT_TRUE(loop_.runUntil([&] { return !said.empty(); }));
+    return processes_.launched.empty() ? said : said + " by " + processes_.launched.back();
   };
   EXPECT_EQ(workspace_->URLForApplicationWithBundleIdentifier("editor"), entry);
   EXPECT_EQ(workspace_->URLForApplicationWithBundleIdentifier("no such thing"), std::nullopt);
-  OpenConfiguration configuration;
-  EXPECT_EQ(openIt(entry, configuration), "opened");
-  EXPECT_EQ(openIt(folder / "applications/broken.desktop", configuration), "there is no program no-such-tool");
-  EXPECT_EQ(openIt(folder / "nothing", configuration), "there is no " + (folder / "nothing").string());
-  configuration.arguments = {"a", "b"};
-  EXPECT_EQ(openIt("/bin/ls", configuration), "opened");
-  EXPECT_THAT(processes_.launched, ElementsAre("true", "ls a b"));
-
-  processes_.launched.clear();
+  EXPECT_EQ(openIt(entry), "opened by true");
+  EXPECT_EQ(openIt(folder / "applications/broken.desktop"), "there is no program no-such-tool");
+  EXPECT_EQ(openIt("/bin/ls", {"a", "b"}), "opened by ls a b");
   const auto chrome = workspace_->URLForApplicationWithBundleIdentifier("com.google.Chrome");
   ASSERT_EQ(chrome, folder / "applications/google-chrome.desktop");
-  configuration.arguments = {"--profile-directory=Profile 1"};
-  EXPECT_EQ(openIt(*chrome, configuration), "opened");
-  configuration.arguments = {"x"};
-  for (const auto* application : {"editor", "editor.desktop", "/Applications/The Editor.app", "the editor", "ls"}) {
-    EXPECT_EQ(openIt(application, configuration), "opened") << application;
+  EXPECT_EQ(openIt(*chrome, {"--profile-directory=Profile 1"}), "opened by echo --profile-directory=Profile 1");
+  for (const auto* application : {"editor", "editor.desktop", "/Applications/The Editor.app", "the editor"}) {
+    EXPECT_EQ(openIt(application, {"x"}), "opened by true x") << application;
   }
-  EXPECT_EQ(openIt("/Applications/Gone.app", configuration), "there is no /Applications/Gone.app");
-  EXPECT_EQ(openIt("", configuration), "there is no ");
-  EXPECT_THAT(processes_.launched,
-              ElementsAre("echo --profile-directory=Profile 1", "true x", "true x", "true x", "true x", "ls x"));
-  processes_.launched = {"true", "ls a b"};
+  EXPECT_EQ(openIt("ls", {"x"}), "opened by ls x");
+  EXPECT_EQ(openIt("/Applications/Gone.app"), "there is no /Applications/Gone.app");
+  EXPECT_EQ(openIt(""), "there is no ");
 
   TestClient client;
   open(client, "Editor");
   EXPECT_EQ(workspace_->runningApplicationsWithBundleIdentifier("editor").at(0).localizedName, "The Editor");
-  configuration.arguments.clear();
-  EXPECT_EQ(openIt(entry, configuration), "opened");
-  EXPECT_EQ(processes_.launched.size(), 2U) << "it runs: it is made the active one";
+  EXPECT_EQ(openIt(entry), "opened") << "it runs: it is made the active one";
   configuration.createsNewApplicationInstance = true;
-  EXPECT_EQ(openIt(entry, configuration), "opened");
-  EXPECT_EQ(processes_.launched.size(), 3U);
+  EXPECT_EQ(openIt(entry), "opened by true");
   std::filesystem::remove_all(folder);
 }
 

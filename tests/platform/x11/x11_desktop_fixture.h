@@ -7,10 +7,9 @@
 
 #include "platform/x11/x11_desktop.h"
 #include "tests/lines_log.h"
-#include "tests/platform/poll_loop.h"
 #include "tests/platform/x11/scripted_window_manager.h"
+#include "tests/platform/x11/stepped_loop.h"
 #include "tests/platform/x11/x_server.h"
-#include "tests/set_clock.h"
 
 namespace tallowin {
 
@@ -21,17 +20,15 @@ class NoProcesses : public Processes {
   std::expected<std::string, std::string> run(const ProcessRequest& /*request*/) override { return {}; }
 };
 
-/// A desktop on a real server, whose window manager is the test.
-class X11DesktopTest : public testing::Test {
+/// A desktop on a real server, whose window manager is the test. Its delays pass when the test says so.
+class X11DesktopTest : public XServerTest {
  protected:
-  void SetUp() override {
-    if (!server_.running()) {
-      GTEST_SKIP() << "Xvfb could not be started";
-    }
+  auto tryToConnect() {
+    return X11Desktop::connect(loop_, loop_, log_, loop_, processes_, [this] { ++lost_; });
   }
 
   void connect() {
-    auto connected = X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [this] { ++lost_; });
+    auto connected = tryToConnect();
     ASSERT_TRUE(connected) << connected.error();
     desktop_ = std::move(*connected);
     desktop_->windowServer().CGSBridgeRegisterSpaceNotifications(
@@ -73,9 +70,7 @@ class X11DesktopTest : public testing::Test {
     return loop_.runUntil([&] { return told_.size() >= count; });
   }
 
-  XServer server_;
-  PollLoop loop_;
-  SetClock clock_;
+  SteppedLoop loop_;
   LinesLog log_;
   NoProcesses processes_;
   std::unique_ptr<X11Desktop> desktop_;

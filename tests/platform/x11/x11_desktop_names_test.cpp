@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <optional>
 
-#include "tests/platform/x11/stepped_loop.h"
 #include "tests/platform/x11/x11_desktop_fixture.h"
 
 namespace tallowin {
@@ -13,17 +12,22 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Another client, which looks at the root window's properties and writes them.
-class Somebody {
- public:
-  Somebody() : connection_(*X11Connection::open()) {
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(connection_->raw(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
+/// Somebody else looks at the root window's properties and writes them.
+class X11DesktopNamesTest : public X11DesktopTest {
+ protected:
+  void SetUp() override {
+    X11DesktopTest::SetUp();
+    if (!IsSkipped()) {
+      somebody_.emplace();
+      const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+      xcb_change_window_attributes(somebody_->raw(), somebody_->root(), XCB_CW_EVENT_MASK, &mask);
+    }
   }
 
   std::vector<std::string> read(X11Atom property) {
-    return parseDesktopNames(connection_->takeProperty(
-        connection_->requestProperty(connection_->root(), property, connection_->atom(X11Atom::utf8String))));
+    auto& connection = somebody_->connection();
+    return parseDesktopNames(connection.takeProperty(
+        connection.requestProperty(somebody_->root(), property, connection.atom(X11Atom::utf8String))));
   }
 
   /// The names in short: "Mail|2|".
@@ -36,48 +40,25 @@ class Somebody {
   }
 
   void writeNames(const std::vector<std::string>& names) {
-    const auto bytes = encodeTexts(names);
-    xcb_change_property(connection_->raw(), XCB_PROP_MODE_REPLACE, connection_->root(),
-                        connection_->atom(X11Atom::netDesktopNames), connection_->atom(X11Atom::utf8String), 8,
-                        static_cast<std::uint32_t>(bytes.size()), bytes.data());
-    read(X11Atom::netDesktopNames);
+    somebody_->setText(somebody_->root(), X11Atom::netDesktopNames, encodeTexts(names));
+    somebody_->sync();
   }
 
   void deleteNames() {
-    xcb_delete_property(connection_->raw(), connection_->root(), connection_->atom(X11Atom::netDesktopNames));
-    read(X11Atom::netDesktopNames);
+    xcb_delete_property(somebody_->raw(), somebody_->root(), somebody_->atom(X11Atom::netDesktopNames));
+    somebody_->sync();
   }
 
   /// How often the names were written or deleted since the last call.
   int takeChanges() {
-    read(X11Atom::netDesktopNames);
+    somebody_->sync();
     int changes = 0;
-    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_->raw())}) {
+    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(somebody_->raw())}) {
       const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
       const bool isProperty = (event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY;
-      changes += isProperty && change.atom == connection_->atom(X11Atom::netDesktopNames) ? 1 : 0;
+      changes += isProperty && change.atom == somebody_->atom(X11Atom::netDesktopNames) ? 1 : 0;
     }
     return changes;
-  }
-
- private:
-  std::unique_ptr<X11Connection> connection_;
-};
-
-/// A desktop on a real server. Its delays pass when the test says so.
-class X11DesktopNamesTest : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!server_.running()) {
-      GTEST_SKIP() << "Xvfb could not be started";
-    }
-    somebody_.emplace();
-  }
-
-  void connect() {
-    auto connected = X11Desktop::connect(loop_, loop_, log_, loop_, processes_, [] {});
-    ASSERT_TRUE(connected) << connected.error();
-    desktop_ = std::move(*connected);
   }
 
   void publish(const std::map<ManagedSpaceID, std::string>& names) { desktop_->desktopNames().publish(names); }
@@ -99,83 +80,46 @@ class X11DesktopNamesTest : public testing::Test {
     loop_.runReady();
   }
 
-  XServer server_;
-  LinesLog log_;
-  NoProcesses processes_;
-  SteppedLoop loop_;
-  std::optional<Somebody> somebody_;
-  std::unique_ptr<X11Desktop> desktop_;
+  std::optional<TestClient> somebody_;
 };
 
-TEST_F(X11DesktopNamesTest, MirrorsNamesAndGivesTheOldOnesBack) {
+TEST_F(X11DesktopNamesTest, MirrorsNamesAndGivesTheOldOnesBackEvenAfterBeingKilled) {
   ScriptedWindowManager manager;
   manager.setDesktops(4, 0, {"one\0two\0", 8});
   connect();
   settle();
-  somebody_->takeChanges();
-  EXPECT_EQ(somebody_->names(), "one|two|") << "before the first publication";
+  takeChanges();
+  EXPECT_EQ(names(), "one|two|") << "before the first publication";
 
   const struct {
     std::map<ManagedSpaceID, std::string> names;
     const char* shown;
     int changes;
+    bool killedBefore = false;
   } steps[] = {
       {{{3, "Mail"}}, "one|two|Mail|", 1},
       {{{3, "Mail"}}, "one|two|Mail|", 0},
       {{{1, "Home"}, {3, "Post"}, {9, "None"}}, "Home|two|Post|", 1},
-      {{{1, "Home"}}, "Home|two|", 1},
+      {{{1, "Home"}}, "Home|two|", 1, true},
       {{{1, "Home"}, {2, "two"}}, "Home|two|", 0},
-      {{}, "one|two|", 1},
+      {{}, "one|two|", 1, true},
   };
-  for (const auto& [names, shown, changes] : steps) {
-    publish(names);
+  for (const auto& [published, shown, changes, killedBefore] : steps) {
+    if (killedBefore) {
+      desktop_.reset();
+      connect();
+      settle();
+    }
+    publish(published);
     settle(49ms);
-    EXPECT_EQ(somebody_->takeChanges(), 0);
+    EXPECT_EQ(takeChanges(), 0);
     settle(1ms);
-    EXPECT_EQ(somebody_->names(), shown);
+    EXPECT_EQ(names(), shown);
     settle(1s);
-    EXPECT_EQ(somebody_->takeChanges(), changes) << shown;
+    EXPECT_EQ(takeChanges(), changes) << shown;
     EXPECT_FALSE(loop_.hasDelayedWork());
   }
-  EXPECT_THAT(somebody_->read(X11Atom::tallowinDesktopNames), IsEmpty());
-}
-
-TEST_F(X11DesktopNamesTest, KnowsTheWindowManagersNamesAfterBeingKilled) {
-  ScriptedWindowManager manager;
-  manager.setDesktops(3, 0, {"one\0two\0", 8});
-  connect();
-  publish({{2, "Mail"}, {3, "Web"}});
-  settle();
-  EXPECT_EQ(somebody_->names(), "one|Mail|Web|");
-  desktop_.reset();
-  connect();
-  settle();
-  EXPECT_EQ(somebody_->names(), "one|Mail|Web|");
-  publish({{3, "Web"}});
-  settle();
-  EXPECT_EQ(somebody_->names(), "one|two|Web|");
-  publish({});
-  settle();
-  EXPECT_EQ(somebody_->names(), "one|two|");
-}
-
-TEST_F(X11DesktopNamesTest, NamesTheDesktopsOfTheNextWindowManager) {
-  std::optional<ScriptedWindowManager> manager(std::in_place);
-  manager->setDesktops(2, 0, {"one\0two\0", 8});
-  connect();
-  publish({{2, "Mail"}});
-  settle();
-  manager.reset();
-  somebody_->deleteNames();
-  settle();
-  EXPECT_EQ(somebody_->names(), "") << "there is nobody whose desktops could be named";
-  manager.emplace();
-  manager->setDesktops(3, 0, {"a\0b\0c\0", 6});
-  settle();
-  EXPECT_EQ(somebody_->names(), "a|Mail|c|");
-  publish({});
-  settle();
-  EXPECT_EQ(somebody_->names(), "a|b|c|");
+  EXPECT_THAT(read(X11Atom::tallowinDesktopNames), IsEmpty());
 }
 
 TEST_F(X11DesktopNamesTest, DoesNotFightForTheNames) {
@@ -186,9 +130,9 @@ TEST_F(X11DesktopNamesTest, DoesNotFightForTheNames) {
   settle();
   const auto rewriteAfter = [&](Duration pause) {
     settle(pause);
-    somebody_->writeNames({"x", "y"});
+    writeNames({"x", "y"});
     settle();
-    return somebody_->names();
+    return names();
   };
   for (int times = 0; times < 3; ++times) {
     EXPECT_EQ(rewriteAfter(950ms), "x|Mail|") << "a second after the last time";
@@ -198,27 +142,27 @@ TEST_F(X11DesktopNamesTest, DoesNotFightForTheNames) {
   EXPECT_FALSE(loop_.hasDelayedWork());
   publish({{2, "Mail"}});
   settle();
-  EXPECT_EQ(somebody_->names(), "x|y|") << "those are the same names";
+  EXPECT_EQ(names(), "x|y|") << "those are the same names";
   publish({{2, "Post"}});
   settle();
-  EXPECT_EQ(somebody_->names(), "x|Post|");
+  EXPECT_EQ(names(), "x|Post|");
 
   EXPECT_EQ(rewriteAfter(0ms), "x|Post|");
   EXPECT_EQ(rewriteAfter(0ms), "x|y|");
   const ScriptedWindowManager another;
   settle();
-  EXPECT_EQ(somebody_->names(), "x|Post|") << "the window manager has restarted";
+  EXPECT_EQ(names(), "x|Post|") << "the window manager has restarted";
 
   // A window manager that deletes and rewrites has changed them once.
-  somebody_->takeChanges();
+  takeChanges();
   settle(1s);
-  somebody_->deleteNames();
+  deleteNames();
   settle(20ms);
-  somebody_->writeNames({"1", "2"});
+  writeNames({"1", "2"});
   settle();
-  EXPECT_EQ(somebody_->names(), "1|Post|");
+  EXPECT_EQ(names(), "1|Post|");
   settle(1s);
-  EXPECT_EQ(somebody_->takeChanges(), 3);
+  EXPECT_EQ(takeChanges(), 3);
 }
 
 TEST_F(X11DesktopNamesTest, DesktopsThatComeAndGoAreNoFight) {
@@ -230,7 +174,7 @@ TEST_F(X11DesktopNamesTest, DesktopsThatComeAndGoAreNoFight) {
   for (const std::uint32_t count : {3U, 4U, 3U, 2U, 3U, 4U}) {
     manager.setDesktops(count, 0, {"1\0002\0003\0", 6});
     settle();
-    EXPECT_EQ(somebody_->names(), count == 4 ? "1|Mail|3|Web|" : "1|Mail|3|");
+    EXPECT_EQ(names(), count == 4 ? "1|Mail|3|Web|" : "1|Mail|3|");
   }
 }
 
@@ -242,18 +186,18 @@ TEST_F(X11DesktopNamesTest, DynamicDesktopsStayThemselves) {
   ASSERT_THAT(ids(), ElementsAre(1, mail));
   publish({{1, "mail"}});  // named as another workspace is already
   settle();
-  EXPECT_EQ(somebody_->names(), "mail|mail|");
+  EXPECT_EQ(names(), "mail|mail|");
   EXPECT_THAT(ids(), ElementsAre(1, mail));
   manager.setDesktops(1, 0, {"1\0", 2});
   settle();
-  EXPECT_EQ(somebody_->names(), "mail|");
+  EXPECT_EQ(names(), "mail|");
   EXPECT_THAT(ids(), ElementsAre(1));
   manager.setDesktops(2, 1, {"1\0mail\0", 7});
   manager.setDesktops(1, 0, {"mail\0", 5});  // which is just what was written for workspace 1
   settle(0ms);
   EXPECT_THAT(ids(), ElementsAre(mail));
   settle();
-  EXPECT_EQ(somebody_->names(), "mail|");
+  EXPECT_EQ(names(), "mail|");
   EXPECT_THAT(ids(), ElementsAre(mail));
 
   // A new start finds everything mirrored, and hears of the next change all the same.

@@ -1,14 +1,24 @@
+// The desktop on a real server: what the window manager is asked for, what is heard of it, keys, clicks and pictures.
+
+#include <X11/keysym.h>
 #include <gmock/gmock.h>
 #include <optional>
 #include <thread>
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
 
+#include "platform/x11/x11_desktop_facts.h"
+#include "tests/platform/x11/obedient_window_manager.h"
 #include "tests/platform/x11/x11_desktop_fixture.h"
 
 namespace tallowin {
 namespace {
 
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 TEST_F(X11DesktopTest, TakesTheWindowAlongWhoseTitleBarIsDragged) {
   ScriptedWindowManager manager;
@@ -152,7 +162,7 @@ TEST_F(X11DesktopTest, AnswersNothingOnceTheServerIsGone) {
   loop_.runReady();
   EXPECT_EQ(lost_, 1);
   desktop_.reset();
-  EXPECT_FALSE(X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {})) << "there is nothing to connect to";
+  EXPECT_FALSE(tryToConnect()) << "there is nothing to connect to";
 }
 
 TEST_F(X11DesktopTest, CapturesTheScreenAndDescribesIt) {
@@ -180,14 +190,140 @@ TEST_F(X11DesktopTest, CapturesTheScreenAndDescribesIt) {
 
 TEST_F(X11DesktopTest, SaysWhatIsWrongWithTheAddress) {
   setenv("DISPLAY", ":99999", 1);
-  const auto unreachable = X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {});
+  const auto unreachable = tryToConnect();
   ASSERT_FALSE(unreachable);
   EXPECT_EQ(unreachable.error(), "cannot reach the X server \":99999\" that DISPLAY names");
   EXPECT_FALSE(X11Desktop::windowManagerPresent());
   unsetenv("DISPLAY");
-  const auto unset = X11Desktop::connect(loop_, clock_, log_, loop_, processes_, [] {});
+  const auto unset = tryToConnect();
   ASSERT_FALSE(unset);
   EXPECT_EQ(unset.error(), "cannot reach an X server: DISPLAY is not set");
+}
+
+TEST_F(X11DesktopTest, MissionControlTakesTheClicksInIt) {
+  const ObedientWindowManager manager(3);
+  connect();
+  auto& accessibility = desktop_->accessibility();
+  const auto text = [&](const AXUIElement& element, std::string_view attribute) {
+    const auto value = accessibility.AXUIElementCopyAttributeValue(element, attribute);
+    const auto* found = std::get_if<std::string>(&value);
+    return found == nullptr ? std::string() : *found;
+  };
+  const std::function<AXUIElement(const AXUIElement&, std::string_view)> find = [&](const auto& element, auto wanted) {
+    if (text(element, "AXTitle") == wanted || text(element, "AXDescription") == wanted) {
+      return element;
+    }
+    AXUIElement found;
+    const auto children = accessibility.AXUIElementCopyAttributeValue(element, "AXChildren");
+    if (const auto* list = std::get_if<std::vector<AXUIElement>>(&children)) {
+      std::ranges::for_each(*list, [&](const auto& child) { found = found ? found : find(child, wanted); });
+    }
+    return found;
+  };
+  const auto shown = [&](std::string_view wanted) {
+    const auto docks = desktop_->workspace().runningApplicationsWithBundleIdentifier("com.apple.dock");
+    return find(accessibility.AXUIElementCreateApplication(docks.at(0).pid), wanted);
+  };
+  const auto mouse = [&](CGMouseEventType type, CGPoint location) {
+    auto& events = desktop_->events();
+    events.CGEventPost(CGEventTap::hid, *events.CGEventCreateMouseEvent(type, location));
+  };
+
+  windowServer().CGSBridgeDockNotify("com.apple.expose.awake");
+  ASSERT_TRUE(loop_.runUntil([&] { return shown("Desktop 2") != nullptr; }));
+  const auto corner = std::get<CGPoint>(accessibility.AXUIElementCopyAttributeValue(shown("Desktop 2"), "AXPosition"));
+  mouse(CGMouseEventType::mouseMoved, {corner.x + 6, corner.y + 6});
+  ASSERT_TRUE(loop_.runUntil([&] { return shown("Remove Desktop") != nullptr; }));
+  mouse(CGMouseEventType::leftMouseDown, {corner.x + 6, corner.y + 6});
+  EXPECT_EQ(desktop_->events().pressedMouseButtons(), 0U) << "what is below does not get the click";
+  mouse(CGMouseEventType::leftMouseUp, {corner.x + 6, corner.y + 6});
+  EXPECT_EQ(spaces(), "[1] 2");
+}
+
+TEST_F(X11DesktopTest, HotKeysArriveWhateverTheLocks) {
+  ScriptedWindowManager manager;
+  connect();
+  auto& hotKeys = desktop_->globalHotKeys();
+  std::string seen;
+  const auto type = [&](const std::vector<Keysym>& keysyms) {
+    const std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> symbols(
+        xcb_key_symbols_alloc(manager.raw()), xcb_key_symbols_free);
+    std::vector<xcb_keycode_t> keycodes;
+    for (const auto keysym : keysyms) {
+      const std::unique_ptr<xcb_keycode_t, FreeMemory> found(xcb_key_symbols_get_keycode(symbols.get(), keysym));
+      keycodes.push_back(found ? *found : xcb_keycode_t{0});
+    }
+    for (const auto event : {std::uint8_t{XCB_KEY_PRESS}, std::uint8_t{XCB_KEY_RELEASE}}) {
+      for (const auto keycode : keycodes) {
+        // After two milliseconds: a press at the very time of the last release would be the key repeating.
+        xcb_test_fake_input(manager.raw(), event, keycode, 2, XCB_NONE, 0, 0, 0);
+      }
+    }
+    manager.sync();
+    windowServer().CGSBridgeActiveSpace();  // a round trip, which brings the events
+    loop_.runReady();
+    return std::exchange(seen, "");
+  };
+  auto letter = hotKeys.registerHotKey(0, 0, [&] { seen += "a"; });
+  auto second = hotKeys.registerHotKey(0, 0, [&] { seen += "A"; });
+  auto combination = hotKeys.registerHotKey(20, CGEventFlag::control | CGEventFlag::alternate, [&] { seen += "3"; });
+  ASSERT_TRUE(letter && second && combination);
+  EXPECT_EQ(type({XK_a}), "aA");
+  EXPECT_EQ(type({XK_Control_L, XK_a}), "") << "with another modifier";
+  for (const auto lock : {XK_Num_Lock, XK_Caps_Lock, XK_Num_Lock, XK_Caps_Lock}) {
+    type({static_cast<Keysym>(lock)});
+    EXPECT_EQ(type({XK_Control_L, XK_Alt_L, XK_3}), "3");
+  }
+  second.reset();
+  EXPECT_EQ(type({XK_a}), "a") << "the other one is still there";
+  auto once = hotKeys.registerHotKey(11, 0, [&] {
+    seen += "b";
+    combination.reset();
+    letter.reset();
+  });
+  EXPECT_EQ(type({XK_b}), "b");
+  EXPECT_EQ(type({XK_a}) + type({XK_Control_L, XK_Alt_L, XK_3}), "");
+
+  const auto rival = X11Connection::open();
+  X11GlobalHotKeys taken(**rival);
+  EXPECT_TRUE(taken.registerHotKey(0, 0, [] {})) << "released above";
+  const auto kept = taken.registerHotKey(1, 0, [] {});
+  ASSERT_TRUE(kept);
+  EXPECT_FALSE(hotKeys.registerHotKey(1, 0, [] {})) << "another program has it";
+  EXPECT_FALSE(hotKeys.registerHotKey(999, 0, [] {})) << "no such key";
+  desktop_.reset();
+  once.reset();
+}
+
+TEST(WindowManagerVersion, IsFoundInWhatProgramsPrint) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Openbox 3.6.1\nCopyright (c) 2004 Mikael Magnusson 1.0", "3.6.1"},
+      {"i3 version 4.22 (2023-01-02) \u00a9 2009 Michael Stapelberg", "4.22"},
+      {"\tThis is xfwm4 version 4.18.0 (revision 7e7473c5b) for Xfce 4.18\n", "4.18.0"},
+      {"kwin 5.27.5", "5.27.5"},
+      {"JWM v2.4.3 by Joe Wingbermuehle", "2.4.3"},
+      {"icewm 3.3.1, Copyright 1997-2012 Marko Macek", "3.3.1"},
+      {"no 1 knows", ""},
+      {"", ""},
+  };
+  for (const auto& [text, version] : cases) {
+    EXPECT_EQ(versionIn(text), version) << text;
+  }
+  EXPECT_EQ(versionArgument("openbox"), "--version");
+  EXPECT_EQ(versionArgument("somethingwm"), "") << "who knows what it would do";
+}
+
+TEST_F(X11DesktopTest, TellsWhatTheWindowManagerLacks) {
+  connect();
+  EXPECT_EQ(desktop_->desktopFacts().windowManager(), std::nullopt);
+  ScriptedWindowManager manager("Otherbox");
+  manager.claim({X11Atom::netCurrentDesktop, X11Atom::netCloseWindow});
+  const auto facts = desktop_->desktopFacts().windowManager();
+  ASSERT_TRUE(facts);
+  EXPECT_EQ(facts->name, "Otherbox");
+  EXPECT_EQ(facts->version, "") << "this program is not known to tell it";
+  EXPECT_THAT(facts->missingHints, AllOf(Contains("_NET_RESTACK_WINDOW"), Contains("_NET_WM_DESKTOP"),
+                                         Not(Contains("_NET_CURRENT_DESKTOP")), Not(Contains("_NET_CLOSE_WINDOW"))));
 }
 
 }  // namespace

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "platform/x11/x11_accessibility.h"
+#include "platform/x11/x11_application_changes.h"
 #include "platform/x11/x11_desktop_operations.h"
+#include "platform/x11/x11_event_pump.h"
 #include "platform/x11/x11_window_list.h"
 #include "platform/x11/x11_windows.h"
 #include "platform/x11/x11_workspace.h"
@@ -36,30 +38,35 @@ class RecordingProcesses : public Processes {
 };
 
 /// The services about windows on a real server, with windows of clients in this process.
-class X11WindowsTest : public testing::Test {
+class X11WindowsTest : public XServerTest {
  protected:
-  void SetUp() override {
-    if (!server_.running()) {
-      GTEST_SKIP() << "Xvfb could not be started";
-    }
-  }
-
   void start(std::uint32_t desktops = 4, std::set<X11Atom> ignored = {}, int depth = 1,
              std::string_view name = "Openbox") {
     manager_.emplace(desktops, std::move(ignored), depth, name);
     connection_ = *X11Connection::open();
     desktops_.emplace(*connection_);
     windows_.emplace(*connection_, *desktops_, processes_, loop_, 0);
-    operations_.emplace(*connection_, *desktops_, windows_->reader, windows_->actions, windows_->refusals, loop_);
+    operations_.emplace(*connection_, *desktops_, *windows_, loop_);
     missionControl_.emplace(*operations_, loop_, [](const std::string&) { return CGRect{}; });
     accessibility_.emplace(*connection_, *missionControl_, windows_->context);
     workspace_.emplace(loop_, windows_->launcher, windows_->context);
     list_.emplace(*connection_, windows_->reader, windows_->applications);
   }
 
+  /// Starts, and hears from then on what becomes of windows and applications.
+  void startListening() {
+    start();
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection_->raw(), connection_->root(), XCB_CW_EVENT_MASK, &mask);
+    changes_.emplace(*connection_, windows_->reader, windows_->applications, loop_, center_);
+    pump_.emplace(
+        *connection_, loop_, loop_, [this](const xcb_generic_event_t& event) { changes_->handle(event); }, [] {});
+  }
+
   /// A managed window of a client.
-  xcb_window_t open(TestClient& client, std::string_view className, std::string_view title = "") {
-    const auto window = client.open(className, title);
+  xcb_window_t open(TestClient& client, std::string_view className, std::string_view title = "",
+                    std::string_view machine = "") {
+    const auto window = client.open(className, title, false, machine);
     EXPECT_TRUE(eventually([&] { return windows_->reader.read(window).has_value(); }));
     windows_->applications.invalidate();
     return window;
@@ -87,7 +94,6 @@ class X11WindowsTest : public testing::Test {
     return accessibility_->AXUIElementCopyAttributeValue(element(window), attribute);
   }
 
-  XServer server_;
   PollLoop loop_;
   RecordingProcesses processes_;
   std::optional<ObedientWindowManager> manager_;
@@ -99,6 +105,9 @@ class X11WindowsTest : public testing::Test {
   std::optional<X11Accessibility> accessibility_;
   std::optional<X11Workspace> workspace_;
   std::optional<X11WindowList> list_;
+  BroadcastNotificationCenter center_;
+  std::optional<X11ApplicationChanges> changes_;
+  std::optional<X11EventPump> pump_;
 };
 
 }  // namespace tallowin

@@ -2,14 +2,19 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/x11/x11_displays.h"
 #include "platform/x11/x11_process_identity.h"
+#include "platform/x11/x11_window_server.h"
+#include "tests/lines_log.h"
 #include "tests/platform/x11/x11_windows_fixture.h"
+#include "tests/set_clock.h"
 
 namespace tallowin {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Optional;
 
 TEST_F(X11WindowsTest, ListsManagedWindowsFrontToBackHoweverDeepTheirFrames) {
   for (const int depth : {1, 2}) {
@@ -24,8 +29,9 @@ TEST_F(X11WindowsTest, ListsManagedWindowsFrontToBackHoweverDeepTheirFrames) {
     EXPECT_THAT(order(), ElementsAre(first, third, second)) << depth;
     connection_->moveToDesktop(third, 2);
     ASSERT_TRUE(eventually([&] { return read(third).desktop == 2U; }));
-    client.setWord(second, X11Atom::netWmWindowOpacity, XCB_ATOM_CARDINAL, 0);
-    client.setWord(second, X11Atom::netWmWindowType, XCB_ATOM_ATOM, connection_->atom(X11Atom::netWmWindowTypeDesktop));
+    client.setWords(second, X11Atom::netWmWindowOpacity, XCB_ATOM_CARDINAL, {0});
+    client.setWords(second, X11Atom::netWmWindowType, XCB_ATOM_ATOM,
+                    {connection_->atom(X11Atom::netWmWindowTypeDesktop)});
     ASSERT_TRUE(eventually([&] { return read(second).layer < 0; }));
 
     const auto all = *list_->CGWindowListCopyWindowInfo(0, 0);
@@ -67,10 +73,9 @@ TEST_F(X11WindowsTest, WindowsOfOtherMachinesHaveAProcessOfTheirOwn) {
   const auto local = open(near, "Local");
   std::vector<ProcessID> pids = {read(local).pid};
   for (auto* client : {&far, &far, &farther}) {
-    const auto window = open(*client, "Remote");
-    client->setText(window, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, "elsewhere.example.org");
-    client->setWord(window, X11Atom::netWmPid, XCB_ATOM_CARDINAL, 4711);
-    ASSERT_TRUE(eventually([&] { return read(window).pid != getpid(); }));
+    const auto window = open(*client, "Remote", "", "elsewhere.example.org");
+    client->setWords(window, X11Atom::netWmPid, XCB_ATOM_CARDINAL, {4711});
+    client->sync();
     pids.push_back(read(window).pid);
   }
   windows_->applications.invalidate();
@@ -162,11 +167,9 @@ TEST_F(X11WindowsTest, ActivatesTheMainWindowAfterSwitchingToItsDesktop) {
   EXPECT_TRUE(workspace_->frontmostApplication()->isActive);
 
   const auto application = accessibility_->AXUIElementCreateApplication(getpid());
-  const auto focused = accessibility_->AXUIElementCopyAttributeValue(application, "AXFocusedWindow");
-  ASSERT_TRUE(std::holds_alternative<AXUIElement>(focused));
-  EXPECT_EQ(dynamic_cast<const X11WindowElement&>(*std::get<AXUIElement>(focused)).number(), there);
-  const auto all = accessibility_->AXUIElementCopyAttributeValue(application, "AXWindows");
-  EXPECT_EQ(std::get<std::vector<AXUIElement>>(all).size(), 2U);
+  const auto focused =
+      std::get<AXUIElement>(accessibility_->AXUIElementCopyAttributeValue(application, "AXFocusedWindow"));
+  EXPECT_EQ(dynamic_cast<const X11WindowElement&>(*focused).number(), there);
   EXPECT_FALSE(workspace_->activateWithOptions(1));
 }
 
@@ -230,6 +233,119 @@ TEST_F(X11WindowsTest, AnswersNothingOnceTheServerIsGone) {
   EXPECT_EQ(workspace_->frontmostApplication(), std::nullopt);
   EXPECT_FALSE(windows_->actions.close(window));
   EXPECT_FALSE(operations_->removeDesktop(1));
+}
+
+/// One reading of all windows answers what is asked about each of them, but never what has changed since.
+class X11MomentTest : public X11WindowsTest {
+ protected:
+  void startServing() {
+    start();
+    dock_.emplace(*operations_, hotKeys_, loop_, clock_, log_, DockBehaviour{});
+    windowServer_.emplace(*connection_, *desktops_, hotKeys_, *dock_, *windows_, [](std::string_view) {});
+  }
+
+  void read() { list_->CGWindowListCopyWindowInfo(CGWindowListOption::excludeDesktopElements, 0); }
+
+  auto spaces(xcb_window_t window) { return windowServer_->CGSBridgeCopySpacesForWindow(window); }
+
+  /// So many answers of the server `work` takes.
+  int answersTaken(const std::function<void()>& work) {
+    int answers = 0;
+    connection_->setReadObserver([&] { ++answers; });
+    work();
+    connection_->setReadObserver([] {});
+    return answers;
+  }
+
+  SetClock clock_;
+  LinesLog log_;
+  SymbolicHotKeys hotKeys_;
+  std::optional<EmulatedDock> dock_;
+  std::optional<X11WindowServer> windowServer_;
+};
+
+TEST_F(X11MomentTest, AReadingAnswersForEachOfItsWindows) {
+  startServing();
+  TestClient client;
+  std::vector<xcb_window_t> windows;
+  for (std::uint32_t i = 0; i < 4; ++i) {
+    windows.push_back(open(client, "Editor"));
+    connection_->moveToDesktop(windows.back(), i);
+    ASSERT_TRUE(eventually([&] { return X11WindowsTest::read(windows.back()).desktop == i; }));
+  }
+  const auto askAboutAll = [&] {
+    for (ManagedSpaceID i = 0; i < 4; ++i) {
+      EXPECT_THAT(spaces(windows[static_cast<std::size_t>(i)]), Optional(ElementsAre(i + 1)));
+      EXPECT_TRUE(workspace_->runningApplicationWithProcessIdentifier(getpid())->isActive);
+    }
+  };
+  const int apart = answersTaken(askAboutAll);
+  read();
+  const int first = answersTaken([&] { spaces(windows[0]); });
+  EXPECT_EQ(answersTaken(askAboutAll), 0) << "the desktops have been read beside the windows";
+  EXPECT_GT(apart, 4 * first);
+}
+
+TEST_F(X11MomentTest, IsOverWithTheTurnAndWithEveryRequest) {
+  startServing();
+  TestClient client;
+  TestClient pager;
+  const auto window = open(client, "Editor");
+  read();
+  EXPECT_THAT(spaces(window), Optional(ElementsAre(1)));
+  EXPECT_EQ(spaces(connection_->root()), std::nullopt) << "not managed";
+  EXPECT_FALSE(windowServer_->CGSBridgeMoveWindowToSpace(connection_->root(), 1));
+  EXPECT_FALSE(windowServer_->CGSBridgeMoveWindowToSpace(window, 5));
+  EXPECT_TRUE(windowServer_->CGSBridgeMoveWindowToSpace(window, 3));
+  EXPECT_TRUE(eventually([&] { return spaces(window) == std::vector<ManagedSpaceID>{3}; })) << "in the same turn";
+
+  pager.connection().moveToDesktop(window, X11Connection::allDesktops);
+  EXPECT_TRUE(eventually([&] { return spaces(window) == std::vector<ManagedSpaceID>({1, 2, 3, 4}); }));
+  pager.connection().moveToDesktop(window, 2);
+  EXPECT_TRUE(eventually([&] { return spaces(window) == std::vector<ManagedSpaceID>{3}; }));
+
+  const auto isMovedByOthersTo = [&](std::uint32_t desktop) {
+    pager.connection().moveToDesktop(window, desktop);
+    return eventually([&] { return X11WindowsTest::read(window).desktop == desktop; });
+  };
+  const std::pair<const char*, std::function<void()>> ends[] = {
+      {"the next turn", [&] { loop_.runReady(); }},
+      {"an event", [&] { windows_->moment.end(); }},
+      {"windows that come or go", [&] { windows_->applications.invalidate(); }},
+  };
+  for (std::uint32_t desktop = 0; const auto& [what, end] : ends) {
+    loop_.runReady();
+    read();
+    ASSERT_TRUE(isMovedByOthersTo(desktop));
+    EXPECT_THAT(spaces(window), Optional(ElementsAre(desktop == 0 ? 3 : desktop))) << "as it was read";
+    end();
+    EXPECT_THAT(spaces(window), Optional(ElementsAre(desktop + 1))) << what;
+    ++desktop;
+  }
+}
+
+TEST_F(X11MomentTest, ASnapshotIsAlwaysFreshAndAnswersWhatTheSwitchAsks) {
+  startServing();
+  TestClient pager;
+  X11Displays displays(*connection_, windows_->glance);
+  const auto snapshotShows = [&](ManagedSpaceID space) {
+    return eventually([&] {
+      const auto list = windowServer_->CGSBridgeCopyManagedDisplaySpaces();
+      return list && list->at(0)["Current Space"]["ManagedSpaceID"] == space;
+    });
+  };
+  pager.connection().sendToWindowManager(connection_->root(), X11Atom::netCurrentDesktop,
+                                         {2, XCB_CURRENT_TIME, 0, 0, 0});
+  EXPECT_TRUE(snapshotShows(3)) << "all in one turn";
+  EXPECT_EQ(answersTaken([&] {
+              EXPECT_GT(displays.CGDisplayBounds(X11Displays::mainDisplay).size.width, 0);
+              EXPECT_EQ(windows_->applications.activeWindow(), XCB_WINDOW_NONE);
+              EXPECT_EQ(operations_->displayUnderPointer(), X11WindowServer::mainDisplay);
+            }),
+            0);
+  EXPECT_EQ(answersTaken([&] { operations_->switchTo(1, SwitchCause::gesture); }), 1) << "it is sent, nothing is read";
+  EXPECT_GT(answersTaken([&] { (void)windows_->applications.activeWindow(); }), 0) << "something was sent";
+  EXPECT_TRUE(snapshotShows(1));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <string>
 
 #include "tests/platform/child_process.h"
@@ -29,6 +30,18 @@ class XServer {
   ChildProcess process_{{"Xvfb", "-displayfd", std::to_string(ChildProcess::lineDescriptor), "-screen", "0",
                          "640x480x24", "-nolisten", "tcp", "-noreset"}};
   std::string display_;
+};
+
+/// A test that needs a server.
+class XServerTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!server_.running()) {
+      GTEST_SKIP() << "Xvfb could not be started";
+    }
+  }
+
+  XServer server_;
 };
 
 }  // namespace tallowin
