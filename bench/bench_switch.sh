@@ -4,7 +4,7 @@
 #   bench_switch.sh BUILD-DIRECTORY [RUNS]
 set -uo pipefail
 . "$(dirname "$0")/rows.sh"
-RUNS=${2:-100}
+RUNS=${2:-50}
 trap stop_desktop EXIT
 trap 'exit 130' INT TERM
 

@@ -1,14 +1,23 @@
 #include "bench/side_by_side.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <iostream>
 #include <spawn.h>
 #include <sstream>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tallowin::bench {
+
+namespace {
+
+/// What the switch before still has the instance do, such as read the windows, would be measured with the next subject.
+constexpr auto untilQuiet = std::chrono::milliseconds(200);
+
+}  // namespace
 
 std::vector<std::string> wordsFor(const std::string& command, std::uint32_t index) {
   std::vector<std::string> words;
@@ -69,6 +78,7 @@ int Turns::measure(const std::function<std::optional<double>(std::size_t subject
       if (subject < commands.size() && commands[subject].empty()) {
         continue;
       }
+      std::this_thread::sleep_for(untilQuiet);
       const auto value = take(subject, turn);
       if (!value) {
         std::cerr << "cannot be measured: " << (subject < commands.size() ? commands[subject] : "the peer") << '\n';

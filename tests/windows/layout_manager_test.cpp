@@ -34,7 +34,7 @@ std::string desktopWithWindows(int windows) {
   }
   for (int i = 0; i < windows; ++i) {
     scenario["windows"].push_back({{"number", 101 + i}, {"pid", 11 + i % 3}, {"space", 1 + i % 6}});
-    scenario["windows"][i].update({{"title", "Window " + std::to_string(i)}, {"frame", {i, 30, 500, 400}}});
+    scenario["windows"].back().update({{"title", "Window " + std::to_string(i)}, {"frame", {i, 30, 500, 400}}});
   }
   return scenario.dump();
 }
