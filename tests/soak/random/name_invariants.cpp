@@ -97,7 +97,9 @@ class NamesAreKept : public Invariant {
         say(id, {{"name", action["name"]}});
       }
     }
-    for (const auto* const elsewhere : {"\"use\"", "profile/", "template/", "\"import\""}) {
+    // A slash is encoded in an address.
+    for (const auto* const elsewhere :
+         {"\"use\"", "profile/", "profile%2F", "template/", "template%2F", "\"import\""}) {
       known_ = known_ && !mentions(action, elsewhere);
     }
     tampered_ = tampered_ || rewrittenFile(action) == namesFile;
