@@ -46,7 +46,8 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(platform.files, platform.workspace, platform.folders),
       naming_(store_, platform.presentation.renameDialog),
-      newSpaces_({settings, store_, naming_, [this] { return records_.templateCommands.isAddingDesktops(); }}),
+      newSpaces_({settings, store_, naming_, platform.spacePlaces,
+                  [this] { return records_.templateCommands.isAddingDesktops(); }}),
       displaySetChanges_({windows_.displaySets, records_.automaticProfile, windows_.reconnect,
                           [this] { return watcher_.snapshot().get(); }}),
       thumbnails_(

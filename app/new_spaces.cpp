@@ -2,22 +2,33 @@
 
 #include <utility>
 
+#include "core/space_provider.h"
+
 namespace tallowin {
 
 void NewSpaces::look(const SpaceSnapshot& snapshot) {
-  Known now;
-  for (const auto& display : snapshot.displays) {
-    now.displays.insert(display.id);
-    for (const auto& space : display.spaces) {
-      now.spaces.insert(space.id);
-    }
-  }
-  std::erase_if(waiting_, [&](const Space& space) { return !now.spaces.contains(space.id); });
+  std::erase_if(waiting_, [&](const Space& space) { return !snapshot.space(space.id); });
   if (known_ && services_.settings.boolean("askToNameNewSpaces") && !services_.areExpected()) {
     enqueue(snapshot);
   }
-  known_ = std::move(now);
+  learn(snapshot);
   askNext();
+}
+
+void NewSpaces::learn(const SpaceSnapshot& snapshot) {
+  if (!known_) {
+    known_.emplace();
+    for (const auto space : services_.places.parked()) {
+      known_->spaces.insert(idOfManagedSpace(space));
+    }
+  }
+  known_->displays.clear();
+  for (const auto& display : snapshot.displays) {
+    known_->displays.insert(display.id);
+    for (const auto& space : display.spaces) {
+      known_->spaces.insert(space.id);
+    }
+  }
 }
 
 void NewSpaces::enqueue(const SpaceSnapshot& snapshot) {

@@ -8,6 +8,7 @@
 
 #include "app/space_naming.h"
 #include "base/settings.h"
+#include "platform/space_places.h"
 
 namespace tallowin {
 
@@ -19,6 +20,7 @@ class NewSpaces {
     const Settings& settings;
     const SpaceStore& store;
     SpaceNaming& naming;
+    SpacePlaces& places;
     /// Whether this program is making Spaces that it will name itself.
     std::function<bool()> areExpected;
   };
@@ -27,16 +29,18 @@ class NewSpaces {
   NewSpaces(const NewSpaces&) = delete;
   NewSpaces& operator=(const NewSpaces&) = delete;
 
-  /// To be called with every snapshot. Those of the first one are not new, nor are those that come with a display.
+  /// To be called with every snapshot. Those of the first one are not new, nor are those that come with a display or
+  /// come back.
   void look(const SpaceSnapshot& snapshot);
 
  private:
-  /// What there was.
+  /// What there ever was.
   struct Known {
     std::set<std::string> displays;
     std::set<std::string> spaces;
   };
 
+  void learn(const SpaceSnapshot& snapshot);
   void enqueue(const SpaceSnapshot& snapshot);
   void askNext();
 

@@ -19,9 +19,9 @@ RecordServices::RecordServices(const Context& context)
                           watcher.refresh();
                           return watcher.snapshot().get();
                         }}),
-      transfer({context.settings, context.platform.files, context.platform.clock, context.platform.system,
-                context.platform.windowServer, context.platform.accessibility, context.platform.screenCapture,
-                context.platform.desktopFacts, programVersion(),
+      transfer({context.settings, context.platform.spacePlaces, context.platform.files, context.platform.clock,
+                context.platform.system, context.platform.windowServer, context.platform.accessibility,
+                context.platform.screenCapture, context.platform.desktopFacts, programVersion(),
                 [platform = context.platform] { return setUpChecks(platform); }}),
       stateExporter({context.watcher, context.store, context.contents, context.platform.files, context.paths,
                      context.platform.mainQueue, context.platform.workQueues, context.platform.clock,

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/date_text.h"
+#include "base/desktop_places.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
 
@@ -20,6 +21,7 @@ using SettingValues = std::map<std::string, PropertyList>;
 struct Bundle {
   SpaceMetas spaces;
   SettingValues settings;
+  std::optional<DesktopPlaces::IDs> places;
 };
 
 /// The value in the text of a list with one element, if it is one for this setting.
@@ -41,7 +43,13 @@ std::expected<Bundle, std::string> bundleFromJson(const PropertyList& json) {
   if (!metas || !valueOfType(SettingType::textMap, *settings)) {
     return std::unexpected(metas ? "\"settings\" has the wrong form" : "\"spaces\" has the wrong form");
   }
-  Bundle bundle{*std::move(metas), {}};
+  Bundle bundle{*std::move(metas), {}, {}};
+  if (const auto* const places = property_list::member(json, "places")) {
+    bundle.places = desktopIDsFromJson(*places);
+    if (!bundle.places) {
+      return std::unexpected("\"places\" has the wrong form");
+    }
+  }
   for (const auto& [key, text] : settings->items()) {
     if (auto value = settingIn(key, text.get<std::string>())) {
       bundle.settings.emplace(key, *std::move(value));
@@ -59,6 +67,10 @@ bool isExported(std::string_view settingKey) {
 }
 
 std::string SettingsTransfer::exportData(const SpaceStore& store) const {
+  return prettyJSON(bundle(store));
+}
+
+PropertyList SettingsTransfer::bundle(const SpaceStore& store) const {
   auto settings = PropertyList::object();
   for (const auto& setting : settingsTable()) {
     const auto value = isExported(setting.key) ? services_.settings.value(setting.key) : std::nullopt;
@@ -66,31 +78,41 @@ std::string SettingsTransfer::exportData(const SpaceStore& store) const {
       settings[std::string(setting.key)] = compactJSON(PropertyList::array({*value}));
     }
   }
-  return prettyJSON({{"version", 1},
-                     {"exportedAt", iso8601(services_.clock.now())},
-                     {"spaces", toJson(store.metas())},
-                     {"settings", std::move(settings)}});
+  PropertyList json = {{"version", 1},
+                       {"exportedAt", iso8601(services_.clock.now())},
+                       {"spaces", toJson(store.metas())},
+                       {"settings", std::move(settings)}};
+  if (const auto places = services_.places.places(); places && !areOneToN(*places)) {
+    json["places"] = *places;
+  }
+  return json;
 }
 
 std::expected<void, ForeignFault> SettingsTransfer::importData(std::string_view bytes, SpaceStore& store) {
   const auto json = parseForeignJSON(bytes);
-  return json ? take(*json, store) : std::unexpected(ForeignFault{notAnExport, json.error()});
+  return json ? takeOver(*json, store) : std::unexpected(ForeignFault{notAnExport, json.error()});
 }
 
-std::expected<void, ForeignFault> SettingsTransfer::importFile(const std::filesystem::path& path, SpaceStore& store) {
+std::expected<void, ForeignFault> SettingsTransfer::importFile(const std::filesystem::path& path, SpaceStore& store,
+                                                               const WillReplace& willReplace) {
   const auto json = readForeignJSON(services_.files, path, notAnExport);
-  return json ? take(*json, store) : std::unexpected(json.error());
+  return json ? takeOver(*json, store, willReplace) : std::unexpected(json.error());
 }
 
-std::expected<void, ForeignFault> SettingsTransfer::take(const PropertyList& json, SpaceStore& store) {
-  auto bundle = bundleFromJson(json);
-  if (!bundle) {
-    return std::unexpected(ForeignFault{notAnExport, bundle.error()});
+std::expected<void, ForeignFault> SettingsTransfer::takeOver(const PropertyList& bundle, SpaceStore& store,
+                                                             const WillReplace& willReplace) {
+  auto content = bundleFromJson(bundle);
+  if (!content) {
+    return std::unexpected(ForeignFault{notAnExport, content.error()});
   }
-  if (!bundle->settings.empty() && !services_.settings.defaults().setObjects(bundle->settings)) {
+  willReplace();
+  if (!content->settings.empty() && !services_.settings.defaults().setObjects(content->settings)) {
     return std::unexpected(ForeignFault{"The settings could not be saved.", "the log says why"});
   }
-  store.replaceAll(std::move(bundle->spaces));
+  if (content->places) {
+    services_.places.adopt(*content->places);
+  }
+  store.replaceAll(std::move(content->spaces));
   return {};
 }
 

@@ -14,6 +14,7 @@
 #include "platform/accessibility.h"
 #include "platform/files.h"
 #include "platform/screen_capture.h"
+#include "platform/space_places.h"
 #include "platform/system.h"
 
 namespace tallowin {
@@ -24,6 +25,7 @@ class SettingsTransfer {
  public:
   struct Services {
     const Settings& settings;
+    SpacePlaces& places;
     Files& files;
     const Clock& clock;
     System& system;
@@ -35,20 +37,30 @@ class SettingsTransfer {
     std::function<std::vector<SetUpCheck>()> setUpChecks;
   };
 
+  /// Called once it is clear that the content can be taken over, before anything is.
+  using WillReplace = std::function<void()>;
+
   explicit SettingsTransfer(Services services) : services_(std::move(services)) {}
 
   /// The export file: "version" 1, "exportedAt", "spaces" (every record of the store) and "settings", by key the JSON
-  /// text of a list with the value as its one element.
+  /// text of a list with the value as its one element; "places" too, the managed ids of the desktops from left to
+  /// right, where these are known by their places and are not 1 to N.
   [[nodiscard]] std::string exportData(const SpaceStore& store) const;
+  /// The same as JSON.
+  [[nodiscard]] PropertyList bundle(const SpaceStore& store) const;
 
   /// Takes an export over: settings that are not exported, and values of the wrong type, are passed over one by one;
-  /// the store's records are replaced wholesale. On failure nothing has changed.
+  /// the store's records are replaced wholesale; the desktops get the ids of "places". On failure nothing has changed.
   [[nodiscard]] std::expected<void, ForeignFault> importData(std::string_view bytes, SpaceStore& store);
 
   /// The same with files. The sentences of success are the caller's.
   [[nodiscard]] std::expected<void, ForeignFault> exportFile(const SpaceStore& store,
                                                              const std::filesystem::path& path) const;
-  [[nodiscard]] std::expected<void, ForeignFault> importFile(const std::filesystem::path& path, SpaceStore& store);
+  [[nodiscard]] std::expected<void, ForeignFault> importFile(
+      const std::filesystem::path& path, SpaceStore& store, const WillReplace& willReplace = [] {});
+  /// The same with what bundle() gave.
+  [[nodiscard]] std::expected<void, ForeignFault> takeOver(
+      const PropertyList& bundle, SpaceStore& store, const WillReplace& willReplace = [] {});
 
   /// The report for support requests. `shortcutFailures` are the names of shortcuts that other programs have taken. May
   /// take as long as a program takes to tell its version.
@@ -56,8 +68,6 @@ class SettingsTransfer {
                                         const std::vector<std::string>& shortcutFailures) const;
 
  private:
-  [[nodiscard]] std::expected<void, ForeignFault> take(const PropertyList& json, SpaceStore& store);
-
   const Services services_;
 };
 

@@ -17,7 +17,11 @@ std::filesystem::path AppPaths::made(std::filesystem::path folder) const {
 }
 
 std::filesystem::path AppPaths::supportDirectory() const {
-  return made(folders_.applicationSupport / "Tallowin");
+  return made(supportDirectory(folders_));
+}
+
+std::filesystem::path AppPaths::supportDirectory(const Folders& folders) {
+  return folders.applicationSupport / "Tallowin";
 }
 
 std::filesystem::path AppPaths::iconsDirectory() const {

@@ -14,6 +14,8 @@ class AppPaths {
   AppPaths(Files& files, const Folders& folders) : files_(files), folders_(folders) {}
 
   [[nodiscard]] std::filesystem::path supportDirectory() const;
+  /// The same, whether it is there or not.
+  [[nodiscard]] static std::filesystem::path supportDirectory(const Folders& folders);
   [[nodiscard]] std::filesystem::path iconsDirectory() const;
   [[nodiscard]] std::filesystem::path thumbnailsDirectory() const;
 

@@ -57,9 +57,10 @@ struct Services {
   SilentLog log;
   NoProcesses processes;
   SymbolicHotKeys hotKeys;
-  X11DesktopReader desktops{connection};
+  KeptDesktopPlaces places;
+  X11DesktopReader desktops{connection, places};
   X11Windows windows{connection, desktops, processes, loop, 0};
-  X11DesktopOperations operations{connection, desktops, windows, loop};
+  X11DesktopOperations operations{connection, desktops, places, windows, loop};
   EmulatedDock dock{operations, hotKeys, loop, loop, log, {}};
   X11WindowServer windowServer{connection, desktops, hotKeys, dock, windows, [](std::string_view) {}};
   X11WindowList list{connection, windows.reader, windows.applications};

@@ -15,7 +15,7 @@ constexpr std::int64_t fullscreenType = 4;
 
 std::string identity(const PropertyList& entry, ManagedSpaceID managedID) {
   auto uuid = member(entry, "uuid", property_list::text);
-  return uuid && !uuid->empty() ? *std::move(uuid) : "managed-" + std::to_string(managedID);
+  return uuid && !uuid->empty() ? *std::move(uuid) : idOfManagedSpace(managedID);
 }
 
 bool isFullscreen(const PropertyList& entry) {
@@ -97,6 +97,10 @@ std::optional<SpaceSnapshot> SpaceProvider::snapshot() const {
     return std::nullopt;
   }
   return SpaceSnapshot{*std::move(displays), clock_.now()};
+}
+
+std::string idOfManagedSpace(ManagedSpaceID managedID) {
+  return "managed-" + std::to_string(managedID);
 }
 
 }  // namespace tallowin

@@ -34,4 +34,7 @@ class SpaceProvider {
   Log& log_;
 };
 
+/// The id of a Space that has no UUID.
+[[nodiscard]] std::string idOfManagedSpace(ManagedSpaceID managedID);
+
 }  // namespace tallowin

@@ -23,6 +23,7 @@
 #include "platform/processes.h"
 #include "platform/screen_capture.h"
 #include "platform/script_events.h"
+#include "platform/space_places.h"
 #include "platform/system.h"
 #include "platform/tcp_listener.h"
 #include "platform/toasts.h"
@@ -38,6 +39,7 @@ namespace tallowin {
 struct Platform {
   WindowServer& windowServer;
   DesktopNames& desktopNames;
+  SpacePlaces& spacePlaces;
   Accessibility& accessibility;
   Events& events;
   Displays& displays;

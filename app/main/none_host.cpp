@@ -24,6 +24,7 @@ class NoneHost : public Host {
   Platform platform() override {
     return {.windowServer = bridge_,
             .desktopNames = desktopNames_,
+            .spacePlaces = spacePlaces_,
             .accessibility = accessibility_,
             .events = events_,
             .displays = displays_,
@@ -67,6 +68,7 @@ class NoneHost : public Host {
   NoCoreFoundation coreFoundation_;
   CGSBridge bridge_{loader_, coreFoundation_};
   NeutralDesktopNames desktopNames_;
+  NeutralSpacePlaces spacePlaces_;
   NeutralAccessibility accessibility_;
   NeutralEvents events_;
   NeutralDisplays displays_;

@@ -171,6 +171,7 @@ class RealTimeHost : public SimulatedHost {
     auto& simulated = desktop();
     return {.windowServer = bridge(),
             .desktopNames = simulated.desktopNames(),
+            .spacePlaces = simulated.spacePlaces(),
             .accessibility = simulated.accessibility(),
             .events = simulated.events(),
             .displays = simulated.displays(),

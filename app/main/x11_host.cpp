@@ -3,6 +3,7 @@
 #include "app/exit_status.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
+#include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
 #include "platform/none/neutral.h"
 #include "platform/none/windowless.h"
@@ -19,7 +20,7 @@ class X11Host : public Host {
   /// An empty text when connected, else why not.
   std::string connect() {
     auto connected = X11Desktop::connect(machine_.mainQueue, machine_.clock, machine_.log, machine_.descriptors,
-                                         machine_.processes, [this] { connectionLost(); });
+                                         machine_.processes, places_, [this] { connectionLost(); });
     if (!connected) {
       return connected.error();
     }
@@ -36,6 +37,7 @@ class X11Host : public Host {
   Platform platform() override {
     return {.windowServer = desktop_->windowServer(),
             .desktopNames = desktop_->desktopNames(),
+            .spacePlaces = desktop_->spacePlaces(),
             .accessibility = desktop_->accessibility(),
             .events = desktop_->events(),
             .displays = desktop_->displays(),
@@ -83,6 +85,10 @@ class X11Host : public Host {
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
   NeutralAppleScript appleScript_;
   NeutralURLEvents urlEvents_;
+  // Only the resident program sees every change, and keeps them.
+  KeptDesktopPlaces places_{{machine_.files, machine_.clock, machine_.log, machine_.mainQueue},
+                            AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
+                            line_.mode == Mode::resident};
   std::unique_ptr<X11Desktop> desktop_;
 };
 

@@ -14,6 +14,7 @@
 #include "platform/pasteboard.h"
 #include "platform/screen_capture.h"
 #include "platform/script_events.h"
+#include "platform/space_places.h"
 #include "platform/system.h"
 #include "platform/url_events.h"
 #include "platform/window_list.h"
@@ -72,6 +73,14 @@ class NeutralDisplays : public Displays {
 class NeutralDesktopNames : public DesktopNames {
  public:
   void publish(const std::map<ManagedSpaceID, std::string>& /*names*/) override {}
+};
+
+class NeutralSpacePlaces : public SpacePlaces {
+ public:
+  std::optional<std::vector<ManagedSpaceID>> places() override { return {}; }
+  std::vector<ManagedSpaceID> parked() override { return {}; }
+  void adopt(const std::vector<ManagedSpaceID>& /*spaces*/) override {}
+  bool restore(const std::vector<ManagedSpaceID>& /*spaces*/) override { return false; }
 };
 
 class NeutralDesktopFacts : public DesktopFacts {

@@ -75,6 +75,9 @@ struct DesktopState {
   ProcessID ownProcess = 500;
   ConnectionID connection = 1;
   RawSpaces spaces;
+  /// Desktops are known by their places only: there is a number of them, on the first display, whose ids are kept by
+  /// KeptDesktopPlaces.
+  bool desktopsByPlace = false;
   std::optional<std::string> menuBarDisplay;
   std::vector<SimulatedDisplay> displays;  ///< the main one first
   std::vector<SimulatedApplication> applications;

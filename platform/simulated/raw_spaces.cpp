@@ -68,6 +68,11 @@ PropertyList desktopEntry(ManagedSpaceID id) {
   return {{idKey, id}, {"id64", id}, {"type", 0}, {"uuid", uuidFor(id)}};
 }
 
+/// A desktop without an identity of its own.
+PropertyList placeEntry(ManagedSpaceID id) {
+  return {{idKey, id}, {"type", 0}};
+}
+
 PropertyList displayEntryWith(std::string_view display, PropertyList spaces) {
   return {{identifierKey, display}, {currentKey, spaces.front()}, {spacesKey, std::move(spaces)}};
 }
@@ -197,6 +202,40 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
   lastNewID_ = std::max(lastNewID_, std::min(space, idLimit));
   spaces.erase(spaceIn(spaces, space));
   return heir;
+}
+
+void RawSpaces::arrange(const std::vector<ManagedSpaceID>& ids) {
+  const auto displays = rows();
+  auto* const entry = displays.empty() ? nullptr : displayEntry(displays.front().display);
+  if (entry != nullptr) {
+    auto& spaces = (*entry)[spacesKey];
+    spaces = PropertyList::array();
+    for (const auto id : ids) {
+      spaces.push_back(placeEntry(id));
+    }
+  }
+}
+
+std::vector<ManagedSpaceID> RawSpaces::renumber(const std::vector<ManagedSpaceID>& ids) {
+  std::vector<ManagedSpaceID> before;
+  const auto displays = rows();
+  auto* const entry = displays.empty() ? nullptr : displayEntry(displays.front().display);
+  if (entry == nullptr) {
+    return before;
+  }
+  const auto current = currentOf(*entry);
+  for (auto& space : (*entry)[spacesKey]) {
+    const auto id = idOf(space);
+    if (!id || before.size() == ids.size()) {
+      continue;
+    }
+    space = placeEntry(ids[before.size()]);
+    before.push_back(*id);
+    if (id == current) {
+      (*entry)[currentKey] = space;
+    }
+  }
+  return before;
 }
 
 std::optional<PropertyList> RawSpaces::take(ManagedSpaceID space) {

@@ -45,6 +45,13 @@ class RawSpaces {
   /// Space that does not exist.
   std::optional<ManagedSpaceID> remove(ManagedSpaceID space);
 
+  /// Gives the Spaces of the first display these ids, from left to right, and no other identity; each gets the id of
+  /// the same place. Answers the ids that they had.
+  std::vector<ManagedSpaceID> renumber(const std::vector<ManagedSpaceID>& ids);
+
+  /// Puts the Spaces of the first display into this order, which has all of them, with new ones where it has others.
+  void arrange(const std::vector<ManagedSpaceID>& ids);
+
   /// Adds a display, unless the list has it: with the Spaces that it had when it was removed, as far as they still
   /// exist and no other display would be left without an ordinary desktop; with one new desktop if there are none.
   void addDisplay(std::string_view display);

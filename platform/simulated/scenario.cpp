@@ -345,6 +345,8 @@ constexpr Member members[] = {
     {"connection",
      [](const Value& value, Scenario& scenario) { scenario.desktop.connection = value.integer<ConnectionID>(); }},
     {"managedDisplaySpaces", readManagedDisplaySpaces},
+    {"desktopsByPlace",
+     [](const Value& value, Scenario& scenario) { scenario.desktop.desktopsByPlace = value.boolean(); }},
     {"menuBarDisplay", readMenuBarDisplay},
     {"missingFunctions", readMissingFunctions},
     {"notificationFailures", readNotificationFailures},

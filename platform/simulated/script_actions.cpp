@@ -24,7 +24,9 @@ ScriptAction addSpace(Arguments& arguments) {
   const auto display = arguments.find("display");
   return onParts([name = display ? std::optional(display->text()) : std::nullopt](SimulatedParts& desktop) {
     const auto rows = desktop.spaces.rows();
-    if (name || !rows.empty()) {
+    if (const auto places = desktop.spaces.places()) {
+      desktop.spaces.setDesktopCount(places->size() + 1);
+    } else if (name || !rows.empty()) {
       desktop.spaces.addDesktop(name ? *name : rows.front().display);
     }
   });
@@ -32,7 +34,17 @@ ScriptAction addSpace(Arguments& arguments) {
 
 ScriptAction removeSpace(Arguments& arguments) {
   return onParts([space = arguments.require("space").integer<ManagedSpaceID>()](SimulatedParts& desktop) {
-    desktop.spaces.removeDesktop(space);
+    if (const auto places = desktop.spaces.places()) {
+      desktop.spaces.setDesktopCount(places->size() - 1);
+    } else {
+      desktop.spaces.removeDesktop(space);
+    }
+  });
+}
+
+ScriptAction setDesktopCount(Arguments& arguments) {
+  return onParts([count = arguments.require("count").integer<std::uint16_t>()](SimulatedParts& desktop) {
+    desktop.spaces.setDesktopCount(count);
   });
 }
 
@@ -353,6 +365,7 @@ constexpr Entry actions[] = {
     {"runCommand", runCommand},
     {"runIntent", runIntent},
     {"runScriptCommand", runScriptCommand},
+    {"setDesktopCount", setDesktopCount},
     {"setGlobalPreference", setGlobalPreference},
     {"setManagedDisplaySpaces", setManagedDisplaySpaces},
     {"setMenuBarDisplay", setMenuBarDisplay},

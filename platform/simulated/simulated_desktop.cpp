@@ -74,6 +74,9 @@ Toasts& SimulatedDesktop::toasts() {
 DesktopNames& SimulatedDesktop::desktopNames() {
   return parts_->desktopNames;
 }
+SpacePlaces& SimulatedDesktop::spacePlaces() {
+  return parts_->spaces;
+}
 DesktopFacts& SimulatedDesktop::desktopFacts() {
   return parts_->desktopFacts;
 }

@@ -32,6 +32,7 @@
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_clock.h"
+#include "platform/space_places.h"
 #include "platform/system.h"
 #include "platform/tcp_listener.h"
 #include "platform/toasts.h"
@@ -78,6 +79,7 @@ class SimulatedDesktop {
   AppleScript& appleScript();
   Toasts& toasts();
   DesktopNames& desktopNames();
+  SpacePlaces& spacePlaces();
   DesktopFacts& desktopFacts();
   Alerts& alerts();
   Pasteboard& pasteboard();

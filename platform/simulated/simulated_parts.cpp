@@ -1,5 +1,6 @@
 #include "platform/simulated/simulated_parts.h"
 
+#include "base/app_paths.h"
 #include "base/scrolling_direction.h"
 #include "platform/simulated/simulated_folders.h"
 
@@ -74,6 +75,10 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
              scenario.missingFunctions) {
   placeFiles(scenario);
   connectParts();
+  if (state.desktopsByPlace) {
+    spaces.keepPlaces({files, clock, log, queue},
+                      AppPaths::supportDirectory(simulatedFolders()) / KeptDesktopPlaces::fileName);
+  }
 }
 
 std::filesystem::path SimulatedParts::spacesFile() {

@@ -6,6 +6,7 @@ Platform simulatedPlatform(SimulatedDesktop& desktop, WindowServer& windowServer
                            Images& images, VirtualTime& time) {
   return {.windowServer = windowServer,
           .desktopNames = desktop.desktopNames(),
+          .spacePlaces = desktop.spacePlaces(),
           .accessibility = desktop.accessibility(),
           .events = desktop.events(),
           .displays = desktop.displays(),

@@ -4,6 +4,12 @@
 
 namespace tallowin {
 
+namespace {
+
+constexpr std::size_t mostDesktops = 64;
+
+}  // namespace
+
 std::optional<std::string> SimulatedSpaces::displayUnderPointer() {
   const auto* const pointed = state_.displayAt(state_.pointer);
   std::optional<std::string> shared;
@@ -65,9 +71,14 @@ void SimulatedSpaces::bounceNext(int count, Duration after) {
 }
 
 bool SimulatedSpaces::addDesktop(const std::string& display) {
-  const auto added = state_.spaces.addDesktop(display);
+  auto added = state_.spaces.addDesktop(display);
   if (!added) {
     return false;
+  }
+  if (places_) {
+    places_->assign(places_->get().withNew());
+    renumber();
+    added = places_->get().ids().back();
   }
   journal_.record("spaceAdded", {{"display", display}, {"space", *added}});
   announceList();
@@ -76,20 +87,102 @@ bool SimulatedSpaces::addDesktop(const std::string& display) {
 
 bool SimulatedSpaces::removeDesktop(ManagedSpaceID space) {
   const auto display = state_.spaces.displayOf(space);
-  const bool wasActive = state_.spaces.isActive(space);
-  const auto heir = state_.spaces.remove(space);
-  if (!heir) {
+  const auto active = display ? state_.spaces.activeOn(*display) : std::nullopt;
+  if (!takeAway(space)) {
     return false;
   }
-  for (auto& window : state_.windows) {
-    std::ranges::replace(window.spaces, space, *heir);
+  if (places_) {
+    const auto& ids = places_->get().ids();
+    places_->assign(places_->get().without(static_cast<std::size_t>(std::ranges::find(ids, space) - ids.begin())));
+    renumber();
   }
   journal_.record("spaceRemoved", {{"display", *display}, {"space", space}});
-  if (wasActive) {
-    onArrival(*display, *heir);
+  announceCount(*display, active == space);
+  return true;
+}
+
+/// A neighbour gets the windows. False when it has to stay.
+bool SimulatedSpaces::takeAway(ManagedSpaceID space) {
+  const auto heir = state_.spaces.remove(space);
+  for (auto& window : state_.windows) {
+    std::ranges::replace(window.spaces, space, heir.value_or(space));
+  }
+  return heir.has_value();
+}
+
+void SimulatedSpaces::announceCount(const std::string& display, bool activeHasGone) {
+  const auto active = state_.spaces.activeOn(display);
+  if (activeHasGone && active) {
+    onArrival(display, *active);
     onServerEvent(activeSpaceEvent);
     workspaceNotifications_.post({NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, std::nullopt});
   }
+  announceList();
+}
+
+void SimulatedSpaces::keepPlaces(KeptDesktopPlaces::Services services, const std::filesystem::path& file) {
+  places_.emplace(services, file, true);
+  if (const auto displays = rows(); !displays.empty() && !displays.front().spaces.empty()) {
+    places_->countSeen(displays.front().spaces.size());
+    renumber();
+  }
+}
+
+/// The desktops get the ids that belong to their places, and their windows with them.
+void SimulatedSpaces::renumber() {
+  const auto& ids = places_->get().ids();
+  const auto before = state_.spaces.renumber(ids);
+  for (auto& window : state_.windows) {
+    for (auto& space : window.spaces) {
+      const auto place = std::ranges::find(before, space) - before.begin();
+      space = place < std::ssize(before) ? ids[static_cast<std::size_t>(place)] : space;
+    }
+  }
+}
+
+void SimulatedSpaces::setDesktopCount(std::size_t count) {
+  const auto before = rows();
+  if (!places_ || before.empty() || count < 1 || count > mostDesktops) {
+    return;
+  }
+  const auto& row = before.front();
+  for (auto size = row.spaces.size(); size < count; ++size) {
+    state_.spaces.addDesktop(row.display);
+  }
+  for (auto size = row.spaces.size(); size > count; --size) {
+    takeAway(row.spaces[size - 1].id);
+  }
+  places_->countSeen(count);
+  renumber();
+  journal_.record("desktopCount", {{"count", count}});
+  announceCount(row.display, row.active && state_.spaces.activeOn(row.display) != row.active);
+}
+
+std::optional<std::vector<ManagedSpaceID>> SimulatedSpaces::places() {
+  return places_ ? std::optional(places_->get().ids()) : std::nullopt;
+}
+
+std::vector<ManagedSpaceID> SimulatedSpaces::parked() {
+  return places_ ? places_->get().parked() : std::vector<ManagedSpaceID>();
+}
+
+void SimulatedSpaces::adopt(const std::vector<ManagedSpaceID>& spaces) {
+  if (places_) {
+    places_->adopt(spaces);
+    renumber();
+    journal_.record("adoptPlaces", {{"spaces", spaces}});
+    announceList();
+  }
+}
+
+bool SimulatedSpaces::restore(const std::vector<ManagedSpaceID>& spaces) {
+  if (!places_) {
+    return false;
+  }
+  const auto wanted = places_->get().withRemoved(spaces);
+  state_.spaces.arrange(wanted);
+  places_->assign(wanted);
+  journal_.record("restorePlaces", {{"spaces", wanted}});
   announceList();
   return true;
 }
@@ -101,6 +194,10 @@ void SimulatedSpaces::announceList() {
 
 void SimulatedSpaces::replaceList(PropertyList list) {
   state_.spaces = RawSpaces(std::move(list));
+  if (const auto displays = rows(); places_ && !displays.empty() && !displays.front().spaces.empty()) {
+    places_->countSeen(displays.front().spaces.size());
+    renumber();
+  }
   announceList();
 }
 
@@ -110,7 +207,9 @@ void SimulatedSpaces::connectDisplay(const SimulatedDisplay& display) {
   }
   const auto before = rows();
   state_.displays.push_back(display);
-  state_.spaces.addDisplay(display.uuid);
+  if (!places_) {  // else all displays share the desktops
+    state_.spaces.addDisplay(display.uuid);
+  }
   announceList();
   // It may have taken its active Space back from another display.
   for (const auto& row : before) {

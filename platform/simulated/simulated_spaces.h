@@ -1,9 +1,13 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "base/desktop_places.h"
 #include "platform/emulated/broadcast_notification_center.h"
 #include "platform/emulated/desktop_operations.h"
 #include "platform/main_queue.h"
@@ -11,13 +15,14 @@
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_files.h"
+#include "platform/space_places.h"
 #include "platform/window_server.h"
 
 namespace tallowin {
 
 /// What becomes of the Spaces: switches that take their time and may bounce, desktops that come and go; and everybody
 /// who is told of it. Main thread only.
-class SimulatedSpaces : public DesktopOperations {
+class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
  public:
   /// The window server's event numbers for a change of the active Space and of the list of Spaces.
   static constexpr WindowServerEvent activeSpaceEvent = 1401;
@@ -46,6 +51,16 @@ class SimulatedSpaces : public DesktopOperations {
   bool addDesktop(const std::string& display) override;
   bool removeDesktop(ManagedSpaceID space) override;
 
+  std::optional<std::vector<ManagedSpaceID>> places() override;
+  std::vector<ManagedSpaceID> parked() override;
+  void adopt(const std::vector<ManagedSpaceID>& spaces) override;
+  bool restore(const std::vector<ManagedSpaceID>& spaces) override;
+
+  /// From now on desktops are known by their places, and this file tells who is who.
+  void keepPlaces(KeptDesktopPlaces::Services services, const std::filesystem::path& file);
+  /// Somebody else sets the number of desktops, at least one: they come and go at the right end.
+  void setDesktopCount(std::size_t count);
+
   /// A switch by other means than the Dock's, which takes no time. False when there is no such Space.
   bool switchNow(ManagedSpaceID space);
 
@@ -64,6 +79,9 @@ class SimulatedSpaces : public DesktopOperations {
   void arrive(const std::string& display, ManagedSpaceID space, SwitchCause cause);
   void announceActive(const std::string& display, ManagedSpaceID space);
   void announceList();
+  void announceCount(const std::string& display, bool activeHasGone);
+  bool takeAway(ManagedSpaceID space);
+  void renumber();
 
   DesktopState& state_;
   const Duration switchTime_;
@@ -72,6 +90,7 @@ class SimulatedSpaces : public DesktopOperations {
   MainQueue& queue_;
   Journal& journal_;
   BroadcastNotificationCenter& workspaceNotifications_;
+  std::optional<KeptDesktopPlaces> places_;   ///< where desktops are known by their places
   std::map<std::string, WorkItem> underWay_;  ///< by display: a switch or a bounce
 };
 

@@ -56,14 +56,20 @@ void X11Changes::propertyChanged(const xcb_property_notify_event_t& event) {
   } else if (event.window != connection_.root()) {
     return;
   } else if (is(X11Atom::netCurrentDesktop)) {
+    listeners_.operations.desktopsChanged();
     tell(activeSpaceChanged);
   } else if (is(X11Atom::netNumberOfDesktops)) {
-    listeners_.desktopNames.desktopsChanged();
-    tell(spacesChanged);
+    listeners_.operations.desktopsChanged();
+    desktopsChanged();
   } else if (is(X11Atom::netDesktopNames)) {
     listeners_.desktopNames.namesChanged(event.sequence);
     tell(spacesChanged);
   }
+}
+
+void X11Changes::desktopsChanged() {
+  listeners_.desktopNames.desktopsChanged();
+  tell(spacesChanged);
 }
 
 void X11Changes::windowManagerChanged() {

@@ -8,6 +8,7 @@
 #include "platform/main_queue.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_names.h"
+#include "platform/x11/x11_desktop_operations.h"
 #include "platform/x11/x11_desktop_reader.h"
 #include "platform/x11/x11_window_server.h"
 
@@ -27,6 +28,7 @@ class X11Changes {
 
   /// Who is told.
   struct Listeners {
+    X11DesktopOperations& operations;
     X11WindowServer& windowServer;
     X11DesktopNames& desktopNames;
     EmulatedDock& dock;
@@ -39,6 +41,9 @@ class X11Changes {
 
   /// Takes an event of the server.
   void handle(const xcb_generic_event_t& event);
+
+  /// The desktops are others than they were told to be, without an event of the server.
+  void desktopsChanged();
 
  private:
   void propertyChanged(const xcb_property_notify_event_t& event);

@@ -11,27 +11,30 @@ bool X11Desktop::serverPresent() {
 
 bool X11Desktop::windowManagerPresent() {
   const auto connection = X11Connection::open();
-  return connection && X11DesktopReader(**connection).read().checkWindow != XCB_WINDOW_NONE;
+  KeptDesktopPlaces places;
+  return connection && X11DesktopReader(**connection, places).read().checkWindow != XCB_WINDOW_NONE;
 }
 
 std::expected<std::unique_ptr<X11Desktop>, std::string> X11Desktop::connect(MainQueue& queue, const Clock& clock,
                                                                             Log& log, Descriptors& descriptors,
                                                                             Processes& processes,
+                                                                            KeptDesktopPlaces& places,
                                                                             std::function<void()> onConnectionLost) {
   auto connection = X11Connection::open();
   if (!connection) {
     return std::unexpected(connection.error());
   }
-  return std::unique_ptr<X11Desktop>(
-      new X11Desktop(std::move(*connection), queue, clock, log, descriptors, processes, std::move(onConnectionLost)));
+  return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(*connection), queue, clock, log, descriptors, processes,
+                                                    places, std::move(onConnectionLost)));
 }
 
 X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Log& log,
-                       Descriptors& descriptors, Processes& processes, std::function<void()> onConnectionLost)
+                       Descriptors& descriptors, Processes& processes, KeptDesktopPlaces& places,
+                       std::function<void()> onConnectionLost)
     : connection_(std::move(connection)),
-      desktops_(*connection_),
+      desktops_(*connection_, places),
       windows_(*connection_, desktops_, processes, queue, getpid()),
-      operations_(*connection_, desktops_, windows_, queue),
+      operations_(*connection_, desktops_, places, windows_, queue),
       dock_(operations_, hotKeys_, queue, clock, log, dockBehaviour()),
       displays_(*connection_, windows_.glance),
       missionControl_(
@@ -49,11 +52,13 @@ X11Desktop::X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& que
       desktopNames_(*connection_, desktops_, queue, clock),
       desktopFacts_(*connection_, desktops_, processes),
       changes_(*connection_, desktops_, queue,
-               {windowServer_, desktopNames_, dock_, workspaceNotifications_, defaultNotifications_}),
+               {operations_, windowServer_, desktopNames_, dock_, workspaceNotifications_, defaultNotifications_}),
       applicationChanges_(*connection_, windows_.reader, windows_.applications, queue, workspaceNotifications_),
       pump_(
           *connection_, queue, descriptors, [this](const xcb_generic_event_t& event) { handle(event); },
-          std::move(onConnectionLost)) {}
+          std::move(onConnectionLost)) {
+  operations_.onDesktopsChanged = [this] { changes_.desktopsChanged(); };
+}
 
 DockBehaviour X11Desktop::dockBehaviour() {
   // Window managers switch within a few milliseconds, or not at all.

@@ -50,7 +50,7 @@ class X11Desktop {
   /// operation answers its neutral result from then on, and the desktop may be destroyed in it.
   [[nodiscard]] static std::expected<std::unique_ptr<X11Desktop>, std::string> connect(
       MainQueue& queue, const Clock& clock, Log& log, Descriptors& descriptors, Processes& processes,
-      std::function<void()> onConnectionLost);
+      KeptDesktopPlaces& places, std::function<void()> onConnectionLost);
 
   WindowServer& windowServer() { return windowServer_; }
   Events& events() { return events_; }
@@ -62,13 +62,15 @@ class X11Desktop {
   Pasteboard& pasteboard() { return pasteboard_; }
   ScreenCapture& screenCapture() { return screenCapture_; }
   DesktopNames& desktopNames() { return desktopNames_; }
+  SpacePlaces& spacePlaces() { return operations_; }
   DesktopFacts& desktopFacts() { return desktopFacts_; }
   NotificationCenter& workspaceNotifications() { return workspaceNotifications_; }
   NotificationCenter& defaultNotifications() { return defaultNotifications_; }
 
  private:
   X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Log& log,
-             Descriptors& descriptors, Processes& processes, std::function<void()> onConnectionLost);
+             Descriptors& descriptors, Processes& processes, KeptDesktopPlaces& places,
+             std::function<void()> onConnectionLost);
 
   void handle(const xcb_generic_event_t& event);
   void notifyDock(std::string_view notification);

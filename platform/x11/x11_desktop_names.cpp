@@ -69,6 +69,11 @@ void X11DesktopNames::apply() {
   connection_.flush();
 }
 
+DesktopNamesPlan X11DesktopNames::plan() {
+  const auto properties = desktops_.readProperties();
+  return planDesktopNames(properties, desktops_.stateOf(properties), *names_);
+}
+
 bool X11DesktopNames::isRewrittenTooOften(const DesktopNamesPlan& plan) {
   if (!written_ || written_->wanted == plan.current || written_->spaces != plan.spaces ||
       (plan.dynamic && written_->record.own != plan.record.own)) {

@@ -40,7 +40,7 @@ class X11DesktopNames : public DesktopNames {
   void apply();
   void write(const DesktopNamesPlan& plan);
   std::uint16_t writeTexts(X11Atom property, const std::string& bytes);
-  [[nodiscard]] DesktopNamesPlan plan() { return planDesktopNames(desktops_.readProperties(), *names_); }
+  [[nodiscard]] DesktopNamesPlan plan();
   [[nodiscard]] bool isRewrittenTooOften(const DesktopNamesPlan& plan);
 
   X11Connection& connection_;

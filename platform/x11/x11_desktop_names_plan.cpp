@@ -1,6 +1,7 @@
 #include "platform/x11/x11_desktop_names_plan.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace tallowin {
 
@@ -13,17 +14,41 @@ std::string presentable(const std::string& name) {
   return text;
 }
 
-std::vector<std::string> withNames(std::vector<std::string> list, const std::vector<ManagedSpaceID>& spaces,
+/// What the window manager calls its desktops beside their numbers: "Workspace " for "Workspace 1", "Workspace 2"; an
+/// empty text for "1", "2". Nothing when its names, those that are empty apart, are others or there are none.
+std::optional<std::string> stemOf(const std::vector<std::string>& own) {
+  std::optional<std::string> stem;
+  for (std::size_t index = 0; index < own.size(); ++index) {
+    const auto number = std::to_string(index + 1);
+    const auto& name = own[index];
+    if (name.empty()) {
+      continue;
+    }
+    if (!name.ends_with(number) || (stem && *stem + number != name)) {
+      return std::nullopt;
+    }
+    stem = name.substr(0, name.size() - number.size());
+  }
+  return stem;
+}
+
+std::vector<std::string> withNames(const std::vector<std::string>& own, const std::vector<ManagedSpaceID>& spaces,
                                    const std::map<ManagedSpaceID, std::string>& names) {
+  auto list = own;
+  list.resize(std::max(list.size(), spaces.size()));
+  const auto stem = stemOf(own).value_or("Desktop ");
+  bool named = false;
   for (std::size_t index = 0; index < spaces.size(); ++index) {
     const auto found = names.find(spaces[index]);
     const auto name = found != names.end() ? presentable(found->second) : std::string();
+    named = named || !name.empty();
     if (!name.empty()) {
-      list.resize(std::max(list.size(), index + 1));
       list[index] = name;
+    } else if (list[index].empty()) {
+      list[index] = stem + std::to_string(index + 1);
     }
   }
-  return list;
+  return named ? list : own;
 }
 
 /// Whether the lists come back whole when they are read. A list that is as long as can be read may have been longer.
@@ -35,9 +60,8 @@ bool canBeReadBack(const DesktopNamesPlan& plan) {
 
 }  // namespace
 
-DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties,
+DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties, const X11DesktopState& state,
                                   const std::map<ManagedSpaceID, std::string>& names) {
-  const auto state = readX11DesktopState(properties);
   DesktopNamesPlan plan;
   plan.spaces = state.spaces;
   plan.dynamic = state.dynamic;

@@ -24,11 +24,12 @@ struct DesktopNamesPlan {
   [[nodiscard]] bool changesAnything() const { return wanted != current || record != recorded; }
 };
 
-/// Puts the user's names, by managed id, over those of the window manager. The list is as long as the window manager's,
-/// or as far as the last desktop that the user has named; those without any name between are empty. Zero bytes are left
-/// out of names, and what is no UTF-8 is replaced. Without a window manager, and where the lists are too long to be
-/// read back whole, everything stays as it is.
-[[nodiscard]] DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties,
+/// Puts the user's names, by managed id, over those of the window manager. Where the user has named a desktop, all have
+/// a name: those that neither the user nor the window manager has named get one like the others of the window manager,
+/// such as "Workspace 3" after "Workspace 1", else "Desktop 3". Zero bytes are left out of names, and what is no UTF-8
+/// is replaced. Without a window manager, and where the lists are too long to be read back whole, everything stays as
+/// it is. `state` is what was read from the properties.
+[[nodiscard]] DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties, const X11DesktopState& state,
                                                 const std::map<ManagedSpaceID, std::string>& names);
 
 }  // namespace tallowin

@@ -16,7 +16,7 @@ void X11DesktopReader::takeCheckWindow(CheckWindowCookies cookies, xcb_window_t 
 
 X11DesktopProperties X11DesktopReader::readProperties() {
   const auto root = connection_.root();
-  const auto likely = likelyCheckWindow_.load();
+  const auto likely = likelyCheckWindow_;
   const auto count = connection_.requestProperty(root, X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL);
   const auto current = connection_.requestProperty(root, X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL);
   const auto names = connection_.requestProperty(root, X11Atom::netDesktopNames, connection_.atom(X11Atom::utf8String));
@@ -37,6 +37,23 @@ X11DesktopProperties X11DesktopReader::readProperties() {
     likelyCheckWindow_ = *named;
   }
   return properties;
+}
+
+X11DesktopState X11DesktopReader::stateOf(const X11DesktopProperties& properties) {
+  auto state = readX11DesktopState(properties);
+  const auto count = state.spaces.size();
+  if (state.dynamic || count == 0) {
+    return state;
+  }
+  if (held_ && count == held_->count) {
+    return held_->before;
+  }
+  if (held_ && count != held_->before.spaces.size()) {
+    held_.reset();
+  }
+  places_.countSeen(count);
+  state.spaces = places_.get().ids();
+  return state;
 }
 
 }  // namespace tallowin

@@ -44,7 +44,8 @@ struct X11DesktopState {
 [[nodiscard]] bool losesMinimizedWindows(const X11DesktopState& state);
 
 /// Reads the properties. A window manager counts as running when the window that the root window names names itself, as
-/// the property of one that died stays on the root window (EWMH, _NET_SUPPORTING_WM_CHECK).
+/// the property of one that died stays on the root window (EWMH, _NET_SUPPORTING_WM_CHECK). Desktops that are known by
+/// their places get the ids 1 to N here; who they are is known to X11DesktopReader.
 [[nodiscard]] X11DesktopState readX11DesktopState(const X11DesktopProperties& properties);
 
 /// The managed ids of desktops that are known by their names, for the first `count` names. A name that begins with a

@@ -23,6 +23,9 @@ class X11Refusals {
   /// has never worked. Blocks. Whether it happened.
   bool confirm(Request request, const std::function<bool()>& happened);
 
+  /// The request was seen to work after all, later than was waited for.
+  void noteWorking(Request request) { worked_[request] = true; }
+
   /// Whether the request was ignored by this window manager and has never worked.
   [[nodiscard]] bool isRefused(Request request);
 

@@ -11,10 +11,10 @@
 
 namespace tallowin {
 
-/// The desktops of an EWMH window manager as the Spaces of one display, "Main". A desktop's managed id is its index
-/// plus one; where desktops are dynamic it comes from the desktop's name (namedSpaceIDs). Without a window manager
-/// there is no list. While a switch of our own is under way its target counts as the
-/// current Space, so that the next one is counted from there however soon it comes.
+/// The desktops of an EWMH window manager as the Spaces of one display, "Main". A desktop's managed id belongs to its
+/// place (DesktopPlaces); where desktops are dynamic it comes from the desktop's name (namedSpaceIDs). Without a window
+/// manager there is no list. While a switch of our own is under way its target counts as the current Space, so that the
+/// next one is counted from there however soon it comes.
 class X11WindowServer : public WindowServer {
  public:
   static constexpr auto mainDisplay = "Main";

@@ -227,6 +227,71 @@ desktop_change_case() {
   close_window THIRD
 }
 
+# The names of the desktops from left to right, as pagers see them, then the one in front as the program sees it.
+named_desktops() {
+  echo "$(wmctrl -d | sed 's/.*  //' | paste -sd ' '), $(ask current | head -n 1)"
+}
+
+# What is said of desktops stays with them, whoever adds, removes and restarts what. Runs after desktop_change_case.
+desktop_identity_case() {
+  capability "Keep names with their desktops when others are added and removed"
+  local letter number=0 watcher
+  for letter in A B C D; do
+    number=$((number + 1))
+    ask edit "$number" --name "$letter" --note "note of $letter" >/dev/null
+    open_notes "ON-$letter"
+    put_window "$NOTES" $((number - 1))
+  done
+  put_in_front 2
+  pass_if_eventually "four desktops are named" "A B C D, C" named_desktops
+  timeout 60 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
+  watcher=$!
+  eventually grep -qs state "$DESKTOP_DIRECTORY/watched"
+  eventually change_is_not_refused remove-desktop/2
+  pass_if_eventually "removing B leaves the others" "A C D, C" named_desktops
+  pass_if_eventually "their windows are theirs" "1 ON-A 2 ON-B 2 ON-C 3 ON-D" windows_by_desktop
+  pass_if "and their notes" "note of A,note of C,note of D" "$(known_notes)"
+  put_in_front 0
+  pass_if_eventually "switching goes on" "A C D, A" named_desktops
+  pass_if "nothing else was ever in front" 1 "$(cut -f 2 "$DESKTOP_DIRECTORY/watched" | grep -c active)"
+  kill "$watcher"
+  put_in_front 1
+  eventually change_is_not_refused remove-desktop/2
+  pass_if_eventually "removing the one in front shows its neighbour" "A D, D" named_desktops
+  wmctrl -n 1
+  pass_if_eventually "others take one away" "A, A" named_desktops
+  wmctrl -n 3
+  pass_if_eventually "it comes back as it was, with a new one" "A D Desktop 3, A" plain_named_desktops
+  eventually change_is_not_refused add-desktop
+  eventually output_is 4 desktop_count
+  ask edit 4 --name E >/dev/null
+  eventually grep -qs '"highest": 7' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/desktops.json"
+  kill -KILL -- "-$INSTANCE_GROUP"
+  eventually group_is_gone "$INSTANCE_GROUP"
+  wmctrl -n 2
+  eventually output_is 2 desktop_count
+  start_instance --verbose
+  pass_if_eventually "the program comes back when one is missing" "A D, A" named_desktops
+  wmctrl -n 4
+  pass_if_eventually "which then comes back" "A D Desktop 3 E, A" plain_named_desktops
+  for letter in A B C D; do
+    close_window "ON-$letter"
+  done
+}
+
+# Some window managers have names of their own for desktops without one.
+plain_named_desktops() {
+  named_desktops | sed -E 's/ [^ ]*( |-)?3( E)?,/ Desktop 3\2,/'
+}
+
+windows_by_desktop() {
+  ask windows --all | awk '/ON-/ { print $1, $NF }' | sort -k 2 | paste -sd ' '
+}
+
+known_notes() {
+  ask list --json | sed '$d' | jq -r '[.spaces[].note] | join(",")'
+}
+
 refused_desktop_change_case() {
   capability "Add and remove desktops"
   record lacking "Workspaces of i3 are there while something is on them or they are shown; nothing else adds or removes them."
@@ -292,7 +357,8 @@ window_cases() {
     cases+=('saved_space_case 2' hold_workspaces refused_minimize_case refused_desktop_change_case drag_case
       refused_drag_fallback_case 'layout_case 12 4')
   else
-    cases+=('saved_space_case 1' minimize_case drag_fallback_case desktop_change_case 'layout_case 40 6')
+    cases+=('saved_space_case 1' minimize_case drag_fallback_case desktop_change_case desktop_identity_case
+      'layout_case 40 6')
   fi
   for case in "${cases[@]}"; do
     # shellcheck disable=SC2086 # a case is words

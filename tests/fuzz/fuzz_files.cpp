@@ -64,6 +64,7 @@ class Machine : public StoringProgram {
   SpaceTemplates templates{{store, desktop.workspace(), files(), paths, time, desktop.log()}};
   LayoutFiles layouts{files(), time, paths, desktop.log()};
   SettingsTransfer transfer{{settings,
+                             desktop.spacePlaces(),
                              files(),
                              time,
                              desktop.system(),

@@ -52,6 +52,10 @@ X11DesktopProperties carriedOut(X11DesktopProperties properties, const DesktopNa
   return properties;
 }
 
+DesktopNamesPlan planFor(const X11DesktopProperties& properties, const std::map<ManagedSpaceID, std::string>& names) {
+  return planDesktopNames(properties, readX11DesktopState(properties), names);
+}
+
 void readDesktops(Input& input) {
   X11DesktopProperties properties{input.property(), input.property(), input.property(),
                                   input.property(), input.property(), 0,
@@ -65,13 +69,12 @@ void readDesktops(Input& input) {
   for (std::size_t index = 0; index < std::min<std::size_t>(state.spaces.size(), 4); ++index) {
     names.emplace(state.spaces[index], input.take(input.number(1) % 16));
   }
-  const auto plan = planDesktopNames(properties, names);
-  const auto again = planDesktopNames(carriedOut(properties, plan), names);
+  const auto plan = planFor(properties, names);
+  const auto again = planFor(carriedOut(properties, plan), names);
   require(!again.changesAnything(), "what is written once is not written again");
   require(again.spaces == plan.spaces, "names that are written change nobody's id");
-  const auto undone = planDesktopNames(carriedOut(properties, again), {});
-  require(!plan.changesAnything() || undone.wanted == planDesktopNames(properties, {}).wanted,
-          "names can be given back");
+  const auto undone = planFor(carriedOut(properties, again), {});
+  require(!plan.changesAnything() || undone.wanted == planFor(properties, {}).wanted, "names can be given back");
 }
 
 void readWindow(const X11Property& property) {

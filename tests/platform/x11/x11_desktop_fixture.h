@@ -24,7 +24,7 @@ class NoProcesses : public Processes {
 class X11DesktopTest : public XServerTest {
  protected:
   auto tryToConnect() {
-    return X11Desktop::connect(loop_, loop_, log_, loop_, processes_, [this] { ++lost_; });
+    return X11Desktop::connect(loop_, loop_, log_, loop_, processes_, places_, [this] { ++lost_; });
   }
 
   void connect() {
@@ -73,6 +73,7 @@ class X11DesktopTest : public XServerTest {
   SteppedLoop loop_;
   LinesLog log_;
   NoProcesses processes_;
+  KeptDesktopPlaces places_;
   std::unique_ptr<X11Desktop> desktop_;
   std::vector<WindowServerEvent> told_;
   int lost_ = 0;

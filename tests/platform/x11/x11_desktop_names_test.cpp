@@ -97,11 +97,11 @@ TEST_F(X11DesktopNamesTest, MirrorsNamesAndGivesTheOldOnesBackEvenAfterBeingKill
     int changes;
     bool killedBefore = false;
   } steps[] = {
-      {{{3, "Mail"}}, "one|two|Mail|", 1},
-      {{{3, "Mail"}}, "one|two|Mail|", 0},
-      {{{1, "Home"}, {3, "Post"}, {9, "None"}}, "Home|two|Post|", 1},
-      {{{1, "Home"}}, "Home|two|", 1, true},
-      {{{1, "Home"}, {2, "two"}}, "Home|two|", 0},
+      {{{3, "Mail"}}, "one|two|Mail|Desktop 4|", 1},
+      {{{3, "Mail"}}, "one|two|Mail|Desktop 4|", 0},
+      {{{1, "Home"}, {3, "Post"}, {9, "None"}}, "Home|two|Post|Desktop 4|", 1},
+      {{{1, "Home"}}, "Home|two|Desktop 3|Desktop 4|", 1, true},
+      {{{1, "Home"}, {2, "two"}}, "Home|two|Desktop 3|Desktop 4|", 0},
       {{}, "one|two|", 1, true},
   };
   for (const auto& [published, shown, changes, killedBefore] : steps) {

@@ -28,6 +28,10 @@ X11DesktopProperties desktops(std::uint32_t count, std::string_view names, std::
           .checkWindowName = text(windowManager)};
 }
 
+DesktopNamesPlan planFor(const X11DesktopProperties& properties, const Names& names) {
+  return planDesktopNames(properties, readX11DesktopState(properties), names);
+}
+
 TEST(X11DesktopState, NumbersDesktopsByPositionWhateverTheirNames) {
   const auto state = readX11DesktopState(desktops(3, {"7: x\0", 5}, 1));
   EXPECT_EQ(
@@ -148,8 +152,10 @@ TEST(DesktopNamesPlan, PutsTheUsersNamesOverTheOthers) {
     Texts expected;
   } cases[] = {
       {"no names at all", 4, "", {}, {}},
-      {"absent", 4, "", {{2, "Mail"}}, {"", "Mail"}},
-      {"short", 4, {"1\0002\0", 4}, {{4, "Mail"}}, {"1", "2", "", "Mail"}},
+      {"absent", 4, "", {{2, "Mail"}}, {"Desktop 1", "Mail", "Desktop 3", "Desktop 4"}},
+      {"short", 4, {"1\0002\0", 4}, {{4, "Mail"}}, {"1", "2", "3", "Mail"}},
+      {"short, with a stem", 3, {"Workspace 1\0\0", 13}, {{2, "Mail"}}, {"Workspace 1", "Mail", "Workspace 3"}},
+      {"short, without a stem", 3, {"1\000web\0", 6}, {{1, "Mail"}}, {"Mail", "web", "Desktop 3"}},
       {"longer than the desktops", 2, {"1\0002\0003\0", 6}, {{1, "Mail"}, {3, "Gone"}}, {"Mail", "2", "3"}},
       {"without final zero", 2, {"1\0002", 3}, {{1, "Mail"}}, {"Mail", "2"}},
       {"no UTF-8 there", 2, {"\xFF\0002\0", 4}, {{2, "Mail"}}, {"\xEF\xBF\xBD", "Mail"}},
@@ -159,13 +165,13 @@ TEST(DesktopNamesPlan, PutsTheUsersNamesOverTheOthers) {
       {"the same name", 1, {"1\0", 2}, {{1, "1"}}, {"1"}},
   };
   for (const auto& [what, count, current, names, expected] : cases) {
-    const auto plan = planDesktopNames(desktops(count, current), names);
+    const auto plan = planFor(desktops(count, current), names);
     EXPECT_EQ(plan.wanted, expected) << what;
     EXPECT_EQ(plan.changesAnything(), plan.current != expected) << what;
     // Written so, everything is in its place; and without names it is as before.
     const auto written = desktops(count, encodeTexts(plan.wanted), 0, plan.record);
-    EXPECT_FALSE(planDesktopNames(written, names).changesAnything()) << what;
-    const auto back = planDesktopNames(written, {});
+    EXPECT_FALSE(planFor(written, names).changesAnything()) << what;
+    const auto back = planFor(written, {});
     EXPECT_EQ(back.wanted, plan.current) << what;
     EXPECT_EQ(back.record, DesktopNamesRecord()) << what;
   }
@@ -175,18 +181,18 @@ TEST(DesktopNamesPlan, LeavesAloneWhatCannotBeReadBack) {
   const Names names = {{1, "Mail"}};
   auto gone = desktops(2, {"1\0002\0", 4});
   gone.checkWindowCheck = {};
-  EXPECT_FALSE(planDesktopNames(gone, names).changesAnything()) << "no window manager";
+  EXPECT_FALSE(planFor(gone, names).changesAnything()) << "no window manager";
   const std::string half(longestPropertyBytes / 2 + 1, 'x');
-  EXPECT_FALSE(planDesktopNames(desktops(2, half), {{2, "Mail"}}).changesAnything()) << "too long for the record";
-  EXPECT_FALSE(planDesktopNames(desktops(2, "1"), {{1, half + half}}).changesAnything()) << "a name too long";
-  EXPECT_FALSE(planDesktopNames(desktops(2, std::string(5000, '\0')), names).changesAnything()) << "too many";
-  EXPECT_TRUE(planDesktopNames(desktops(2, std::string(1000, '\0')), names).changesAnything());
+  EXPECT_FALSE(planFor(desktops(2, half), {{2, "Mail"}}).changesAnything()) << "too long for the record";
+  EXPECT_FALSE(planFor(desktops(2, "1"), {{1, half + half}}).changesAnything()) << "a name too long";
+  EXPECT_FALSE(planFor(desktops(2, std::string(5000, '\0')), names).changesAnything()) << "too many";
+  EXPECT_TRUE(planFor(desktops(2, std::string(1000, '\0')), names).changesAnything());
 }
 
 TEST(X11DesktopState, KeepsTheIdsOfDynamicDesktopsWhoseNamesAreMirrored) {
   const auto plain = desktops(3, {"1\0003: web\0mail\0", 14}, 0, {}, "i3");
   const auto before = readX11DesktopState(plain);
-  const auto plan = planDesktopNames(plain, {{1, "Home"}, {before.spaces.at(2), "3: web"}});
+  const auto plan = planFor(plain, {{1, "Home"}, {before.spaces.at(2), "3: web"}});
   EXPECT_EQ(plan.wanted, (Texts{"Home", "3: web", "3: web"}));
   EXPECT_EQ(readX11DesktopState(desktops(3, encodeTexts(plan.wanted), 0, plan.record, "i3")), before);
   // Workspace 1 has gone and i3 has written its own names: one of them where the same was written for another.

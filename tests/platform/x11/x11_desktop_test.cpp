@@ -83,6 +83,32 @@ TEST_F(X11DesktopTest, IsDegradedWhileThereIsNoWindowManager) {
   }
 }
 
+TEST_F(X11DesktopTest, IsReadAsBeforeUntilASlowWindowManagerHasChangedAll) {
+  ScriptedWindowManager manager;
+  manager.setDesktops(3, 1);
+  connect();
+  ASSERT_EQ(spaces(), "1 [2] 3");
+  EXPECT_FALSE(desktop_->spacePlaces().restore({1, 9, 2, 3})) << "it has not happened yet";
+  EXPECT_THAT(requests(manager), ElementsAre("_NET_NUMBER_OF_DESKTOPS 4 0 0 0 0"));
+  EXPECT_EQ(spaces(), "1 [2] 3");
+  manager.setDesktops(4, 1);
+  EXPECT_EQ(spaces(), "1 [2] 3") << "the view has not followed";
+  loop_.runReady();
+  EXPECT_THAT(requests(manager), Contains("_NET_CURRENT_DESKTOP 2 0 0 0 0"));
+  manager.setCurrent(2);
+  EXPECT_EQ(spaces(), "1 [2] 3");
+  ASSERT_TRUE(loop_.runUntil([&] { return spaces() == "1 9 [2] 3"; }));
+  manager.setDesktops(1, 0);
+  EXPECT_EQ(spaces(), "[1]");
+  manager.setDesktops(5, 2);
+  EXPECT_EQ(spaces(), "1 9 [2] 3 10") << "those that were there come back first";
+  // One that never does it is waited for no longer than four seconds.
+  EXPECT_FALSE(desktop_->spacePlaces().restore({1, 11}));
+  loop_.advance(std::chrono::seconds(4));
+  manager.setDesktops(6, 2);
+  EXPECT_EQ(spaces(), "1 9 [2] 3 10 11");
+}
+
 TEST_F(X11DesktopTest, ReleasesAtTheEndWhatIsHeld) {
   ScriptedWindowManager manager;
   connect();

@@ -44,9 +44,9 @@ class X11WindowsTest : public XServerTest {
              std::string_view name = "Openbox") {
     manager_.emplace(desktops, std::move(ignored), depth, name);
     connection_ = *X11Connection::open();
-    desktops_.emplace(*connection_);
+    desktops_.emplace(*connection_, places_);
     windows_.emplace(*connection_, *desktops_, processes_, loop_, 0);
-    operations_.emplace(*connection_, *desktops_, *windows_, loop_);
+    operations_.emplace(*connection_, *desktops_, places_, *windows_, loop_);
     missionControl_.emplace(*operations_, loop_, [](const std::string&) { return CGRect{}; });
     accessibility_.emplace(*connection_, *missionControl_, windows_->context);
     workspace_.emplace(loop_, windows_->launcher, windows_->context);
@@ -98,6 +98,7 @@ class X11WindowsTest : public XServerTest {
   RecordingProcesses processes_;
   std::optional<ObedientWindowManager> manager_;
   std::unique_ptr<X11Connection> connection_;
+  KeptDesktopPlaces places_;
   std::optional<X11DesktopReader> desktops_;
   std::optional<X11Windows> windows_;
   std::optional<X11DesktopOperations> operations_;

@@ -209,17 +209,24 @@ TEST_F(X11WindowsTest, RemovesADesktopInTheMiddle) {
   ASSERT_TRUE(eventually([&] { return desktops_->read().current == 3U && read(windows[4]).desktop > 4U; }));
   EXPECT_TRUE(operations_->removeDesktop(2));
   const auto state = desktops_->read();
-  EXPECT_EQ(state.spaces.size(), 3U);
-  EXPECT_EQ(state.current, 2U) << "the same windows are in front";
-  std::vector<std::uint32_t> places;
-  for (const auto window : windows) {
-    places.push_back(*read(window).desktop);
-  }
-  EXPECT_THAT(places, ElementsAre(0, 1, 1, 2, X11Connection::allDesktops));
-  EXPECT_TRUE(operations_->removeDesktop(3)) << "the last one goes by itself";
+  EXPECT_THAT(state.spaces, ElementsAre(1, 3, 4));
+  EXPECT_EQ(state.active(), 4) << "the same windows are in front";
+  const auto placesOfWindows = [&] {
+    std::vector<std::uint32_t> found;
+    for (const auto window : windows) {
+      found.push_back(*read(window).desktop);
+    }
+    return found;
+  };
+  EXPECT_THAT(placesOfWindows(), ElementsAre(0, 1, 1, 2, X11Connection::allDesktops));
+  EXPECT_TRUE(operations_->removeDesktop(4)) << "the last one goes by itself";
   EXPECT_TRUE(operations_->addDesktop("Main"));
-  EXPECT_EQ(desktops_->read().spaces.size(), 3U);
+  EXPECT_THAT(desktops_->read().spaces, ElementsAre(1, 3, 5));
   EXPECT_FALSE(operations_->removeDesktop(9));
+  EXPECT_TRUE(operations_->restore({1, 2, 3}));
+  EXPECT_THAT(desktops_->read().spaces, ElementsAre(1, 2, 3, 5));
+  EXPECT_EQ(desktops_->read().active(), 3);
+  EXPECT_THAT(placesOfWindows(), ElementsAre(0, 2, 2, 2, X11Connection::allDesktops)) << "windows stay with their ids";
 }
 
 TEST_F(X11WindowsTest, AnswersNothingOnceTheServerIsGone) {

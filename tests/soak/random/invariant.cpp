@@ -11,19 +11,20 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-bool isIntactSpace(const Json& space) {
+bool isIntactSpace(const Json& space, bool byPlace) {
   return space.is_object() && space.value("ManagedSpaceID", Json()).is_number_integer() &&
-         space.value("uuid", Json()).is_string() && space["uuid"] != "" &&
+         (byPlace || (space.value("uuid", Json()).is_string() && space["uuid"] != "")) &&
          space.value("type", Json(0)).is_number_integer();
 }
 
-bool isIntactDisplay(const Json& display) {
+bool isIntactDisplay(const Json& display, bool byPlace) {
   if (!display.is_object() || !display.value("Display Identifier", Json()).is_string() ||
       !display.value("Spaces", Json()).is_array() || !display.value("Current Space", Json()).is_object()) {
     return false;
   }
   const auto& spaces = display["Spaces"];
-  return std::ranges::all_of(spaces, isIntactSpace) && std::ranges::any_of(spaces, [&](const Json& space) {
+  return std::ranges::all_of(spaces, [&](const Json& space) { return isIntactSpace(space, byPlace); }) &&
+         std::ranges::any_of(spaces, [&](const Json& space) {
            return space["ManagedSpaceID"] == display["Current Space"].value("ManagedSpaceID", Json());
          });
 }
@@ -38,9 +39,19 @@ bool isFaultyRecord(const Json& record) {
 }  // namespace
 
 bool SoakRun::isCalm() const {
-  static const std::set<std::string> calmMembers = {"start",       "timeZone", "systemVersion",        "uptime",
-                                                    "preferences", "displays", "managedDisplaySpaces", "menuBarDisplay",
-                                                    "files",       "windows",  "applications",         "script"};
+  static const std::set<std::string> calmMembers = {"start",
+                                                    "timeZone",
+                                                    "systemVersion",
+                                                    "uptime",
+                                                    "preferences",
+                                                    "displays",
+                                                    "managedDisplaySpaces",
+                                                    "menuBarDisplay",
+                                                    "desktopsByPlace",
+                                                    "files",
+                                                    "windows",
+                                                    "applications",
+                                                    "script"};
   const auto members = scenario.items();
   return hasIntactSpaces() &&
          std::ranges::all_of(members,
@@ -52,6 +63,10 @@ bool SoakRun::isCalm() const {
                              [](const Json& action) { return isCalmAction(action["do"].get<std::string>()); });
 }
 
+bool SoakRun::areByPlace() const {
+  return state().desktopsByPlace;
+}
+
 bool SoakRun::canReadSpaces() const {
   const auto missing = scenario.value("missingFunctions", Json::array());
   return scenario.value("connection", 1) != 0 && missing.is_array() && !mentions(missing, "Copy") &&
@@ -60,7 +75,8 @@ bool SoakRun::canReadSpaces() const {
 
 bool SoakRun::hasIntactSpaces() const {
   const Json list = state().spaces.list();
-  if (!list.is_array() || list.empty() || !std::ranges::all_of(list, isIntactDisplay)) {
+  if (!list.is_array() || list.empty() ||
+      !std::ranges::all_of(list, [&](const Json& display) { return isIntactDisplay(display, areByPlace()); })) {
     return false;
   }
   std::set<std::string> ids;
@@ -73,7 +89,8 @@ std::vector<TrueSpace> SoakRun::spaces() const {
   for (const auto& display : state().spaces.list()) {
     for (const auto& space : display["Spaces"]) {
       const bool isDesktop = space.value("type", 0) == 0;
-      all.push_back({space["uuid"], space["ManagedSpaceID"], display["Display Identifier"],
+      const auto id = "managed-" + space["ManagedSpaceID"].dump();
+      all.push_back({space.value("uuid", id), space["ManagedSpaceID"], display["Display Identifier"],
                      space["ManagedSpaceID"] == display["Current Space"]["ManagedSpaceID"],
                      isDesktop ? ++desktops : 0});
     }

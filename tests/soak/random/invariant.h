@@ -31,6 +31,7 @@ struct SoakRun {
   /// The Spaces visited, as the program remembers them.
   [[nodiscard]] std::vector<std::string> recent() const { return program.delegate->history().recent(); }
   [[nodiscard]] bool isCalm() const;         ///< neither the machine nor its user's programs misbehave
+  [[nodiscard]] bool areByPlace() const;     ///< desktops have no identity of their own
   [[nodiscard]] bool canReadSpaces() const;  ///< the functions are there that tell which Spaces exist
   /// Whether the list is an intact one, from which everybody must read the same Spaces.
   [[nodiscard]] bool hasIntactSpaces() const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "base/url.h"
 #include "tests/soak/random/invariant.h"
@@ -150,10 +151,96 @@ class NamesAreKept : public Invariant {
   Duration writtenAt_ = Duration::zero();
 };
 
+/// Keeps a book of its own of who is who where desktops have no identity of their own. Everything that is said of a
+/// desktop is kept under its id.
+class DesktopsStayThemselves : public Invariant {
+ public:
+  explicit DesktopsStayThemselves(const SoakRun& run) : Invariant(run) { openBook(); }
+
+  void hear(const Json& record) override {
+    const std::string op = record["op"];
+    known_ = known_ && !mentions(record, "setManagedDisplaySpaces");
+    if (!known_) {
+      return;
+    }
+    if (op == "spaceAdded") {
+      book_.push_back(newDesktop());
+    } else if (op == "spaceRemoved") {
+      std::erase_if(book_, [&](int desktop) { return ids_[desktop] == record["space"]; });
+    } else if (op == "desktopCount") {
+      count(record["count"]);
+    } else if (op == "restorePlaces") {
+      restore(record["spaces"]);
+    } else if (op == "adoptPlaces") {
+      openBook();
+    } else {
+      return;
+    }
+    compare();
+  }
+
+ private:
+  void openBook() {
+    known_ = run_.areByPlace() && run_.hasIntactSpaces();
+    book_.clear();
+    parked_.clear();
+    ids_.clear();
+    for (const auto& space : known_ ? run_.spaces() : std::vector<TrueSpace>()) {
+      book_.push_back(newDesktop());
+      ids_[book_.back()] = space.managedID;
+    }
+  }
+
+  int newDesktop() { return ++lastDesktop_; }
+
+  void count(std::size_t wanted) {
+    while (book_.size() > wanted) {
+      parked_.push_back(book_.back());
+      book_.pop_back();
+    }
+    while (book_.size() < wanted) {
+      book_.push_back(parked_.empty() ? newDesktop() : parked_.back());
+      if (!parked_.empty()) {
+        parked_.pop_back();
+      }
+    }
+  }
+
+  void restore(const Json& ids) {
+    book_.clear();
+    for (const auto& id : ids) {
+      const auto known = std::ranges::find_if(ids_, [&](const auto& each) { return each.second == id; });
+      book_.push_back(known != ids_.end() ? known->first : newDesktop());
+    }
+  }
+
+  void compare() {
+    const auto all = run_.spaces();
+    std::set<ManagedSpaceID> others;
+    for (const auto& [desktop, id] : ids_) {
+      others.insert(id);
+    }
+    for (std::size_t place = 0; place < book_.size() && place < all.size(); ++place) {
+      const auto id = all[place].managedID;
+      const auto [known, isNew] = ids_.try_emplace(book_[place], id);
+      if (known->second != id || (isNew && others.contains(id))) {
+        run_.fail("desktops stay themselves", "desktop " + std::to_string(place + 1) + " has the id " +
+                                                  std::to_string(id) + (isNew ? ", which another one had" : ""));
+      }
+    }
+  }
+
+  bool known_ = false;
+  std::vector<int> book_;    ///< who stands at which place
+  std::vector<int> parked_;  ///< whom others have taken away, the latest last
+  std::map<int, ManagedSpaceID> ids_;
+  int lastDesktop_ = 0;
+};
+
 }  // namespace
 
 void addNameInvariants(const SoakRun& run, Invariants& invariants) {
-  add<NamesAreKept>(run, invariants);
+  add<NamesAreKept, DesktopsStayThemselves>(run, invariants);
 }
 
 }  // namespace tallowin

@@ -84,10 +84,12 @@ void add(Dice& dice, const Part& part, Json& scenario) {
   scenario[drawn[0].get<std::string>()] = std::move(some);
 }
 
-/// Each display has Spaces of its own, or one entry "Main" stands for them all.
+/// Each display has Spaces of its own, or one entry "Main" stands for them all, whose desktops may be known by their
+/// places only.
 void drawSpaces(Dice& dice, Json& scenario) {
   const int displays = dice.chance(50) ? 1 : dice.pick(2, 3);
-  const bool shared = dice.chance(30);
+  const bool byPlace = dice.chance(15);
+  const bool shared = byPlace || dice.chance(30);
   int id = 0;
   for (int display = 1; display <= displays; ++display) {
     scenario["displays"].push_back(displayRecord(display));
@@ -99,7 +101,9 @@ void drawSpaces(Dice& dice, Json& scenario) {
     while (id < last) {
       const auto digits = std::to_string(100 + ++id).substr(1);
       spaces.push_back({{"ManagedSpaceID", id}, {"uuid", "5ACE0000-0000-4000-8000-0000000000" + digits}, {"type", 0}});
-      if (spaces.size() > 1 && dice.chance(10)) {
+      if (byPlace) {
+        spaces.back().erase("uuid");
+      } else if (spaces.size() > 1 && dice.chance(10)) {
         spaces.back().update(dice.fill(R"({"type": 4, "pid": "$pid"})"));
       }
     }
@@ -107,6 +111,9 @@ void drawSpaces(Dice& dice, Json& scenario) {
         {{"Display Identifier", shared ? Json("Main") : displayRecord(display)["uuid"]},
          {"Current Space", {{"ManagedSpaceID", dice.oneOf(spaces)["ManagedSpaceID"]}}},
          {"Spaces", spaces}});
+  }
+  if (byPlace) {
+    scenario["desktopsByPlace"] = true;
   }
   scenario["menuBarDisplay"] = dice.oneOf(scenario["managedDisplaySpaces"])["Display Identifier"];
 }

@@ -38,6 +38,7 @@ constexpr Event calmEvents[] = {
     {2, R"({"do": "movePointer", "to": ["$x", "$y"]})"},
     {5, R"({"do": "addSpace"})"},
     {3, R"({"do": "removeSpace", "space": "$space"})"},
+    {2, R"({"do": "setDesktopCount", "count": "$few"})"},
     {1, R"({"do": "runCommand", "arguments": ["list", "--json"]})"},
     {1, R"({"do": "runCommand", "arguments": ["watch"]})"},
     {2, R"({"do": "runCommand", "arguments": ["?windows|saved-spaces|current|diagnostics|mark|bogus"]})"},
