@@ -57,19 +57,22 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       pipeline_({watcher_, store_, windows_.contents, windows_.spaceLock, windows_.focusMemory, history_,
                  records_.tracker, automation_, previews_, platform.presentation, platform.mainQueue, platform.log,
                  [this] { return initiatedByUs(); }}),
+      underWay_(watcher_, platform.mainQueue),
       windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
       performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
-                  noteFiles_, naming_, platform.presentation, platform.pasteboard,
+                  noteFiles_, naming_, platform.presentation, platform.pasteboard, underWay_,
                   [this] { return settings_.boolean("demoMode"); },
                   [this](const Space& space) { return windows_.isEmpty(space); },
-                  [this](const Space& space) { switchTo(space); }}),
+                  [this](const Space& space) { return switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),
+      commandRequests_(
+          {performer_, underWay_, watcher_, store_, [this](const std::string& url) { return handleURLEvent(url); }}),
       spaceRequests_({platform.clock, watcher_, store_, feed_, platform.mainQueue, platform.runLoop, platform.alerts,
-                      appNames(windows_.contents), [this](const std::string& url) { return handleURLEvent(url); }}),
+                      appNames(windows_.contents)}),
       windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),
-      recordRequests_({records_, watcher_, store_, settings, platform.files}),
+      recordRequests_({records_, performer_, watcher_, store_, settings, platform.files}),
       editRequests_({watcher_, store_, automation_, platform.files, platform.images, appNames(windows_.contents)}),
-      requests_(answers()),
+      requests_(answers(), underWay_),
       scripting_({platform.scriptEvents, platform.desktopService, platform.mainQueue, watcher_, store_,
                   [this](const std::string& url) { return handleURLEvent(url); }}),
       localAPI_(
@@ -106,10 +109,12 @@ bool AppDelegate::initiatedByUs() const {
   return lastSwitch_ && platform_.clock.now() - *lastSwitch_ < switchTime;
 }
 
-void AppDelegate::switchTo(const Space& space) {
-  if (switcher_.switchTo(space, watcher_.snapshot().get())) {
+bool AppDelegate::switchTo(const Space& space) {
+  const bool posted = switcher_.switchTo(space, watcher_.snapshot().get());
+  if (posted) {
     lastSwitch_ = platform_.clock.now();
   }
+  return posted;
 }
 
 void AppDelegate::bounceBack(const std::string& spaceID) {
@@ -129,6 +134,7 @@ void AppDelegate::willSwitch(const SpaceSnapshot& snapshot) {
 
 RequestTable AppDelegate::answers() {
   RequestTable table;
+  commandRequests_.addTo(table);
   spaceRequests_.addTo(table);
   windowRequests_.addTo(table);
   recordRequests_.addTo(table);
@@ -136,17 +142,13 @@ RequestTable AppDelegate::answers() {
   return table;
 }
 
-void AppDelegate::perform(const SpaceCommand& command) {
-  // A switch is a number of steps from the active Space, which may have changed less than a debounce ago.
-  watcher_.refresh();
-  performer_.perform(command);
-}
-
 std::optional<URLFault> AppDelegate::handleURLEvent(const std::string& text) {
   const auto command = commandFromText(text);
   if (command) {
-    perform(*command);
-    return std::nullopt;
+    const auto known = std::make_shared<Outcome>();  // shared with an answer that may come later
+    performer_.perform(*command, {}, [known](const Outcome& outcome) { *known = outcome; });
+    return known->kind == Outcome::Kind::refused ? std::optional(URLFault{URLFault::Kind::refused, known->sentence})
+                                                 : std::nullopt;
   }
   const auto& [kind, message] = command.error();
   if (kind == URLFault::Kind::doubledKey) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/command_performer.h"
+#include "app/command_requests.h"
 #include "app/desktop_name_mirror.h"
 #include "app/display_set_changes.h"
 #include "app/edit_requests.h"
@@ -46,10 +47,11 @@ class AppDelegate {
   void applicationDidFinishLaunching();
 
   /// Carries out one command, on the Spaces as they are now.
-  void perform(const SpaceCommand& command);
+  void perform(const SpaceCommand& command) { performer_.perform(command); }
 
   /// Performs the URL in `text`. A text that is no URL does nothing; one that is not understood is said so in a toast;
-  /// one whose query names a key twice ends the process. Answers why it was not performed.
+  /// one whose query names a key twice ends the process. Answers why it was not performed, as far as that is known at
+  /// once.
   std::optional<URLFault> handleURLEvent(const std::string& text);
 
   /// Where the user was.
@@ -69,7 +71,7 @@ class AppDelegate {
   void runOnboardingIfNeeded();
 
   void snapshotChanged(const SpaceSnapshot& snapshot);
-  void switchTo(const Space& space);
+  bool switchTo(const Space& space);
   void bounceBack(const std::string& spaceID);
   void willSwitch(const SpaceSnapshot& snapshot);
   [[nodiscard]] bool initiatedByUs() const;
@@ -97,9 +99,11 @@ class AppDelegate {
   PreviewService thumbnails_;
   PreviewRefresh previews_;
   SpacePipeline pipeline_;
+  CommandsUnderWay underWay_;
   WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;
+  CommandRequests commandRequests_;
   SpaceRequests spaceRequests_;
   WindowRequests windowRequests_;
   RecordRequests recordRequests_;

@@ -42,11 +42,13 @@ using Given = std::map<std::string_view, std::vector<std::string>>;
 
 std::expected<Given, std::string> gather(std::span<const std::string> arguments) {
   Given given;
+  bool optionsEnded = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
+    optionsEnded = optionsEnded || arguments[i] == "--";
     const auto option = std::ranges::find(commandLineOptions(), arguments[i], &CommandLineOption::name);
     // Behind a word of a request it may be anything, a name for instance.
     const bool isPlain = arguments[i] == "classic" && given.contains(request);
-    if (option == commandLineOptions().end() || isPlain) {
+    if (option == commandLineOptions().end() || isPlain || optionsEnded) {
       given[request].push_back(arguments[i]);
       continue;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 
 #include "app/record_services.h"
 #include "app/space_naming.h"
@@ -8,6 +9,7 @@
 #include "app/window_commands.h"
 #include "automation/note_files.h"
 #include "base/settings.h"
+#include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
 #include "core/space_history.h"
@@ -19,7 +21,12 @@
 
 namespace tallowin {
 
-/// Carries out commands against the watcher's latest snapshot. Main thread only.
+/// What may be wanted of one command otherwise than the settings say.
+struct CommandOptions {
+  bool follow = false;  ///< go along with a window that is moved
+};
+
+/// Carries out commands, on the Spaces as they are when one comes. Main thread only.
 class CommandPerformer {
  public:
   struct Services {
@@ -35,57 +42,75 @@ class CommandPerformer {
     SpaceNaming& naming;
     Presentation presentation;
     Pasteboard& pasteboard;
+    CommandsUnderWay& underWay;
     /// Whether the demonstration mode is on.
     std::function<bool()> isDemo;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
-    /// Switches as this program's own doing.
-    std::function<void(const Space&)> switchTo;
+    /// Switches as this program's own doing. False when the desktop could not even be asked.
+    std::function<bool(const Space&)> switchTo;
   };
 
   explicit CommandPerformer(Services services) : services_(std::move(services)) {}
 
-  /// Does what the command asks for. Whatever the user must know is shown as a toast.
-  void perform(const SpaceCommand& command);
-
-  /// One for each command.
-  void operator()(const command::SwitchTo& command);
-  void operator()(const command::Step& command);
-  void operator()(const command::Step2D& command);
-  void operator()(const command::Back& command);
-  void operator()(const command::Rename& command);
-  void operator()(const command::Note& command);
-  void operator()(const command::Notes& command);
-  void operator()(const command::Setup& command);
-  void operator()(const command::Profile& command) { services_.records.profileCommands.use(command.name); }
-  void operator()(const command::Template& command) { services_.records.templateCommands.apply(command.name); }
-  void operator()(const command::Windows& command) { services_.presentation.panels.showWindows(command.allSpaces); }
-  void operator()(const command::Launcher& /*command*/) { services_.presentation.panels.showLauncher(); }
-  void operator()(const command::Overview& /*command*/) { services_.presentation.overview.toggle(); }
-  void operator()(const command::OpenSettings& /*command*/) {
-    services_.presentation.settingsWindow.show(std::nullopt, std::nullopt);
-  }
-  void operator()(const command::Diagnostics& command);
-  void operator()(const command::DemoTour& command);
-  void operator()(const command::MoveWindow& command);
-  void operator()(const command::MoveWindowStep& command) { services_.windows.moveFrontWindowStep(command.right); }
-  void operator()(const command::RemoveDesktop& command);
-  void operator()(const command::SaveLayout& /*command*/) { services_.windows.saveLayout(); }
-  void operator()(const command::RestoreLayout& /*command*/) { services_.windows.restoreLayout(); }
-  void operator()(const command::Eject& /*command*/) { services_.windows.eject(); }
-  void operator()(const command::ToggleScratchpad& /*command*/) { services_.windows.toggleScratchpad(); }
-  void operator()(const command::MinimizeAll& /*command*/) { services_.windows.minimizeAll(); }
-  void operator()(const command::UndoMinimize& /*command*/) { services_.windows.undoMinimize(); }
-  void operator()(const command::SaveAndClose& /*command*/) { services_.windows.saveAndClose(); }
-  void operator()(const command::AddDesktop& /*command*/) { services_.windows.addDesktop(); }
+  /// Does what the command asks for. Whatever the user must know is shown as a toast. `told` runs once, with what
+  /// became of it: inside the call, or when that is seen, after 2 seconds at the latest (4 for adding and removing
+  /// desktops).
+  void perform(
+      const SpaceCommand& command, CommandOptions options = {},
+      OutcomeHandler told = [](const Outcome& /*outcome*/) {});
 
  private:
+  /// A command that is being carried out.
+  struct Call {
+    CommandAnswer answer;
+    CommandOptions options;
+  };
+
+  // One for each command.
+  void perform(const command::SwitchTo& command, const Call& call);
+  void perform(const command::Step& command, const Call& call);
+  void perform(const command::Step2D& command, const Call& call);
+  void perform(const command::Back& command, const Call& call);
+  void perform(const command::Rename& command, const Call& call);
+  void perform(const command::Note& command, const Call& call);
+  void perform(const command::Notes& command, const Call& call);
+  void perform(const command::Setup& command, const Call& call);
+  void perform(const command::Profile& command, const Call& call);
+  void perform(const command::Template& command, const Call& call);
+  void perform(const command::Windows& command, const Call& call);
+  void perform(const command::Launcher& command, const Call& call);
+  void perform(const command::Overview& command, const Call& call);
+  void perform(const command::OpenSettings& command, const Call& call);
+  void perform(const command::Diagnostics& command, const Call& call);
+  void perform(const command::DemoTour& command, const Call& call);
+  void perform(const command::MoveWindow& command, const Call& call);
+  void perform(const command::MoveWindowStep& command, const Call& call);
+  void perform(const command::RemoveDesktop& command, const Call& call);
+  void perform(const command::SaveLayout& command, const Call& call);
+  void perform(const command::RestoreLayout& command, const Call& call);
+  void perform(const command::Eject& command, const Call& call);
+  void perform(const command::ToggleScratchpad& command, const Call& call);
+  void perform(const command::MinimizeAll& command, const Call& call);
+  void perform(const command::UndoMinimize& command, const Call& call);
+  void perform(const command::SaveAndClose& command, const Call& call);
+  void perform(const command::AddDesktop& command, const Call& call);
+
   [[nodiscard]] const SpaceSnapshot& snapshot() { return services_.watcher.snapshot().get(); }
-  [[nodiscard]] std::optional<Space> find(const SpaceRef& ref);
-  void switchTo(const std::optional<Space>& space);
-  void fail(const std::string& message);
+  [[nodiscard]] std::optional<Space> find(const SpaceRef& ref, const CommandAnswer& answer);
+  void switchTo(const Space& space, const CommandAnswer& answer);
+  void switchTo(const std::optional<Space>& space, std::string_view ifNone, const CommandAnswer& answer);
+  void fail(const std::string& message, const CommandAnswer& answer);
+  [[nodiscard]] bool follows(const Call& call) const;
+
+  /// A switch that was asked for.
+  struct Switch {
+    std::string target;
+    CommandAnswer answer;
+  };
 
   const Services services_;
+  std::map<std::string, Switch> switches_;  ///< the latest, by display
 };
 
 }  // namespace tallowin

@@ -71,7 +71,7 @@ std::optional<Space> EditRequests::space(const RequestJob& job) const {
   services_.watcher.refresh();  // a number counts the desktops as they are now
   auto found = resolve(ref, services_.watcher.snapshot().get(), services_.store);
   if (!found) {
-    job.fail(notFoundMessage(ref).value_or("there is no active Space"));
+    job.fail(notFoundMessage(ref).value_or(noActiveSpace));
   }
   return found;
 }

@@ -61,12 +61,18 @@ void RecordRequests::addTo(RequestTable& table) {
 }
 
 void RecordRequests::profile(RequestJob job) const {
-  static constexpr std::array<Action<RecordRequests>, 4> actions = {{
+  static constexpr std::array<Action<RecordRequests>, 5> actions = {{
       {"list", &RecordRequests::listProfiles, nullptr},
       {"save", nullptr, &RecordRequests::saveProfile},
       {"use", nullptr, &RecordRequests::useProfile},
+      {"use-automatically", &RecordRequests::useNoProfileAutomatically, &RecordRequests::useProfileAutomatically},
       {"delete", nullptr, &RecordRequests::deleteProfile},
   }};
+  // It stands in the place of a name.
+  if (job.words.has("--never") != (job.words.operands == std::vector<std::string>{"use-automatically"})) {
+    job.fail("use-automatically takes a profile, or --never and nothing else does", exit_status::usage);
+    return;
+  }
   dispatch(job, *this, actions);
 }
 
@@ -98,12 +104,28 @@ void RecordRequests::deleteProfile(const RequestJob& job, const std::string& nam
 }
 
 void RecordRequests::useProfile(const RequestJob& job, const std::string& name) const {
-  if (!services_.records.profiles.named(name)) {
+  services_.performer.perform(command::Profile{name}, {}, [job](const Outcome& outcome) { job.end(outcome); });
+}
+
+void RecordRequests::useProfileAutomatically(const RequestJob& job, const std::string& name) const {
+  const auto profile = services_.records.profiles.named(name);
+  if (!profile) {
     job.fail("No profile is called " + name);
-    return;
+  } else {
+    chooseProfile(job, profile->name);
   }
-  services_.records.profileCommands.use(name);
-  job.succeed();
+}
+
+void RecordRequests::useNoProfileAutomatically(const RequestJob& job) const {
+  chooseProfile(job, std::nullopt);
+}
+
+void RecordRequests::chooseProfile(const RequestJob& job, const std::optional<std::string>& name) const {
+  if (services_.records.automaticProfile.choose(name, services_.watcher.snapshot().get())) {
+    job.succeed();
+  } else {
+    job.fail("the settings could not be written", exit_status::cannotCreate);
+  }
 }
 
 void RecordRequests::layTemplate(RequestJob job) const {
@@ -133,12 +155,7 @@ void RecordRequests::listTemplates(const RequestJob& job) const {
 }
 
 void RecordRequests::applyTemplate(const RequestJob& job, const std::string& name) const {
-  if (!services_.records.templates.named(name)) {
-    job.fail("No template is called " + name);
-    return;
-  }
-  services_.records.templateCommands.apply(name);
-  job.succeed();
+  services_.performer.perform(command::Template{name}, {}, [job](const Outcome& outcome) { job.end(outcome); });
 }
 
 void RecordRequests::failImport(const RequestJob& job, const std::filesystem::path& path,

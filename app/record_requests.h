@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/command_performer.h"
 #include "app/record_services.h"
 #include "app/request_job.h"
 
@@ -10,6 +11,7 @@ class RecordRequests {
  public:
   struct Services {
     RecordServices& records;
+    CommandPerformer& performer;
     SpaceWatcher& watcher;
     SpaceStore& store;
     const Settings& settings;
@@ -27,6 +29,9 @@ class RecordRequests {
   void saveProfile(const RequestJob& job, const std::string& name) const;
   void deleteProfile(const RequestJob& job, const std::string& name) const;
   void useProfile(const RequestJob& job, const std::string& name) const;
+  void useProfileAutomatically(const RequestJob& job, const std::string& name) const;
+  void useNoProfileAutomatically(const RequestJob& job) const;
+  void chooseProfile(const RequestJob& job, const std::optional<std::string>& name) const;
   void layTemplate(RequestJob job) const;
   void listTemplates(const RequestJob& job) const;
   void applyTemplate(const RequestJob& job, const std::string& name) const;

@@ -10,15 +10,17 @@
 #include "app/exit_status.h"
 #include "app/request_words.h"
 #include "base/unicode.h"
+#include "commands/outcome.h"
 #include "platform/command_channel.h"
 
 namespace tallowin {
 
-/// A request that has been understood, on its way to the answer. Letting go of it unanswered tells the caller so.
+/// A request that has been understood, on its way to the answer. Letting go of the last copy unanswered tells the
+/// caller so.
 struct RequestJob {
   RequestWords words;
-  std::unique_ptr<Caller> caller;
-  std::string workingDirectory;  ///< where relative paths among the operands start from
+  std::shared_ptr<Caller> caller;  ///< shared with the copies that wait for something to happen
+  std::string workingDirectory;    ///< where relative paths among the operands start from
 
   /// A file that an operand names.
   [[nodiscard]] std::filesystem::path path(const std::string& operand) const {
@@ -47,6 +49,15 @@ struct RequestJob {
   }
 
   void succeed() const { caller->exit(exit_status::success); }
+
+  /// Ends it as the command that it asked for did.
+  void end(const Outcome& outcome) const {
+    if (outcome.kind == Outcome::Kind::done) {
+      succeed();
+    } else {
+      fail(outcome.sentence, outcome.kind == Outcome::Kind::refused ? exit_status::failure : exit_status::notObserved);
+    }
+  }
 };
 
 /// What each of the things in a list is called.

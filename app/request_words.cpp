@@ -10,31 +10,62 @@ namespace tallowin {
 
 namespace {
 
+using enum RequestKind;
+using enum RequestNature;
+
 constexpr auto words = std::to_array<RequestWord>({
-    {"list", RequestKind::list, "", "--json|--names|--urls", "List the Spaces."},
-    {"current", RequestKind::current, "", "--json", "Name the active Space."},
-    {"watch", RequestKind::watch, "", "--json", "Print the state, and a line for every change."},
-    {"windows", RequestKind::windows, "", "--all|--json", "List the windows of the active Space, or of all."},
-    {"mark", RequestKind::mark, "[LETTER]", "", "Mark the front window with a letter, or with the next one pressed."},
-    {"jump", RequestKind::jump, "[LETTER]", "", "Go to the window marked with it."},
-    {"pin", RequestKind::pin, "APP SPACE", "", "Send new windows of an application to a Space from now on."},
-    {"unpin", RequestKind::unpin, "APP", "", "Let them stay where they open."},
-    {"saved-spaces", RequestKind::savedSpaces, "", "--json|--names", "List the Spaces that were saved and closed."},
-    {"reopen", RequestKind::reopen, "SAVED-SPACE", "", "Open the applications of a saved Space again."},
-    {"edit", RequestKind::edit, "SPACE",
+    {"list", list, query, "", "--json|--names|--urls", "List the Spaces."},
+    {"current", current, query, "", "--json", "Name the active Space."},
+    {"watch", watch, control, "", "--json", "Print the state, and a line for every change."},
+    {"switch", command, action, "SPACE", "", "Switch to a Space, unless it is active.", "switch"},
+    {"next", command, action, "", "", "Step to the next Space.", "next"},
+    {"previous", command, action, "", "", "Step to the previous Space.", "previous"},
+    {"up", command, action, "", "", "Step up in the grid of Spaces.", "up"},
+    {"down", command, action, "", "", "Step down in it.", "down"},
+    {"back", command, action, "", "", "Go back to the Space that was active before.", "back"},
+    {"move-window", command, action, "SPACE", "--follow",
+     "Move the front window to a Space, or \"next\" or \"previous\"; --follow goes along.", "move-window"},
+    {"rename", command, action, "SPACE NAME", "", "Name a Space; an empty name takes it away.", "rename"},
+    {"note", command, action, "[SPACE] TEXT", "", "Note something about a Space; an empty text takes it away.", "note"},
+    {"notes", command, action, "[SPACE]", "", "Open the file of notes of a Space.", "notes"},
+    {"setup", command, action, "[SPACE]", "", "Open the settings of a Space.", "setup"},
+    {"edit", edit, action, "SPACE",
      "--name TEXT|--symbol SYMBOL|--color #RRGGBB|--note TEXT|--group TEXT|--icon FILE|--json",
      "Change what is said of a Space; an empty text takes it away."},
-    {"automation", RequestKind::automation, "SPACE [get|set|clear|run] [FILE]", "",
+    {"automation", automation, action, "SPACE [get|set|clear|run] [FILE]", "",
      "Show, set, clear or run what is done on entering and leaving a Space, as JSON."},
-    {"profile", RequestKind::profile, "list|save|use|delete [PROFILE]", "--json|--names", "Keep whole sets of names."},
-    {"template", RequestKind::layTemplate, "list|apply|import [TEMPLATE]", "--json|--names",
+    {"add-desktop", command, action, "", "", "Add a desktop.", "add-desktop"},
+    {"remove-desktop", command, action, "SPACE", "", "Remove a desktop.", "remove-desktop"},
+    {"windows", windows, query, "", "--all|--json", "List the windows of the active Space, or of all."},
+    {"search", command, action, "", "--all", "Open the search for windows of the active Space, or of all.", "windows"},
+    {"mark", mark, action, "[LETTER]", "", "Mark the front window with a letter, or with the next one pressed."},
+    {"jump", jump, action, "[LETTER]", "", "Go to the window marked with it."},
+    {"pin", pin, action, "APP SPACE", "", "Send new windows of an application to a Space from now on."},
+    {"unpin", unpin, action, "APP", "", "Let them stay where they open."},
+    {"minimize-all", command, action, "", "", "Minimise the windows of the active Space.", "minimize-all"},
+    {"undo-minimize", command, action, "", "", "Bring them all back.", "undo-minimize"},
+    {"scratchpad", command, action, "", "", "Show or hide the scratchpad application.", "scratchpad"},
+    {"save-layout", command, action, "", "", "Note where every window is.", "save-layout"},
+    {"restore-layout", command, action, "", "", "Put every window back there.", "restore-layout"},
+    {"eject", command, action, "", "", "Gather all windows on the built-in display.", "eject"},
+    {"save-space", command, action, "", "", "Save what is open on the active Space, and close it.", "save-space"},
+    {"saved-spaces", savedSpaces, query, "", "--json|--names", "List the Spaces that were saved and closed."},
+    {"reopen", reopen, action, "SAVED-SPACE", "", "Open the applications of a saved Space again."},
+    {"profile", profile, action, "list|save|use|use-automatically|delete [PROFILE]", "--never|--json|--names",
+     "Keep whole sets of names; use one whenever the present displays are connected, or --never."},
+    {"template", layTemplate, action, "list|apply|import [TEMPLATE]", "--json|--names",
      "Name a number of Spaces at once; import takes a file."},
-    {"time", RequestKind::time, "", "--days N|--csv FILE|--json", "Print the time spent in each Space."},
-    {"export", RequestKind::exportFile, "FILE", "", "Write everything that you have configured to a file."},
-    {"import", RequestKind::importFile, "FILE", "", "Take such a file over."},
-    {"diagnostics", RequestKind::diagnostics, "", "", "Print a report for support requests."},
-    {"answer", RequestKind::answer, "BUTTON", "", "Answer a question that Tallowin asks."},
-    {"quit", RequestKind::quit, "", "", "Tell the running Tallowin to quit."},
+    {"time", time, query, "", "--days N|--csv FILE|--json", "Print the time spent in each Space."},
+    {"export", exportFile, action, "FILE", "", "Write everything that you have configured to a file."},
+    {"import", importFile, action, "FILE", "", "Take such a file over."},
+    {"overview", command, action, "", "", "Open the overview.", "overview"},
+    {"launcher", command, action, "", "", "Open the launcher.", "launcher"},
+    {"settings", command, action, "", "", "Open the settings.", "settings"},
+    {"demo-tour", command, action, "", "", "Show what Tallowin does, with sample names.", "demo-tour"},
+    {"diagnostics", diagnostics, query, "", "", "Print a report for support requests."},
+    {"copy-diagnostics", command, action, "", "", "Copy it.", "diagnostics"},
+    {"answer", answer, control, "BUTTON", "", "Answer a question that Tallowin asks."},
+    {"quit", quit, control, "", "", "Tell the running Tallowin to quit."},
 });
 
 std::vector<std::string> split(std::string_view text, char separator) {
@@ -51,15 +82,37 @@ std::string usage(const RequestWord& word) {
   return "it is called so: tallowin " + usageOf(word);
 }
 
-bool takesSoMany(const RequestWord& word, std::size_t operands) {
-  const auto names = operandsOf(word);
-  const auto optional =
-      std::ranges::count_if(names, [](const std::string& operand) { return operand.starts_with('['); });
-  return operands <= names.size() && operands + static_cast<std::size_t>(optional) >= names.size();
+bool isOptional(std::string_view operand) {
+  return operand.starts_with('[');
 }
 
+/// Whether so many operands can be given, and none of them names a Space by an empty text, which would be a part of
+/// every name.
+bool fit(const RequestWord& word, std::span<const std::string> given) {
+  const auto names = operandsOf(word);
+  const auto required = names.size() - static_cast<std::size_t>(std::ranges::count_if(names, isOptional));
+  if (given.size() < required || given.size() > names.size()) {
+    return false;
+  }
+  auto optional = given.size() - required;
+  auto operand = given.begin();
+  for (const auto& name : names) {
+    if (isOptional(name) && optional == 0) {
+      continue;
+    }
+    optional -= isOptional(name) ? 1 : 0;
+    if (operand->empty() && (name == "SPACE" || name == "[SPACE]")) {
+      return false;
+    }
+    ++operand;
+  }
+  return true;
+}
+
+constexpr std::string_view endOfOptions = "--";
+
 bool isOption(std::string_view text) {
-  return text.starts_with("--");
+  return text.starts_with(endOfOptions);
 }
 
 /// Whether the word takes the option: nothing if not, else whether a value follows it.
@@ -73,13 +126,18 @@ std::optional<bool> takesValue(const RequestWord& word, const std::string& optio
 }
 
 std::expected<RequestWords, std::string> readWord(const RequestWord& word, std::span<const std::string> given) {
-  RequestWords read{word.kind, {}, {}};
+  RequestWords read{word.kind, {}, {}, word.command};
   bool named = false;
+  bool optionsEnded = false;
   for (std::size_t i = 0; i < given.size(); ++i) {
-    if (!isOption(given[i])) {
+    if (optionsEnded || !isOption(given[i])) {
       if (std::exchange(named, true)) {
         read.operands.push_back(given[i]);
       }
+      continue;
+    }
+    if (given[i] == endOfOptions) {
+      optionsEnded = true;
       continue;
     }
     const auto valued = takesValue(word, given[i]);
@@ -89,8 +147,7 @@ std::expected<RequestWords, std::string> readWord(const RequestWord& word, std::
     read.options[given[i]] = *valued ? given[i + 1] : "";
     i += *valued ? 1 : 0;
   }
-  return takesSoMany(word, read.operands.size()) ? std::expected<RequestWords, std::string>(read)
-                                                 : std::unexpected(usage(word));
+  return fit(word, read.operands) ? std::expected<RequestWords, std::string>(read) : std::unexpected(usage(word));
 }
 
 std::string unknown(const std::string& argument) {
@@ -102,6 +159,18 @@ bool isURL(const std::string& text) {
 }
 
 }  // namespace
+
+RequestNature RequestWords::nature() const {
+  if (kind == RequestKind::start || kind == RequestKind::url) {
+    return kind == RequestKind::start ? control : action;
+  }
+  const bool lists = (kind == profile || kind == layTemplate) && operands.front() == "list";
+  const bool shows = kind == automation && (operands.size() == 1 || operands[1] == "get");
+  if (lists || shows) {
+    return query;
+  }
+  return std::ranges::find(words, kind, &RequestWord::kind)->nature;
+}
 
 std::span<const RequestWord> requestWordTable() {
   return words;

@@ -14,6 +14,7 @@ namespace tallowin {
 enum class RequestKind {
   start,        ///< nothing more than that it runs
   url,          ///< to perform a tallowin:// URL
+  command,      ///< to perform a command that is given in words
   list,         ///< the Spaces
   current,      ///< the active Space
   watch,        ///< the Spaces, and every change
@@ -36,13 +37,22 @@ enum class RequestKind {
   quit,         ///< to end
 };
 
+/// How a request stands to the Spaces, and to a program that does not run yet.
+enum class RequestNature {
+  action,   ///< does something, for which the program is started when none runs
+  query,    ///< tells something, which holds after everything that was done before
+  control,  ///< is about the running program itself, and waits for nothing
+};
+
 /// The words of a request, understood.
 struct RequestWords {
   RequestKind kind = RequestKind::start;
   std::vector<std::string> operands;           ///< what follows the word, or the URL
   std::map<std::string, std::string> options;  ///< such as "--json", with what follows those that take a value
+  std::string_view command = {};               ///< for RequestKind::command, the host of the URL that it stands for
   bool operator==(const RequestWords&) const = default;
 
+  [[nodiscard]] RequestNature nature() const;
   [[nodiscard]] bool has(const std::string& option) const { return options.contains(option); }
   [[nodiscard]] bool json() const { return has("--json"); }
   [[nodiscard]] bool namesOnly() const { return has("--names"); }
@@ -53,9 +63,11 @@ struct RequestWords {
 struct RequestWord {
   std::string_view name;
   RequestKind kind;
-  std::string_view operands;  ///< as a usage line names them, separated by blanks; optional ones, the last, in brackets
-  std::string_view options;   ///< separated by bars, each with the name of its value if it takes one
-  std::string_view sentence;  ///< what it does, for people
+  RequestNature nature;
+  std::string_view operands;      ///< as a usage line names them, separated by blanks; optional ones in brackets
+  std::string_view options;       ///< separated by bars, each with the name of its value if it takes one
+  std::string_view sentence;      ///< what it does, for people
+  std::string_view command = {};  ///< for RequestKind::command, the host of the URL that it stands for
 };
 
 /// All words, in the order in which they are listed.

@@ -11,18 +11,18 @@ void SpaceNaming::give(const std::string& name, const std::string& spaceID) {
   }
 }
 
-void SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> answered) {
-  dialog_.present(shownSpace(space, store_), isNew,
-                  [this, alive = std::weak_ptr(alive_), id = space.id,
-                   answered = std::move(answered)](const std::optional<std::string>& name) {
-                    if (alive.expired()) {
-                      return;
-                    }
-                    if (name) {
-                      give(*name, id);
-                    }
-                    answered();
-                  });
+Shown SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> answered) {
+  return dialog_.present(shownSpace(space, store_), isNew,
+                         [this, alive = std::weak_ptr(alive_), id = space.id,
+                          answered = std::move(answered)](const std::optional<std::string>& name) {
+                           if (alive.expired()) {
+                             return;
+                           }
+                           if (name) {
+                             give(*name, id);
+                           }
+                           answered();
+                         });
 }
 
 }  // namespace tallowin

@@ -20,7 +20,7 @@ class SpaceNaming {
   void give(const std::string& name, const std::string& spaceID);
 
   /// Asks the user for the name. `answered` runs once he has given one or not; not if this object goes before.
-  void ask(const Space& space, bool isNew, std::function<void()> answered = [] {});
+  Shown ask(const Space& space, bool isNew, std::function<void()> answered = [] {});
 
  private:
   SpaceStore& store_;

@@ -27,7 +27,6 @@ void SpaceRequests::addTo(RequestTable& table) {
   const auto add = [&](RequestKind kind, void (SpaceRequests::*member)(RequestJob) const) {
     table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
   };
-  add(RequestKind::url, &SpaceRequests::openURL);
   add(RequestKind::list, &SpaceRequests::list);
   add(RequestKind::current, &SpaceRequests::current);
   add(RequestKind::watch, &SpaceRequests::watch);
@@ -39,15 +38,19 @@ void SpaceRequests::addTo(RequestTable& table) {
   };
 }
 
-void SpaceRequests::openURL(RequestJob job) const {
-  if (const auto fault = services_.openURL(job.words.operands.front())) {
-    job.fail(fault->message, exitStatus(*fault));
-  } else {
-    job.succeed();
+/// Whether there are Spaces to tell of; if not, that has been answered.
+bool SpaceRequests::haveSpaces(const RequestJob& job) const {
+  const bool have = !services_.watcher.snapshot().get().displays.empty();
+  if (!have) {
+    job.fail("there are no desktops here; \"tallowin --probe\" tells what is missing", exit_status::unavailable);
   }
+  return have;
 }
 
 void SpaceRequests::list(RequestJob job) const {
+  if (!haveSpaces(job)) {
+    return;
+  }
   const auto& snapshot = services_.watcher.snapshot().get();
   if (job.words.namesOnly() || job.words.has("--urls")) {
     std::vector<std::string> lines;
@@ -63,9 +66,12 @@ void SpaceRequests::list(RequestJob job) const {
 }
 
 void SpaceRequests::current(RequestJob job) const {
+  if (!haveSpaces(job)) {
+    return;
+  }
   const auto space = services_.watcher.snapshot().get().activeSpace();
   if (!space) {
-    job.fail("there is no active Space");
+    job.fail(noActiveSpace);
     return;
   }
   job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, services_.apps))

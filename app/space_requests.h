@@ -2,7 +2,6 @@
 
 #include "app/request_job.h"
 #include "app/state_feed.h"
-#include "app/url_command.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/alerts.h"
@@ -23,8 +22,6 @@ class SpaceRequests {
     RunLoop& runLoop;
     Alerts& alerts;
     AppNames apps;
-    /// Performs a URL, or answers why not.
-    std::function<std::optional<URLFault>(const std::string& url)> openURL;
   };
 
   explicit SpaceRequests(Services services) : services_(std::move(services)) {}
@@ -33,7 +30,7 @@ class SpaceRequests {
   void addTo(RequestTable& table);
 
  private:
-  void openURL(RequestJob job) const;
+  [[nodiscard]] bool haveSpaces(const RequestJob& job) const;
   void list(RequestJob job) const;
   void current(RequestJob job) const;
   void watch(RequestJob job) const;

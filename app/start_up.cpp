@@ -1,5 +1,7 @@
 // How the application controller starts: everything in its order.
 
+#include <tuple>
+
 #include "app/app_delegate.h"
 
 namespace tallowin {
@@ -33,7 +35,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::openSettingsIfAsked() {
   if (options_.settingsTab) {
     settingsWindow_ = platform_.mainQueue.after(settingsWindowDelay, [this] {
-      platform_.presentation.settingsWindow.show(options_.settingsTab, std::nullopt);
+      std::ignore = platform_.presentation.settingsWindow.show(options_.settingsTab, std::nullopt);
     });
   }
 }
@@ -77,6 +79,9 @@ void AppDelegate::startWatching() {
   watcher_.onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
     pipeline_.activeSpaceChanged(from, to);
   };
+  if (platform_.windowServer.CGSBridgeConnection() != 0) {
+    underWay_.awaitFirstSnapshot();
+  }
   watcher_.start();
   displaySetChanges_.start();
 }

@@ -25,7 +25,7 @@ StateFeed::StateFeed(Services services)
         soon_ = services_.mainQueue.after(Duration::zero(), [this] { refresh(); });
       })) {}
 
-void StateFeed::add(std::unique_ptr<Caller> caller, bool json) {
+void StateFeed::add(std::shared_ptr<Caller> caller, bool json) {
   refresh();  // the others are to know what this one is told
   if (caller->out(line("state", json))) {
     readers_.push_back({std::move(caller), json});

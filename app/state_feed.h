@@ -33,14 +33,14 @@ class StateFeed {
   explicit StateFeed(Services services);
 
   /// Tells `caller` from now on, until it goes.
-  void add(std::unique_ptr<Caller> caller, bool json);
+  void add(std::shared_ptr<Caller> caller, bool json);
 
   /// Looks for changes since the last look, and tells them.
   void refresh();
 
  private:
   struct Reader {
-    std::unique_ptr<Caller> caller;
+    std::shared_ptr<Caller> caller;  ///< shared with the request until that has been handled
     bool json;
   };
   /// What changes are told of.

@@ -8,6 +8,9 @@
 
 namespace tallowin {
 
+/// What is said when there is no Space to step to.
+inline constexpr auto noNeighbour = "There is no Space in that direction";
+
 /// What the user wants of stepping through the Spaces of a display.
 struct SteppingRules {
   bool wrapAround = true;

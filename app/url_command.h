@@ -13,6 +13,7 @@ struct URLFault {
     notURL,      ///< no URL at all
     unknown,     ///< a URL that is no command
     doubledKey,  ///< one whose query names a key twice, on which the process ends
+    refused,     ///< a command that was understood, of which nothing was done
   };
   Kind kind = Kind::unknown;
   std::string message;

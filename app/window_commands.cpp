@@ -1,105 +1,125 @@
 #include "app/window_commands.h"
 
+#include <algorithm>
+
 #include "app/stepping.h"
+#include "commands/space_ref.h"
 
 namespace tallowin {
 
-void WindowCommands::fail(std::string_view message) const {
+void WindowCommands::fail(std::string_view message, const CommandAnswer& answer) const {
   services_.toasts.show({std::string(message), std::nullopt, true});
+  answer.refuse(message);
 }
 
-void WindowCommands::moveFrontWindow(const Space& target) {
+void WindowCommands::moveFrontWindow(const Space& target, bool follow, const CommandAnswer& answer) {
   auto& windows = services_.windows;
   const auto window = windows.mover.frontWindow();
   if (!window) {
-    fail(description(WindowMover::Failure::noWindow));
+    fail(description(WindowMover::Failure::noWindow), answer);
     windows.contents.refresh();
     return;
   }
   const auto application = services_.workspace.frontmostApplication();
   const auto name = application && application->localizedName ? *application->localizedName : "Window";
   windows.mover.move(
-      *window, target, snapshot(), services_.settings.boolean("followMovedWindow"), true,
-      [this, name, target](WindowMover::Result result) {
-        if (result) {
-          services_.toasts.show({"Moved " + name + " to " + services_.store.displayName(target), std::nullopt});
+      *window, target, snapshot(), follow, true, [this, name, target, follow, answer](WindowMover::Result result) {
+        if (!result) {
+          fail(description(result.error()), answer);
         } else {
-          fail(description(result.error()));
+          services_.toasts.show({"Moved " + name + " to " + services_.store.displayName(target), std::nullopt});
+          answer.doneWhen([follow, id = target.id](const SpaceSnapshot& now) { return !follow || now.isActive(id); });
         }
         services_.windows.contents.refresh();
       });
 }
 
-void WindowCommands::moveFrontWindowStep(bool right) {
+void WindowCommands::moveFrontWindowStep(bool right, bool follow, const CommandAnswer& answer) {
   const auto display = services_.switcher.displayUnderMouse(snapshot());
-  if (!display) {
-    return;
-  }
   const auto& settings = services_.settings;
   const SteppingRules rules{settings.boolean("wrapAround"), settings.boolean("hideFullscreenSpaces"), false};
-  if (const auto target = neighbour(*display, right, rules, {})) {
-    moveFrontWindow(*target);
+  if (const auto target = display ? neighbour(*display, right, rules, {}) : std::nullopt) {
+    moveFrontWindow(*target, follow, answer);
+  } else {
+    answer.refuse(noNeighbour);
   }
 }
 
-void WindowCommands::saveLayout() {
+Outcome WindowCommands::saveLayout() {
   services_.windows.contents.readNow();
-  services_.windows.layoutCommands.saveLayout(snapshot());
+  return services_.windows.layoutCommands.saveLayout(snapshot());
 }
 
-void WindowCommands::restoreLayout() {
+void WindowCommands::restoreLayout(const CommandAnswer& answer) {
   services_.windows.contents.readNow();
-  services_.windows.layoutCommands.restoreLayout(snapshot());
+  services_.windows.layoutCommands.restoreLayout(snapshot(), answer);
 }
 
-void WindowCommands::eject() {
+void WindowCommands::eject(const CommandAnswer& answer) {
   services_.windows.contents.readNow();
-  services_.windows.layoutCommands.eject(snapshot());
+  services_.windows.layoutCommands.eject(snapshot(), answer);
 }
 
-void WindowCommands::toggleScratchpad() {
+Outcome WindowCommands::toggleScratchpad() {
   services_.windows.contents.readNow();
-  services_.windows.scratchpad.toggle(snapshot(), services_.toasts);
+  return services_.windows.scratchpad.toggle(snapshot(), services_.toasts);
 }
 
-void WindowCommands::minimizeAll() {
-  if (const auto space = snapshot().activeSpace()) {
-    auto& windows = services_.windows;
-    windows.contents.readNow();
-    services_.toasts.show(minimizedToast(windows.minimizer.minimizeAll(*space, windows.contents)));
-    windows.contents.refresh();
+Outcome WindowCommands::minimizeAll() {
+  const auto space = snapshot().activeSpace();
+  if (!space) {
+    return Outcome::refused(noActiveSpace);
   }
+  auto& windows = services_.windows;
+  windows.contents.readNow();
+  services_.toasts.show(minimizedToast(windows.minimizer.minimizeAll(*space, windows.contents)));
+  windows.contents.refresh();
+  return Outcome::done();
 }
 
-void WindowCommands::undoMinimize() {
+Outcome WindowCommands::undoMinimize() {
+  const bool canUndo = services_.windows.minimizer.canUndo();
   services_.windows.minimizer.undo();
   services_.windows.contents.refresh();
+  return canUndo ? Outcome::done() : Outcome::refused("No windows are minimized that could be brought back");
 }
 
-void WindowCommands::saveAndClose() {
-  if (const auto space = snapshot().activeSpace()) {
-    services_.windows.contents.readNow();
-    services_.windows.savedSpaceCommands.saveAndClose(*space);
-    services_.windows.contents.refresh();
+Outcome WindowCommands::saveAndClose() {
+  const auto space = snapshot().activeSpace();
+  if (!space) {
+    return Outcome::refused(noActiveSpace);
   }
+  services_.windows.contents.readNow();
+  const auto outcome = services_.windows.savedSpaceCommands.saveAndClose(*space);
+  services_.windows.contents.refresh();
+  return outcome;
 }
 
-void WindowCommands::addDesktop() {
-  services_.windows.management.addDesktop(tellFailure());
+void WindowCommands::addDesktop(const CommandAnswer& answer) {
+  const auto isNew = [before = snapshot()](const Space& space) { return !before.space(space.id); };
+  services_.windows.management.addDesktop(
+      answerWhen([isNew](const SpaceSnapshot& now) { return std::ranges::any_of(now.allSpaces(), isNew); }, answer));
 }
 
-void WindowCommands::removeDesktop(const Space& space) {
-  if (space.desktopNumber) {
-    services_.windows.management.removeDesktop(*space.desktopNumber, tellFailure());
-  } else {
-    fail(description(SpaceManagement::Failure::notFound));
+void WindowCommands::removeDesktop(const Space& space, const CommandAnswer& answer) {
+  if (!space.desktopNumber) {
+    fail(description(SpaceManagement::Failure::notFound), answer);
+    return;
   }
+  // Where a desktop's identity is its place, the list gets shorter at its end.
+  const auto isGone = [id = space.id, count = snapshot().allSpaces().size()](const SpaceSnapshot& now) {
+    return !now.space(id) || now.allSpaces().size() < count;
+  };
+  services_.windows.management.removeDesktop(*space.desktopNumber, answerWhen(isGone, answer));
 }
 
-SpaceManagement::Completion WindowCommands::tellFailure() const {
-  return [this](SpaceManagement::Result result) {
-    if (!result) {
-      fail(description(result.error()));
+SpaceManagement::Completion WindowCommands::answerWhen(CommandAnswer::Condition condition,
+                                                       const CommandAnswer& answer) const {
+  return [this, condition = std::move(condition), answer](SpaceManagement::Result result) {
+    if (result) {
+      answer.doneWhen(condition);
+    } else {
+      fail(description(result.error()), answer);
     }
   };
 }

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "app/window_services.h"
+#include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "core/space_watcher.h"
 
@@ -24,29 +25,31 @@ class WindowCommands {
 
   explicit WindowCommands(Services services) : services_(services) {}
 
-  /// Moves the front window to a Space.
-  void moveFrontWindow(const Space& target);
+  /// Moves the front window to a Space; with `follow` the user goes along.
+  void moveFrontWindow(const Space& target, bool follow, const CommandAnswer& answer);
   /// Moves it to the Space beside the active one of the display under the mouse.
-  void moveFrontWindowStep(bool right);
+  void moveFrontWindowStep(bool right, bool follow, const CommandAnswer& answer);
 
-  void saveLayout();
-  void restoreLayout();
-  void eject();
+  [[nodiscard]] Outcome saveLayout();
+  void restoreLayout(const CommandAnswer& answer);
+  void eject(const CommandAnswer& answer);
 
-  void toggleScratchpad();
+  [[nodiscard]] Outcome toggleScratchpad();
   /// Minimises the windows of the current Space, or brings back what was minimised last.
-  void minimizeAll();
-  void undoMinimize();
+  [[nodiscard]] Outcome minimizeAll();
+  [[nodiscard]] Outcome undoMinimize();
   /// Saves the current Space and closes its windows.
-  void saveAndClose();
+  [[nodiscard]] Outcome saveAndClose();
 
-  void addDesktop();
-  void removeDesktop(const Space& space);
+  void addDesktop(const CommandAnswer& answer);
+  void removeDesktop(const Space& space, const CommandAnswer& answer);
 
  private:
   [[nodiscard]] const SpaceSnapshot& snapshot() const { return services_.watcher.snapshot().get(); }
-  [[nodiscard]] SpaceManagement::Completion tellFailure() const;
-  void fail(std::string_view message) const;
+  /// For an operation that has been successful only when a snapshot shows what it was for.
+  [[nodiscard]] SpaceManagement::Completion answerWhen(CommandAnswer::Condition condition,
+                                                       const CommandAnswer& answer) const;
+  void fail(std::string_view message, const CommandAnswer& answer) const;
 
   const Services services_;
 };

@@ -100,7 +100,7 @@ void WindowRequests::pin(RequestJob job) const {
   if (!bundleID) {
     job.fail("no application called " + application + " is running or installed");
   } else if (!space) {
-    job.fail(notFoundMessage(ref).value_or("there is no active Space"));
+    job.fail(notFoundMessage(ref).value_or(noActiveSpace));
   } else {
     pinApplication(*bundleID, *space, services_.store);
     if (!services_.settings.boolean("applyAppRules")) {

@@ -5,10 +5,15 @@
 
 namespace tallowin {
 
-void ProfileCommands::use(const std::string& name) {
+Outcome ProfileCommands::use(const std::string& name) {
   const auto stored = profiles_.activate(name);
-  toasts_.show(stored ? Toast{"Profile: " + *stored, "person.crop.rectangle.stack"}
-                      : Toast{"No profile is called " + name, std::nullopt, true});
+  if (!stored) {
+    const auto message = "No profile is called " + name;
+    toasts_.show({message, std::nullopt, true});
+    return Outcome::refused(message);
+  }
+  toasts_.show({"Profile: " + *stored, "person.crop.rectangle.stack"});
+  return Outcome::done();
 }
 
 std::string profileList(const std::vector<std::string>& names, const std::string& active) {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "automation/profile_store.h"
+#include "commands/outcome.h"
 #include "platform/toasts.h"
 
 namespace tallowin {
@@ -13,7 +14,7 @@ class ProfileCommands {
   ProfileCommands(ProfileStore& profiles, Toasts& toasts) : profiles_(profiles), toasts_(toasts) {}
 
   /// Switches to the profile of this name, ignoring case.
-  void use(const std::string& name);
+  Outcome use(const std::string& name);
 
  private:
   ProfileStore& profiles_;

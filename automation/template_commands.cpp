@@ -18,18 +18,20 @@ std::size_t spacesOf(const SpaceSnapshot& snapshot) {
 
 }  // namespace
 
-void TemplateCommands::apply(const std::string& name) {
+Outcome TemplateCommands::apply(const std::string& name) {
   const auto layout = services_.templates.named(name);
   if (!layout) {
-    services_.toasts.show({"No template is called " + name, std::nullopt, true});
-    return;
+    const auto message = "No template is called " + name;
+    services_.toasts.show({message, std::nullopt, true});
+    return Outcome::refused(message);
   }
   const auto outcome = services_.templates.apply(*layout, services_.snapshot());
-  if (outcome.missing == 0) {
-    services_.toasts.show(applied(*layout));
-  } else {
+  if (outcome.missing > 0) {
     askToAdd(*layout, outcome);
+    return Outcome::notSeen();
   }
+  services_.toasts.show(applied(*layout));
+  return Outcome::done();
 }
 
 void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome) {

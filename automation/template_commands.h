@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "automation/space_templates.h"
+#include "commands/outcome.h"
 #include "platform/alerts.h"
 #include "platform/main_queue.h"
 #include "platform/toasts.h"
@@ -37,8 +38,8 @@ class TemplateCommands {
   TemplateCommands& operator=(const TemplateCommands&) = delete;
 
   /// Applies the template of this name. When there are too few desktops, asks whether to add the others, and then adds
-  /// them and applies it again.
-  void apply(const std::string& name);
+  /// them and applies it again; what becomes of that is not waited for.
+  Outcome apply(const std::string& name);
 
   /// Whether desktops are being added that the template will name.
   [[nodiscard]] bool isAddingDesktops() const { return adding_; }

@@ -46,4 +46,7 @@ struct SpaceRef {
 /// What to say when it names nothing; nothing for the current Space.
 [[nodiscard]] std::optional<std::string> notFoundMessage(const SpaceRef& ref);
 
+/// What those who must say something then say of the current Space.
+inline constexpr auto noActiveSpace = "there is no active Space";
+
 }  // namespace tallowin

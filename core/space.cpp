@@ -72,6 +72,11 @@ std::optional<Space> SpaceSnapshot::space(std::string_view id) const {
   return firstOf(allSpaces(), [id](const Space& space) { return space.id == id; });
 }
 
+bool SpaceSnapshot::isActive(std::string_view id) const {
+  const auto found = space(id);
+  return found && found->isActive;
+}
+
 std::optional<DisplaySpaces> SpaceSnapshot::menuBarDisplay() const {
   if (auto found = firstOf(displays, [](const DisplaySpaces& display) { return display.isMenuBarDisplay; })) {
     return found;

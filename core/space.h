@@ -55,6 +55,8 @@ struct SpaceSnapshot {
   [[nodiscard]] std::vector<Space> allSpaces() const;
   /// The active Space of each display that has one, displays in order.
   [[nodiscard]] std::vector<Space> activeSpaces() const;
+  /// Whether this is the id of a display's active Space.
+  [[nodiscard]] bool isActive(std::string_view id) const;
   /// The active Space of the menu-bar display: what "the active Space" means without a display.
   [[nodiscard]] std::optional<Space> activeSpace() const;
   /// The first Space with this desktop number.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/shown.h"
+
 namespace tallowin {
 
 /// Shows the user what there is: once at the first run, and in the demonstration mode on request. Main thread only.
@@ -10,7 +12,7 @@ class GuidedTour {
   /// The welcome of the first run. False when it cannot be shown, so that it is still owed.
   virtual bool welcome() = 0;
 
-  virtual void runDemo() = 0;
+  virtual Shown runDemo() = 0;
 };
 
 }  // namespace tallowin

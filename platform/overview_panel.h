@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/shown.h"
+
 namespace tallowin {
 
 /// The panel with a tile for each Space. Main thread only.
@@ -8,7 +10,7 @@ class OverviewPanel {
   virtual ~OverviewPanel() = default;
 
   /// Shows it, or hides it when it is shown.
-  virtual void toggle() = 0;
+  virtual Shown toggle() = 0;
 
   [[nodiscard]] virtual bool isShown() const = 0;
 };

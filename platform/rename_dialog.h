@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/shown.h"
 #include "platform/shown_space.h"
 
 namespace tallowin {
@@ -17,8 +18,9 @@ class RenameDialog {
   virtual ~RenameDialog() = default;
 
   /// Asks without blocking, in place of a dialog that is still open (which then ends without a name). `isNew`: the
-  /// Space has just been made, and the user did not ask to name it. `completion` runs once, maybe inside this call.
-  virtual void present(const ShownSpace& space, bool isNew, Completion completion) = 0;
+  /// Space has just been made, and the user did not ask to name it. `completion` runs once, maybe inside this call,
+  /// also when the dialog cannot be shown.
+  virtual Shown present(const ShownSpace& space, bool isNew, Completion completion) = 0;
 };
 
 }  // namespace tallowin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/shown.h"
+
 namespace tallowin {
 
 /// The panels in which the user searches. Main thread only.
@@ -8,10 +10,10 @@ class SearchPanels {
   virtual ~SearchPanels() = default;
 
   /// For windows, of the current Space or of all.
-  virtual void showWindows(bool allSpaces) = 0;
+  virtual Shown showWindows(bool allSpaces) = 0;
 
   /// For applications to launch.
-  virtual void showLauncher() = 0;
+  virtual Shown showLauncher() = 0;
 };
 
 }  // namespace tallowin

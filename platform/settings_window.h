@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/shown.h"
+
 namespace tallowin {
 
 /// The window in which the user changes settings. Main thread only.
@@ -18,7 +20,7 @@ class SettingsWindow {
 
   /// Opens it, or brings it to the front, on one of `tabs` (absent: the one used last); with `spaceID` the tab "spaces"
   /// shows the page of that Space.
-  virtual void show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) = 0;
+  virtual Shown show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) = 0;
 };
 
 }  // namespace tallowin

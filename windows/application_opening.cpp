@@ -2,11 +2,11 @@
 
 namespace tallowin {
 
-void openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category) {
+bool openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category) {
   const auto application = workspace.URLForApplicationWithBundleIdentifier(bundleID);
   if (!application) {
     log.info(category, "no application " + bundleID + " to open");
-    return;
+    return false;
   }
   workspace.openApplicationAtURL(
       *application, OpenConfiguration(),
@@ -15,6 +15,7 @@ void openApplication(const std::string& bundleID, Workspace& workspace, Log& log
           log.error(category, "cannot open " + bundleID + ": " + opened.error());
         }
       });
+  return true;
 }
 
 }  // namespace tallowin

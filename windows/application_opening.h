@@ -9,7 +9,7 @@
 namespace tallowin {
 
 /// Opens and activates the application with this bundle identifier. That it is not installed or cannot be opened is
-/// logged under `category`. `log` must outlive the opening. Main thread only.
-void openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category);
+/// logged under `category`; false when it is not installed. `log` must outlive the opening. Main thread only.
+bool openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category);
 
 }  // namespace tallowin

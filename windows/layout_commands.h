@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/commands_under_way.h"
 #include "platform/toasts.h"
 #include "windows/layout_manager.h"
 
@@ -11,13 +12,13 @@ class LayoutCommands {
   LayoutCommands(LayoutManager& layouts, Toasts& toasts) : layouts_(layouts), toasts_(toasts) {}
 
   /// Saves the layout "manual" for the displays that are connected.
-  void saveLayout(const SpaceSnapshot& snapshot);
+  Outcome saveLayout(const SpaceSnapshot& snapshot);
 
   /// Puts windows back as "manual" has them, or "auto" if that was never saved for these displays.
-  void restoreLayout(const SpaceSnapshot& snapshot);
+  void restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
 
   /// Gathers all windows on the display that stays when the others are unplugged.
-  void eject(const SpaceSnapshot& snapshot);
+  void eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
 
  private:
   LayoutManager& layouts_;

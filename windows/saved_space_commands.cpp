@@ -6,20 +6,23 @@ namespace {
 
 constexpr auto symbol = "archivebox";
 
-Toast failed(SavedSpaces::Failure failure) {
-  return {failure == SavedSpaces::Failure::noWindows ? "This Space has no windows to save"
-                                                     : "This Space could not be saved",
-          std::nullopt, true};
+std::string_view description(SavedSpaces::Failure failure) {
+  return failure == SavedSpaces::Failure::noWindows ? "This Space has no windows to save"
+                                                    : "This Space could not be saved";
 }
 
 }  // namespace
 
-void SavedSpaceCommands::saveAndClose(const Space& space) {
+Outcome SavedSpaceCommands::saveAndClose(const Space& space) {
   const auto saved = savedSpaces_.saveAndClose(space);
-  toasts_.show(saved ? Toast{"Saved " + saved->name + " with " + std::to_string(saved->apps.size()) +
-                                 " apps and closed its windows",
-                             symbol}
-                     : failed(saved.error()));
+  if (!saved) {
+    const auto message = description(saved.error());
+    toasts_.show({std::string(message), std::nullopt, true});
+    return Outcome::refused(message);
+  }
+  const auto apps = std::to_string(saved->apps.size());
+  toasts_.show({"Saved " + saved->name + " with " + apps + " apps and closed its windows", symbol});
+  return Outcome::done();
 }
 
 void SavedSpaceCommands::reopen(const SavedSpace& space) {

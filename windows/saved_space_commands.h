@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/outcome.h"
 #include "platform/toasts.h"
 #include "windows/saved_spaces.h"
 
@@ -10,7 +11,7 @@ class SavedSpaceCommands {
  public:
   SavedSpaceCommands(SavedSpaces& savedSpaces, Toasts& toasts) : savedSpaces_(savedSpaces), toasts_(toasts) {}
 
-  void saveAndClose(const Space& space);
+  Outcome saveAndClose(const Space& space);
   void reopen(const SavedSpace& space);
 
  private:

@@ -16,21 +16,26 @@ bool isShown(const RunningApplication& application) {
 
 }  // namespace
 
-void Scratchpad::toggle(const SpaceSnapshot& snapshot, Toasts& toasts) {
+Outcome Scratchpad::toggle(const SpaceSnapshot& snapshot, Toasts& toasts) {
   const auto bundleID = services_.settings.text("scratchpadApp");
   if (bundleID.empty()) {
-    toasts.show({"Choose a scratchpad app in Settings > Windows", std::nullopt, true});
-    return;
+    constexpr auto message = "Choose a scratchpad app in Settings > Windows";
+    toasts.show({message, std::nullopt, true});
+    return Outcome::refused(message);
   }
   const auto running = services_.workspace.runningApplicationsWithBundleIdentifier(bundleID);
   const auto shown = std::ranges::find_if(running, isShown);
   if (running.empty()) {
-    openApplication(bundleID, services_.workspace, services_.log, category);
-  } else if (shown != running.end()) {
+    return openApplication(bundleID, services_.workspace, services_.log, category)
+               ? Outcome::done()
+               : Outcome::refused("The application " + bundleID + " is not installed");
+  }
+  if (shown != running.end()) {
     services_.workspace.hide(shown->pid);
   } else {
     bring(bundleID, running.front().pid, snapshot);
   }
+  return Outcome::done();
 }
 
 void Scratchpad::bring(const std::string& bundleID, ProcessID anyProcess, const SpaceSnapshot& snapshot) {

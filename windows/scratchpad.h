@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/settings.h"
+#include "commands/outcome.h"
 #include "core/space.h"
 #include "platform/log.h"
 #include "platform/toasts.h"
@@ -30,7 +31,7 @@ class Scratchpad {
   /// Hides the application if it is the active one, and shows it otherwise: it is opened if it does not run, and its
   /// first window brought over if that stands on another Space than the active one of the menu-bar display. `toasts`
   /// tells the user when no application is chosen.
-  void toggle(const SpaceSnapshot& snapshot, Toasts& toasts);
+  Outcome toggle(const SpaceSnapshot& snapshot, Toasts& toasts);
 
  private:
   void bring(const std::string& bundleID, ProcessID anyProcess, const SpaceSnapshot& snapshot);

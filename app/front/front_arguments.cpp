@@ -29,8 +29,14 @@ bool contains(const std::array<std::string_view, count>& list, std::string_view 
 
 FrontArguments readFrontArguments(const char* const* arguments) {
   FrontArguments read;
+  bool optionsEnded = false;
   for (; *arguments != nullptr; ++arguments) {
     const std::string_view argument = *arguments;
+    optionsEnded = optionsEnded || argument == "--";
+    if (optionsEnded) {
+      read.request.emplace_back(argument);
+      continue;
+    }
     const bool hasValue = contains(startOptions, argument) || argument == "--home";
     if (hasValue && arguments[1] == nullptr) {
       read.forInstance = false;  // a mistake, which the whole program words

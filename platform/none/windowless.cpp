@@ -26,9 +26,10 @@ class Shortcomings {
   }
 
   /// What the user asks for now.
-  void refuse(const std::string& what) {
+  Shown refuse(const std::string& what) {
     lack(true, what);
     services_.toasts.show({sentence(what), std::nullopt, true});
+    return std::unexpected(sentence(what));
   }
 
  private:
@@ -62,35 +63,37 @@ class NoHUD : public Lacking<HUD> {
 class NoOverview : public Lacking<OverviewPanel> {
  public:
   using Lacking::Lacking;
-  void toggle() override { shortcomings_.refuse("The overview is"); }
+  Shown toggle() override { return shortcomings_.refuse("The overview is"); }
   [[nodiscard]] bool isShown() const override { return false; }
 };
 
 class NoSearchPanels : public Lacking<SearchPanels> {
  public:
   using Lacking::Lacking;
-  void showWindows(bool /*allSpaces*/) override { shortcomings_.refuse("The window search is"); }
-  void showLauncher() override { shortcomings_.refuse("The launcher is"); }
+  Shown showWindows(bool /*allSpaces*/) override { return shortcomings_.refuse("The window search is"); }
+  Shown showLauncher() override { return shortcomings_.refuse("The launcher is"); }
 };
 
 class NoSettingsWindow : public Lacking<SettingsWindow> {
  public:
   using Lacking::Lacking;
-  void show(const std::optional<std::string>& /*tab*/, const std::optional<std::string>& /*spaceID*/) override {
-    shortcomings_.refuse("The settings window is");
+  Shown show(const std::optional<std::string>& /*tab*/, const std::optional<std::string>& /*spaceID*/) override {
+    return shortcomings_.refuse("The settings window is");
   }
 };
 
 class NoRenameDialog : public Lacking<RenameDialog> {
  public:
   using Lacking::Lacking;
-  void present(const ShownSpace& /*space*/, bool isNew, Completion completion) override {
+  Shown present(const ShownSpace& /*space*/, bool isNew, Completion completion) override {
+    Shown shown;
     if (isNew) {
       shortcomings_.lack(true, "The question for the name of a new Space is");
     } else {
-      shortcomings_.refuse("The dialog that renames a Space is");
+      shown = shortcomings_.refuse("The dialog that renames a Space is");
     }
     completion(std::nullopt);
+    return shown;
   }
 };
 
@@ -154,7 +157,7 @@ class NoTour : public Lacking<GuidedTour> {
  public:
   using Lacking::Lacking;
   bool welcome() override { return false; }
-  void runDemo() override { shortcomings_.refuse("The demo tour is"); }
+  Shown runDemo() override { return shortcomings_.refuse("The demo tour is"); }
 };
 
 class NoPreviews : public Lacking<PreviewDisplay> {

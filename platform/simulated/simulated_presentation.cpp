@@ -18,19 +18,22 @@ void SimulatedHUD::show(const ShownSpace& space) {
   journal_.record("hud", arguments);
 }
 
-void SimulatedOverview::toggle() {
+Shown SimulatedOverview::toggle() {
   shown_ = !shown_;
   journal_.record("overview", {{"shown", shown_}});
+  return {};
 }
 
-void SimulatedSettingsWindow::show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) {
+Shown SimulatedSettingsWindow::show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) {
   journal_.record("settingsWindow", {{"tab", optionalText(tab)}, {"spaceID", optionalText(spaceID)}});
+  return {};
 }
 
-void SimulatedRenameDialog::present(const ShownSpace& space, bool isNew, Completion completion) {
+Shown SimulatedRenameDialog::present(const ShownSpace& space, bool isNew, Completion completion) {
   answer(std::nullopt);
   journal_.record("renameDialog", {{"id", space.id}, {"name", space.name}, {"isNew", isNew}});
   open_ = std::move(completion);
+  return {};
 }
 
 void SimulatedRenameDialog::answer(const std::optional<std::string>& name) {

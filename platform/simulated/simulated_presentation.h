@@ -24,7 +24,7 @@ class SimulatedHUD : public HUD {
 class SimulatedOverview : public OverviewPanel {
  public:
   explicit SimulatedOverview(Journal& journal) : journal_(journal) {}
-  void toggle() override;
+  Shown toggle() override;
   [[nodiscard]] bool isShown() const override { return shown_; }
 
  private:
@@ -35,8 +35,14 @@ class SimulatedOverview : public OverviewPanel {
 class SimulatedSearchPanels : public SearchPanels {
  public:
   explicit SimulatedSearchPanels(Journal& journal) : journal_(journal) {}
-  void showWindows(bool allSpaces) override { journal_.record("windowPanel", {{"allSpaces", allSpaces}}); }
-  void showLauncher() override { journal_.record("launcher", nlohmann::ordered_json::object()); }
+  Shown showWindows(bool allSpaces) override {
+    journal_.record("windowPanel", {{"allSpaces", allSpaces}});
+    return {};
+  }
+  Shown showLauncher() override {
+    journal_.record("launcher", nlohmann::ordered_json::object());
+    return {};
+  }
 
  private:
   Journal& journal_;
@@ -45,7 +51,7 @@ class SimulatedSearchPanels : public SearchPanels {
 class SimulatedSettingsWindow : public SettingsWindow {
  public:
   explicit SimulatedSettingsWindow(Journal& journal) : journal_(journal) {}
-  void show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) override;
+  Shown show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) override;
 
  private:
   Journal& journal_;
@@ -54,7 +60,7 @@ class SimulatedSettingsWindow : public SettingsWindow {
 class SimulatedRenameDialog : public RenameDialog {
  public:
   explicit SimulatedRenameDialog(Journal& journal) : journal_(journal) {}
-  void present(const ShownSpace& space, bool isNew, Completion completion) override;
+  Shown present(const ShownSpace& space, bool isNew, Completion completion) override;
 
   /// The user gives the name, or cancels. Nothing happens without a dialog.
   void answer(const std::optional<std::string>& name);
@@ -135,7 +141,10 @@ class SimulatedTour : public GuidedTour {
     journal_.record("welcome", nlohmann::ordered_json::object());
     return true;
   }
-  void runDemo() override { journal_.record("demoTour", nlohmann::ordered_json::object()); }
+  Shown runDemo() override {
+    journal_.record("demoTour", nlohmann::ordered_json::object());
+    return {};
+  }
 
  private:
   Journal& journal_;

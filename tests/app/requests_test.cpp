@@ -23,6 +23,13 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
       {{"edit", "3", "--name", ""}, {RequestKind::edit, {"3"}, {{"--name", ""}}}},
       {{"automation", "3", "set", "f"}, {RequestKind::automation, {"3", "set", "f"}, {}}},
       {{"pin", "xterm", "3"}, {RequestKind::pin, {"xterm", "3"}, {}}},
+      {{"switch", "Mail"}, {RequestKind::command, {"Mail"}, {}, "switch"}},
+      {{"search", "--all"}, {RequestKind::command, {}, {{"--all", ""}}, "windows"}},
+      {{"rename", "2", ""}, {RequestKind::command, {"2", ""}, {}, "rename"}},
+      {{"rename", "2", "--", "--strange"}, {RequestKind::command, {"2", "--strange"}, {}, "rename"}},
+      {{"note", "text"}, {RequestKind::command, {"text"}, {}, "note"}},
+      {{"note", ""}, {RequestKind::command, {""}, {}, "note"}},
+      {{"note", "2", "text"}, {RequestKind::command, {"2", "text"}, {}, "note"}},
       {{"tallowin://switch/3"}, {RequestKind::url, {"tallowin://switch/3"}, {}}},
   };
   for (const auto& [words, expected] : understood) {
@@ -36,6 +43,10 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
       {{"pin", "xterm"}, "it is called so: tallowin pin APP SPACE"},
       {{"jump", "a", "b"}, "it is called so: tallowin jump [LETTER]"},
       {{"windows", "--json", "--every"}, "it is called so: tallowin windows [--all] [--json]"},
+      {{"rename", "2"}, "it is called so: tallowin rename SPACE NAME"},
+      {{"remove-desktop"}, "it is called so: tallowin remove-desktop SPACE"},
+      {{"switch", ""}, "it is called so: tallowin switch SPACE"},
+      {{"note", "", "text"}, "it is called so: tallowin note [SPACE] TEXT"},
       {{"--json"}, "--json goes with what is asked for, as in: tallowin list --json"},
       {{"tallowin://back", "--json"}, "a URL goes alone"},
   };
@@ -59,6 +70,7 @@ TEST(FrontArguments, TellWhatTheInstanceCanDo) {
       {{"--probe"}, false, "", {"--probe"}},
       {{"--switch", "3", "classic"}, false, "", {"--switch", "3", "classic"}},
       {{"edit", "3", "--name", "classic"}, true, "", {"edit", "3", "--name", "classic"}},
+      {{"rename", "2", "--", "--demo"}, true, "", {"rename", "2", "--", "--demo"}},
       {{"--home"}, false, "", {}},
       {{"--simulate", "s.json"}, false, "", {"--simulate", "s.json"}},
   };

@@ -208,6 +208,11 @@ exit 0" ask current
   pass_if_eventually "watch follows xdotool" "active 1" last_watched
   pass_if "back goes back" "exit 0" "$(ask tallowin://back)"
   pass_if_eventually "to where it was" 1 current_desktop
+  pass_if "a word ends when it has happened" "exit 0 0" "$(ask switch 1) $(current_desktop)"
+  pass_if "and does nothing when it is so" "exit 0 0" "$(ask switch 1) $(current_desktop)"
+  pass_if "or says why not" "tallowin: No Space is called nowhere
+exit 1" "$(ask switch nowhere)"
+  pass_if "who asks is told of every switch before" "" "$(stale_answers)"
   capability "Run all the time, one instance for all callers"
   eventually grep -qs 'Mail & more' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/spaces.json"
   kill -KILL -- "-$INSTANCE_GROUP"
@@ -219,6 +224,15 @@ exit 0" ask current
   pass_if_eventually "nothing is lost" "Mail & more
 exit 0" ask current
   quit_instance
+}
+
+# Each time that the list does not show the desktop that was switched to just before.
+stale_answers() {
+  local number
+  for number in 2 1 2 1 2 1 2 1 2 1; do
+    ask "tallowin://switch/$number" >/dev/null
+    ask list | grep '^\*' | grep -v "^\* $number "
+  done
 }
 
 # The name is there after openbox has started again, and the instance goes on.

@@ -105,7 +105,7 @@ TEST(LayoutManager, OnlyOrdinaryWindowsOfKnownApplicationsAreCaptured) {
   const auto layout = program.layouts->save("manual", program.snapshot());
   EXPECT_THAT(layout.entries, IsEmpty()) << "one without bundle identifier, one full screen";
   EXPECT_THAT(program.desktop.files().list(layoutFolder), IsEmpty());
-  program.commands.restoreLayout(program.snapshot());
+  program.commands.restoreLayout(program.snapshot(), {});
   EXPECT_THAT(program.takeToasts(), ElementsAre("! No saved window layout for these displays yet"));
 }
 
@@ -123,7 +123,7 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
     program.files().overwrite(layoutFile("manual"), manual);
     program.moveByHand(101, 4);
     program.readWindows();
-    program.commands.restoreLayout(program.snapshot());
+    program.commands.restoreLayout(program.snapshot(), {});
     program.time.advance(1s);
     EXPECT_THAT(program.takeToasts(),
                 ElementsAre("Put " + std::to_string(count) + " windows back on their Spaces (rectangle.3.group)"));

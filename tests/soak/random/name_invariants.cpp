@@ -54,7 +54,7 @@ class NamesAreKept : public Invariant {
     if (!known_ || tampered_ || !mayReplace_ || !written_ || run_.now() - saidAt_ < 400ms) {
       return;
     }
-    if (saidAt_ >= writtenAt_ && saidAt_ != Duration::zero()) {
+    if (saidAt_ > writtenAt_ && saidAt_ != Duration::zero()) {
       run_.fail("names are kept", "nothing was written after the last change");
     }
     const auto kept = run_.supportFile("spaces.json");
@@ -100,7 +100,7 @@ class NamesAreKept : public Invariant {
     }
     // A slash is encoded in an address.
     for (const auto* const elsewhere :
-         {"\"use\"", "profile/", "profile%2F", "template/", "template%2F", "\"import\""}) {
+         {"\"use\"", "\"use-automatically\"", "\"apply\"", "profile/", "profile%2F", "template/", "template%2F", "\"import\""}) {
       known_ = known_ && !mentions(action, elsewhere);
     }
     tampered_ = tampered_ || rewrittenFile(action) == namesFile;
@@ -114,6 +114,9 @@ class NamesAreKept : public Invariant {
         edit.second[words[i].substr(2)] = words[i + 1];
       }
       return edit;
+    }
+    if (words.size() == 3 && (words[0] == "rename" || words[0] == "note")) {
+      return Edit{idOfDesktop(words[1]), {{words[0] == "rename" ? "name" : "note", words[2]}}};
     }
     const auto url = words.empty() ? std::nullopt : URL::parse(words[0]);
     if (!url || (url->host != "rename" && url->host != "note") || url->queryItems.empty()) {

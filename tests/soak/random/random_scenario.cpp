@@ -28,6 +28,11 @@ constexpr Event calmEvents[] = {
     {8, R"({"do": "runCommand", "arguments": ["edit", "$number", "--name", "$words", "--note", "$words"]})"},
     {3, R"({"do": "runCommand", "arguments": ["tallowin://rename/$number?name=$encoded"]})"},
     {3, R"({"do": "runCommand", "arguments": ["tallowin://note/$number?text=$encoded"]})"},
+    {3, R"({"do": "runCommand", "arguments": ["?rename|note", "$number", "$words"]})"},
+    {1, R"({"do": "runCommand", "arguments": ["?profile|template", "?use|apply|use-automatically", "?Work|Mine"]})"},
+    {6,
+     R"([{"do": "runCommand", "arguments": ["tallowin://switch/$number"]},
+         {"do": "runCommand", "arguments": ["current", "--json"]}])"},
     {3, R"({"do": "openWindow", "number": "$window", "pid": "$pid", "title": "$words", "space": "$space"})"},
     {2, R"({"do": "closeWindow", "number": "$window"})"},
     {2, R"({"do": "moveWindow", "number": "$window", "space": "$space"})"},
@@ -144,12 +149,16 @@ class ScriptDrawer {
     const auto target = "/command?url=" + percentEncoded(url);
     const auto* const token = dice_.chance(90) ? "Bearer 5e7f2c1a" : "Bearer wrong";
     const Json words = Json::array({url});
+    const auto slash = std::min(rest.find('/'), rest.size());
+    const auto plain = slash == rest.size() ? Json::array({rest})
+                                            : Json::array({rest.substr(0, slash), rest.substr(slash + 1)});
     return dice_.oneOf(std::to_array<Json>({
         {{"do", "openURL"}, {"url", url}},
         {{"do", "callDBus"}, {"member", "Perform"}, {"arguments", words}},
         {{"do", "httpRequest"}, {"method", "POST"}, {"target", target}, {"headers", {{"Authorization", token}}}},
         {{"do", "runCommand"}, {"arguments", words}},
-        {{"do", "runCommand"}, {"arguments", words}},
+        {{"do", "runCommand"}, {"arguments", plain}},
+        {{"do", "callDBus"}, {"member", "Do"}, {"arguments", Json::array({plain})}},
     }));
   }
 
