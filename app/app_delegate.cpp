@@ -74,7 +74,11 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
       editRequests_({watcher_, store_, automation_, platform.files, platform.images, appNames(windows_.contents)}),
       requests_(answers(), underWay_),
       scripting_({platform.scriptEvents, platform.desktopService, platform.mainQueue, watcher_, store_,
-                  [this](const std::string& url) { return handleURLEvent(url); }}),
+                  [this](const std::string& url) { return handleURLEvent(url); },
+                  [this](const Request& request, std::unique_ptr<Caller> caller) {
+                    requests_.handle(request, std::move(caller));
+                  },
+                  underWay_, platform.folders}),
       localAPI_(
           {platform.files, paths_, settings, platform.listeners, platform.mainQueue, platform.system, platform.log},
           options.port) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "app/exit_status.h"
+#include "app/request_words.h"
 #include "commands/command_methods.h"
 #include "commands/intents.h"
 
@@ -10,8 +12,10 @@ namespace tallowin {
 namespace {
 
 using Result = DesktopService::Result;
+using Reply = DesktopService::Reply;
 using Arguments = std::vector<ServiceDescription::Argument>;
 
+constexpr auto failed = "com.quorvex.Tallowin.Error.Failed";
 constexpr auto notUnderstood = "com.quorvex.Tallowin.Error.NotUnderstood";
 constexpr auto invalidArguments = "org.freedesktop.DBus.Error.InvalidArgs";
 constexpr auto unknownMethod = "org.freedesktop.DBus.Error.UnknownMethod";
@@ -62,9 +66,9 @@ DesktopMethod methodOf(const CommandMethod& method, const ScriptingBridge& bridg
   }
   return {commandInterface,
           {std::string(method.name), in, {}},
-          [&bridge, make = method.make](const PropertyList& arguments) -> Result {
+          [&bridge, make = method.make](const PropertyList& arguments, const Reply& reply) {
             bridge.send(make(arguments));
-            return nullptr;
+            reply(nullptr);
           }};
 }
 
@@ -74,16 +78,16 @@ DesktopMethod methodOf(const Intent& intent, const ScriptingBridge& bridge) {
   const auto out = intent.answersText() ? Arguments{{"s", "name"}} : Arguments();
   return {commandInterface,
           {std::string(intent.name), in, out},
-          [&bridge, name = std::string(intent.name), parameter](const PropertyList& arguments) -> Result {
+          [&bridge, name = std::string(intent.name), parameter](const PropertyList& arguments, const Reply& reply) {
             IntentEvent event{name};
             for (const auto& argument : arguments) {
               event.parameters[parameter] = argument;
             }
-            return performIntent(event, bridge).value_or(nullptr);  // there is an intent of this name
+            reply(performIntent(event, bridge).value_or(nullptr));  // there is an intent of this name
           }};
 }
 
-/// Performs them all, and answers the first that was not understood.
+/// Performs them all, and answers the first that was not understood or could not be carried out.
 Result open(const OpenURL& openURL, const PropertyList& urls) {
   std::optional<URLFault> first;
   for (const auto& url : urls) {
@@ -92,7 +96,56 @@ Result open(const OpenURL& openURL, const PropertyList& urls) {
       first = std::move(fault);
     }
   }
-  return first ? Result(std::unexpected(ServiceError{notUnderstood, first->message})) : nullptr;
+  if (!first) {
+    return nullptr;
+  }
+  const auto* const name = first->kind == URLFault::Kind::refused ? failed : notUnderstood;
+  return std::unexpected(ServiceError{name, first->message});
+}
+
+/// Whoever sent words by the bus. He is answered when they end, with whether all went well and what was said.
+class ReplyingCaller : public Caller {
+ public:
+  explicit ReplyingCaller(Reply reply) : reply_(std::move(reply)) {}
+  ~ReplyingCaller() override {
+    if (reply_) {
+      exit(exit_status::unavailable);
+    }
+  }
+  ReplyingCaller(const ReplyingCaller&) = delete;
+  ReplyingCaller& operator=(const ReplyingCaller&) = delete;
+
+  bool out(std::string_view text) override { return said(text); }
+  bool err(std::string_view text) override {
+    constexpr std::string_view program = "tallowin: ";  // as a terminal needs it
+    return said(text.starts_with(program) ? text.substr(program.size()) : text);
+  }
+  void exit(int status) override {
+    if (said_.ends_with('\n')) {
+      said_.pop_back();
+    }
+    std::exchange(reply_, nullptr)(PropertyList::array({status == exit_status::success, said_}));
+  }
+  void exitAtEnd(int status) override { exit(status); }
+
+ private:
+  bool said(std::string_view text) {
+    said_ += text;
+    return true;
+  }
+
+  Reply reply_;
+  std::string said_;
+};
+
+void doWords(const CommandChannel::Handler& request, const std::string& folder, const std::vector<std::string>& words,
+             const Reply& reply) {
+  const auto read = readRequestWords(words);
+  if (read && read->kind == RequestKind::watch) {
+    reply(PropertyList::array({false, "PropertiesChanged tells of every change"}));
+  } else {
+    request({words, folder}, std::make_unique<ReplyingCaller>(reply));
+  }
 }
 
 Result activate(const ScriptingBridge& bridge, const std::string& name) {
@@ -106,22 +159,26 @@ Result activate(const ScriptingBridge& bridge, const std::string& name) {
 
 void addApplicationMethods(std::vector<DesktopMethod>& methods, const ScriptingBridge& bridge, const OpenURL& openURL) {
   const ServiceDescription::Argument platformData{"a{sv}", "platform_data"};
-  methods.push_back({applicationInterface, {"Activate", {platformData}, {}}, [&bridge](const PropertyList&) -> Result {
-                       bridge.send(command::OpenSettings{});
-                       return nullptr;
-                     }});
-  methods.push_back({applicationInterface,
-                     {"Open", {{"as", "uris"}, platformData}, {}},
-                     [openURL](const PropertyList& arguments) { return open(openURL, arguments[0]); }});
+  methods.push_back(
+      {applicationInterface, {"Activate", {platformData}, {}}, [&bridge](const PropertyList&, const Reply& reply) {
+         bridge.send(command::OpenSettings{});
+         reply(nullptr);
+       }});
   methods.push_back(
       {applicationInterface,
-       {"ActivateAction", {{"s", "action_name"}, {"av", "parameter"}, platformData}, {}},
-       [&bridge](const PropertyList& arguments) { return activate(bridge, arguments[0].get<std::string>()); }});
+       {"Open", {{"as", "uris"}, platformData}, {}},
+       [openURL](const PropertyList& arguments, const Reply& reply) { reply(open(openURL, arguments[0])); }});
+  methods.push_back({applicationInterface,
+                     {"ActivateAction", {{"s", "action_name"}, {"av", "parameter"}, platformData}, {}},
+                     [&bridge](const PropertyList& arguments, const Reply& reply) {
+                       reply(activate(bridge, arguments[0].get<std::string>()));
+                     }});
 }
 
 }  // namespace
 
-std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL) {
+std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL,
+                                          const CommandChannel::Handler& request, const std::string& folder) {
   std::vector<DesktopMethod> methods;
   for (const auto& method : commandMethods()) {
     methods.push_back(methodOf(method, bridge));
@@ -129,24 +186,30 @@ std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const O
   for (const auto& intent : intents()) {
     methods.push_back(methodOf(intent, bridge));
   }
-  methods.push_back({commandInterface, {"Perform", {{"s", "url"}}, {}}, [openURL](const PropertyList& arguments) {
-                       return open(openURL, arguments);
+  methods.push_back(
+      {commandInterface, {"Perform", {{"s", "url"}}, {}}, [openURL](const PropertyList& arguments, const Reply& reply) {
+         reply(open(openURL, arguments));
+       }});
+  methods.push_back({commandInterface,
+                     {"Do", {{"as", "words"}}, {{"b", "ok"}, {"s", "sentence"}}},
+                     [request, folder](const PropertyList& arguments, const Reply& reply) {
+                       doWords(request, folder, arguments[0], reply);
                      }});
   addApplicationMethods(methods, bridge, openURL);
   return methods;
 }
 
-Result run(const std::vector<DesktopMethod>& methods, const std::string& interface, const std::string& name,
-           const PropertyList& arguments) {
+void run(const std::vector<DesktopMethod>& methods, const std::string& interface, const std::string& name,
+         const PropertyList& arguments, const Reply& reply) {
   const auto method = std::ranges::find_if(
       methods, [&](const DesktopMethod& each) { return each.interface == interface && each.declared.name == name; });
   if (method == methods.end()) {
-    return std::unexpected(ServiceError{unknownMethod, "there is no method " + name});
+    reply(std::unexpected(ServiceError{unknownMethod, "there is no method " + name}));
+  } else if (!fit(arguments, method->declared.in)) {
+    reply(std::unexpected(ServiceError{invalidArguments, usage(method->declared)}));
+  } else {
+    method->run(arguments, reply);
   }
-  if (!fit(arguments, method->declared.in)) {
-    return std::unexpected(ServiceError{invalidArguments, usage(method->declared)});
-  }
-  return method->run(arguments);
 }
 
 }  // namespace tallowin

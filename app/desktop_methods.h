@@ -7,6 +7,7 @@
 
 #include "app/url_command.h"
 #include "commands/scripting_bridge.h"
+#include "platform/command_channel.h"
 #include "platform/desktop_service.h"
 
 namespace tallowin {
@@ -21,17 +22,20 @@ struct DesktopMethod {
   std::string interface;
   ServiceDescription::Method declared;
   /// For arguments that have the declared types.
-  std::function<DesktopService::Result(const PropertyList& arguments)> run;
+  std::function<void(const PropertyList& arguments, const DesktopService::Reply& reply)> run;
 };
 
 /// Performs a URL, or answers why not.
 using OpenURL = std::function<std::optional<URLFault>(const std::string& url)>;
 
-/// All methods. The bridge must outlive them.
-[[nodiscard]] std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL);
+/// All methods. `request` does what words ask for; relative paths among them start from `folder`. The bridge must
+/// outlive them.
+[[nodiscard]] std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL,
+                                                        const CommandChannel::Handler& request,
+                                                        const std::string& folder);
 
 /// Runs the method of this name. Arguments that have other types than it declares are refused.
-[[nodiscard]] DesktopService::Result run(const std::vector<DesktopMethod>& methods, const std::string& interface,
-                                         const std::string& name, const PropertyList& arguments);
+void run(const std::vector<DesktopMethod>& methods, const std::string& interface, const std::string& name,
+         const PropertyList& arguments, const DesktopService::Reply& reply);
 
 }  // namespace tallowin

@@ -22,7 +22,7 @@ void addTo(std::vector<ServiceDescription::Interface>& interfaces, const Desktop
 
 DesktopObject::DesktopObject(Services services)
     : services_(std::move(services)),
-      methods_(desktopMethods(services_.bridge, services_.openURL)),
+      methods_(desktopMethods(services_.bridge, services_.openURL, services_.request, services_.folders.home.string())),
       properties_{{{"Spaces", "aa{sv}", &DesktopObject::spaces},
                    {"Current", "(xs)", &DesktopObject::current},
                    {"Names", "as", &DesktopObject::names}}} {}
@@ -32,10 +32,10 @@ void DesktopObject::offer() {
   observers_.push_back(services_.store.observeWillChange([this] { lookSoon(); }));
   offered_ = services_.service.offer(
       description(),
-      {[this](const std::string& interface, const std::string& method, const PropertyList& arguments) {
-         return run(methods_, interface, method, arguments);
-       },
-       [this](const std::string& /*interface*/, const std::string& property) { return value(property); }});
+      {[this](const std::string& interface, const std::string& method, const PropertyList& arguments,
+              const DesktopService::Reply& reply) { run(methods_, interface, method, arguments, reply); },
+       [this](const std::string& /*interface*/, const std::string& property) { return value(property); },
+       [this](std::function<void()> work) { services_.underWay.whenSettled(std::move(work)); }});
 }
 
 ServiceDescription DesktopObject::description() const {

@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "app/desktop_methods.h"
+#include "commands/commands_under_way.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
+#include "platform/folders.h"
 #include "platform/main_queue.h"
 
 namespace tallowin {
@@ -22,6 +24,9 @@ class DesktopObject {
     SpaceStore& store;
     const ScriptingBridge& bridge;
     OpenURL openURL;
+    CommandChannel::Handler request;
+    CommandsUnderWay& underWay;
+    const Folders& folders;
   };
 
   explicit DesktopObject(Services services);

@@ -8,7 +8,7 @@ namespace tallowin {
 ScriptingChannels::ScriptingChannels(Services services)
     : services_(std::move(services)),
       object_({services_.desktopService, services_.mainQueue, services_.watcher, services_.store, bridge_,
-               services_.openURL}) {}
+               services_.openURL, services_.request, services_.underWay, services_.folders}) {}
 
 ScriptingChannels::~ScriptingChannels() {
   services_.scriptEvents.setHandlers({});

@@ -16,6 +16,9 @@ class ScriptingChannels {
     SpaceWatcher& watcher;
     SpaceStore& store;
     OpenURL openURL;
+    CommandChannel::Handler request;
+    CommandsUnderWay& underWay;
+    const Folders& folders;
   };
 
   explicit ScriptingChannels(Services services);

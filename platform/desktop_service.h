@@ -25,7 +25,7 @@ struct ServiceDescription {
   struct Method {
     std::string name;
     std::vector<Argument> in;
-    std::vector<Argument> out;  ///< one at most
+    std::vector<Argument> out;  ///< if there are several, the result is the list of them
   };
   /// What can be read, and not written. Every change is told.
   struct Property {
@@ -56,12 +56,19 @@ class DesktopService {
  public:
   /// What a call answers.
   using Result = std::expected<PropertyList, ServiceError>;
+  /// Takes that answer, once; later ones are ignored.
+  using Reply = std::function<void(const Result&)>;
   /// The program's side.
   struct Handlers {
-    /// Does what a method is called for, with the list of its arguments. Answers null for methods without a result.
-    std::function<Result(const std::string& interface, const std::string& method, const PropertyList& arguments)> call;
+    /// Does what a method is called for, with the list of its arguments. `reply` is called then or later; with null for
+    /// methods without a result.
+    std::function<void(const std::string& interface, const std::string& method, const PropertyList& arguments,
+                       const Reply& reply)>
+        call;
     /// The value of a property at this moment. Must change nothing.
     std::function<PropertyList(const std::string& interface, const std::string& property)> property;
+    /// Runs `work`, which reads properties for somebody, when they show what has been called for before: then or later.
+    std::function<void(std::function<void()> work)> whenSettled;
   };
 
   virtual ~DesktopService() = default;

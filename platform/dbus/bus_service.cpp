@@ -17,6 +17,23 @@ constexpr std::size_t mostCalls = 1024;  ///< that wait for their answers
 /// Of the reply to RequestName (D-Bus Specification): another one has the name, and this connection is next.
 constexpr std::uint32_t inQueue = 2;
 
+constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
+
+/// Whether somebody wants to know properties.
+bool isReading(sd_bus_message* message) {
+  return sd_bus_message_is_method_call(message, propertiesInterface, "Get") > 0 ||
+         sd_bus_message_is_method_call(message, propertiesInterface, "GetAll") > 0;
+}
+
+int appendResults(sd_bus_message* message, const std::vector<ServiceDescription::Argument>& results,
+                  const PropertyList& values) {
+  int status = 0;
+  for (std::size_t index = 0; index < results.size() && status >= 0; ++index) {
+    status = appendValue(message, results[index].type, results.size() == 1 ? values : values[index]);
+  }
+  return status;
+}
+
 /// The member of this name, which is there: the bus has found it by the same description.
 template <typename Member>
 const Member& find(const std::vector<Member>& members, std::string_view name) {
@@ -92,8 +109,9 @@ void BusService::opened() {
 
 int BusService::addObject(sd_bus* bus) {
   const auto& path = offered_->description.path;
-  int status = 0;
   sd_bus_slot* slot = nullptr;
+  int status = sd_bus_add_filter(bus, &slot, filtered, this);
+  slots_.emplace_back(std::exchange(slot, nullptr));
   for (const auto& interface : offered_->interfaces) {
     status = status < 0
                  ? status
@@ -129,51 +147,96 @@ void BusService::withdraw() {
   offered_.reset();
 }
 
+/// It is answered soon.
+void BusService::take(sd_bus_message* call) {
+  calls_.emplace_back(sd_bus_message_ref(call));
+  answering_ = queue_.after(Duration::zero(), [this] { answerNext(); });
+}
+
 void BusService::answerNext() {
   const auto offered = offered_;  // until the call has gone
-  const auto call = std::move(calls_.front());
+  auto call = std::move(calls_.front());
   calls_.pop_front();
   if (!calls_.empty()) {
     answering_ = queue_.after(Duration::zero(), [this] { answerNext(); });
   }
-  answer(*offered, call.get());
-}
-
-void BusService::answer(const Offered& offered, sd_bus_message* call) const {
-  std::string resultType;
-  const auto result = handle(offered, call, resultType);
-  const auto* const bus = link_.bus();
-  if (bus == nullptr || bus->raw() != sd_bus_message_get_bus(call)) {
-    return;  // lost meanwhile
-  }
-  sd_bus_message* reply = nullptr;
-  int status = 0;
-  if (result) {
-    status = sd_bus_message_new_method_return(call, &reply);
-    if (status >= 0 && !resultType.empty()) {
-      status = appendValue(reply, resultType, *result);
-    }
+  if (isReading(call.get())) {
+    answerReading(offered, std::move(call));
   } else {
-    status = sd_bus_message_new_method_errorf(call, &reply, result.error().name.c_str(), "%s",
-                                              transmissible(result.error().message).c_str());
+    answerCall(offered, std::move(call));
   }
-  if (status >= 0 && sd_bus_message_get_expect_reply(call) > 0) {
-    sd_bus_send(nullptr, reply, nullptr);
-  }
-  sd_bus_message_unref(reply);
-  link_.bus()->serve();
 }
 
-DesktopService::Result BusService::handle(const Offered& offered, sd_bus_message* call, std::string& resultType) {
-  const std::string interfaceName = sd_bus_message_get_interface(call);
-  const std::string methodName = sd_bus_message_get_member(call);
-  const auto& method = find(find(offered.description.interfaces, interfaceName).methods, methodName);
+void BusService::answerCall(const std::shared_ptr<const Offered>& offered, BusMessage call) {
+  const std::string interfaceName = sd_bus_message_get_interface(call.get());
+  const std::string methodName = sd_bus_message_get_member(call.get());
+  const auto& method = find(find(offered->description.interfaces, interfaceName).methods, methodName);
   auto arguments = PropertyList::array();
   for (const auto& argument : method.in) {
-    arguments.push_back(readArgument(call, argument.type));
+    arguments.push_back(readArgument(call.get(), argument.type));
   }
-  resultType = method.out.empty() ? "" : method.out.front().type;
-  return offered.handlers.call(interfaceName, methodName, arguments);
+  offered->handlers.call(interfaceName, methodName, arguments,
+                         [this, alive = std::weak_ptr(alive_), offered, &results = method.out,
+                          call = std::shared_ptr<sd_bus_message>(std::move(call))](const Result& result) {
+                           if (alive.expired()) {
+                             return;
+                           }
+                           if (result) {
+                             reply(call.get(),
+                                   [&](sd_bus_message* message) { return appendResults(message, results, *result); });
+                           } else {
+                             refuse(call.get(), result.error());
+                           }
+                         });
+}
+
+void BusService::answerReading(const std::shared_ptr<const Offered>& offered, BusMessage call) {
+  offered->handlers.whenSettled(
+      [this, alive = std::weak_ptr(alive_), offered, call = std::shared_ptr<sd_bus_message>(std::move(call))] {
+        if (alive.expired()) {
+          return;
+        }
+        sd_bus_message_rewind(call.get(), 1);
+        const auto interface = readArgument(call.get(), "s").get<std::string>();
+        std::vector<NamedBusValue> values;
+        for (const auto& [name, type] : find(offered->description.interfaces, interface).properties) {
+          values.push_back({name, type, offered->handlers.property(interface, name)});
+        }
+        reply(call.get(), [&](sd_bus_message* message) {
+          if (sd_bus_message_is_method_call(call.get(), propertiesInterface, "GetAll") > 0) {
+            return appendNamed(message, values);
+          }
+          const auto& read = find(values, readArgument(call.get(), "s").get<std::string>());
+          return appendVariant(message, read.type, read.value);
+        });
+      });
+}
+
+bool BusService::canReply(sd_bus_message* call) const {
+  const auto* const bus = link_.bus();
+  return bus != nullptr && bus->raw() == sd_bus_message_get_bus(call) && sd_bus_message_get_expect_reply(call) > 0;
+}
+
+void BusService::reply(sd_bus_message* call, const Filling& fill) const {
+  sd_bus_message* message = nullptr;
+  if (canReply(call) && sd_bus_message_new_method_return(call, &message) >= 0 && fill(message) >= 0) {
+    send(message);
+  }
+  sd_bus_message_unref(message);
+}
+
+void BusService::refuse(sd_bus_message* call, const ServiceError& error) const {
+  sd_bus_message* message = nullptr;
+  if (canReply(call) && sd_bus_message_new_method_errorf(call, &message, error.name.c_str(), "%s",
+                                                         transmissible(error.message).c_str()) >= 0) {
+    send(message);
+  }
+  sd_bus_message_unref(message);
+}
+
+void BusService::send(sd_bus_message* reply) const {
+  sd_bus_send(nullptr, reply, nullptr);
+  link_.bus()->serve();
 }
 
 void BusService::sayOnce(std::string_view what) {
@@ -187,9 +250,30 @@ int BusService::called(sd_bus_message* call, void* self, sd_bus_error* error) {
   if (service->calls_.size() >= mostCalls) {
     return sd_bus_error_set(error, SD_BUS_ERROR_LIMITS_EXCEEDED, "too many calls at once");
   }
-  service->calls_.emplace_back(sd_bus_message_ref(call));
-  service->answering_ = service->queue_.after(Duration::zero(), [service] { service->answerNext(); });
+  service->take(call);
   return 1;  // the reply follows
+}
+
+/// Takes readings of the program's properties. Whatever is wrong with them sd-bus finds out itself.
+int BusService::filtered(sd_bus_message* message, void* self, sd_bus_error* error) {
+  auto* const service = static_cast<BusService*>(self);
+  if (!isReading(message) || service->offered_->description.path != sd_bus_message_get_path(message)) {
+    return 0;
+  }
+  const auto interface = readArgument(message, "s");
+  const auto property = readArgument(message, "s");
+  const bool ours = interface.is_string() && service->has(interface.get<std::string>(), property);
+  sd_bus_message_rewind(message, 1);
+  return ours ? called(message, self, error) : 0;
+}
+
+/// Whether there is such a property; null stands for any.
+bool BusService::has(const std::string& interface, const PropertyList& property) const {
+  const auto& interfaces = offered_->description.interfaces;
+  const auto found = std::ranges::find(interfaces, interface, &ServiceDescription::Interface::name);
+  return found != interfaces.end() &&
+         (property.is_null() ||
+          std::ranges::any_of(found->properties, [&](const auto& each) { return property == each.name; }));
 }
 
 int BusService::named(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {

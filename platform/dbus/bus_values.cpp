@@ -46,16 +46,17 @@ int appendStructure(sd_bus_message* message, std::string_view memberTypes, const
   return status;
 }
 
+int appendEntry(sd_bus_message* message, const std::string& name, std::string_view type, const PropertyList& value) {
+  return appendInside(message, SD_BUS_TYPE_DICT_ENTRY, "sv", [&] {
+    const int named = appendValue(message, "s", name);
+    return named < 0 ? named : appendVariant(message, type, value);
+  });
+}
+
 int appendEntries(sd_bus_message* message, const PropertyList& dictionary) {
   int status = 0;
   for (auto entry = dictionary.begin(); entry != dictionary.end() && status >= 0; ++entry) {
-    status = appendInside(message, SD_BUS_TYPE_DICT_ENTRY, "sv", [&] {
-      const std::string type(typeOf(*entry));
-      const int named = appendValue(message, "s", entry.key());
-      return named < 0
-                 ? named
-                 : appendInside(message, SD_BUS_TYPE_VARIANT, type, [&] { return appendValue(message, type, *entry); });
-    });
+    status = appendEntry(message, entry.key(), typeOf(*entry), *entry);
   }
   return status;
 }
@@ -127,6 +128,21 @@ int appendValue(sd_bus_message* message, std::string_view type, const PropertyLi
                         [&] { return appendStructure(message, memberTypes, value); });
   }
   return type.size() == 1 ? appendBasic(message, type.front(), value) : -EINVAL;
+}
+
+int appendVariant(sd_bus_message* message, std::string_view type, const PropertyList& value) {
+  return appendInside(message, SD_BUS_TYPE_VARIANT, std::string(type),
+                      [&] { return appendValue(message, type, value); });
+}
+
+int appendNamed(sd_bus_message* message, const std::vector<NamedBusValue>& values) {
+  return appendInside(message, SD_BUS_TYPE_ARRAY, "{sv}", [&] {
+    int status = 0;
+    for (const auto& [name, type, value] : values) {
+      status = status < 0 ? status : appendEntry(message, name, type, value);
+    }
+    return status;
+  });
 }
 
 }  // namespace tallowin

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <systemd/sd-bus.h>
+#include <vector>
 
 #include "platform/property_list.h"
 
@@ -16,5 +17,18 @@ namespace tallowin {
 
 /// Appends a value as a result or property of this type. Negative, as of errno(3), when it has another one.
 [[nodiscard]] int appendValue(sd_bus_message* message, std::string_view type, const PropertyList& value);
+
+/// Appends a value of this type as a variant.
+[[nodiscard]] int appendVariant(sd_bus_message* message, std::string_view type, const PropertyList& value);
+
+/// Something with a name.
+struct NamedBusValue {
+  std::string name;
+  std::string type;
+  PropertyList value;
+};
+
+/// Appends them as "a{sv}".
+[[nodiscard]] int appendNamed(sd_bus_message* message, const std::vector<NamedBusValue>& values);
 
 }  // namespace tallowin

@@ -32,28 +32,34 @@ void SimulatedDesktopService::tellChanged(const std::string& interface, const st
 }
 
 void SimulatedDesktopService::call(const std::string& member, const PropertyList& arguments) {
-  const auto result = answer(member, arguments);
-  if (result) {
-    journal_.record("busReply", {{"member", member}, {"value", *result}});
-  } else {
-    journal_.record("busReply",
-                    {{"member", member}, {"error", result.error().name}, {"message", result.error().message}});
-  }
+  answer(member, arguments, [this, member](const Result& result) {
+    if (result) {
+      journal_.record("busReply", {{"member", member}, {"value", *result}});
+    } else {
+      journal_.record("busReply",
+                      {{"member", member}, {"error", result.error().name}, {"message", result.error().message}});
+    }
+  });
 }
 
-DesktopService::Result SimulatedDesktopService::answer(const std::string& member, const PropertyList& arguments) const {
+void SimulatedDesktopService::answer(const std::string& member, const PropertyList& arguments,
+                                     const Reply& reply) const {
   if (!offered_) {
-    return std::unexpected(ServiceError{"org.freedesktop.DBus.Error.ServiceUnknown", "nobody has the name"});
+    reply(std::unexpected(ServiceError{"org.freedesktop.DBus.Error.ServiceUnknown", "nobody has the name"}));
+    return;
   }
-  for (const auto& interface : offered_->description.interfaces) {
-    if (has(interface.methods, member)) {
-      return offered_->handlers.call(interface.name, member, arguments);
+  const auto& handlers = offered_->handlers;
+  for (const auto& [interface, methods, properties] : offered_->description.interfaces) {
+    if (has(methods, member)) {
+      handlers.call(interface, member, arguments, reply);
+      return;
     }
-    if (has(interface.properties, member)) {
-      return offered_->handlers.property(interface.name, member);
+    if (has(properties, member)) {
+      handlers.whenSettled([read = handlers.property, interface, member, reply] { reply(read(interface, member)); });
+      return;
     }
   }
-  return std::unexpected(ServiceError{"org.freedesktop.DBus.Error.UnknownMethod", "there is no member " + member});
+  reply(std::unexpected(ServiceError{"org.freedesktop.DBus.Error.UnknownMethod", "there is no member " + member}));
 }
 
 }  // namespace tallowin

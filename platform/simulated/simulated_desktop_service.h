@@ -28,7 +28,7 @@ class SimulatedDesktopService : public DesktopService {
     Handlers handlers;
   };
 
-  [[nodiscard]] Result answer(const std::string& member, const PropertyList& arguments) const;
+  void answer(const std::string& member, const PropertyList& arguments, const Reply& reply) const;
 
   Journal& journal_;
   std::optional<Offered> offered_;

@@ -17,16 +17,29 @@ class DesktopMethodsTest : public testing::Test {
   }
 
   Result call(const std::string& method, const PropertyList& arguments, const char* interface = commandInterface) {
-    return run(methods, interface, method, arguments);
+    Result result;
+    run(methods, interface, method, arguments, [&](const Result& replied) { result = replied; });
+    return result;
   }
 
   std::vector<SpaceCommand> sent;
   std::vector<std::string> opened;
+  std::vector<std::vector<std::string>> requested;
   ScriptingBridge bridge;
-  const std::vector<DesktopMethod> methods = desktopMethods(bridge, [this](const std::string& url) {
-    opened.push_back(url);
-    return url == "bad" ? std::optional(URLFault{URLFault::Kind::unknown, "not understood"}) : std::nullopt;
-  });
+  const std::vector<DesktopMethod> methods = desktopMethods(
+      bridge,
+      [this](const std::string& url) {
+        opened.push_back(url);
+        return url == "bad" ? std::optional(URLFault{URLFault::Kind::unknown, "not understood"}) : std::nullopt;
+      },
+      [this](const Request& request, const std::unique_ptr<Caller>& caller) {
+        requested.push_back(request.arguments);
+        caller->err("tallowin: no\n");
+        if (request.arguments.front() == "bad") {
+          caller->exit(1);
+        }
+      },
+      "/home/user");
 };
 
 TEST_F(DesktopMethodsTest, WhatDoesNotFitIsRefused) {
@@ -55,6 +68,16 @@ TEST_F(DesktopMethodsTest, URLsAreAllOpenedAndTheFirstFaultIsAnswered) {
   EXPECT_EQ(opened, std::vector<std::string>(urls));
   EXPECT_EQ(call("Perform", {"good"}), Result(nullptr));
   EXPECT_EQ(call("Perform", {"bad"}), Result(std::unexpected(fault)));
+}
+
+TEST_F(DesktopMethodsTest, WordsAreAnsweredOnceWithWhatWasSaid) {
+  const auto words = [](const char* word) { return PropertyList::array({PropertyList::array({word})}); };
+  const PropertyList no = PropertyList::array({false, "no"});
+  EXPECT_EQ(call("Do", words("bad")), Result(no));
+  EXPECT_EQ(call("Do", words("forgotten")), Result(no));
+  EXPECT_EQ(requested.size(), 2U);
+  EXPECT_TRUE(call("Do", words("watch"))) << "which never ends";
+  EXPECT_EQ(requested.size(), 2U);
 }
 
 }  // namespace

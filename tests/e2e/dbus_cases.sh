@@ -39,7 +39,7 @@ introspected() {
 }
 # shellcheck disable=SC2016 # these are the page's own quotes
 documented() {
-  sed -n 's/^| `tw \([A-Za-z0-9]*\) \{0,1\}\([sb]*\).*/\1 \2/p' "$PAGE" | sed 's/ $/ -/' | sort
+  sed -n 's/^| `tw \([A-Za-z0-9]*\) \{0,1\}\([abs]*\).*/\1 \2/p' "$PAGE" | sed 's/ $/ -/' | sort
 }
 
 no_bus_case() {
@@ -54,6 +54,14 @@ no_bus_case() {
 command_cases() {
   pass_if "SwitchTo returns" "" "$(tw SwitchTo s 3)"
   pass_if_eventually "and the desktop is shown" 2 current_desktop
+  tw SwitchTo s 2
+  pass_if "the properties show what was called for" '(xs) 2 "Desktop 2"' "$(property Current)"
+  pass_if "Do answers when it has happened" 'bs true "" 3' "$(tw Do as 2 switch 4) $(current_desktop)"
+  pass_if "and why it did not" 'bs false "No Space is called nowhere"' "$(tw Do as 2 switch nowhere)"
+  pass_if "and what was asked for" 'bs true "Desktop 4"' "$(tw Do as 1 current)"
+  pass_if "Perform answers what could not be done" "Call failed: There is no Desktop 9" \
+    "$(tw Perform s tallowin://remove-desktop/9)"
+  tw SwitchTo s 3
   tw Rename ss 1 Mail
   tw SwitchTo s mai
   pass_if_eventually "the intent answers" 's "Mail"' tw CurrentSpaceIntent

@@ -57,8 +57,10 @@ class BusServiceTest : public NotificationTest {
   void offer() {
     offered_ = service_on_bus_.offer(
         {"com.quorvex.Trial", "/trial", {{"com.quorvex.Trial", {{"Say", {{"s", "text"}}, {{"s", "said"}}}}, {}}}},
-        {[this](const auto&, const auto&, const PropertyList& arguments) { return say(arguments[0]); },
-         [](const auto&, const auto&) { return ""; }});
+        {[this](const auto&, const auto&, const PropertyList& arguments, const DesktopService::Reply& reply) {
+           reply(say(arguments[0]));
+         },
+         [](const auto&, const auto&) { return ""; }, [](const auto& work) { work(); }});
   }
 
   DesktopService::Result say(const PropertyList& text) {
