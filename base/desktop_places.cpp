@@ -152,10 +152,6 @@ void KeptDesktopPlaces::read() {
   }
 }
 
-KeptDesktopPlaces::~KeptDesktopPlaces() {
-  save();
-}
-
 void KeptDesktopPlaces::countSeen(std::size_t count) {
   if (places_.countSeen(count)) {
     saveSoon();
@@ -174,11 +170,11 @@ void KeptDesktopPlaces::adopt(const DesktopPlaces::IDs& saved) {
 
 void KeptDesktopPlaces::saveSoon() {
   if (writing_) {
-    saving_ = services_->mainQueue.after(savingDelay, [this] { save(); });
+    saving_ = services_->mainQueue.after(savingDelay, [this] { saveNow(); });
   }
 }
 
-void KeptDesktopPlaces::save() {
+void KeptDesktopPlaces::saveNow() {
   if (!writing_ || places_ == saved_) {
     return;
   }

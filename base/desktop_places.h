@@ -65,8 +65,7 @@ class DesktopPlaces {
 /// Ids from left to right in a JSON list; nothing for anything else, such as an id that stands twice.
 [[nodiscard]] std::optional<DesktopPlaces::IDs> desktopIDsFromJson(const PropertyList& json);
 
-/// The places with the file that keeps them, which is written 0.3 s after the last change and at the end. Main thread
-/// only.
+/// The places with the file that keeps them, which is written 0.3 s after the last change. Main thread only.
 class KeptDesktopPlaces {
  public:
   struct Services {
@@ -84,7 +83,6 @@ class KeptDesktopPlaces {
   /// Reads the file. One that cannot be understood is kept aside; one that cannot be read is never replaced. Who is not
   /// `writing` leaves it as it is.
   KeptDesktopPlaces(Services services, std::filesystem::path file, bool writing);
-  ~KeptDesktopPlaces();
   KeptDesktopPlaces(const KeptDesktopPlaces&) = delete;
   KeptDesktopPlaces& operator=(const KeptDesktopPlaces&) = delete;
 
@@ -95,10 +93,12 @@ class KeptDesktopPlaces {
   void assign(DesktopPlaces::IDs ids);
   void adopt(const DesktopPlaces::IDs& saved);
 
+  /// Writes what is not in the file yet. To be called when the program ends.
+  void saveNow();
+
  private:
   void read();
   void saveSoon();
-  void save();
 
   const std::optional<Services> services_;
   const std::filesystem::path file_;

@@ -34,6 +34,11 @@ class X11Host : public Host {
     }
   }
 
+  int end(int status) override {
+    places_.saveNow();
+    return status;
+  }
+
   Platform platform() override {
     return {.windowServer = desktop_->windowServer(),
             .desktopNames = desktop_->desktopNames(),

@@ -254,7 +254,7 @@ desktop_identity_case() {
   put_in_front 0
   pass_if_eventually "switching goes on" "A C D, A" named_desktops
   pass_if "nothing else was ever in front" 1 "$(cut -f 2 "$DESKTOP_DIRECTORY/watched" | grep -c active)"
-  kill "$watcher"
+  kill "$watcher" 2>/dev/null
   put_in_front 1
   eventually change_is_not_refused remove-desktop/2
   pass_if_eventually "removing the one in front shows its neighbour" "A D, D" named_desktops
@@ -266,6 +266,7 @@ desktop_identity_case() {
   eventually output_is 4 desktop_count
   ask edit 4 --name E >/dev/null
   eventually grep -qs '"highest": 7' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/desktops.json"
+  eventually grep -qs '"name": "E"' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/spaces.json"
   kill -KILL -- "-$INSTANCE_GROUP"
   eventually group_is_gone "$INSTANCE_GROUP"
   wmctrl -n 2
@@ -274,6 +275,10 @@ desktop_identity_case() {
   pass_if_eventually "the program comes back when one is missing" "A D, A" named_desktops
   wmctrl -n 4
   pass_if_eventually "which then comes back" "A D Desktop 3 E, A" plain_named_desktops
+  if [ "$LABEL" == openbox ]; then
+    restart_openbox
+    pass_if_eventually "so does all when the window manager starts again" "A D Desktop 3 E, A" plain_named_desktops
+  fi
   for letter in A B C D; do
     close_window "ON-$letter"
   done

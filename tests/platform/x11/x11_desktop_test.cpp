@@ -263,7 +263,7 @@ TEST_F(X11DesktopTest, MissionControlTakesTheClicksInIt) {
   mouse(CGMouseEventType::leftMouseDown, {corner.x + 6, corner.y + 6});
   EXPECT_EQ(desktop_->events().pressedMouseButtons(), 0U) << "what is below does not get the click";
   mouse(CGMouseEventType::leftMouseUp, {corner.x + 6, corner.y + 6});
-  EXPECT_EQ(spaces(), "[1] 2");
+  EXPECT_EQ(spaces(), "[1] 3");
 }
 
 TEST_F(X11DesktopTest, HotKeysArriveWhateverTheLocks) {
