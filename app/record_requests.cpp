@@ -70,7 +70,7 @@ void RecordRequests::profile(RequestJob job) const {
   }};
   // It stands in the place of a name.
   if (job.words.has("--never") != (job.words.operands == std::vector<std::string>{"use-automatically"})) {
-    job.fail("use-automatically takes a profile, or --never and nothing else does", exit_status::usage);
+    job.fail("use-automatically takes a profile or --never, which nothing else takes", exit_status::usage);
     return;
   }
   dispatch(job, *this, actions);

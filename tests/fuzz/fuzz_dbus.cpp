@@ -7,6 +7,8 @@
 #include <sys/socket.h>
 
 #include "app/desktop_methods.h"
+#include "app/exit_status.h"
+#include "app/request_words.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
 #include "platform/dbus/bus_handles.h"
@@ -26,7 +28,16 @@ void call(const char* interface, const std::string& method, const PropertyList& 
     performed += command ? 1 : 0;
     return command ? std::nullopt : std::optional(command.error());
   };
-  const auto result = run(desktopMethods(bridge, openURL), interface, method, arguments);
+  const auto request = [](const Request& words, const std::unique_ptr<Caller>& caller) {
+    caller->exit(readRequestWords(words.arguments) ? 0 : exit_status::usage);
+  };
+  std::optional<DesktopService::Result> answer;
+  run(desktopMethods(bridge, openURL, request, "/"), interface, method, arguments, [&](const auto& result) {
+    require(!answer, "a call is answered once");
+    answer = result;
+  });
+  require(answer.has_value(), "a call is answered");
+  const auto& result = *answer;
   require(result || !result.error().message.empty(), "who is refused is told why");
   require(result || performed == 0 || method == "Open",
           "what is refused is not done, but of several URLs the good ones");
