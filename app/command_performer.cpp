@@ -138,11 +138,11 @@ void CommandPerformer::perform(const command::Setup& command, const Call& call) 
 }
 
 void CommandPerformer::perform(const command::Profile& command, const Call& call) {
-  call.answer.tell(services_.records.profileCommands.use(command.name));
+  call.answer.tell(services_.records.useProfile(command.name));
 }
 
 void CommandPerformer::perform(const command::Template& command, const Call& call) {
-  call.answer.tell(services_.records.templateCommands.apply(command.name));
+  call.answer.tell(services_.records.applyTemplate(command.name));
 }
 
 void CommandPerformer::perform(const command::Windows& command, const Call& call) {
@@ -194,6 +194,7 @@ void CommandPerformer::perform(const command::MoveWindowStep& command, const Cal
 
 void CommandPerformer::perform(const command::RemoveDesktop& command, const Call& call) {
   if (const auto space = find(command.space, call.answer)) {
+    services_.records.backups.keep("before removing " + services_.store.displayName(*space));
     services_.windows.removeDesktop(*space, call.answer);
   }
 }

@@ -56,6 +56,7 @@ void RecordRequests::addTo(RequestTable& table) {
   add(RequestKind::layTemplate, &RecordRequests::layTemplate);
   add(RequestKind::exportFile, &RecordRequests::exportFile);
   add(RequestKind::importFile, &RecordRequests::importFile);
+  add(RequestKind::restore, &RecordRequests::restore);
   add(RequestKind::time, &RecordRequests::time);
   add(RequestKind::diagnostics, &RecordRequests::diagnostics);
 }
@@ -184,10 +185,31 @@ void RecordRequests::exportFile(RequestJob job) const {
 
 void RecordRequests::importFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
-  if (const auto imported = services_.records.transfer.importFile(path, services_.store)) {
+  const auto keepCopy = [&] { services_.records.backups.keep("before import of " + path.filename().string()); };
+  if (const auto imported = services_.records.transfer.importFile(path, services_.store, keepCopy)) {
     job.print("Imported " + path.filename().string() + "\n");
   } else {
     failImport(job, path, imported.error());
+  }
+}
+
+void RecordRequests::restore(RequestJob job) const {
+  auto& backups = services_.records.backups;
+  const auto copies = backups.list();
+  if (job.words.operands.empty()) {
+    job.print(job.words.json() ? prettyJSON(backupRecords(copies)) : backupList(copies));
+    return;
+  }
+  const auto& operand = job.words.operands.front();
+  const auto number = decimalInteger(operand);
+  const bool exists = number && *number >= 1 && static_cast<std::uint64_t>(*number) <= copies.size();
+  const auto restored = exists ? backups.restore(static_cast<std::size_t>(*number)) : std::nullopt;
+  if (!restored) {
+    job.fail("there is no copy " + operand + "; \"tallowin restore\" lists them");
+  } else if (*restored == Backups::Restored::withoutDesktops) {
+    job.fail("everything is back but desktops that were removed: the window manager adds none");
+  } else {
+    job.succeed();
   }
 }
 

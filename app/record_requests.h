@@ -38,6 +38,7 @@ class RecordRequests {
   void importTemplate(const RequestJob& job, const std::string& file) const;
   void exportFile(RequestJob job) const;
   void importFile(RequestJob job) const;
+  void restore(RequestJob job) const;
   void time(RequestJob job) const;
   void diagnostics(RequestJob job) const;
   void failImport(const RequestJob& job, const std::filesystem::path& path, const ForeignFault& fault) const;

@@ -23,9 +23,25 @@ RecordServices::RecordServices(const Context& context)
                 context.platform.system, context.platform.windowServer, context.platform.accessibility,
                 context.platform.screenCapture, context.platform.desktopFacts, programVersion(),
                 [platform = context.platform] { return setUpChecks(platform); }}),
+      backups({transfer, context.store, context.settings, context.platform.spacePlaces, context.platform.files,
+               context.paths, context.platform.clock, context.platform.log}),
       stateExporter({context.watcher, context.store, context.contents, context.platform.files, context.paths,
                      context.platform.mainQueue, context.platform.workQueues, context.platform.clock,
                      context.platform.log}) {}
+
+Outcome RecordServices::useProfile(const std::string& name) {
+  if (const auto profile = profiles.named(name)) {
+    backups.keep("before profile " + profile->name);
+  }
+  return profileCommands.use(name);
+}
+
+Outcome RecordServices::applyTemplate(const std::string& name) {
+  if (const auto layout = templates.named(name)) {
+    backups.keep("before template " + layout->name);
+  }
+  return templateCommands.apply(name);
+}
 
 std::vector<SetUpCheck> setUpChecks(const Platform& platform) {
   return {{"Accessibility", platform.accessibility.AXIsProcessTrusted()},

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "automation/automatic_profile.h"
+#include "automation/backups.h"
 #include "automation/profile_commands.h"
 #include "automation/profile_store.h"
 #include "automation/settings_transfer.h"
@@ -33,6 +34,10 @@ struct RecordServices {
   RecordServices(const RecordServices&) = delete;
   RecordServices& operator=(const RecordServices&) = delete;
 
+  /// As the commands of these names do for the user, after a copy was made of what they replace.
+  Outcome useProfile(const std::string& name);
+  Outcome applyTemplate(const std::string& name);
+
   TimeTracker tracker;
   ProfileStore profiles;
   ProfileCommands profileCommands;
@@ -40,6 +45,7 @@ struct RecordServices {
   SpaceTemplates templates;
   TemplateCommands templateCommands;
   SettingsTransfer transfer;
+  Backups backups;
   StateExporter stateExporter;
 };
 

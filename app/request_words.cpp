@@ -58,6 +58,8 @@ constexpr auto words = std::to_array<RequestWord>({
     {"time", time, query, "", "--days N|--csv FILE|--json", "Print the time spent in each Space."},
     {"export", exportFile, action, "FILE", "", "Write everything that you have configured to a file."},
     {"import", importFile, action, "FILE", "", "Take such a file over."},
+    {"restore", restore, action, "[NUMBER]", "--json",
+     "List the copies kept before something was replaced, or put one back."},
     {"overview", command, action, "", "", "Open the overview.", "overview"},
     {"launcher", command, action, "", "", "Open the launcher.", "launcher"},
     {"settings", command, action, "", "", "Open the settings.", "settings"},

@@ -253,6 +253,11 @@ desktop_identity_case() {
   pass_if "and their notes" "note of A,note of C,note of D" "$(known_notes)"
   put_in_front 0
   pass_if_eventually "switching goes on" "A C D, A" named_desktops
+  pass_if "restore brings B back" "exit 0" "$(ask restore 1)"
+  pass_if_eventually "to its place" "A B C D, A" named_desktops
+  pass_if_eventually "and moves the windows of the others" "1 ON-A 3 ON-B 3 ON-C 4 ON-D" windows_by_desktop
+  eventually change_is_not_refused remove-desktop/2
+  pass_if_eventually "which can be removed again" "A C D, A" named_desktops
   pass_if "nothing else was ever in front" 1 "$(cut -f 2 "$DESKTOP_DIRECTORY/watched" | grep -c active)"
   kill "$watcher" 2>/dev/null
   put_in_front 1
