@@ -20,6 +20,10 @@ std::string notFound() {
   return failed("404 Not Found", "not found");
 }
 
+std::string forbiddenHost() {
+  return failed("403 Forbidden", "forbidden host");
+}
+
 std::string unknownCommand() {
   return failed("400 Bad Request", "unknown command");
 }
@@ -82,7 +86,7 @@ std::string LocalAPI::respond(std::string_view bytes) {
   }
   const auto target = URL::parseReference(request->target);
   if (target && request->method == "GET" && target->path == "/spaces") {
-    return spaces();
+    return spaces(*request);
   }
   if (target && request->method == "POST" && target->path == "/command") {
     return command(*request, *target);
@@ -90,9 +94,12 @@ std::string LocalAPI::respond(std::string_view bytes) {
   return notFound();
 }
 
-std::string LocalAPI::spaces() const {
+std::string LocalAPI::spaces(const HTTPRequest& request) const {
   const auto state = services_.files.read(stateFile_);
-  return state ? httpAnswer("200 OK", *state) : notFound();
+  if (!state) {
+    return notFound();
+  }
+  return request.hasForeignHost() ? forbiddenHost() : httpAnswer("200 OK", *state);
 }
 
 std::string LocalAPI::command(const HTTPRequest& request, const URL& target) {
@@ -114,6 +121,9 @@ std::string LocalAPI::command(const HTTPRequest& request, const URL& target) {
   }
   if (!*command) {
     return unknownCommand();
+  }
+  if (request.hasForeignHost()) {
+    return forbiddenHost();
   }
   onMainThread([this, command = **command] {
     if (onCommand) {

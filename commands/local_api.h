@@ -23,7 +23,8 @@ namespace tallowin {
 
 /// Lets other programs of this machine read the Spaces and send commands over HTTP, while the setting "localAPI" is on.
 /// "GET /spaces" is open to all of them; "POST /command?url=tallowin://..." needs "Authorization: Bearer TOKEN", where
-/// the token is what only the user can read in "api-token.txt". Main thread only, except token() and respond(), which
+/// the token is what only the user can read in "api-token.txt". A request that names another host is refused where it
+/// would be granted, as web pages can have a name of their own lead here. Main thread only, except token() and respond(), which
 /// any thread may call.
 class LocalAPI {
  public:
@@ -55,6 +56,11 @@ class LocalAPI {
   /// Opens or closes the port as the setting says. A port that cannot be opened is logged.
   void refresh();
 
+  /// The port, while it is open.
+  [[nodiscard]] std::optional<std::uint16_t> openPort() const {
+    return listener_ != nullptr ? std::optional(port_) : std::nullopt;
+  }
+
   /// The token, made when there is none. Nothing when it cannot be kept: nobody is let in then.
   [[nodiscard]] std::optional<std::string> token();
 
@@ -63,7 +69,7 @@ class LocalAPI {
 
  private:
   void start();
-  [[nodiscard]] std::string spaces() const;
+  [[nodiscard]] std::string spaces(const HTTPRequest& request) const;
   [[nodiscard]] std::string command(const HTTPRequest& request, const URL& target);
   [[nodiscard]] bool isAuthorised(const HTTPRequest& request);
   [[nodiscard]] bool writeToken(const std::string& text);

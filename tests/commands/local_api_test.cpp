@@ -49,7 +49,13 @@ constexpr auto ok = R"(200 {"ok":true})";
 constexpr auto badRequest = R"(400 {"error":"bad request"})";
 constexpr auto unknown = R"(400 {"error":"unknown command"})";
 constexpr auto refused = R"(401 {"error":"missing or wrong token"})";
+constexpr auto forbidden = R"(403 {"error":"forbidden host"})";
 constexpr auto notFound = R"(404 {"error":"not found"})";
+
+/// A request as long as the longest that is read.
+std::string filled(const std::string& begin, const std::string& end) {
+  return begin + std::string(largestTCPRequest - begin.size() - end.size(), 'x') + end;
+}
 
 TEST_F(LocalAPITest, EveryRequestHasItsAnswer) {
   files().replace(stateFile, "[]");
@@ -101,6 +107,23 @@ TEST_F(LocalAPITest, EveryRequestHasItsAnswer) {
       {post("?url=tallowin://next HTTP/1.1\r\nAuthorization: Bearer s3cret\r\nAuthorization: x\r\n"), refused},
       {post("?url=tallowin://next HTTP/1.1\r\nAuthorization: x\r\nnonsense\r\nAuthorization: Bearer s3cret\r\n"),
        std::string(ok) + " step"},
+
+      // Only what would be granted is judged by the host that it names.
+      {"GET /spaces HTTP/1.1\r\nHost: LocalHost:57301\r\nhost: [::1]\r\nHOST:127.0.0.1:\r\n\r\n", "200 []"},
+      {"GET /spaces HTTP/1.1\r\nHost: localhost\r\nHost: evil.example\r\n\r\n", forbidden},
+      {"GET /spaces HTTP/1.1\r\nHost: localhost.evil.example\r\n\r\n", forbidden},
+      {"GET /spaces HTTP/1.1\r\nHost: localhost:80x\r\n\r\n", forbidden},
+      {"GET /spaces HTTP/1.1\r\nHost: ::1\r\n\r\n", forbidden},
+      {"GET /spaces HTTP/1.1\r\nHost:\r\n\r\n", forbidden},
+      {"GET /windows HTTP/1.1\r\nHost: evil.example\r\n\r\n", notFound},
+      {post("?url=tallowin://next HTTP/1.1\r\nHost: evil\r\nAuthorization: Bearer s3cret\r\n\r\n"), forbidden},
+      {post("?url=tallowin://next HTTP/1.1\r\nHost: evil\r\nAuthorization: Bearer x\r\n\r\n"), refused},
+      {post("?url=tallowin://dance HTTP/1.1\r\nHost: evil\r\nAuthorization: Bearer s3cret\r\n\r\n"), unknown},
+
+      {filled("GET /spaces HTTP/1.1\r\nX: ", "\xf0\x9f\x98"), "200 []"},  // cut where reading ends, in a character
+      {filled("GET /spaces HTTP/1.1\r\nX: ", "\xc3\xa4"), "200 []"},
+      {filled("GET /spaces HTTP/1.1\r\nX: ", "\xff"), badRequest},
+      {"GET /spaces HTTP/1.1\r\nX: \xf0\x9f\x98", badRequest},
   };
   for (const auto& [request, expected] : cases) {
     EXPECT_EQ(outcome(request), expected) << request;
