@@ -14,6 +14,7 @@ struct ProcessRequest {
   std::vector<std::string> arguments;  ///< without the program's own name
   /// Added to this process's environment, replacing variables of the same name.
   std::map<std::string, std::string> addedEnvironment;
+  std::string workingDirectory = {};  ///< absolute path of the folder that it starts in; empty for this process's own
 };
 
 /// Child processes (NSTask). Main thread only.

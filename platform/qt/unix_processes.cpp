@@ -44,20 +44,24 @@ std::vector<std::string> environmentWith(const std::map<std::string, std::string
   return variables;
 }
 
+/// Where a child's standard output and standard error go: a descriptor, or a negative number for the null device.
+struct ChildOutput {
+  int out = -1;
+  int error = -1;
+};
+
 /// How a child begins: what POSIX keeps in two objects.
 struct Beginning {
-  /// Its standard output goes to `output`, or to the null device when that is negative.
-  explicit Beginning(int output) {
+  Beginning(const std::string& workingDirectory, const ChildOutput& output) {
     posix_spawn_file_actions_init(&actions);
     // First, lest it be one of the descriptors that the others replace.
-    if (output >= 0) {
-      posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    } else {
-      posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, nullDevice, O_WRONLY, 0);
-    }
+    open(STDOUT_FILENO, output.out);
+    open(STDERR_FILENO, output.error);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, nullDevice, O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, nullDevice, O_WRONLY, 0);
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    if (!workingDirectory.empty()) {
+      posix_spawn_file_actions_addchdir_np(&actions, workingDirectory.c_str());
+    }
 
     posix_spawnattr_init(&attributes);
     sigset_t signals;
@@ -74,12 +78,20 @@ struct Beginning {
   Beginning(const Beginning&) = delete;
   Beginning& operator=(const Beginning&) = delete;
 
+  void open(int descriptor, int target) {
+    if (target >= 0) {
+      posix_spawn_file_actions_adddup2(&actions, target, descriptor);
+    } else {
+      posix_spawn_file_actions_addopen(&actions, descriptor, nullDevice, O_WRONLY, 0);
+    }
+  }
+
   posix_spawn_file_actions_t actions{};
   posix_spawnattr_t attributes{};
 };
 
-std::expected<pid_t, std::string> spawn(const ProcessRequest& request, int output) {
-  const Beginning beginning(output);
+std::expected<pid_t, std::string> spawn(const ProcessRequest& request, const ChildOutput& output) {
+  const Beginning beginning(request.workingDirectory, output);
   auto arguments = request.arguments;
   arguments.insert(arguments.begin(), request.executable);
   auto environment = environmentWith(request.addedEnvironment);
@@ -115,7 +127,7 @@ std::expected<void, std::string> UnixProcesses::launch(const ProcessRequest& req
     ends_ = onChildEnds(descriptors_, [this] { reap(); });
   }
   reap();
-  const auto child = spawn(request, -1);
+  const auto child = spawn(request, {});
   if (!child) {
     return std::unexpected(child.error());
   }
@@ -128,7 +140,7 @@ std::expected<std::string, std::string> UnixProcesses::run(const ProcessRequest&
   if (::pipe2(ends, O_CLOEXEC) != 0) {
     return std::unexpected(std::generic_category().message(errno));
   }
-  const auto child = spawn(request, ends[1]);
+  const auto child = spawn(request, {.out = ends[1]});
   ::close(ends[1]);
   auto output = readToEnd(ends[0]);
   ::close(ends[0]);
@@ -138,6 +150,10 @@ std::expected<std::string, std::string> UnixProcesses::run(const ProcessRequest&
   while (::waitpid(*child, nullptr, 0) < 0 && errno == EINTR) {
   }
   return output;
+}
+
+std::expected<pid_t, std::string> UnixProcesses::startWithOutput(const ProcessRequest& request, int output) {
+  return spawn(request, {output, output});
 }
 
 /// Only those of launch(): others wait for their own.

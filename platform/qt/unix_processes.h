@@ -18,6 +18,10 @@ class UnixProcesses : public Processes {
   std::expected<void, std::string> launch(const ProcessRequest& request) override;
   std::expected<std::string, std::string> run(const ProcessRequest& request) override;
 
+  /// Starts a program like the others, but with standard output and standard error at the descriptor `output`, which
+  /// stays the caller's; negative: at the null device. The caller waits for the process that it answers, or ends.
+  [[nodiscard]] static std::expected<pid_t, std::string> startWithOutput(const ProcessRequest& request, int output);
+
  private:
   void reap();
 

@@ -36,22 +36,23 @@ std::expected<void, std::string> StandInPrograms::launch(const ProcessRequest& r
 }
 
 std::expected<std::string, std::string> StandInPrograms::run(const ProcessRequest& request) {
-  if (replaces(request, shortcutsProgram) && request.arguments == std::vector<std::string>{"list"}) {
+  if (replacesShortcuts(request) && request.arguments == std::vector<std::string>{"list"}) {
     return shortcutNames();
   }
   const auto other = translated(request);
   return other ? processes_.run(*other) : std::unexpected(other.error());
 }
 
-bool StandInPrograms::replaces(const ProcessRequest& request, const char* program) const {
-  return request.executable == program && !machine_.isProgram(program);
+bool StandInPrograms::replacesShortcuts(const ProcessRequest& request) const {
+  return request.executable == shortcutsProgram && !machine_.isProgram(shortcutsProgram);
 }
 
 std::expected<ProcessRequest, std::string> StandInPrograms::translated(const ProcessRequest& request) const {
   auto other = request;
-  if (replaces(request, shellProgram)) {
+  if (request.executable == shellProgram) {
     other.executable = machine_.shell;
-  } else if (replaces(request, shortcutsProgram)) {
+    other.workingDirectory = machine_.home;
+  } else if (replacesShortcuts(request)) {
     const bool isRun = request.arguments.size() == 2 && request.arguments[0] == "run";
     if (!isRun) {
       return std::unexpected("shortcuts can be run and listed");
@@ -63,6 +64,7 @@ std::expected<ProcessRequest, std::string> StandInPrograms::translated(const Pro
     }
     other.executable = file.string();
     other.arguments.clear();
+    other.workingDirectory = machine_.home;
   }
   return other;
 }
@@ -88,10 +90,17 @@ StandInPrograms::Machine standInMachine(const std::filesystem::path& configurati
   if (const auto* variable = std::getenv("SHELL")) {
     shells.emplace_back(variable);
   }
-  if (const auto* user = ::getpwuid(::getuid()); user != nullptr && user->pw_shell != nullptr) {
+  const auto* user = ::getpwuid(::getuid());
+  if (user != nullptr && user->pw_shell != nullptr) {
     shells.emplace_back(user->pw_shell);
   }
-  return {configuration / "tallowin/shortcuts", chooseShell(shells, isProgramFile), isProgramFile};
+  return {configuration / "tallowin/shortcuts", chooseShell(shells, isProgramFile), homeFolder(), isProgramFile};
+}
+
+std::string homeFolder() {
+  const auto* home = std::getenv("HOME");
+  std::error_code error;
+  return home != nullptr && std::filesystem::is_directory(home, error) ? home : "/";
 }
 
 std::string chooseShell(const std::vector<std::string>& candidates,

@@ -10,14 +10,16 @@
 
 namespace tallowin {
 
-/// Child processes on systems that lack two programs which automations call: "/bin/zsh" is played by the user's own
-/// shell, which gets the same arguments, and "/usr/bin/shortcuts" by a folder of executable files: "run NAME" starts
-/// one of them, "list" prints their names. Where these programs are installed, and for all others, nothing is replaced.
+/// Child processes where two programs that automations call are other ones. "/bin/zsh" stands for the user's own shell,
+/// whether or not zsh is installed; it gets the same arguments. "/usr/bin/shortcuts", where it is not installed, stands
+/// for a folder of executable files: "run NAME" starts one of them, "list" prints their names. Both begin in the home
+/// folder. All other programs are started as they are asked for.
 class StandInPrograms : public Processes {
  public:
   struct Machine {
     std::filesystem::path shortcutsFolder;
     std::string shell;  ///< absolute path
+    std::string home;   ///< the same, of an existing folder
     /// Whether there is a program with this absolute path.
     std::function<bool(const std::filesystem::path&)> isProgram;
   };
@@ -28,7 +30,7 @@ class StandInPrograms : public Processes {
   std::expected<std::string, std::string> run(const ProcessRequest& request) override;
 
  private:
-  [[nodiscard]] bool replaces(const ProcessRequest& request, const char* program) const;
+  [[nodiscard]] bool replacesShortcuts(const ProcessRequest& request) const;
   /// What is started for a request; the error says why nothing is.
   [[nodiscard]] std::expected<ProcessRequest, std::string> translated(const ProcessRequest& request) const;
   [[nodiscard]] std::string shortcutNames() const;
@@ -39,6 +41,9 @@ class StandInPrograms : public Processes {
 
 /// This machine, with the shortcuts in the folder "tallowin/shortcuts" under `configuration`.
 [[nodiscard]] StandInPrograms::Machine standInMachine(const std::filesystem::path& configuration);
+
+/// The user's home folder if it is there, else the root: a program cannot begin in a folder that is not there.
+[[nodiscard]] std::string homeFolder();
 
 /// The first of the candidates that is a program and takes "-lc COMMAND"; "/bin/sh" without one.
 [[nodiscard]] std::string chooseShell(const std::vector<std::string>& candidates,

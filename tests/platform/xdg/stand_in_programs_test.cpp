@@ -19,6 +19,7 @@ class EchoingProcesses : public Processes {
       started += " " + argument;
     }
     started += request.addedEnvironment.empty() ? "" : " $";
+    started += request.workingDirectory.empty() ? "" : " in " + request.workingDirectory;
     return {};
   }
   std::expected<std::string, std::string> run(const ProcessRequest& request) override {
@@ -38,9 +39,9 @@ TEST(StandInPrograms, TakeTheCallsOfMissingPrograms) {
     ProcessRequest request;
     const char* expected;
   } cases[] = {
-      {bare, {"/bin/zsh", {"-lc", "x y"}, {{"A", "b"}}}, "/bin/fish -lc x y $"},
-      {full, {"/bin/zsh", {"-lc", "x y"}, {}}, "/bin/zsh -lc x y"},
-      {bare, {"/usr/bin/shortcuts", {"run", "Focus Off"}, {}}, "/s/Focus Off"},
+      {bare, {"/bin/zsh", {"-lc", "x y"}, {{"A", "b"}}}, "/bin/fish -lc x y $ in /h"},
+      {full, {"/bin/zsh", {"-lc", "x y"}, {}}, "/bin/fish -lc x y in /h"},
+      {bare, {"/usr/bin/shortcuts", {"run", "Focus Off"}, {}}, "/s/Focus Off in /h"},
       {full, {"/usr/bin/shortcuts", {"run", "Focus Off"}, {}}, "/usr/bin/shortcuts run Focus Off"},
       {full, {"/usr/bin/shortcuts", {"list"}, {}}, "/usr/bin/shortcuts list"},
       {bare, {"/bin/ls", {"-l"}, {}}, "/bin/ls -l"},
@@ -53,7 +54,8 @@ TEST(StandInPrograms, TakeTheCallsOfMissingPrograms) {
   };
   for (const auto& [programs, request, expected] : cases) {
     EchoingProcesses processes;
-    StandInPrograms standIns(processes, {"/s", "/bin/fish", [&](const auto& path) { return programs.contains(path); }});
+    StandInPrograms standIns(processes,
+                             {"/s", "/bin/fish", "/h", [&](const auto& path) { return programs.contains(path); }});
     const auto started = standIns.run(request);
     EXPECT_EQ(started ? *started : started.error(), expected);
     EXPECT_EQ(standIns.launch(request).has_value(), started.has_value()) << expected;
@@ -79,7 +81,7 @@ TEST(StandInPrograms, ShortcutsAreTheExecutableFilesOfAFolder) {
   }
   EXPECT_EQ(standIns.run({"/usr/bin/shortcuts", {"list"}, {}}), "Focus Off\nZoom\n");
   EXPECT_TRUE(standIns.launch({"/usr/bin/shortcuts", {"run", "Zoom"}, {}}));
-  EXPECT_EQ(processes.started, (folder / "Zoom").string());
+  EXPECT_EQ(processes.started, (folder / "Zoom").string() + " in " + machine.home);
   std::filesystem::remove_all(configuration);
 }
 
