@@ -28,8 +28,10 @@ void AppDelegate::applicationDidFinishLaunching() {
   observeChanges();
   previews_.startRefreshTimer();
   onboarding_ = platform_.mainQueue.after(onboardingDelay, [this] { runOnboardingIfNeeded(); });
-  platform_.commandChannel.setHandler(
-      [this](const Request& request, std::unique_ptr<Caller> caller) { requests_.handle(request, std::move(caller)); });
+  platform_.commandChannel.setHandler([this](const Request& request, std::unique_ptr<Caller> caller) {
+    platform_.preferences.synchronize();  // whoever has just changed a setting waits for the answer to know it used
+    requests_.handle(request, std::move(caller));
+  });
 }
 
 void AppDelegate::openSettingsIfAsked() {

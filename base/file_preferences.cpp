@@ -57,14 +57,16 @@ std::map<std::string, PropertyList> FilePreferences::persistentDomain() {
   return {values_.begin(), values_.end()};
 }
 
+void FilePreferences::synchronize() {
+  readIfChanged();
+  tellIfChanged();
+}
+
 Subscription FilePreferences::observe(std::function<void()> observer) {
   if (watch_ == nullptr) {
     readIfChanged();
     told_ = values_;
-    const auto look = [this] {
-      readIfChanged();
-      tellIfChanged();
-    };
+    const auto look = [this] { synchronize(); };
     watch_ = std::make_unique<ReplacedFileWatch>(services_.files, services_.mainQueue, file_, look);
     watch_->onWatched = look;
     watch_->start();

@@ -41,6 +41,7 @@ class FilePreferences : public Preferences {
   bool removeObject(std::string_view key) override;
   std::optional<std::string> fault() override;
   std::map<std::string, PropertyList> persistentDomain() override;
+  void synchronize() override;
   Subscription observe(std::function<void()> observer) override;
   std::optional<PropertyList> CFPreferencesCopyValue(std::string_view key) override;
 

@@ -8,7 +8,8 @@
 
 namespace tallowin {
 
-/// Watches one file that the system replaces whenever it saves it, and that need not exist yet. Main thread only.
+/// Watches one file that may be replaced whenever it is saved, and that need not exist yet. Where the system watches
+/// opened files only, it looks again every 2 seconds while there is none. Main thread only.
 class ReplacedFileWatch {
  public:
   /// `onChange` runs on the main thread after every write, deletion or replacement.

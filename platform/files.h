@@ -73,9 +73,11 @@ class Files {
   /// The file's stamp; nothing when there is no such file.
   [[nodiscard]] virtual std::optional<FileStamp> stamp(const std::filesystem::path& path) = 0;
 
-  /// Watches one existing file for being written, deleted or renamed (open(2) with O_EVTONLY, dispatch source
-  /// DISPATCH_SOURCE_TYPE_VNODE). `onEvent` runs on the main thread. Nothing when the file cannot be opened. The watch
-  /// stays with the file that was opened: one that replaces it under the same name is not watched.
+  /// Watches one file for being written, deleted or renamed. `onEvent` runs on the main thread. Where a system watches
+  /// opened files (open(2) with O_EVTONLY, dispatch source DISPATCH_SOURCE_TYPE_VNODE), nothing when there is no such
+  /// file, and one that replaces it is not watched. Where it can watch names, the file and its folders may come and go,
+  /// and whatever happens is told as `written`, as soon as the writer has closed the file. Changes that another machine
+  /// makes to a shared folder need not be seen.
   [[nodiscard]] virtual std::optional<Subscription> watch(const std::filesystem::path& path,
                                                           std::function<void(FileEvents)> onEvent) = 0;
 };

@@ -36,6 +36,10 @@ class Preferences {
   /// Everything that the user has set.
   virtual std::map<std::string, PropertyList> persistentDomain() = 0;
 
+  /// Takes over what other programs have written, and tells the observers of changes, before it returns
+  /// (-[NSUserDefaults synchronize]).
+  virtual void synchronize() = 0;
+
   /// Calls `observer` on the main thread after every change, by whomever (NSUserDefaultsDidChangeNotification).
   virtual Subscription observe(std::function<void()> observer) = 0;
 

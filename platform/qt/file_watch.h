@@ -9,7 +9,7 @@
 
 namespace tallowin {
 
-/// Watches one existing file by inotify(7), as Files::watch says.
+/// Watches a name by inotify(7), as Files::watch says.
 [[nodiscard]] std::optional<Subscription> watchFile(Descriptors& descriptors, const std::filesystem::path& path,
                                                     std::function<void(FileEvents)> onEvent);
 

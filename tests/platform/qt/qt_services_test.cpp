@@ -173,22 +173,35 @@ TEST_F(QtServicesTest, ALockKeepsTheNextOneWaiting) {
   EXPECT_FALSE(files.lock(folder / "no such folder" / "lock")) << "everybody goes on without it";
 }
 
-TEST_F(QtServicesTest, AWatchStaysWithTheFileThatWasOpened) {
-  const auto path = folder / "watched";
-  EXPECT_FALSE(files.watch(path, [](FileEvents) {}));
-  std::ofstream(path) << "old";
-  FileEvents seen;
-  const auto watch = files.watch(path, [&seen](FileEvents events) {
-    seen.written |= events.written;
-    seen.deleted |= events.deleted;
-    seen.renamed |= events.renamed;
-  });
+TEST_F(QtServicesTest, AWatchedNameIsFollowedWhateverBecomesOfItsFolders) {
+  namespace fs = std::filesystem;
+  const auto path = folder / "a/b/watched";
+  std::vector<std::string> seen;
+  const auto watch = files.watch(path, [&](FileEvents) { seen.push_back(files.read(path).value_or("none")); });
   ASSERT_TRUE(watch);
-  std::ofstream(path, std::ios::app) << "more";
-  EXPECT_TRUE(wait([&] { return seen.written; }));
-  ASSERT_TRUE(files.writeAtomically(path, "new", 0600));
-  EXPECT_TRUE(wait([&] { return seen.deleted; }));
-  EXPECT_FALSE(seen.renamed);
+  const auto sees = [&](const std::string& text) { return wait([&] { return !seen.empty() && seen.back() == text; }); };
+  fs::create_directories(path.parent_path());
+  std::ofstream(path) << "made";
+  EXPECT_TRUE(sees("made")) << "in folders that were not there";
+  EXPECT_EQ(std::ranges::count(seen, ""), 0) << "a file that is just begun is not told";
+  std::ofstream(path, std::ios::app) << " longer";
+  EXPECT_TRUE(sees("made longer"));
+  ASSERT_TRUE(files.writeAtomically(path, "replaced", 0600));
+  EXPECT_TRUE(sees("replaced"));
+  fs::rename(folder / "a", folder / "old");
+  EXPECT_TRUE(sees("none"));
+  fs::create_directories(folder / "new/b");
+  std::ofstream(folder / "new/b/watched") << "moved here";
+  fs::rename(folder / "new", folder / "a");
+  EXPECT_TRUE(sees("moved here"));
+  std::ofstream(folder / "target") << "elsewhere";
+  fs::remove(path);
+  fs::create_symlink(folder / "target", path);
+  EXPECT_TRUE(sees("elsewhere"));
+  std::ofstream(folder / "target") << "rewritten";
+  EXPECT_TRUE(sees("rewritten")) << "through a link";
+  fs::remove_all(folder / "a");
+  EXPECT_TRUE(sees("none"));
 }
 
 TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
@@ -196,6 +209,7 @@ TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
   EXPECT_EQ(
       processes.run({"/bin/sh", {"-c", "printf '%s %s' \"$1\" \"$V\"", "sh", "a b"}, {{"V", "c d"}}}).value_or(""),
       "a b c d");
+  EXPECT_EQ(processes.run({"/bin/pwd", {}, {}, folder.string()}).value_or(""), folder.string() + "\n");
   EXPECT_EQ(processes.run({"/no/such/program", {}, {}}).error(), "there is no such program");
   EXPECT_FALSE(processes.launch({"/no/such/program", {}, {}}));
   const auto mark = folder / "mark";
