@@ -14,13 +14,13 @@ namespace tallowin {
 
 namespace {
 
-/// The modes by the argument that asks for them. The first one found runs; the first two need nothing else to be right.
+/// The modes by the argument that asks for them. The first one found runs.
 constexpr auto modes = std::to_array<std::pair<std::string_view, Mode>>({
-    {"--help", Mode::help},
-    {"--version", Mode::version},
     {"--probe", Mode::probe},
     {"--switch", Mode::switchSpace},
     {"--capture", Mode::capture},
+    {"--help", Mode::help},
+    {"--version", Mode::version},
     {"--settings-list", Mode::listSettings},
     {"--get", Mode::getSetting},
     {"--set", Mode::setSetting},
@@ -40,7 +40,22 @@ constexpr std::string_view request;
 /// Options that were given, with what followed each. The last one wins.
 using Given = std::map<std::string_view, std::vector<std::string>>;
 
-std::expected<Given, std::string> gather(std::span<const std::string> arguments) {
+/// The first of these that stands anywhere among the arguments, as an operand or a value too, is what is done. Unknown
+/// words, and options without their values, are passed over then.
+constexpr auto diagnosticModes = std::span(modes).first(3);
+
+const std::pair<std::string_view, Mode>* findDiagnosticMode(std::span<const std::string> arguments) {
+  const auto found = std::ranges::find_if(
+      diagnosticModes, [&](const auto& mode) { return std::ranges::find(arguments, mode.first) != arguments.end(); });
+  return found != diagnosticModes.end() ? &*found : nullptr;
+}
+
+bool isDiagnosticMode(const std::string& argument) {
+  return std::ranges::find(diagnosticModes, argument, &std::pair<std::string_view, Mode>::first) !=
+         diagnosticModes.end();
+}
+
+std::expected<Given, std::string> gather(std::span<const std::string> arguments, bool isDiagnostic) {
   Given given;
   bool optionsEnded = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -52,13 +67,16 @@ std::expected<Given, std::string> gather(std::span<const std::string> arguments)
       given[request].push_back(arguments[i]);
       continue;
     }
-    if (arguments.size() - i - 1 < option->values.size()) {
+    const auto values = arguments.subspan(i + 1, std::min(option->values.size(), arguments.size() - i - 1));
+    const bool isComplete = values.size() == option->values.size();
+    if (isDiagnostic && (!isComplete || std::ranges::any_of(values, isDiagnosticMode))) {
+      continue;
+    }
+    if (!isComplete) {
       return std::unexpected(std::string(option->name) + " needs more after it: " + usageOf(*option));
     }
-    const auto first = arguments.begin() + static_cast<std::ptrdiff_t>(i) + 1;
-    const auto count = static_cast<std::ptrdiff_t>(option->values.size());
-    given[option->name] = std::vector(first, first + count);
-    i += option->values.size();
+    given[option->name] = std::vector(values.begin(), values.end());
+    i += values.size();
   }
   return given;
 }
@@ -84,23 +102,29 @@ std::string readPlatform(const Given& given, const std::optional<std::string>& e
   return "";
 }
 
+/// The same, for --switch N [classic].
+std::string readSwitch(const Given& given, CommandLine& line) {
+  const auto number = valueOf(given, "--switch");
+  const auto read = number ? decimalInteger(*number) : std::nullopt;
+  if (!read) {
+    return "--switch needs the number of a desktop, such as --switch 3" + (number ? ", not \"" + *number + "\"" : "");
+  }
+  line.desktopNumber = *read;
+  const auto words = given.find(request);
+  line.classic = given.contains("classic") ||
+                 (words != given.end() && std::ranges::find(words->second, "classic") != words->second.end());
+  return "";
+}
+
 /// The same.
 std::string readMode(const Given& given, CommandLine& line) {
   const auto mode = std::ranges::find_if(modes, [&](const auto& entry) { return given.contains(entry.first); });
   line.mode = mode != modes.end() ? mode->second : Mode::resident;
-  if (const auto number = valueOf(given, "--switch")) {
-    const auto read = decimalInteger(*number);
-    if (!read) {
-      return "--switch needs the number of a desktop, such as --switch 3, not \"" + *number + "\"";
-    }
-    line.desktopNumber = *read;
-  }
-  line.classic = given.contains("classic");
-  if (line.classic && !given.contains("--switch")) {
+  if (given.contains("classic")) {
     return "classic goes with --switch N";
   }
   if (const auto setting = mode != modes.end() ? given.find(mode->first) : given.end();
-      setting != given.end() && !setting->second.empty() && line.mode != Mode::switchSpace) {
+      setting != given.end() && !setting->second.empty()) {
     line.settingKey = setting->second.front();
     line.settingValue = setting->second.back();
   }
@@ -111,16 +135,17 @@ std::string readMode(const Given& given, CommandLine& line) {
 std::string readLaunch(const Given& given, CommandLine& line) {
   line.demo = given.contains("--demo");
   line.settingsTab = valueOf(given, "--settings");
+  if ((line.demo || line.settingsTab) && line.mode != Mode::resident) {
+    return "--settings TAB and --demo start the program, and go without other modes";
+  }
   const auto& tabs = SettingsWindow::tabs;
   if (line.settingsTab && std::ranges::find(tabs, *line.settingsTab) == tabs.end()) {
     std::string names;
     for (const auto tab : tabs) {
       names.append(names.empty() ? "" : ", ").append(tab);
     }
-    return "--settings is one of " + names + ", not \"" + *line.settingsTab + "\"";
-  }
-  if ((line.demo || line.settingsTab) && line.mode != Mode::resident) {
-    return "--settings TAB and --demo start the program, and go without other modes";
+    line.warning = "--settings is one of " + names + ", not \"" + *line.settingsTab + "\"";
+    line.settingsTab.reset();
   }
   return "";
 }
@@ -153,13 +178,18 @@ std::string readRequest(const Given& given, CommandLine& line) {
   return "";
 }
 
-/// The same, for options that do not go together.
-std::string contradiction(const Given& given, const CommandLine& line) {
+/// The same, for settings, which go alone.
+std::string settingsContradiction(const Given& given) {
   const auto isAsked = [&](const auto& mode) { return given.contains(mode.first); };
   const auto isSetting = [&](const auto& mode) { return isAsked(mode) && isSettingsMode(mode.second); };
   if (std::ranges::any_of(modes, isSetting) && std::ranges::count_if(modes, isAsked) > 1) {
     return "--settings-list, --get, --set and --unset go alone, one at a time";
   }
+  return "";
+}
+
+/// The same, for options that do not go together.
+std::string contradiction(const Given& given, const CommandLine& line) {
   if (line.home && line.home->empty()) {
     return "--home needs the name of a folder";
   }
@@ -173,6 +203,26 @@ std::string contradiction(const Given& given, const CommandLine& line) {
     return "a scenario runs on the simulated platform; leave --platform out";
   }
   return "";
+}
+
+std::string firstOf(std::initializer_list<std::string> faults) {
+  const auto* const fault = std::ranges::find_if(faults, [](const std::string& text) { return !text.empty(); });
+  return fault != faults.end() ? *fault : "";
+}
+
+/// The same, where one of the diagnostic modes is asked for: what it does not need is not looked at.
+std::string readDiagnostic(const Given& given, Mode mode, const std::optional<std::string>& environment,
+                           CommandLine& line) {
+  line.mode = mode;
+  return firstOf({readPlatform(given, environment, line), mode == Mode::switchSpace ? readSwitch(given, line) : "",
+                  contradiction(given, line)});
+}
+
+/// The same, where none is.
+std::string readRest(const Given& given, const std::optional<std::string>& environment, CommandLine& line) {
+  const auto launch = firstOf({readPlatform(given, environment, line), readMode(given, line), readLaunch(given, line)});
+  return firstOf({launch, readPort(given, line), readRequest(given, line), settingsContradiction(given),
+                  contradiction(given, line)});
 }
 
 }  // namespace
@@ -197,9 +247,14 @@ const std::vector<CommandLineOption>& commandLineOptions() {
       {"--port", {"N"}, "Open the HTTP interface (setting localAPI) on this port, not on 57301."},
       {"--settings", {"TAB"}, "Open the settings window once started."},
       {"--demo", {}, "Start in demonstration mode."},
+      {"--no-start", {}, "Do not start Tallowin when it is not running."},
       {"--verbose", {}, "Log to standard error too."},
   };
   return table;
+}
+
+std::string_view nameOf(PlatformChoice platform) {
+  return std::ranges::find(platforms, platform, &std::pair<std::string_view, PlatformChoice>::second)->first;
 }
 
 std::string usageOf(const CommandLineOption& option) {
@@ -212,13 +267,14 @@ std::string usageOf(const CommandLineOption& option) {
 
 std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::string> arguments,
                                                          const std::optional<std::string>& environmentPlatform) {
-  const auto given = gather(arguments);
+  const auto* diagnostic = findDiagnosticMode(arguments);
+  const auto given = gather(arguments, diagnostic != nullptr);
   if (!given) {
     return std::unexpected(given.error());
   }
   CommandLine line;
-  for (const auto& [argument, mode] : {modes[0], modes[1]}) {
-    if (given->contains(argument)) {
+  for (const auto& [argument, mode] : {std::pair("--help", Mode::help), std::pair("--version", Mode::version)}) {
+    if (given->contains(argument) && diagnostic == nullptr) {  // they need nothing else to be right
       line.mode = mode;
       return line;
     }
@@ -228,12 +284,11 @@ std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::st
   line.journal = valueOf(*given, "--journal");
   line.home = valueOf(*given, "--home");
   line.verbose = given->contains("--verbose");
-  for (const auto& fault :
-       {readPlatform(*given, environmentPlatform, line), readMode(*given, line), readLaunch(*given, line),
-        readPort(*given, line), readRequest(*given, line), contradiction(*given, line)}) {
-    if (!fault.empty()) {
-      return std::unexpected(fault);
-    }
+  line.noStart = given->contains("--no-start");
+  const auto fault = diagnostic != nullptr ? readDiagnostic(*given, diagnostic->second, environmentPlatform, line)
+                                           : readRest(*given, environmentPlatform, line);
+  if (!fault.empty()) {
+    return std::unexpected(fault);
   }
   if (line.scenario || line.simulate) {
     line.platform = PlatformChoice::simulated;

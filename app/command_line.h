@@ -24,7 +24,8 @@ enum class Mode {
   setSetting,
   unsetSetting,
   version,
-  help
+  help,
+  doctor  ///< where no instance runs that could be asked
 };
 
 /// Whether the mode reads or changes settings.
@@ -35,6 +36,9 @@ enum class Mode {
 /// Which desktop it works on. `automatic` is x11 where a window manager that speaks EWMH runs (for the resident
 /// program: where there is an X server, as it can wait for one), else none.
 enum class PlatformChoice { automatic, x11, simulated, none };
+
+/// The platform as --platform names it.
+[[nodiscard]] std::string_view nameOf(PlatformChoice platform);
 
 /// The command line, understood.
 struct CommandLine {
@@ -52,6 +56,8 @@ struct CommandLine {
   bool demo = false;                              ///< for resident: in demonstration mode
   std::uint16_t port = LocalAPI::standardPort;    ///< for resident: where the HTTP interface is opened
   bool verbose = false;
+  bool noStart = false;              ///< for resident: when none is running, leave it at that
+  std::string warning;               ///< one line for the user about what was passed over, or empty
   std::vector<std::string> request;  ///< for resident: what the running instance is asked for, or this one becoming it
   bool operator==(const CommandLine&) const = default;
 };

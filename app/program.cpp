@@ -1,23 +1,14 @@
 #include "app/program.h"
 
 #include "app/capture_mode.h"
+#include "app/doctor.h"
 #include "app/exit_status.h"
 #include "app/probe_mode.h"
-#include "app/request_words.h"
 #include "app/resident_mode.h"
 #include "app/settings_mode.h"
 #include "app/switch_mode.h"
 
 namespace tallowin {
-
-namespace {
-
-std::optional<std::string> requestedURL(const CommandLine& line) {
-  const auto words = readRequestWords(line.request);
-  return words && words->kind == RequestKind::url ? std::optional(words->operands.front()) : std::nullopt;
-}
-
-}  // namespace
 
 int runProgram(const CommandLine& line, const Platform& platform, std::ostream& out, std::ostream& error) {
   Settings settings(platform.preferences);
@@ -42,7 +33,9 @@ int runProgram(const CommandLine& line, const Platform& platform, std::ostream& 
     case Mode::unsetSetting:
       return unsetSetting(settings, line.settingKey, error);
     case Mode::resident:
-      return runResident(platform, settings, provider, {requestedURL(line), line.settingsTab, line.port}, error);
+      return runResident(platform, settings, provider, {line.settingsTab, line.port}, error);
+    case Mode::doctor:
+      return runDoctor(platform, settings, line, out);
     case Mode::version:
     case Mode::help:
       break;

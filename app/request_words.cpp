@@ -14,9 +14,9 @@ using enum RequestKind;
 using enum RequestNature;
 
 constexpr auto words = std::to_array<RequestWord>({
-    {"list", list, query, "", "--json|--names|--urls", "List the Spaces."},
-    {"current", current, query, "", "--json", "Name the active Space."},
-    {"watch", watch, control, "", "--json", "Print the state, and a line for every change."},
+    {"list", list, query, "", "--json|--names|--urls|--format TEXT", "List the Spaces."},
+    {"current", current, query, "", "--json|--format TEXT", "Name the active Space."},
+    {"watch", watch, control, "", "--json|--format TEXT", "Print the state, and a line for every change."},
     {"switch", command, action, "SPACE", "", "Switch to a Space, unless it is active.", "switch"},
     {"next", command, action, "", "", "Step to the next Space.", "next"},
     {"previous", command, action, "", "", "Step to the previous Space.", "previous"},
@@ -66,6 +66,7 @@ constexpr auto words = std::to_array<RequestWord>({
     {"demo-tour", command, action, "", "", "Show what Tallowin does, with sample names.", "demo-tour"},
     {"diagnostics", diagnostics, query, "", "", "Print a report for support requests."},
     {"copy-diagnostics", command, action, "", "", "Copy it.", "diagnostics"},
+    {"doctor", doctor, control, "", "--json", "Tell what works here, what does not, and what to do about it."},
     {"answer", answer, control, "BUTTON", "", "Answer a question that Tallowin asks."},
     {"quit", quit, control, "", "", "Tell the running Tallowin to quit."},
 });

@@ -34,6 +34,7 @@ enum class RequestKind {
   importFile,   ///< to take such a file over
   restore,      ///< to list the copies of what was configured before, or to put one back
   diagnostics,  ///< the report for support requests
+  doctor,       ///< what works here, what does not, and what to do about it
   answer,       ///< to take this as the answer to an open question
   quit,         ///< to end
 };

@@ -8,9 +8,6 @@ int runResident(const Platform& platform, const Settings& settings, const SpaceP
                 const LaunchOptions& options, std::ostream& error) {
   AppDelegate delegate(platform, settings, provider, options, error);
   delegate.applicationDidFinishLaunching();
-  if (options.url) {
-    static_cast<void>(delegate.handleURLEvent(*options.url));
-  }
   return platform.runLoop.run();
 }
 

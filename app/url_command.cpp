@@ -1,6 +1,7 @@
 #include "app/url_command.h"
 
 #include "app/exit_status.h"
+#include "base/unicode.h"
 #include "commands/command_url.h"
 
 namespace tallowin {
@@ -11,6 +12,12 @@ std::string notUnderstood(const std::string& what) {
   return "Tallowin does not understand " + what;
 }
 
+/// Whether it is a URL but for the scheme, such as "next".
+bool isWithoutScheme(const std::string& text) {
+  const auto url = URL::parseReference(text);
+  return url && url->scheme.empty() && !text.empty() && isValidUTF8(text);
+}
+
 }  // namespace
 
 int exitStatus(const URLFault& fault) {
@@ -19,6 +26,9 @@ int exitStatus(const URLFault& fault) {
 
 std::expected<SpaceCommand, URLFault> commandFromText(const std::string& text) {
   const auto url = URL::parse(text);
+  if (!url && isWithoutScheme(text)) {
+    return std::unexpected(URLFault{URLFault::Kind::unknown, notUnderstood(text)});
+  }
   if (!url) {
     return std::unexpected(URLFault{URLFault::Kind::notURL, notUnderstood(text)});
   }

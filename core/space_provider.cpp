@@ -87,13 +87,13 @@ std::optional<std::vector<DisplaySpaces>> SpaceProvider::readDisplays(const Prop
 
 std::optional<SpaceSnapshot> SpaceProvider::snapshot() const {
   const auto list = windowServer_.CGSBridgeCopyManagedDisplaySpaces();
-  const auto menuBarDisplay = windowServer_.CGSBridgeCopyActiveMenuBarDisplayIdentifier().value_or("Main");
-  auto displays = list ? readDisplays(*list, menuBarDisplay) : std::nullopt;
-  if (!displays) {
+  if (!list || property_list::listOfDictionaries(&*list) == nullptr) {
     log_.error(category, "CGSCopyManagedDisplaySpaces returned nothing");
     return std::nullopt;
   }
-  if (displays->empty()) {
+  const auto menuBarDisplay = windowServer_.CGSBridgeCopyActiveMenuBarDisplayIdentifier().value_or("Main");
+  auto displays = readDisplays(*list, menuBarDisplay);
+  if (!displays || displays->empty()) {
     return std::nullopt;
   }
   return SpaceSnapshot{*std::move(displays), clock_.now()};

@@ -7,13 +7,14 @@ namespace tallowin {
 
 namespace {
 
-/// Options for whoever becomes the instance, without and with a value after them.
-constexpr std::array<std::string_view, 2> startFlags = {"--demo", "--verbose"};
+/// Options for whoever becomes or starts the instance, without and with a value after them.
+constexpr std::array<std::string_view, 3> startFlags = {"--demo", "--no-start", "--verbose"};
 constexpr std::array<std::string_view, 4> startOptions = {"--platform", "--port", "--scenario", "--settings"};
-/// Options that ask for a process of their own. All others are for the instance to understand, or to refuse.
-constexpr std::array<std::string_view, 11> modeOptions = {"--probe",   "--switch",  "--capture", "--settings-list",
-                                                          "--get",     "--set",     "--unset",   "--simulate",
-                                                          "--journal", "--version", "--help"};
+/// What asks for a process of its own wherever it stands, as another option's value too.
+constexpr std::array<std::string_view, 3> diagnosticModes = {"--probe", "--switch", "--capture"};
+/// Options that ask for one. All others are for the instance to understand, or to refuse.
+constexpr std::array<std::string_view, 8> modeOptions = {"--settings-list", "--get",     "--set",     "--unset",
+                                                         "--simulate",      "--journal", "--version", "--help"};
 
 template <std::size_t count>
 bool contains(const std::array<std::string_view, count>& list, std::string_view text) {
@@ -42,9 +43,10 @@ FrontArguments readFrontArguments(const char* const* arguments) {
       read.forInstance = false;  // a mistake, which the whole program words
     } else if (hasValue) {
       ++arguments;
+      read.forInstance = read.forInstance && !contains(diagnosticModes, *arguments);
       read.home = argument == "--home" ? *arguments : read.home;
     } else if (!contains(startFlags, argument)) {
-      read.forInstance = read.forInstance && !contains(modeOptions, argument);
+      read.forInstance = read.forInstance && !contains(modeOptions, argument) && !contains(diagnosticModes, argument);
       read.request.emplace_back(argument);
     }
   }

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <unistd.h>
@@ -49,6 +50,7 @@ int main(int argc, char** argv) {
   const auto result = tallowin::handOver(tallowin::channelFolder(arguments.home), arguments.request);
   switch (result.outcome) {
     case tallowin::HandOver::Outcome::answered:
+      std::fputs(tallowin::remarksOn(result.answerer, TALLOWIN_VERSION, std::getenv("DISPLAY")).c_str(), stderr);
       return result.status;
     case tallowin::HandOver::Outcome::notRunning:
       return becomeWholeProgram(argv);

@@ -21,8 +21,8 @@ constexpr auto noWayland =
 
 /// The resident program may be started before the window manager is, and then waits for it.
 bool isX11Desktop(const CommandLine& line) {
-  const bool canWait = line.mode == Mode::resident && !isWayland();
-  return canWait ? X11Desktop::serverPresent() : X11Desktop::windowManagerPresent();
+  const bool canWait = (line.mode == Mode::resident || line.mode == Mode::doctor) && !isWayland();
+  return canWait ? !X11Desktop::whyNoServer() : X11Desktop::windowManagerPresent();
 }
 
 HostResult makeAutomaticHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
@@ -33,7 +33,9 @@ HostResult makeAutomaticHost(const CommandLine& line, std::unique_ptr<InstanceLo
     if (line.mode == Mode::resident) {
       return std::unexpected(HostError{noWayland, exit_status::unavailable});
     }
-    std::cerr << "tallowin: " << noWayland << '\n';
+    if (line.mode != Mode::doctor) {  // which tells it in its own words
+      std::cerr << "tallowin: " << noWayland << '\n';
+    }
   }
   return makeNoneHost(line, std::move(lock));
 }
@@ -44,6 +46,17 @@ bool needsNoDesktop(const CommandLine& line) {
 }
 
 }  // namespace
+
+std::optional<HostError> whyNoDesktop(const CommandLine& line) {
+  if (line.platform == PlatformChoice::simulated || line.platform == PlatformChoice::none) {
+    return std::nullopt;
+  }
+  if (line.platform == PlatformChoice::automatic && isWayland() && !X11Desktop::windowManagerPresent()) {
+    return HostError{noWayland, exit_status::unavailable};
+  }
+  const auto fault = X11Desktop::whyNoServer();
+  return fault ? std::optional(HostError{*fault, exit_status::unavailable}) : std::nullopt;
+}
 
 bool runsLoop(Mode mode) {
   return mode == Mode::resident || mode == Mode::switchSpace || mode == Mode::capture;

@@ -44,6 +44,10 @@ HostResult makeNoneHost(const CommandLine& line, std::unique_ptr<InstanceLock> l
 /// A simulated desktop in virtual time (--simulate) or in real time.
 HostResult makeSimulatedHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
 
+/// Why there would be no desktop for the resident program that the command line stands for, as makeHost() would say;
+/// nothing when it can be started. One that could only wait for a desktop is not started for somebody who waits for it.
+[[nodiscard]] std::optional<HostError> whyNoDesktop(const CommandLine& line);
+
 /// Whether the mode lets time pass, as those do that watch or wait.
 [[nodiscard]] bool runsLoop(Mode mode);
 

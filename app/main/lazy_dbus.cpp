@@ -6,6 +6,11 @@
 
 namespace tallowin {
 
+const DBusModule* loadDBusModule() {
+  auto* const entry = programModuleFunction(TALLOWIN_DBUS_MODULE, dbusModuleEntry);
+  return entry != nullptr ? reinterpret_cast<DBusModuleEntry>(entry)() : nullptr;
+}
+
 DesktopBus* LazyDBus::bus() {
   if (!std::exchange(tried_, true)) {
     bus_ = load();
@@ -14,8 +19,7 @@ DesktopBus* LazyDBus::bus() {
 }
 
 std::unique_ptr<DesktopBus> LazyDBus::load() const {
-  auto* const entry = programModuleFunction(TALLOWIN_DBUS_MODULE, dbusModuleEntry);
-  const auto* const module = entry != nullptr ? reinterpret_cast<DBusModuleEntry>(entry)() : nullptr;
+  const auto* const module = loadDBusModule();
   if (module == nullptr) {
     log_.error("LazyDBus",
                "there are no notifications and no D-Bus service: " TALLOWIN_DBUS_MODULE " cannot be loaded");

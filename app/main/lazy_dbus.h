@@ -10,8 +10,11 @@
 
 namespace tallowin {
 
-/// The D-Bus module, loaded when it is first wanted. That it cannot be loaded is said once in the log. Main thread
-/// only.
+/// The D-Bus module, loaded for good; null when it cannot be.
+[[nodiscard]] const DBusModule* loadDBusModule();
+
+/// The desktop bus of the D-Bus module, which is loaded when it is first wanted. That it cannot be loaded is said once
+/// in the log. Main thread only.
 class LazyDBus {
  public:
   LazyDBus(MainQueue& mainQueue, Descriptors& descriptors, const Clock& clock, Log& log)

@@ -33,13 +33,14 @@ Folders machineFolders(const std::optional<std::filesystem::path>& home) {
   return folders;
 }
 
-Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
+Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, std::string display)
     : log(line.verbose),
       folders(machineFolders(line.home)),
       preferences({files, mainQueue, clock, log}, preferencesFile(folders), noGlobalPreference),
       channel_(std::make_unique<NeutralCommandChannel>()) {
   if (lock) {
-    auto channel = SocketCommandChannel::open({descriptors, mainQueue, log}, std::move(lock));
+    auto channel = SocketCommandChannel::open({descriptors, mainQueue, log, {TALLOWIN_VERSION, std::move(display)}},
+                                              std::move(lock));
     if (channel) {
       channel_ = *std::move(channel);
     } else {

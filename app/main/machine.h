@@ -32,8 +32,9 @@ namespace tallowin {
 
 /// The services that every real machine has, whatever its desktop.
 struct Machine {
-  /// With `lock`, which may be null, other programs can reach this process. That they cannot is said in the log.
-  Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
+  /// With `lock`, which may be null, other programs can reach this process; `display` is the X server that it works on,
+  /// as DISPLAY names it, or empty. That they cannot is said in the log.
+  Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, std::string display = {});
 
   QtMainQueue mainQueue;
   ThreadWorkQueues workQueues;

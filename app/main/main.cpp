@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/doctor.h"
 #include "app/exit_status.h"
 #include "app/help_text.h"
 #include "app/main/host.h"
@@ -46,7 +47,12 @@ int run(const CommandLine& line, std::unique_ptr<tallowin::InstanceLock> lock) {
     return fail(host.error().message, host.error().exitStatus);
   }
   (*host)->begin();
-  return (*host)->end(tallowin::runProgram(line, (*host)->platform(), std::cout, std::cerr));
+  const int status = (*host)->end(tallowin::runProgram(line, (*host)->platform(), std::cout, std::cerr));
+  const bool hasChanged = line.mode == Mode::setSetting || line.mode == Mode::unsetSetting;
+  if (hasChanged && !line.simulate && status == tallowin::exit_status::success) {
+    tallowin::waitForSettings(line);
+  }
+  return status;
 }
 
 /// Files and sockets that are opened must not become standard input, output or error because nobody gave us one.
@@ -72,10 +78,13 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   const char* platform = std::getenv("TALLOWIN_PLATFORM");
-  const auto line =
+  auto line =
       tallowin::parseCommandLine(arguments, platform != nullptr ? std::optional<std::string>(platform) : std::nullopt);
   if (!line) {
     return fail(line.error(), tallowin::exit_status::usage);
+  }
+  if (!line->warning.empty()) {
+    std::cerr << "tallowin: " << line->warning << '\n';
   }
   if (line->mode == Mode::help) {
     std::cout << tallowin::helpText();
@@ -88,6 +97,9 @@ int main(int argc, char** argv) {
   auto instance = asksInstance(*line) ? tallowin::findInstance(*line) : tallowin::Instance();
   if (instance.status) {
     return *instance.status;
+  }
+  if (tallowin::asksDoctor(*line)) {
+    line->mode = Mode::doctor;  // nobody runs who could have answered
   }
   tallowin::sendQtMessagesToLog();
   int qtArgc = 1;  // Qt has options of its own, which are none of this program's

@@ -15,22 +15,25 @@ namespace {
 
 using Outcome = HandOver::Outcome;
 
-constexpr int answerMilliseconds = 5000;
 constexpr int outputFailed = 74;  // EX_IOERR (sysexits.h)
 
 bool isRefusal(int error) {
   return error == ECONNREFUSED || error == ENOENT;
 }
 
+HandOver unreachable(const std::string& why) {
+  return {Outcome::unreachable, 0, why, {}};
+}
+
 /// One conversation with the running instance.
 class Conversation {
  public:
+  explicit Conversation(const HandOverTerms& terms) : terms_(terms) {}
   ~Conversation() {
     if (socket_ >= 0) {
       ::close(socket_);
     }
   }
-  Conversation() = default;
   Conversation(const Conversation&) = delete;
   Conversation& operator=(const Conversation&) = delete;
 
@@ -58,7 +61,7 @@ class Conversation {
   HandOver takeAnswer() {
     while (true) {
       if (!answered_ && !arrivesInTime()) {
-        return {Outcome::unreachable, 0, "the running tallowin does not answer"};
+        return unreachable("the running tallowin does not answer");
       }
       constexpr std::size_t most = 65536;
       char bytes[most];
@@ -67,11 +70,11 @@ class Conversation {
         continue;
       }
       if (count <= 0) {
-        return answered_ ? HandOver{Outcome::unreachable, 0, "the running tallowin has gone away"} : HandOver{};
+        return answered_ ? unreachable("the running tallowin has gone away") : HandOver{};
       }
       arrived_.append(bytes, static_cast<std::size_t>(count));
       if (const auto status = printFrames(); status >= 0) {
-        return {Outcome::answered, status, {}};
+        return {Outcome::answered, status, {}, answerer_};
       }
     }
   }
@@ -81,7 +84,7 @@ class Conversation {
     pollfd wanted{socket_, POLLIN, 0};
     int ready = 0;
     do {
-      ready = ::poll(&wanted, 1, answerMilliseconds);
+      ready = ::poll(&wanted, 1, terms_.patience);
     } while (ready < 0 && errno == EINTR);
     return ready > 0;
   }
@@ -92,10 +95,11 @@ class Conversation {
       const auto [kind, text] = *frame;
       answered_ = true;
       if (kind == channel::FrameKind::exit) {
+        answerer_ = channel::readAnswerer(text);
         return text.empty() ? 0 : static_cast<unsigned char>(text[0]);
       }
       const int descriptor = kind == channel::FrameKind::out ? STDOUT_FILENO : STDERR_FILENO;
-      if (!print(descriptor, text) && descriptor == STDOUT_FILENO) {
+      if (!terms_.silent && !print(descriptor, text) && descriptor == STDOUT_FILENO) {
         return outputFailed;
       }
       arrived_.erase(0, channel::frameHeaderSize + text.size());
@@ -114,10 +118,39 @@ class Conversation {
     return true;
   }
 
+  const HandOverTerms terms_;
   int socket_ = -1;
   std::string arrived_;
   bool answered_ = false;
+  channel::Answerer answerer_;
 };
+
+/// A number from the front of a version's text, which it takes away with the point behind it; 0 when there is none.
+int takeNumber(std::string_view& version) {
+  int number = 0;
+  while (!version.empty() && version.front() >= '0' && version.front() <= '9') {
+    number = 10 * number + (version.front() - '0');
+    version.remove_prefix(1);
+  }
+  version.remove_prefix(version.empty() ? 0 : 1);
+  return number;
+}
+
+bool isOlder(std::string_view version, std::string_view than) {
+  while (!version.empty() || !than.empty()) {
+    const int difference = takeNumber(version) - takeNumber(than);
+    if (difference != 0) {
+      return difference < 0;
+    }
+  }
+  return false;
+}
+
+/// The display without the number of a screen, which all screens of a display share programs with: ":0" for ":0.1".
+std::string_view withoutScreen(std::string_view display) {
+  const auto point = display.rfind('.');
+  return point != std::string_view::npos && point > display.rfind(':') ? display.substr(0, point) : display;
+}
 
 std::string workingDirectory() {
   char path[PATH_MAX];
@@ -126,22 +159,34 @@ std::string workingDirectory() {
 
 }  // namespace
 
-HandOver handOver(const std::string& folder, const std::vector<std::string>& arguments) {
+HandOver handOver(const std::string& folder, const std::vector<std::string>& arguments, const HandOverTerms& terms) {
   const auto request = channel::encodeRequest(workingDirectory(), arguments);
   if (request.size() > channel::maximumRequest) {
-    return {Outcome::unreachable, 0, "the request is too long"};
+    return unreachable("the request is too long");
   }
   const PrivateFolder opened(folder, false);
   if (opened.descriptor() < 0) {
-    return opened.isMissing() ? HandOver{} : HandOver{Outcome::unreachable, 0, opened.error()};
+    return opened.isMissing() ? HandOver{} : unreachable(opened.error());
   }
-  Conversation conversation;
+  Conversation conversation(terms);
   if (const int error = conversation.connect(opened.shortPath(channelSocketName)); error != 0) {
     return isRefusal(error) ? HandOver{}
-                            : HandOver{Outcome::unreachable, 0,
-                                       std::string("cannot reach the running tallowin: ") + std::strerror(error)};
+                            : unreachable(std::string("cannot reach the running tallowin: ") + std::strerror(error));
   }
   return conversation.send(request) ? conversation.takeAnswer() : HandOver{};
+}
+
+std::string remarksOn(const channel::Answerer& answerer, std::string_view ownVersion, const char* ownDisplay) {
+  std::string lines;
+  if (isOlder(answerer.version, ownVersion)) {
+    lines += "tallowin: the running Tallowin is older than this one; restart it\n";
+  }
+  const std::string_view display = ownDisplay != nullptr ? ownDisplay : "";
+  if (!display.empty() && !answerer.display.empty() && withoutScreen(display) != withoutScreen(answerer.display)) {
+    lines += "tallowin: the running Tallowin works on display " + answerer.display + ", not on " +
+             std::string(display) + "\n";
+  }
+  return lines;
 }
 
 }  // namespace tallowin

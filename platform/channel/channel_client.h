@@ -1,7 +1,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "platform/channel/channel_protocol.h"
 
 namespace tallowin {
 
@@ -15,10 +18,23 @@ struct HandOver {
   Outcome outcome = Outcome::notRunning;
   int status = 0;
   std::string why;
+  channel::Answerer answerer;  ///< who answered
+};
+
+/// How an answer is taken.
+struct HandOverTerms {
+  int patience = 5000;  ///< whoever does not begin to answer within so many milliseconds is unreachable
+  bool silent = false;  ///< what is answered is dropped
 };
 
 /// Sends the arguments to the instance that listens in `folder`, and copies what it answers to standard output and
-/// standard error until it ends the answer. Whoever does not begin to answer within 5 seconds is unreachable.
-[[nodiscard]] HandOver handOver(const std::string& folder, const std::vector<std::string>& arguments);
+/// standard error until it ends the answer.
+[[nodiscard]] HandOver handOver(const std::string& folder, const std::vector<std::string>& arguments,
+                                const HandOverTerms& terms = {});
+
+/// What a user should know of who answered, as lines for standard error, seen from a program of version `ownVersion` on
+/// the display `ownDisplay`, which may be null: it is an older one, or works on another display.
+[[nodiscard]] std::string remarksOn(const channel::Answerer& answerer, std::string_view ownVersion,
+                                    const char* ownDisplay);
 
 }  // namespace tallowin

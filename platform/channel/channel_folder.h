@@ -36,5 +36,6 @@ class PrivateFolder {
 /// The names of what is in the folder.
 inline constexpr auto channelSocketName = "socket";
 inline constexpr auto instanceLockName = "lock";
+inline constexpr auto startLockName = "start-lock";  ///< held by whoever starts the instance for its caller
 
 }  // namespace tallowin

@@ -17,10 +17,12 @@ constexpr int misunderstood = 69;  // EX_UNAVAILABLE (sysexits.h)
 
 }  // namespace
 
-ChannelPeer::ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, Events events)
+ChannelPeer::ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer,
+                         Events events)
     : socket_(socket),
       descriptors_(descriptors),
       queue_(queue),
+      answerer_(std::move(answerer)),
       events_(std::move(events)),
       readable_(descriptors.watchReadable(socket, [this] { readMore(); })),
       patience_(queue.after(requestTime, [this] { close(); })) {}
@@ -32,6 +34,13 @@ ChannelPeer::~ChannelPeer() {
   readable_.cancel();
   writable_.cancel();
   ::close(socket_);
+}
+
+bool ChannelPeer::hasAskedByNow() {
+  if (!requested_ && !gone_) {
+    readMore();
+  }
+  return requested_;
 }
 
 void ChannelPeer::readMore() {
@@ -87,7 +96,7 @@ void ChannelPeer::end(int status) {
   if (ended_ || gone_) {
     return;
   }
-  waiting_.push_back(channel::encodeFrame(FrameKind::exit, std::string(1, static_cast<char>(status))));
+  waiting_.push_back(channel::encodeExit(status, answerer_));
   ended_ = true;
   flush();
 }

@@ -17,7 +17,7 @@ namespace tallowin {
 class ChannelPeer {
  public:
   /// Whoever connects must have sent its request by then.
-  static constexpr Duration requestTime = std::chrono::seconds(5);
+  static constexpr Duration requestTime = std::chrono::seconds(10);
   /// When more bytes than this wait for a reader who stalls, it is dropped with a notice at the next frame.
   static constexpr std::size_t maximumWaiting = std::size_t{256} << 10;
 
@@ -27,8 +27,8 @@ class ChannelPeer {
     std::function<void(ChannelPeer&)> onGone;
   };
 
-  /// Owns the socket, which does not block.
-  ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, Events events);
+  /// Owns the socket, which does not block. `answerer` is told to the other end.
+  ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer, Events events);
   ~ChannelPeer();
   ChannelPeer(const ChannelPeer&) = delete;
   ChannelPeer& operator=(const ChannelPeer&) = delete;
@@ -41,6 +41,8 @@ class ChannelPeer {
   void abandon();
   /// Makes the destructor end the answer with a status.
   void endAtDestruction(int status) { statusAtEnd_ = status; }
+  /// Takes what has arrived, and answers whether the other end has asked for something, understood or not.
+  [[nodiscard]] bool hasAskedByNow();
 
  private:
   void readMore();
@@ -51,6 +53,7 @@ class ChannelPeer {
   const int socket_;
   Descriptors& descriptors_;
   MainQueue& queue_;
+  const channel::Answerer answerer_;
   const Events events_;
 
   std::string arrived_;

@@ -13,7 +13,7 @@
 ///
 /// The caller sends one request: its length (32 bits, little-endian), then texts that each end in a zero byte: the
 /// protocol's name, the working directory, the arguments. The answer is a sequence of frames, each a kind (one byte), a
-/// length (32 bits, little-endian) and so many bytes; an `exit` frame ends it.
+/// length (32 bits, little-endian) and so many bytes; an `exit` frame ends it, and says who has answered.
 namespace tallowin::channel {
 
 /// Changes with every change that an older caller or listener would not understand.
@@ -28,7 +28,13 @@ inline constexpr std::size_t frameHeaderSize = 1 + lengthSize;
 enum class FrameKind : char {
   out = 'o',   ///< text for standard output
   err = 'e',   ///< text for standard error
-  exit = 'x',  ///< one byte, the exit status
+  exit = 'x',  ///< one byte, the exit status; behind it, as of version 0.2.0, an Answerer
+};
+
+/// The program that answers.
+struct Answerer {
+  std::string version;  ///< such as "0.1.0"; empty from one that is older than this member
+  std::string display;  ///< the value of DISPLAY, as in X(7), of the X server that it works on; empty without one
 };
 
 inline void appendLength(std::string& bytes, std::size_t length) {
@@ -70,6 +76,20 @@ inline std::string encodeFrame(FrameKind kind, std::string_view payload) {
   std::string bytes(1, static_cast<char>(kind));
   appendLength(bytes, payload.size());
   return bytes.append(payload);
+}
+
+/// The frame that ends an answer.
+inline std::string encodeExit(int status, const Answerer& answerer) {
+  return encodeFrame(FrameKind::exit,
+                     std::string(1, static_cast<char>(status)) + answerer.version + '\0' + answerer.display);
+}
+
+/// Who sent an exit frame with these bytes.
+inline Answerer readAnswerer(std::string_view payload) {
+  payload.remove_prefix(payload.empty() ? 0 : 1);
+  const auto end = payload.find('\0');
+  return {std::string(payload.substr(0, end)),
+          end == std::string_view::npos ? std::string() : std::string(payload.substr(end + 1))};
 }
 
 /// The frame at the beginning of what has arrived: its kind and its bytes. Nothing while it is not complete.

@@ -9,8 +9,9 @@ namespace tallowin {
 /// Makes sure that one instance at most is resident in a folder. The lock ends with the process, however it ends.
 class InstanceLock {
  public:
-  /// Tries once to become the instance of `folder`, which is made where it is missing.
-  explicit InstanceLock(const std::string& folder);
+  /// Tries once to become the instance of `folder`, which is made where it is missing. With another `name` the lock is
+  /// for something else that only one process may do at a time.
+  explicit InstanceLock(const std::string& folder, const char* name = instanceLockName);
   ~InstanceLock();
   InstanceLock(const InstanceLock&) = delete;
   InstanceLock& operator=(const InstanceLock&) = delete;

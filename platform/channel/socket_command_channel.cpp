@@ -1,5 +1,6 @@
 #include "platform/channel/socket_command_channel.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/socket.h>
@@ -86,11 +87,12 @@ std::expected<std::unique_ptr<SocketCommandChannel>, std::string> SocketCommandC
   if (listener < 0) {
     return std::unexpected(std::string(std::strerror(errno)));
   }
-  return std::unique_ptr<SocketCommandChannel>(new SocketCommandChannel(services, std::move(lock), listener));
+  return std::unique_ptr<SocketCommandChannel>(
+      new SocketCommandChannel(std::move(services), std::move(lock), listener));
 }
 
 SocketCommandChannel::SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock, int listener)
-    : services_(services), lock_(std::move(lock)), listener_(listener) {}
+    : services_(std::move(services)), lock_(std::move(lock)), listener_(listener) {}
 
 SocketCommandChannel::~SocketCommandChannel() {
   readable_.cancel();
@@ -113,8 +115,11 @@ void SocketCommandChannel::acceptAll() {
     } else if (errno == EAGAIN) {
       return;
     } else if (errno != EINTR && errno != ECONNABORTED) {
-      pause(std::strerror(errno));
-      return;
+      const std::string why = std::strerror(errno);
+      if (!dropOneThatHasNotAsked()) {
+        pause(why);
+        return;
+      }
     }
   }
 }
@@ -127,16 +132,26 @@ void SocketCommandChannel::pause(const std::string& why) {
   resume_ = services_.mainQueue.after(soon, [this] { setHandler(handler_); });
 }
 
+/// Numbers rise, so the first one is the oldest.
+bool SocketCommandChannel::dropOneThatHasNotAsked() {
+  const auto idle = std::ranges::find_if(*peers_, [](const auto& entry) { return !entry.second->hasAskedByNow(); });
+  if (idle == peers_->end()) {
+    return false;
+  }
+  peers_->erase(idle);
+  return true;
+}
+
 void SocketCommandChannel::accept(int socket) {
   const auto number = ++lastNumber_;
-  auto peer = std::make_unique<ChannelPeer>(socket, services_.descriptors, services_.mainQueue,
+  auto peer = std::make_unique<ChannelPeer>(socket, services_.descriptors, services_.mainQueue, services_.answerer,
                                             ChannelPeer::Events{
                                                 [this, number](ChannelPeer&, Request request) {
                                                   handler_(request, std::make_unique<PeerCaller>(peers_, number));
                                                 },
                                                 [this, number](ChannelPeer&) { peers_->erase(number); },
                                             });
-  if (peers_->size() >= maximumPeers) {
+  if (peers_->size() >= maximumPeers && !dropOneThatHasNotAsked()) {
     services_.log.error(category, "too many programs ask at once");
     peer->send(FrameKind::err, "tallowin: too many programs ask at once\n");
     peer->end(busy);

@@ -21,10 +21,12 @@ class SocketCommandChannel : public CommandChannel {
     Descriptors& descriptors;
     MainQueue& mainQueue;
     Log& log;
+    channel::Answerer answerer;  ///< what callers are told of this process
   };
 
-  /// No more connections than this are served at once; the next ones are told so.
-  static constexpr std::size_t maximumPeers = 64;
+  /// No more connections than this are served at once. The next one takes the place of the one that has been connected
+  /// longest without asking; when all have asked, it is told so.
+  static constexpr std::size_t maximumPeers = 256;
 
   /// Takes over the socket of an instance that has died. Requests may come from now on; they wait for a handler. The
   /// error is the system's description of why there is no socket.
@@ -50,6 +52,7 @@ class SocketCommandChannel : public CommandChannel {
   void acceptAll();
   void pause(const std::string& why);
   void accept(int socket);
+  [[nodiscard]] bool dropOneThatHasNotAsked();
 
   const Services services_;
   std::unique_ptr<InstanceLock> lock_;

@@ -5,8 +5,9 @@
 
 namespace tallowin {
 
-bool X11Desktop::serverPresent() {
-  return X11Connection::open().has_value();
+std::optional<std::string> X11Desktop::whyNoServer() {
+  const auto connection = X11Connection::open();
+  return connection ? std::nullopt : std::optional(connection.error());
 }
 
 bool X11Desktop::windowManagerPresent() {

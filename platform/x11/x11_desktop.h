@@ -3,6 +3,7 @@
 #include <expected>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/clock.h"
@@ -39,8 +40,8 @@ namespace tallowin {
 /// say otherwise.
 class X11Desktop {
  public:
-  /// Whether $DISPLAY names a server that can be reached.
-  [[nodiscard]] static bool serverPresent();
+  /// Nothing when $DISPLAY names a server that can be reached; else one line for a user.
+  [[nodiscard]] static std::optional<std::string> whyNoServer();
 
   /// Whether there is one, and an EWMH window manager is running there.
   [[nodiscard]] static bool windowManagerPresent();

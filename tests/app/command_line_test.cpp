@@ -22,7 +22,15 @@ TEST(CommandLine, TheFirstModeInTheProgramsOrderRuns) {
       {"--capture --probe", Mode::probe},
       {"--capture --switch 3", Mode::switchSpace},
       {"--switch 3 --probe", Mode::probe},
-      {"--probe --help --platform nonsense", Mode::help},
+      {"--platform nonsense --help", Mode::help},
+      {"--probe --help", Mode::probe},
+      {"--switch --probe", Mode::probe},
+      {"--settings general --demo --port x --probe", Mode::probe},
+      {"--settings --probe", Mode::probe},
+      {"--probe extra --set b c", Mode::probe},
+      {"edit 2 -- --capture", Mode::capture},
+      {"--get --capture", Mode::capture},
+      {"--probe --home", Mode::probe},
   };
   for (const auto& [words, mode] : cases) {
     const auto line = parse(words);
@@ -40,10 +48,12 @@ TEST(CommandLine, ValuesReachTheirPlaces) {
   expected.simulate = "s.json";
   expected.journal = "j";
   expected.home = "/h";
-  expected.port = 65535;
   expected.verbose = true;
-  EXPECT_EQ(parse("--simulate s.json --journal j --switch 12 classic --home /h --port 65535 --verbose"), expected);
+  EXPECT_EQ(parse("--simulate s.json --journal j --switch 12 classic --home /h --verbose"), expected);
+  EXPECT_EQ(parse("--port 65535")->port, 65535);
 
+  EXPECT_EQ(parse("--settings nonsense")->settingsTab, std::nullopt) << "it starts all the same";
+  EXPECT_EQ(parse("--settings nonsense")->warning.find("--settings is one of general"), 0U);
   const auto set = parse("--set switchMode classic");
   ASSERT_TRUE(set);
   EXPECT_EQ(set->settingKey + "=" + set->settingValue, "switchMode=classic");
@@ -64,15 +74,15 @@ TEST(CommandLine, MistakesAreSaidInOneLineWithWhatWouldBeRight) {
   const Case cases[] = {
       {"--prob", "unknown argument \"--prob\"; --help lists what there is"},
       {"3", "unknown argument \"3\""},
-      {"--switch", "--switch needs more after it: --switch N"},
+      {"--switch", "--switch needs the number of a desktop, such as --switch 3"},
+      {"--switch --capture", "--switch needs the number of a desktop, such as --switch 3"},
       {"--switch three", "--switch needs the number of a desktop, such as --switch 3, not \"three\""},
       {"--switch 3x", "not \"3x\""},
       {"--switch --verbose", "not \"--verbose\""},
       {"--switch 99999999999999999999", "not \"99999999999999999999\""},
       {"--switch 1.0", "not \"1.0\""},
       {"--get a --set b c", "one at a time"},
-      {"--probe --set b c", "go alone"},
-      {"--probe --home", "--home DIR"},
+      {"--version2 --home", "--home DIR"},
       {"--port 0", "from 1 to 65535"},
       {"--port 65536", "from 1 to 65535"},
       {"--port http", "from 1 to 65535"},

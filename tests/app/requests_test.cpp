@@ -1,6 +1,8 @@
 // What the running instance can be asked for, and how the small program in front of it reads its arguments.
 
 #include <gtest/gtest.h>
+#include <iterator>
+#include <sstream>
 
 #include "app/front/front_arguments.h"
 #include "app/request_words.h"
@@ -9,6 +11,11 @@ namespace tallowin {
 namespace {
 
 using Words = std::vector<std::string>;
+
+Words wordsOf(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
 
 TEST(RequestWords, AreReadOrRefusedInOneLine) {
   const std::pair<Words, RequestWords> understood[] = {
@@ -35,9 +42,15 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
   for (const auto& [words, expected] : understood) {
     EXPECT_EQ(readRequestWords(words), expected) << testing::PrintToString(words);
   }
+  for (const auto* acts : {"tallowin://x", "mark", "unpin a", "automation get set f", "profile use W", "export f"}) {
+    EXPECT_EQ(readRequestWords(wordsOf(acts))->nature(), RequestNature::action) << acts;
+  }
+  for (const auto* asks : {"", "list", "quit", "doctor", "automation 3", "automation 3 get", "profile list", "time"}) {
+    EXPECT_NE(readRequestWords(wordsOf(asks))->nature(), RequestNature::action) << asks;
+  }
   const std::pair<Words, std::string> refused[] = {
       {{"lists"}, "unknown argument \"lists\"; --help lists what there is"},
-      {{"list", "more"}, "it is called so: tallowin list [--json] [--names] [--urls]"},
+      {{"list", "more"}, "it is called so: tallowin list [--json] [--names] [--urls] [--format TEXT]"},
       {{"quit", "--json"}, "it is called so: tallowin quit"},
       {{"time", "--days"}, "it is called so: tallowin time [--days N] [--csv FILE] [--json]"},
       {{"pin", "xterm"}, "it is called so: tallowin pin APP SPACE"},
@@ -72,6 +85,9 @@ TEST(FrontArguments, TellWhatTheInstanceCanDo) {
       {{"edit", "3", "--name", "classic"}, true, "", {"edit", "3", "--name", "classic"}},
       {{"rename", "2", "--", "--demo"}, true, "", {"rename", "2", "--", "--demo"}},
       {{"--home"}, false, "", {}},
+      {{"--settings", "--probe"}, false, "", {}},
+      {{"edit", "3", "--name", "--probe"}, false, "", {"edit", "3", "--name", "--probe"}},
+      {{"--no-start", "tallowin://back"}, true, "", {"tallowin://back"}},
       {{"--simulate", "s.json"}, false, "", {"--simulate", "s.json"}},
   };
   for (auto [arguments, forInstance, home, request] : cases) {

@@ -8,7 +8,7 @@ http_cases() {
   start_instance --port "$HTTP_PORT"
   pass_if "no port is open unless it is asked for" "" "$(listening_addresses)"
   tallowin --set localAPI true >/dev/null
-  pass_if_eventually "the setting opens it, to this machine alone" "$(loopback_addresses)" listening_addresses
+  pass_if "the setting opens it at once, to this machine alone" "$(loopback_addresses)" "$(listening_addresses)"
   pass_if_eventually "it is served there" 200 status_of 127.0.0.1 spaces
   [ "$(loopback_addresses)" == 0100007F ] || pass_if "by IPv6 too" 200 "$(status_of '[::1]' spaces)"
   pass_if "other addresses are not served" 000 "$(status_of 127.0.0.2 spaces)"
@@ -27,7 +27,7 @@ http_cases() {
   pass_if_eventually "a port that is taken is said" 1 grep -c "could not open port $HTTP_PORT" "$DESKTOP_DIRECTORY/log"
   end_group "$other"
   tallowin --set localAPI false >/dev/null
-  pass_if_eventually "the setting closes the port" "" listening_addresses
+  pass_if "the setting closes the port at once" "" "$(listening_addresses)"
   quit_instance
 }
 

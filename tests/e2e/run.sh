@@ -189,6 +189,7 @@ instance_cases() {
   pass_if "nobody answers before it runs" 'tallowin: not running; "tallowin" starts it
 exit 69' "$(ask current)"
   put_in_front 0
+  [ "$LABEL" != openbox ] || start_cases
   start_instance
   pass_if "a second start finds the first" "tallowin: already running
 exit 0" "$(ask)"
@@ -233,6 +234,31 @@ stale_answers() {
     ask "tallowin://switch/$number" >/dev/null
     ask list | grep '^\*' | grep -v "^\* $number "
   done
+}
+
+# Calls that do something start the instance, one for all of them; others leave it at that.
+start_cases() {
+  local process
+  pass_if "a command with --no-start starts nothing" 'tallowin: not running; "tallowin" starts it
+exit 69' "$(ask --no-start tallowin://back)"
+  pass_if "nor does one without a display" "tallowin: not running, and not started: cannot reach an X server: DISPLAY is not set
+exit 69" "$(DISPLAY='' ask tallowin://back)"
+  pass_if "doctor says that it is not running" "attention  Tallowin is not running.
+exit 69" "$(ask doctor | sed -n '1p;$p')"
+  seq 50 | xargs -P 50 -I_ "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" 'tallowin://rename/2?name=First'
+  pass_if "fifty commands at once are performed" 0 $?
+  process=$(pgrep -f -- "--home $DESKTOP_DIRECTORY/tallowin")
+  pass_if "by one instance" 1 "$(wc -w <<<"$process")"
+  pass_if "which has a session and a place of its own" "$process $HOME /dev/null" \
+    "$(ps -o sess= -p "$process" | tr -d ' ') $(readlink "/proc/$process/cwd") $(readlink "/proc/$process/fd/0")"
+  seq 500 | xargs -P 50 -I_ "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" current >"$DESKTOP_DIRECTORY/answers" 2>&1
+  pass_if "fifty callers at a time are all answered" "500 Desktop 1" "$(sort "$DESKTOP_DIRECTORY/answers" | uniq -c | xargs)"
+  pass_if "a caller from another display is told so" "tallowin: the running Tallowin works on display $DISPLAY, not on :99999
+exit 0" "$(DISPLAY=:99999 ask list | tail -n 2)"
+  pass_if "doctor finds the window manager" 1 "$(ask doctor | grep -c '^ok  .* window manager is Openbox')"
+  pass_if "its name goes" "exit 0" "$(ask 'tallowin://rename/2?name=')"
+  pass_if "it quits" "exit 0" "$(ask quit)"
+  pass_if_eventually "and is gone" "" pgrep -f -- "--home $DESKTOP_DIRECTORY/tallowin"
 }
 
 # The name is there after openbox has started again, and the instance goes on.

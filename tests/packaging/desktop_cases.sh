@@ -13,6 +13,12 @@ is_on_bus() {
     "string:$ID"
 }
 
+# The process that owns the program's name on the bus.
+process_on_bus() {
+  dbus-send --session --print-reply=literal --dest=org.freedesktop.DBus / \
+    org.freedesktop.DBus.GetConnectionUnixProcessID "string:$ID" | grep -oE '[0-9]+$'
+}
+
 loaded_modules() {
   awk '/tallowin-.*\.so/ { print $NF }' "/proc/$(pgrep -g "$INSTANCE_GROUP" -x tallowin-main | head -n 1)/maps" |
     xargs -rn 1 basename | sort -u | paste -sd ' '
@@ -46,9 +52,9 @@ desktop_cases() {
   pass_if_eventually "it has its name on the bus" '   boolean true' is_on_bus
   installed quit >/dev/null
   eventually group_is_gone "$INSTANCE_GROUP"
-  dbus-send --session --print-reply --dest=org.freedesktop.DBus / org.freedesktop.DBus.StartServiceByName \
-    "string:$ID" uint32:0 >/dev/null 2>&1
-  pass_if_eventually "the bus starts it by its name" "exit 0" eval 'installed list | tail -n 1'
+  pass_if "a command has it started" "exit 0" "$(installed tallowin://switch/1)"
+  pass_if "by the bus" 1 "$(tr '\0' '\n' <"/proc/$(process_on_bus)/environ" | grep -c ^DBUS_STARTER_BUS_TYPE=)"
+  pass_if_eventually "and performed" 0 current_desktop
   installed quit >/dev/null
   end_group "$BUS_GROUP"
   stop_desktop

@@ -43,12 +43,14 @@ class RawClient {
     return count > 0 || (count < 0 && errno == EAGAIN);
   }
 
-  /// The frames so far: a kind's letter and the text each.
+  /// The frames so far: a kind's letter and the text each, without what is said of who answers.
   [[nodiscard]] std::vector<std::string> frames() const {
     std::vector<std::string> list;
     std::string_view rest = arrived;
     while (const auto frame = channel::firstFrame(rest)) {
-      list.push_back(static_cast<char>(frame->first) + std::string(frame->second));
+      const bool isExit = frame->first == channel::FrameKind::exit;
+      list.push_back(static_cast<char>(frame->first) +
+                     std::string(frame->second.substr(0, isExit ? 1 : frame->second.npos)));
       rest.remove_prefix(channel::frameHeaderSize + frame->second.size());
     }
     return list;
@@ -73,7 +75,8 @@ class ChannelTest : public testing::Test {
 
   /// An instance that answers what a test wants.
   std::unique_ptr<SocketCommandChannel> listen(CommandChannel::Handler handler) {
-    auto channel = SocketCommandChannel::open({loop, loop, log}, std::make_unique<InstanceLock>(folder));
+    auto channel =
+        SocketCommandChannel::open({loop, loop, log, {"0.3.10", ":7"}}, std::make_unique<InstanceLock>(folder));
     EXPECT_TRUE(channel.has_value());
     if (handler) {
       (*channel)->setHandler(std::move(handler));
@@ -165,7 +168,9 @@ TEST_F(ChannelTest, NonsenseIsRefusedAndHarmsNobodyElse) {
     const RawClient leaver(socketPath());
     leaver.send("\x10");
   }
-  EXPECT_EQ(ask({"list"}).outcome, HandOver::Outcome::answered);
+  const auto answer = ask({"list"});
+  EXPECT_EQ(answer.outcome, HandOver::Outcome::answered);
+  EXPECT_EQ(answer.answerer.version + answer.answerer.display, "0.3.10:7");
   EXPECT_EQ(handled, 1);
 }
 
@@ -219,6 +224,36 @@ TEST_F(ChannelTest, MoreThanSoManyAtOnceAreTurnedAway) {
     loop.runReady();
     return watching.size() > SocketCommandChannel::maximumPeers;
   })) << "one that left makes room";
+}
+
+TEST_F(ChannelTest, WhoHasConnectedAndNotAskedGivesWay) {
+  const auto instance = listen([](const Request&, std::unique_ptr<Caller> caller) { caller->exit(0); });
+  std::vector<std::unique_ptr<RawClient>> idle;
+  for (std::size_t i = 0; i < SocketCommandChannel::maximumPeers; ++i) {
+    idle.push_back(std::make_unique<RawClient>(socketPath()));
+  }
+  EXPECT_EQ(ask({"list"}).outcome, HandOver::Outcome::answered);
+  EXPECT_FALSE(idle.front()->read()) << "the one that has waited longest";
+  EXPECT_TRUE(idle.back()->read());
+}
+
+TEST(HandOver, TellsOfWhoAnsweredWhatAUserShouldKnow) {
+  const auto* const older = "tallowin: the running Tallowin is older than this one; restart it\n";
+  const auto* const elsewhere = "tallowin: the running Tallowin works on display :7.0, not on :8\n";
+  const struct {
+    channel::Answerer answerer;
+    const char* display;
+    std::string expected;
+  } cases[] = {
+      {{"", ""}, nullptr, older},         {{"0.9.10", ""}, ":8", older},
+      {{"0.10", ""}, ":8", ""},           {{"0.10.0", ":7"}, ":7.1", ""},
+      {{"1.0", ":7.0"}, ":8", elsewhere}, {{"1.0", ":7"}, "", ""},
+      {{"1.0", "a.b:1"}, "a.b:1.0", ""},  {{"0.9", ":7.0"}, ":8", std::string(older) + elsewhere},
+  };
+  for (const auto& [answerer, display, expected] : cases) {
+    EXPECT_EQ(remarksOn(answerer, "0.10.0", display), expected) << answerer.version << " " << answerer.display;
+  }
+  EXPECT_EQ(channel::readAnswerer(std::string_view("\0", 1)).version, "") << "as the first version sent it";
 }
 
 TEST_F(ChannelTest, TheEndOfTheInstanceLetsTheNextOneStartBeforeItIsTold) {
