@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/doctor.h"
 #include "app/exit_status.h"
 
 namespace tallowin {
@@ -69,7 +70,7 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
           {performer_, underWay_, watcher_, store_, [this](const std::string& url) { return handleURLEvent(url); }}),
       spaceRequests_({platform.clock, watcher_, store_, feed_, platform.mainQueue, platform.runLoop, platform.alerts,
                       appNames(windows_.contents)}),
-      windowRequests_({windows_, watcher_, store_, platform.workspace, settings}),
+      windowRequests_({windows_, watcher_, store_, platform.workspace, settings, platform.clock}),
       recordRequests_({records_, performer_, watcher_, store_, settings, platform.files}),
       editRequests_({watcher_, store_, automation_, platform.files, platform.images, appNames(windows_.contents)}),
       requests_(answers(), underWay_),
@@ -143,6 +144,9 @@ RequestTable AppDelegate::answers() {
   windowRequests_.addTo(table);
   recordRequests_.addTo(table);
   editRequests_.addTo(table);
+  table[RequestKind::doctor] = [this](const RequestJob& job) {
+    answerDoctor(job, reportOfInstance(setUpChecks(platform_), settings_, localAPI_.openPort()));
+  };
   return table;
 }
 

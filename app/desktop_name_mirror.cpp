@@ -1,5 +1,7 @@
 #include "app/desktop_name_mirror.h"
 
+#include "base/unicode.h"
+
 namespace tallowin {
 
 DesktopNameMirror::DesktopNameMirror(Services services)
@@ -28,7 +30,7 @@ DesktopNameMirror::Names DesktopNameMirror::names(const SpaceSnapshot& snapshot)
   Names names;
   for (const auto& space : snapshot.allSpaces()) {
     if (const auto name = space.isFullscreen ? std::nullopt : services_.store.meta(space.id).name) {
-      names.emplace(space.managedID, *name);
+      names.emplace(space.managedID, printable(*name));
     }
   }
   return names;

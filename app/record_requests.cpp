@@ -177,7 +177,7 @@ void RecordRequests::importTemplate(const RequestJob& job, const std::string& fi
 void RecordRequests::exportFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
   if (const auto exported = services_.records.transfer.exportFile(services_.store, path)) {
-    job.print("Exported to " + path.filename().string() + "\n");
+    job.print(printable("Exported to " + path.filename().string()) + "\n");
   } else {
     job.fail(exported.error().sentence, exit_status::cannotCreate);
   }
@@ -187,7 +187,7 @@ void RecordRequests::importFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
   const auto keepCopy = [&] { services_.records.backups.keep("before import of " + path.filename().string()); };
   if (const auto imported = services_.records.transfer.importFile(path, services_.store, keepCopy)) {
-    job.print("Imported " + path.filename().string() + "\n");
+    job.print(printable("Imported " + path.filename().string()) + "\n");
   } else {
     failImport(job, path, imported.error());
   }
@@ -219,7 +219,8 @@ void RecordRequests::time(RequestJob job) const {
   const auto names = namesOfTimes(services_.watcher.snapshot().get(), services_.store);
   if (const auto file = options.find("--csv"); file != options.end()) {
     constexpr unsigned onlyTheUser = 0600;
-    if (const auto written = services_.files.writeAtomically(job.path(file->second), tracker.csv(names), onlyTheUser)) {
+    if (const auto written =
+            services_.files.writeAtomically(job.path(file->second), tracker.csv(names) + "\n", onlyTheUser)) {
       job.succeed();
     } else {
       job.fail("cannot write " + file->second + ": " + written.error().description, exit_status::cannotCreate);

@@ -1,5 +1,8 @@
 #include "app/record_services.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "app/program_version.h"
 
 namespace tallowin {
@@ -44,8 +47,15 @@ Outcome RecordServices::applyTemplate(const std::string& name) {
 }
 
 std::vector<SetUpCheck> setUpChecks(const Platform& platform) {
-  return {{"Accessibility", platform.accessibility.AXIsProcessTrusted()},
-          {"Screen Recording", platform.screenCapture.CGPreflightScreenCaptureAccess()}};
+  const bool trusted = platform.accessibility.AXIsProcessTrusted();
+  const bool permitted = platform.screenCapture.CGPreflightScreenCaptureAccess();
+  const auto* const advice = "Where a desktop asks for a permission, give it in the system's settings.";
+  std::vector<SetUpCheck> checks = {
+      {"Accessibility", trusted, trusted ? "Windows can be moved." : "Windows cannot be moved.", trusted ? "" : advice},
+      {"Screen Recording", permitted, permitted ? "Pictures can be taken." : "Pictures cannot be taken.",
+       permitted ? "" : advice}};
+  std::ranges::copy(platform.desktopFacts.checks(), std::back_inserter(checks));
+  return checks;
 }
 
 }  // namespace tallowin

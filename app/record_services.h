@@ -49,7 +49,7 @@ struct RecordServices {
   StateExporter stateExporter;
 };
 
-/// What must be right for everything to work.
+/// What must be right for everything to work. May wait for other programs, a second at most.
 [[nodiscard]] std::vector<SetUpCheck> setUpChecks(const Platform& platform);
 
 }  // namespace tallowin

@@ -44,7 +44,7 @@ struct RequestJob {
 
   /// Ends it with one line on the caller's standard error.
   void fail(const std::string& message, int status = exit_status::failure) const {
-    caller->err("tallowin: " + message + "\n");
+    caller->err("tallowin: " + printable(message) + "\n");
     caller->exit(status);
   }
 

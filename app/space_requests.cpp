@@ -1,5 +1,6 @@
 #include "app/space_requests.h"
 
+#include "app/space_format.h"
 #include "app/space_list.h"
 #include "base/json_text.h"
 #include "base/unicode.h"
@@ -19,6 +20,18 @@ constexpr Duration savingPoll = std::chrono::milliseconds(20);
 std::string switchURL(const std::string& name, const Space& space) {
   const bool isPlain = spaceRefFromText(name) == SpaceRef::name(name);
   return "tallowin://switch/" + (isPlain ? percentEncoded(name) : desktopNumberText(space));
+}
+
+constexpr auto formatOption = "--format";
+
+/// What --format asks for; nothing where it is not understood, which has been answered then.
+std::optional<SpaceFormat> formatOf(const RequestJob& job) {
+  auto format = SpaceFormat::parse(job.words.options.at(formatOption));
+  if (!format) {
+    job.fail(format.error(), exit_status::usage);
+    return std::nullopt;
+  }
+  return *std::move(format);
 }
 
 }  // namespace
@@ -52,6 +65,16 @@ void SpaceRequests::list(RequestJob job) const {
     return;
   }
   const auto& snapshot = services_.watcher.snapshot().get();
+  if (job.words.has(formatOption)) {
+    if (const auto format = formatOf(job)) {
+      std::string lines;
+      for (const auto& space : snapshot.allSpaces()) {
+        lines += format->line(space, services_.store);
+      }
+      job.print(lines);
+    }
+    return;
+  }
   if (job.words.namesOnly() || job.words.has("--urls")) {
     std::vector<std::string> lines;
     for (const auto& space : snapshot.allSpaces()) {
@@ -74,12 +97,22 @@ void SpaceRequests::current(RequestJob job) const {
     job.fail(noActiveSpace);
     return;
   }
+  if (job.words.has(formatOption)) {
+    if (const auto format = formatOf(job)) {
+      job.print(format->line(*space, services_.store));
+    }
+    return;
+  }
   job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, services_.apps))
                              : printable(services_.store.displayName(*space)) + "\n");
 }
 
 void SpaceRequests::watch(RequestJob job) const {
-  services_.feed.add(std::move(job.caller), job.words.json());
+  std::optional<SpaceFormat> format;
+  if (job.words.has(formatOption) && !(format = formatOf(job))) {
+    return;
+  }
+  services_.feed.add(std::move(job.caller), {job.words.json(), std::move(format)});
 }
 
 void SpaceRequests::answer(RequestJob job) const {

@@ -25,10 +25,10 @@ StateFeed::StateFeed(Services services)
         soon_ = services_.mainQueue.after(Duration::zero(), [this] { refresh(); });
       })) {}
 
-void StateFeed::add(std::shared_ptr<Caller> caller, bool json) {
+void StateFeed::add(std::shared_ptr<Caller> caller, Form form) {
   refresh();  // the others are to know what this one is told
-  if (caller->out(line("state", json))) {
-    readers_.push_back({std::move(caller), json});
+  if (caller->out(line("state", form))) {
+    readers_.push_back({std::move(caller), std::move(form)});
     last_ = state();
   }
 }
@@ -51,7 +51,7 @@ void StateFeed::refresh() {
 
 void StateFeed::tell(const std::string& change) {
   ++sequence_;
-  std::erase_if(readers_, [&](const Reader& reader) { return !reader.caller->out(line(change, reader.json)); });
+  std::erase_if(readers_, [&](const Reader& reader) { return !reader.caller->out(line(change, reader.form)); });
 }
 
 StateFeed::State StateFeed::state() const {
@@ -70,11 +70,14 @@ StateFeed::State StateFeed::state() const {
   return state;
 }
 
-std::string StateFeed::line(const std::string& change, bool json) const {
-  if (json) {
+std::string StateFeed::line(const std::string& change, const Form& form) const {
+  if (form.json) {
     return compactJSON(record(change)) + "\n";
   }
   const auto active = services_.watcher.snapshot().get().activeSpace();
+  if (form.format) {
+    return active ? form.format->line(*active, services_.store) : "\n";
+  }
   const auto number = active ? desktopNumberText(*active) : "-";
   const auto name = active ? printable(services_.store.displayName(*active)) : "";
   return std::to_string(sequence_) + "\t" + change + "\t" + number + "\t" + name + "\n";

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/space_format.h"
 #include "core/space_state.h"
 #include "core/space_watcher.h"
 #include "platform/command_channel.h"
@@ -32,8 +33,14 @@ class StateFeed {
 
   explicit StateFeed(Services services);
 
+  /// How a reader is told.
+  struct Form {
+    bool json = false;
+    std::optional<SpaceFormat> format;  ///< instead of either form: a line about the active Space
+  };
+
   /// Tells `caller` from now on, until it goes.
-  void add(std::shared_ptr<Caller> caller, bool json);
+  void add(std::shared_ptr<Caller> caller, Form form);
 
   /// Looks for changes since the last look, and tells them.
   void refresh();
@@ -41,7 +48,7 @@ class StateFeed {
  private:
   struct Reader {
     std::shared_ptr<Caller> caller;  ///< shared with the request until that has been handled
-    bool json;
+    Form form;
   };
   /// What changes are told of.
   struct State {
@@ -53,7 +60,7 @@ class StateFeed {
 
   [[nodiscard]] State state() const;
   void tell(const std::string& change);
-  [[nodiscard]] std::string line(const std::string& change, bool json) const;
+  [[nodiscard]] std::string line(const std::string& change, const Form& form) const;
   [[nodiscard]] PropertyList record(const std::string& change) const;
 
   const Services services_;

@@ -59,7 +59,7 @@ void WindowRequests::savedSpaces(RequestJob job) const {
     return;
   }
   if (!job.words.json()) {
-    job.print(savedSpaceTable(spaces));
+    job.print(savedSpaceTable(spaces, services_.clock));
     return;
   }
   auto records = PropertyList::array();

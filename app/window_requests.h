@@ -15,6 +15,7 @@ class WindowRequests {
     SpaceStore& store;
     Workspace& workspace;
     const Settings& settings;
+    const Clock& clock;
   };
 
   explicit WindowRequests(Services services) : services_(services) {}

@@ -10,6 +10,14 @@ namespace tallowin {
 
 using enum TextTable::Alignment;
 
+namespace {
+
+std::string counted(std::size_t count, const char* noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
 std::string windowTable(const std::vector<WindowInfo>& windows, const SpaceSnapshot& snapshot,
                         const SpaceStore& store) {
   TextTable table({{right}, {left}, {left}, {left}});
@@ -45,11 +53,11 @@ PropertyList windowRecords(const std::vector<WindowInfo>& windows, const SpaceSn
   return records;
 }
 
-std::string savedSpaceTable(const std::vector<SavedSpace>& spaces) {
+std::string savedSpaceTable(const std::vector<SavedSpace>& spaces, const Clock& clock) {
   TextTable table({{left}, {left}, {right}, {right}});
   for (const auto& space : spaces) {
-    table.add({iso8601(space.savedAt), space.name, std::to_string(space.apps.size()) + " apps",
-               std::to_string(space.urls.size()) + " tabs"});
+    table.add({localDateText(space.savedAt, clock), space.name, counted(space.apps.size(), "app"),
+               counted(space.urls.size(), "tab")});
   }
   return table.text();
 }

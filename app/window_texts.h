@@ -19,7 +19,7 @@ namespace tallowin {
 [[nodiscard]] PropertyList windowRecords(const std::vector<WindowInfo>& windows, const SpaceSnapshot& snapshot,
                                          const SpaceStore& store);
 
-/// Saved Spaces for reading, one line each: when, name, how many applications and tabs.
-[[nodiscard]] std::string savedSpaceTable(const std::vector<SavedSpace>& spaces);
+/// Saved Spaces for reading, one line each: when by local time, name, how many applications and tabs.
+[[nodiscard]] std::string savedSpaceTable(const std::vector<SavedSpace>& spaces, const Clock& clock);
 
 }  // namespace tallowin

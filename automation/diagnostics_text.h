@@ -18,13 +18,6 @@ struct ProgramVersion {
   std::string build;
 };
 
-/// One item of the set-up checklist.
-struct SetUpCheck {
-  std::string title;
-  bool ok = false;
-  bool operator==(const SetUpCheck&) const = default;
-};
-
 /// What the diagnostics report tells.
 struct DiagnosticFacts {
   ProgramVersion program;

@@ -48,6 +48,10 @@ std::string iso8601(Date date) {
   return formatted(date, "%04d-%02u-%02uT%02ld:%02ld:%02ldZ");
 }
 
+std::string localDateText(Date date, const Clock& clock) {
+  return formatted(date + clock.localOffset(date), "%04d-%02u-%02u %02ld:%02ld");
+}
+
 std::string fileNameDate(Date date) {
   return formatted(date, "%04d%02u%02uT%02ld%02ld%02ldZ");
 }

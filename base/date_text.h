@@ -15,6 +15,9 @@ namespace tallowin {
 /// which a Date cannot hold, included.
 [[nodiscard]] std::optional<Date> dateFromISO8601(std::string_view text);
 
+/// To the minute in the machine's time zone, for people: "2026-03-01 10:00".
+[[nodiscard]] std::string localDateText(Date date, const Clock& clock);
+
 /// The same instant in a form for file names: "20260301T090000Z".
 [[nodiscard]] std::string fileNameDate(Date date);
 

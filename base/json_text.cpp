@@ -31,6 +31,27 @@ std::string withoutNumber(std::string message) {
   return end == std::string::npos ? message : message.substr(end + 2);
 }
 
+/// The text with DEL and the control characters from U+0080 to U+009F escaped, which JSON lets stand: terminals obey
+/// them.
+std::string printableJSON(std::string text) {
+  constexpr char del = 0x7F;
+  constexpr char lead = static_cast<char>(0xC2);  // of the two bytes of U+0080 to U+00BF, the second is its number
+  constexpr unsigned char firstVisible = 0xA0;
+  const auto isControl = [&](std::size_t i) {
+    return text[i] == del ||
+           (text[i] == lead && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < firstVisible);
+  };
+  constexpr std::string_view digits = "0123456789abcdef";
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (isControl(i)) {
+      const std::size_t length = text[i] == lead ? 2 : 1;
+      const auto code = static_cast<unsigned char>(text[i + length - 1]);
+      text.replace(i, length, {'\\', 'u', '0', '0', digits[code >> 4U], digits[code & 0xFU]});
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 std::expected<PropertyList, std::string> parseJSON(std::string_view text) {
@@ -45,11 +66,11 @@ std::expected<PropertyList, std::string> parseJSON(std::string_view text) {
 }
 
 std::string prettyJSON(const PropertyList& value) {
-  return value.dump(2, ' ', false, PropertyList::error_handler_t::replace) + "\n";
+  return printableJSON(value.dump(2, ' ', false, PropertyList::error_handler_t::replace)) + "\n";
 }
 
 std::string compactJSON(const PropertyList& value) {
-  return value.dump(-1, ' ', false, PropertyList::error_handler_t::replace);
+  return printableJSON(value.dump(-1, ' ', false, PropertyList::error_handler_t::replace));
 }
 
 }  // namespace tallowin

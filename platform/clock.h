@@ -30,6 +30,9 @@ class Clock {
   /// How long the machine has been up (NSProcessInfo systemUptime).
   [[nodiscard]] virtual std::chrono::nanoseconds systemUptime() const = 0;
 
+  /// How far local time is ahead of UTC at that instant, in the machine's current time zone.
+  [[nodiscard]] virtual std::chrono::seconds localOffset(Date date) const = 0;
+
   /// The day that `date` falls on in the machine's current time zone.
   [[nodiscard]] virtual CalendarDay localDay(Date date) const = 0;
 };

@@ -16,6 +16,15 @@ struct WindowManagerFacts {
   bool operator==(const WindowManagerFacts&) const = default;
 };
 
+/// One item of the set-up checklist: something that must be right for everything to work.
+struct SetUpCheck {
+  std::string title;  ///< a few words
+  bool ok = false;
+  std::string finding = {};  ///< how it is, in whole sentences
+  std::string advice = {};   ///< what to do about it, in whole sentences; empty where there is nothing to be done
+  bool operator==(const SetUpCheck&) const = default;
+};
+
 /// What the desktop is, for reports. Main thread only.
 class DesktopFacts {
  public:
@@ -24,6 +33,9 @@ class DesktopFacts {
   /// The running window manager; nothing while none runs, and on systems where it is part of the system. May run a
   /// program to find out its version, and wait for it.
   virtual std::optional<WindowManagerFacts> windowManager() = 0;
+
+  /// What of it the program works with, and what it lacks. May wait for other programs, a second at most.
+  virtual std::vector<SetUpCheck> checks() = 0;
 };
 
 }  // namespace tallowin

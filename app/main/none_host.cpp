@@ -1,5 +1,6 @@
 #include "app/main/host.h"
 #include "app/main/machine.h"
+#include "app/main/machine_facts.h"
 #include "core/cgs_bridge.h"
 #include "platform/none/neutral.h"
 #include "platform/none/no_core_foundation.h"
@@ -9,6 +10,11 @@
 namespace tallowin {
 
 namespace {
+
+std::string whyThereIsNone(const CommandLine& line) {
+  const auto fault = whyNoDesktop(line);
+  return fault ? fault->message : "no platform was found or asked for";
+}
 
 class NoneHost : public Host {
  public:
@@ -76,7 +82,8 @@ class NoneHost : public Host {
   NeutralWorkspace workspace_;
   NeutralGlobalHotKeys globalHotKeys_;
   NeutralAppleScript appleScript_;
-  NeutralDesktopFacts desktopFacts_;
+  NoDesktopFacts noDesktop_{[this] { return whyThereIsNone(line_); }};
+  MachineFacts desktopFacts_{noDesktop_};
   NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;

@@ -1,8 +1,10 @@
+#include <cstdlib>
 #include <iostream>
 
 #include "app/exit_status.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
+#include "app/main/machine_facts.h"
 #include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
 #include "platform/none/neutral.h"
@@ -13,9 +15,15 @@ namespace tallowin {
 
 namespace {
 
+std::string displayName() {
+  const char* name = std::getenv("DISPLAY");
+  return name != nullptr ? name : "";
+}
+
 class X11Host : public Host {
  public:
-  X11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock) : line_(line), machine_(line, std::move(lock)) {}
+  X11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
+      : line_(line), machine_(line, std::move(lock), displayName()) {}
 
   /// An empty text when connected, else why not.
   std::string connect() {
@@ -25,6 +33,7 @@ class X11Host : public Host {
       return connected.error();
     }
     desktop_ = *std::move(connected);
+    facts_.emplace(desktop_->desktopFacts());
     return "";
   }
 
@@ -68,7 +77,7 @@ class X11Host : public Host {
             .desktopService = machine_.desktopService(line_.mode),
             .listeners = machine_.listeners,
             .system = machine_.system,
-            .desktopFacts = desktop_->desktopFacts(),
+            .desktopFacts = *facts_,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = desktopQueues_,
@@ -95,6 +104,7 @@ class X11Host : public Host {
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
   std::unique_ptr<X11Desktop> desktop_;
+  std::optional<MachineFacts> facts_;  ///< once there is a desktop
 };
 
 }  // namespace

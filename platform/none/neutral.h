@@ -83,9 +83,20 @@ class NeutralSpacePlaces : public SpacePlaces {
   bool restore(const std::vector<ManagedSpaceID>& /*spaces*/) override { return false; }
 };
 
-class NeutralDesktopFacts : public DesktopFacts {
+/// The facts where there is no desktop.
+class NoDesktopFacts : public DesktopFacts {
  public:
+  /// `reason` answers why, in one sentence without its full stop. It is asked when somebody wants to know.
+  explicit NoDesktopFacts(std::function<std::string()> reason) : reason_(std::move(reason)) {}
+
   std::optional<WindowManagerFacts> windowManager() override { return {}; }
+  std::vector<SetUpCheck> checks() override {
+    return {{"Display", false, "There are no desktops here: " + reason_() + ".",
+             "Run Tallowin in an X11 session with a window manager; docs/window-managers.md lists those that work."}};
+  }
+
+ private:
+  const std::function<std::string()> reason_;
 };
 
 class NeutralWindowList : public WindowList {

@@ -4,6 +4,18 @@
 
 namespace tallowin {
 
+namespace {
+
+std::tm localTime(Date date) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(date);
+  std::tm local{};
+  ::tzset();
+  ::localtime_r(&seconds, &local);
+  return local;
+}
+
+}  // namespace
+
 Date SystemClock::now() const {
   return std::chrono::system_clock::now();
 }
@@ -18,11 +30,12 @@ std::chrono::nanoseconds SystemClock::systemUptime() const {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
+std::chrono::seconds SystemClock::localOffset(Date date) const {
+  return std::chrono::seconds(localTime(date).tm_gmtoff);
+}
+
 CalendarDay SystemClock::localDay(Date date) const {
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(date);
-  std::tm local{};
-  ::tzset();
-  ::localtime_r(&seconds, &local);
+  const auto local = localTime(date);
   constexpr int firstYear = 1900;
   return {firstYear + local.tm_year, local.tm_mon + 1, local.tm_mday};
 }

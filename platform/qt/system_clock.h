@@ -10,6 +10,7 @@ class SystemClock : public Clock {
   [[nodiscard]] Date now() const override;
   [[nodiscard]] std::uint64_t machAbsoluteTime() const override;
   [[nodiscard]] std::chrono::nanoseconds systemUptime() const override;
+  [[nodiscard]] std::chrono::seconds localOffset(Date date) const override;
   [[nodiscard]] CalendarDay localDay(Date date) const override;
 };
 

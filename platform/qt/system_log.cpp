@@ -5,6 +5,8 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include "base/unicode.h"
+
 namespace tallowin {
 
 namespace {
@@ -23,13 +25,15 @@ SystemLog::~SystemLog() {
 }
 
 void SystemLog::write(Level level, std::string_view category, std::string_view message) {
+  // Messages name what others have named; each stays on its line, and commands a terminal to do nothing.
+  const auto text = printable(message);
   if (isTaken()) {
-    const std::string line = "[com.quorvex.tallowin:" + std::string(category) + "] " + std::string(message);
+    const std::string line = "[com.quorvex.tallowin:" + std::string(category) + "] " + text;
     constexpr int priorities[] = {LOG_DEBUG, LOG_INFO, LOG_ERR};
     ::syslog(priorities[static_cast<std::size_t>(level)], "%s", line.c_str());
   }
   if (verbose_) {
-    std::fprintf(stderr, "%s: %s\n", std::string(category).c_str(), std::string(message).c_str());
+    std::fprintf(stderr, "%s: %s\n", std::string(category).c_str(), text.c_str());
   }
 }
 

@@ -22,6 +22,10 @@ void SimulatedClock::jumpWallClock(Duration by) {
   wallOffset_ = std::clamp(wallOffset_ + jump, -most, most);
 }
 
+std::chrono::seconds SimulatedClock::localOffset(Date date) const {
+  return settings_.timeZone.offsetAt(date);
+}
+
 CalendarDay SimulatedClock::localDay(Date date) const {
   return settings_.timeZone.localDay(date);
 }

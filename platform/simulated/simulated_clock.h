@@ -24,6 +24,7 @@ class SimulatedClock : public Clock {
   [[nodiscard]] Date now() const override;
   [[nodiscard]] std::uint64_t machAbsoluteTime() const override;
   [[nodiscard]] std::chrono::nanoseconds systemUptime() const override;
+  [[nodiscard]] std::chrono::seconds localOffset(Date date) const override;
   [[nodiscard]] CalendarDay localDay(Date date) const override;
 
   /// Sets the wall clock forward, or back when negative. Nothing else notices. In all it goes no further than 60 years

@@ -11,6 +11,7 @@ class SimulatedDesktopFacts : public DesktopFacts {
   explicit SimulatedDesktopFacts(const DesktopState& state) : state_(state) {}
 
   std::optional<WindowManagerFacts> windowManager() override { return state_.windowManager; }
+  std::vector<SetUpCheck> checks() override { return {}; }
 
  private:
   const DesktopState& state_;

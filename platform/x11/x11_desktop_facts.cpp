@@ -1,6 +1,7 @@
 #include "platform/x11/x11_desktop_facts.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <xcb/res.h>
 
@@ -35,6 +36,27 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
+SetUpCheck windowManagerCheck(const WindowManagerFacts& manager) {
+  std::string finding = "The window manager is " + (manager.name.empty() ? "one without a name" : manager.name);
+  finding += manager.version.empty() ? "." : " " + manager.version + ".";
+  std::string missing;
+  for (const auto& hint : manager.missingHints) {
+    missing.append(missing.empty() ? "" : ", ").append(hint);
+  }
+  finding += missing.empty() ? " It supports all that is used of EWMH."
+                             : " It does not claim to support these hints of EWMH: " + missing + ".";
+  return {"Window manager", true, finding};
+}
+
+SetUpCheck desktopsCheck(std::size_t count) {
+  if (count == 0) {
+    return {"Desktops", false, "The window manager publishes no desktops (_NET_NUMBER_OF_DESKTOPS).",
+            "Turn its virtual desktops on, or use a window manager that has some; docs/window-managers.md lists those "
+            "that work."};
+  }
+  return {"Desktops", true, count == 1 ? "There is 1 desktop." : "There are " + std::to_string(count) + " desktops."};
+}
+
 }  // namespace
 
 X11DesktopFacts::X11DesktopFacts(X11Connection& connection, X11DesktopReader& desktops, Processes& processes)
@@ -50,6 +72,20 @@ std::optional<WindowManagerFacts> X11DesktopFacts::windowManager() {
     facts.version = versionOf(static_cast<ProcessID>(*pid));
   }
   return facts;
+}
+
+std::vector<SetUpCheck> X11DesktopFacts::checks() {
+  const char* display = std::getenv("DISPLAY");
+  std::vector<SetUpCheck> checks = {
+      {"Display", true, "The X server is \"" + std::string(display != nullptr ? display : "") + "\"."}};
+  if (const auto manager = windowManager()) {
+    checks.push_back(windowManagerCheck(*manager));
+    checks.push_back(desktopsCheck(desktops_.read().spaces.size()));
+  } else {
+    checks.push_back({"Window manager", false, "No window manager that speaks EWMH runs there.",
+                      "Start one. Tallowin notices when it comes."});
+  }
+  return checks;
 }
 
 std::optional<std::uint32_t> X11DesktopFacts::processOf(xcb_window_t window) {

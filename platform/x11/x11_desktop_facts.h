@@ -19,6 +19,7 @@ class X11DesktopFacts : public DesktopFacts {
   X11DesktopFacts(X11Connection& connection, X11DesktopReader& desktops, Processes& processes);
 
   std::optional<WindowManagerFacts> windowManager() override;
+  std::vector<SetUpCheck> checks() override;
 
  private:
   [[nodiscard]] std::optional<std::uint32_t> processOf(xcb_window_t window);

@@ -6,6 +6,7 @@
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
 #include "base/standard_folders.h"
+#include "platform/simulated/simulated_clock.h"
 
 namespace tallowin {
 namespace {
@@ -73,12 +74,16 @@ TEST(JSONText, BracketsInsideTextsDoNotNest) {
 
 TEST(JSONText, RecordsAreSortedAndInvalidTextIsReplaced) {
   EXPECT_EQ(prettyJSON({{"b", 1}, {"a", "\xff"}}), "{\n  \"a\": \"\xef\xbf\xbd\",\n  \"b\": 1\n}\n");
+  EXPECT_EQ(compactJSON("\x1b \x7f \xc2\x9b \xc2\xa0 \u00e9"), "\"\\u001b \\u007f \\u009b \xc2\xa0 \u00e9\"")
+      << "terminals obey no text";
 }
 
 TEST(DateText, DatesComeBackAndImpossibleOnesDoNot) {
   const Date date = std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + std::chrono::seconds(86399);
   EXPECT_EQ(iso8601(date + std::chrono::milliseconds(999)), "2024-02-29T23:59:59Z");
   EXPECT_EQ(fileNameDate(date), "20240229T235959Z");
+  const RealTimeSimulatedClock clock({.timeZone = *TimeZone::named("+02:00")});
+  EXPECT_EQ(localDateText(date, clock), "2024-03-01 01:59");
   EXPECT_EQ(dateFromISO8601("2024-02-29T23:59:59Z"), date);
   for (const auto* text :
        {"", "2024-02-29", "2023-02-29T00:00:00Z", "2024-13-01T00:00:00Z", "2024-02-29T24:00:00Z",

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <expected>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/space.h"
+#include "core/space_store.h"
+
+namespace tallowin {
+
+/// A line about a Space as the user wants it, such as "{number} {name}". The placeholders are {number} ("-" for a
+/// full-screen Space), {name}, {id}, {symbol}, {color}, {note}, {group}, {display} and {active} ("*" for an active
+/// Space); what is not set is empty. "{{" and "}}" stand for braces.
+class SpaceFormat {
+ public:
+  /// The error is one line that says what is wrong and what would be right.
+  [[nodiscard]] static std::expected<SpaceFormat, std::string> parse(std::string_view text);
+
+  /// The line, with its line feed. Control characters in it are blanks.
+  [[nodiscard]] std::string line(const Space& space, const SpaceStore& store) const;
+
+ private:
+  using Field = std::string (*)(const Space& space, const SpaceStore& store);
+  struct Placeholder {
+    std::string_view name;
+    Field field;
+  };
+  /// A text, and what comes behind it, if anything.
+  struct Part {
+    std::string text;
+    Field field = nullptr;
+  };
+  static const std::vector<Placeholder>& placeholders();
+  [[nodiscard]] static std::expected<Field, std::string> fieldNamed(std::string_view name);
+
+  std::vector<Part> parts_;
+};
+
+}  // namespace tallowin
