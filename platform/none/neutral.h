@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/accessibility.h"
 #include "platform/alerts.h"
 #include "platform/apple_script.h"
