@@ -207,7 +207,7 @@ void RecordRequests::restore(RequestJob job) const {
   if (!restored) {
     job.fail("there is no copy " + operand + "; \"tallowin restore\" lists them");
   } else if (*restored == Backups::Restored::withoutDesktops) {
-    job.fail("everything is back but desktops that were removed: the window manager adds none");
+    job.fail("everything is back, but desktops that were removed were not seen to come back");
   } else {
     job.succeed();
   }

@@ -40,7 +40,7 @@ class Backups {
 
   enum class Restored {
     all,
-    withoutDesktops,  ///< but a desktop that was removed could not be added again
+    withoutDesktops,  ///< but a desktop that was removed was not seen to be added again
   };
 
   explicit Backups(Services services) : services_(services) {}

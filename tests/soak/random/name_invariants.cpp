@@ -99,8 +99,8 @@ class NamesAreKept : public Invariant {
       }
     }
     // A slash is encoded in an address.
-    for (const auto* const elsewhere :
-         {"\"use\"", "\"use-automatically\"", "\"apply\"", "profile/", "profile%2F", "template/", "template%2F", "\"import\""}) {
+    for (const auto* const elsewhere : {"\"use\"", "\"use-automatically\"", "\"apply\"", "profile/", "profile%2F",
+                                        "template/", "template%2F", "\"import\"", "\"restore\""}) {
       known_ = known_ && !mentions(action, elsewhere);
     }
     tampered_ = tampered_ || rewrittenFile(action) == namesFile;

@@ -52,6 +52,7 @@ constexpr Event calmEvents[] = {
     {2, R"({"do": "runCommand", "arguments": ["pin", "App$pid", "$number"]})"},
     {2, R"({"do": "runCommand", "arguments": ["profile", "?save|use|delete", "Work"]})"},
     {1, R"({"do": "runCommand", "arguments": ["?export|import", "/home/user/all.json"]})"},
+    {2, R"({"do": "runCommand", "arguments": ["restore", "$few"]})"},
     {1, R"({"do": "runCommand", "arguments": ["time", "--csv", "/home/user/times.csv"]})"},
     {2, R"({"do": "httpRequest", "target": "/spaces"})"},
     {1, R"({"do": "runIntent", "intent": "SwitchSpaceIntent", "parameters": {"space": "$number"}})"},
@@ -150,8 +151,8 @@ class ScriptDrawer {
     const auto* const token = dice_.chance(90) ? "Bearer 5e7f2c1a" : "Bearer wrong";
     const Json words = Json::array({url});
     const auto slash = std::min(rest.find('/'), rest.size());
-    const auto plain = slash == rest.size() ? Json::array({rest})
-                                            : Json::array({rest.substr(0, slash), rest.substr(slash + 1)});
+    const auto plain =
+        slash == rest.size() ? Json::array({rest}) : Json::array({rest.substr(0, slash), rest.substr(slash + 1)});
     return dice_.oneOf(std::to_array<Json>({
         {{"do", "openURL"}, {"url", url}},
         {{"do", "callDBus"}, {"member", "Perform"}, {"arguments", words}},
