@@ -195,15 +195,13 @@ void RecordRequests::importFile(RequestJob job) const {
 
 void RecordRequests::restore(RequestJob job) const {
   auto& backups = services_.records.backups;
-  const auto copies = backups.list();
   if (job.words.operands.empty()) {
-    job.print(job.words.json() ? prettyJSON(backupRecords(copies)) : backupList(copies));
+    job.print(job.words.json() ? prettyJSON(backupRecords(backups.list())) : backups.listText());
     return;
   }
   const auto& operand = job.words.operands.front();
   const auto number = decimalInteger(operand);
-  const bool exists = number && *number >= 1 && static_cast<std::uint64_t>(*number) <= copies.size();
-  const auto restored = exists ? backups.restore(static_cast<std::size_t>(*number)) : std::nullopt;
+  const auto restored = number && *number > 0 ? backups.restore(static_cast<std::size_t>(*number)) : std::nullopt;
   if (!restored) {
     job.fail("there is no copy " + operand + "; \"tallowin restore\" lists them");
   } else if (*restored == Backups::Restored::withoutDesktops) {

@@ -109,11 +109,12 @@ std::optional<Backups::Restored> Backups::restore(std::size_t number) {
   return complete ? Restored::all : Restored::withoutDesktops;
 }
 
-std::string backupList(const std::vector<Backups::Copy>& copies) {
+std::string Backups::listText() const {
+  const auto copies = list();
   std::string text;
   for (std::size_t index = 0; index < copies.size(); ++index) {
     const auto& [keptAt, reason] = copies[index];
-    text += std::to_string(index + 1) + "  " + iso8601(keptAt) + "  " + printable(reason) + '\n';
+    text += std::to_string(index + 1) + "  " + localDateText(keptAt, services_.clock) + "  " + printable(reason) + '\n';
   }
   return text;
 }

@@ -50,6 +50,8 @@ class Backups {
 
   /// The latest first. Files that are no copies are passed over.
   [[nodiscard]] std::vector<Copy> list() const;
+  /// The same for reading, one line each: number, local time, reason.
+  [[nodiscard]] std::string listText() const;
 
   /// Puts one of the list back, counted from 1, after making a copy of what is there now. Desktops that were removed
   /// since are added again where that is possible. Nothing when there is no such copy.
@@ -68,10 +70,7 @@ class Backups {
   const Services services_;
 };
 
-/// The list for reading, one line each: number, time, reason.
-[[nodiscard]] std::string backupList(const std::vector<Backups::Copy>& copies);
-
-/// The same for programs: a list of {"number", "keptAt", "reason"}.
+/// The list for programs: a list of {"number", "keptAt", "reason"}.
 [[nodiscard]] PropertyList backupRecords(const std::vector<Backups::Copy>& copies);
 
 }  // namespace tallowin

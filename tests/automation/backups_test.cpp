@@ -50,8 +50,8 @@ TEST(Backups, PutBackWhatWasThereAndKeepWhatIs) {
   EXPECT_EQ(program.settings.text("activeProfile"), "Work");
   EXPECT_FALSE(program.settings.boolean("wrapAround"));
   EXPECT_EQ(program.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
-  EXPECT_EQ(backupList(program.backups.list()),
-            "1  2026-03-02T09:00:00Z  before restore\n2  2026-03-02T09:00:00Z  before removing desktop 2\n");
+  EXPECT_EQ(program.backups.listText(),
+            "1  2026-03-02 14:30  before restore\n2  2026-03-02 14:30  before removing desktop 2\n");
   EXPECT_EQ(program.backups.restore(1), Backups::Restored::all) << "the restoring is undone";
   EXPECT_EQ(store.meta("managed-2").name, std::nullopt);
 }
