@@ -16,15 +16,15 @@ constexpr auto switchTime = std::chrono::seconds(1);
 
 }  // namespace
 
-AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
-                         const LaunchOptions& options, std::ostream& error)
+AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Settings& settings,
+                         const SpaceProvider& provider, const LaunchOptions& options, std::ostream& error)
     : platform_(platform),
+      storage_(storage),
       settings_(settings),
       options_(options),
       error_(error),
       paths_(platform.files, platform.folders),
-      store_({platform.files, platform.images, platform.workspace, platform.mainQueue, platform.workQueues,
-              platform.clock, platform.log, settings, paths_},
+      store_({platform.files, platform.images, platform.workspace, platform.log, settings, paths_}, storage,
              paths_.supportDirectory() / "spaces.json"),
       switcher_({platform.windowServer, platform.accessibility, platform.events, platform.displays,
                  platform.preferences, platform.system, platform.mainQueue, platform.clock, settings, platform.log}),
@@ -32,14 +32,14 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
                 platform.files, platform.folders, platform.mainQueue, platform.log}),
       nameMirror_({watcher_, store_, platform.windowServer, platform.desktopNames, platform.mainQueue}),
       browserTabs_(platform.workspace, platform.appleScript),
-      windows_({platform_, settings, paths_, store_, switcher_, browserTabs_.reader(),
+      windows_({platform_, storage, settings, paths_, store_, switcher_, browserTabs_.reader(),
                 [this] { return watcher_.snapshot().get(); },
                 [this] {
                   watcher_.refresh();
                   return watcher_.snapshot().get();
                 },
                 [this](const Space& space) { switchTo(space); }}),
-      records_({platform_, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
+      records_({platform_, storage, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
            platform.folders, settings, platform.log},
@@ -66,13 +66,14 @@ AppDelegate::AppDelegate(const Platform& platform, const Settings& settings, con
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),
-      commandRequests_(
-          {performer_, underWay_, watcher_, store_, [this](const std::string& url) { return handleURLEvent(url); }}),
-      spaceRequests_({platform.clock, watcher_, store_, feed_, platform.mainQueue, platform.runLoop, platform.alerts,
+      commandRequests_({performer_, underWay_, watcher_, store_, storage,
+                        [this](const std::string& url) { return handleURLEvent(url); }}),
+      spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
                       appNames(windows_.contents)}),
-      windowRequests_({windows_, watcher_, store_, platform.workspace, settings, platform.clock}),
-      recordRequests_({records_, performer_, watcher_, store_, settings, platform.files}),
-      editRequests_({watcher_, store_, automation_, platform.files, platform.images, appNames(windows_.contents)}),
+      windowRequests_({windows_, watcher_, store_, storage, platform.workspace, settings, platform.clock}),
+      recordRequests_({records_, performer_, watcher_, store_, storage, settings, platform.files}),
+      editRequests_(
+          {watcher_, store_, storage, automation_, platform.files, platform.images, appNames(windows_.contents)}),
       requests_(answers(), underWay_),
       scripting_({platform.scriptEvents, platform.desktopService, platform.mainQueue, watcher_, store_,
                   [this](const std::string& url) { return handleURLEvent(url); },
@@ -92,6 +93,7 @@ AppDelegate::~AppDelegate() {
   records_.tracker.flush();
   platform_.urlEvents.setHandler(nullptr);
   platform_.commandChannel.setHandler(nullptr);
+  static_cast<void>(storage_.saveNow());
 }
 
 void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
@@ -145,7 +147,7 @@ RequestTable AppDelegate::answers() {
   recordRequests_.addTo(table);
   editRequests_.addTo(table);
   table[RequestKind::doctor] = [this](const RequestJob& job) {
-    answerDoctor(job, reportOfInstance(setUpChecks(platform_), settings_, localAPI_.openPort()));
+    answerDoctor(job, reportOfInstance(setUpChecks(platform_, storage_), settings_, localAPI_.openPort()));
   };
   return table;
 }
@@ -167,11 +169,14 @@ std::optional<URLFault> AppDelegate::handleURLEvent(const std::string& text) {
   return command.error();
 }
 
-/// A URL that must not be.
+/// A URL that must not be. Whoever sent it is answered first.
 void AppDelegate::endOn(const std::string& mistake) {
   error_ << "tallowin: " << mistake << std::endl;
   platform_.log.error(category, mistake);
-  platform_.system.terminate(exit_status::badData);
+  ending_ = platform_.mainQueue.after(Duration::zero(), [this] {
+    static_cast<void>(storage_.saveNow());
+    platform_.system.terminate(exit_status::badData);
+  });
 }
 
 }  // namespace tallowin

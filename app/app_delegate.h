@@ -37,10 +37,11 @@ namespace tallowin {
 class AppDelegate {
  public:
   /// `error` receives what the user must be told beside the log.
-  AppDelegate(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
+  AppDelegate(const Platform& platform, Storage& storage, const Settings& settings, const SpaceProvider& provider,
               const LaunchOptions& options, std::ostream& error);
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
+  /// Writes what was accepted and is unsaved; a failure is in the log.
   ~AppDelegate();
 
   /// Starts everything in its order.
@@ -50,8 +51,8 @@ class AppDelegate {
   void perform(const SpaceCommand& command) { performer_.perform(command); }
 
   /// Performs the URL in `text`. A text that is no URL does nothing; one that is not understood is said so in a toast;
-  /// one whose query names a key twice ends the process. Answers why it was not performed, as far as that is known at
-  /// once.
+  /// one whose query names a key twice ends the process in the next turn of the main queue. Answers why it was not
+  /// performed, as far as that is known at once.
   std::optional<URLFault> handleURLEvent(const std::string& text);
 
   /// Where the user was.
@@ -79,6 +80,7 @@ class AppDelegate {
   [[nodiscard]] RequestTable answers();
 
   const Platform platform_;
+  Storage& storage_;
   const Settings& settings_;
   const LaunchOptions options_;
   std::ostream& error_;
@@ -114,6 +116,7 @@ class AppDelegate {
   std::vector<Subscription> observers_;
   WorkItem settingsWindow_;
   WorkItem onboarding_;
+  WorkItem ending_;
   std::optional<Date> lastSwitch_;  ///< when this program last started a switch
 };
 

@@ -42,11 +42,12 @@ void CommandRequests::perform(const RequestJob& job) const {
   }
   const bool isSaved = std::holds_alternative<command::Rename>(command);
   services_.performer.perform(command, {job.words.has("--follow")},
-                              [job, isSaved, &store = services_.store](const Outcome& outcome) {
+                              [job, isSaved, &storage = services_.storage](const Outcome& outcome) {
                                 if (isSaved && outcome.kind == Outcome::Kind::done) {
-                                  store.finishSaving();
+                                  job.succeedOnceSaved(storage);
+                                } else {
+                                  job.end(outcome);
                                 }
-                                job.end(outcome);
                               });
 }
 

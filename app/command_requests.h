@@ -18,6 +18,7 @@ class CommandRequests {
     CommandsUnderWay& underWay;
     SpaceWatcher& watcher;
     SpaceStore& store;
+    Storage& storage;
     /// Performs a URL, or answers why not.
     std::function<std::optional<URLFault>(const std::string& url)> openURL;
   };

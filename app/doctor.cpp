@@ -70,8 +70,9 @@ bool asksDoctor(const CommandLine& line) {
   return line.mode == Mode::resident && words && words->kind == RequestKind::doctor;
 }
 
-int runDoctor(const Platform& platform, const Settings& settings, const CommandLine& line, std::ostream& out) {
-  auto checks = setUpChecks(platform);
+int runDoctor(const Platform& platform, const Storage& storage, const Settings& settings, const CommandLine& line,
+              std::ostream& out) {
+  auto checks = setUpChecks(platform, storage);
   checks.insert(checks.begin(), {"Running", false, "Tallowin is not running.", "\"tallowin\" starts it."});
   checks.push_back(httpCheck(settings, false, std::nullopt));
   const DoctorReport report{false, std::move(checks)};

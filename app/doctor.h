@@ -28,6 +28,7 @@ void answerDoctor(const RequestJob& job, const DoctorReport& report);
 
 /// The report where no instance runs: prints what a process of its own can see, and answers the exit status,
 /// `unavailable`.
-int runDoctor(const Platform& platform, const Settings& settings, const CommandLine& line, std::ostream& out);
+int runDoctor(const Platform& platform, const Storage& storage, const Settings& settings, const CommandLine& line,
+              std::ostream& out);
 
 }  // namespace tallowin

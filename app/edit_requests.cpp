@@ -76,34 +76,39 @@ std::optional<Space> EditRequests::space(const RequestJob& job) const {
   return found;
 }
 
-/// What is wrong with the values; nothing is changed before that is known.
-std::optional<std::string> EditRequests::mistake(const RequestJob& job) const {
+/// Ends the job if something is wrong with the values; nothing is changed before that is known.
+bool EditRequests::refuse(const RequestJob& job) const {
   const auto& options = job.words.options;
   if (options.empty() || (options.size() == 1 && job.words.json())) {
-    return "say what to change: --name, --symbol, --color, --note, --group or --icon";
+    job.fail("say what to change: --name, --symbol, --color, --note, --group or --icon", exit_status::usage);
+    return true;
   }
   if (const auto color = options.find("--color");
       color != options.end() && !color->second.empty() && !isColor(color->second)) {
-    return "a colour is written as #9B6BF4";
+    job.fail("a colour is written as #9B6BF4", exit_status::usage);
+    return true;
   }
   if (const auto icon = options.find("--icon"); icon != options.end() && !icon->second.empty()) {
-    const auto bytes = services_.files.read(job.path(icon->second));
-    if (!bytes) {
-      return "cannot read " + icon->second + ": " + bytes.error().description;
-    }
-    if (!services_.images.decode(*bytes)) {
-      return icon->second + " is no picture";
+    if (const auto fault = lookAtIcon(job.path(icon->second)); !fault) {
+      job.fail(fault.error());
+      return true;
     }
   }
-  return std::nullopt;
+  return false;
+}
+
+std::expected<void, ForeignFault> EditRequests::lookAtIcon(const std::filesystem::path& image) const {
+  const std::string notUnderstood = "That file is no picture.";
+  const auto bytes = readForeignFile(services_.files, image, notUnderstood);
+  if (!bytes) {
+    return std::unexpected(bytes.error());
+  }
+  return services_.images.decode(*bytes) ? std::expected<void, ForeignFault>()
+                                         : std::unexpected(ForeignFault{notUnderstood, "it cannot be decoded", false});
 }
 
 void EditRequests::edit(RequestJob job) const {
-  if (const auto fault = mistake(job)) {
-    job.fail(*fault, exit_status::usage);
-    return;
-  }
-  const auto edited = space(job);
+  const auto edited = refuse(job) ? std::nullopt : space(job);
   if (!edited) {
     return;
   }
@@ -114,13 +119,16 @@ void EditRequests::edit(RequestJob job) const {
     }
   }
   if (const auto icon = options.find("--icon"); icon != options.end()) {
-    services_.store.setCustomIcon(icon->second.empty() ? std::nullopt : std::optional(job.path(icon->second)),
-                                  edited->id);
+    const auto image = icon->second.empty() ? std::nullopt : std::optional(job.path(icon->second));
+    if (const auto set = services_.store.setCustomIcon(image, edited->id); !set) {
+      job.fail("cannot save: " + set.error().description, exit_status::cannotCreate);
+      return;
+    }
   }
-  if (job.words.json()) {
+  if (!job.words.json()) {
+    job.succeedOnceSaved(services_.storage);
+  } else if (job.save(services_.storage)) {
     job.print(prettyJSON(spaceRecord(*edited, services_.store, services_.apps)));
-  } else {
-    job.succeed();
   }
 }
 
@@ -143,7 +151,7 @@ void EditRequests::automation(RequestJob job) const {
     job.print(prettyJSON(toJson(automation)));
   } else if (what == "clear") {
     services_.store.setAutomation({}, edited->id);
-    job.succeed();
+    job.succeedOnceSaved(services_.storage);
   } else {
     services_.automation.launch(automation);
     job.succeed();
@@ -154,8 +162,7 @@ void EditRequests::setAutomation(const RequestJob& job, const Space& space) cons
   const auto path = job.path(job.words.operands.back());
   const auto json = readForeignJSON(services_.files, path, "that file is not an automation");
   if (!json) {
-    job.fail(json.error().sentence + " (" + json.error().reason + ")",
-             services_.files.exists(path) ? exit_status::badData : exit_status::noInput);
+    job.fail(json.error());
     return;
   }
   const auto strange = json->is_object() ? strangeMember(*json) : std::nullopt;
@@ -166,7 +173,7 @@ void EditRequests::setAutomation(const RequestJob& job, const Space& space) cons
     job.fail("that file is not an automation (a member has the wrong type)", exit_status::badData);
   } else {
     services_.store.setAutomation(*automation, space.id);
-    job.succeed();
+    job.succeedOnceSaved(services_.storage);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/request_job.h"
 #include "automation/automation_runner.h"
+#include "automation/foreign_json.h"
 #include "core/space_state.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
@@ -14,6 +15,7 @@ class EditRequests {
   struct Services {
     SpaceWatcher& watcher;
     SpaceStore& store;
+    Storage& storage;
     AutomationRunner& automation;
     Files& files;
     Images& images;
@@ -30,7 +32,8 @@ class EditRequests {
   void automation(RequestJob job) const;
   /// The Space that the first operand names; if there is none, that has been answered.
   [[nodiscard]] std::optional<Space> space(const RequestJob& job) const;
-  [[nodiscard]] std::optional<std::string> mistake(const RequestJob& job) const;
+  [[nodiscard]] bool refuse(const RequestJob& job) const;
+  [[nodiscard]] std::expected<void, ForeignFault> lookAtIcon(const std::filesystem::path& image) const;
   void setAutomation(const RequestJob& job, const Space& space) const;
 
   const Services services_;

@@ -10,7 +10,8 @@
 
 namespace tallowin {
 
-int runProgram(const CommandLine& line, const Platform& platform, std::ostream& out, std::ostream& error) {
+int runProgram(const CommandLine& line, const Platform& platform, Storage& storage, std::ostream& out,
+               std::ostream& error) {
   Settings settings(platform.preferences);
   settings.registerDefaults();
   if (line.demo) {
@@ -33,9 +34,9 @@ int runProgram(const CommandLine& line, const Platform& platform, std::ostream& 
     case Mode::unsetSetting:
       return unsetSetting(settings, line.settingKey, error);
     case Mode::resident:
-      return runResident(platform, settings, provider, {line.settingsTab, line.port}, error);
+      return runResident(platform, storage, settings, provider, {line.settingsTab, line.port}, error);
     case Mode::doctor:
-      return runDoctor(platform, settings, line, out);
+      return runDoctor(platform, storage, settings, line, out);
     case Mode::version:
     case Mode::help:
       break;

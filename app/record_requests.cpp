@@ -89,16 +89,13 @@ void RecordRequests::listProfiles(const RequestJob& job) const {
 }
 
 void RecordRequests::saveProfile(const RequestJob& job, const std::string& name) const {
-  if (services_.records.profiles.saveCurrent(name)) {
-    job.succeed();
-  } else {
-    job.fail("the profile could not be written", exit_status::cannotCreate);
-  }
+  services_.records.profiles.saveCurrent(name);
+  job.succeedOnceSaved(services_.storage);
 }
 
 void RecordRequests::deleteProfile(const RequestJob& job, const std::string& name) const {
   if (services_.records.profiles.remove(name)) {
-    job.succeed();
+    job.succeedOnceSaved(services_.storage);
   } else {
     job.fail("no profile of exactly this name was deleted: " + name);
   }
@@ -159,37 +156,30 @@ void RecordRequests::applyTemplate(const RequestJob& job, const std::string& nam
   services_.performer.perform(command::Template{name}, {}, [job](const Outcome& outcome) { job.end(outcome); });
 }
 
-void RecordRequests::failImport(const RequestJob& job, const std::filesystem::path& path,
-                                const ForeignFault& fault) const {
-  const auto status = services_.files.exists(path) ? exit_status::badData : exit_status::noInput;
-  job.fail(fault.reason.empty() ? fault.sentence : fault.sentence + " (" + fault.reason + ")", status);
-}
-
 void RecordRequests::importTemplate(const RequestJob& job, const std::string& file) const {
-  const auto path = job.path(file);
-  if (const auto imported = services_.records.templates.importFile(path)) {
-    job.succeed();
+  if (const auto imported = services_.records.templates.importFile(job.path(file))) {
+    job.succeedOnceSaved(services_.storage);
   } else {
-    failImport(job, path, imported.error());
+    job.fail(imported.error());
   }
 }
 
 void RecordRequests::exportFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
-  if (const auto exported = services_.records.transfer.exportFile(services_.store, path)) {
+  if (const auto exported = services_.records.transfer.exportFile(services_.store, path); !exported) {
+    job.fail("Export failed: " + exported.error().description, exit_status::cannotCreate);
+  } else if (job.save(services_.storage)) {
     job.print(printable("Exported to " + path.filename().string()) + "\n");
-  } else {
-    job.fail(exported.error().sentence, exit_status::cannotCreate);
   }
 }
 
 void RecordRequests::importFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
   const auto keepCopy = [&] { services_.records.backups.keep("before import of " + path.filename().string()); };
-  if (const auto imported = services_.records.transfer.importFile(path, services_.store, keepCopy)) {
+  if (const auto imported = services_.records.transfer.importFile(path, services_.store, keepCopy); !imported) {
+    job.fail(imported.error());
+  } else if (job.save(services_.storage)) {
     job.print(printable("Imported " + path.filename().string()) + "\n");
-  } else {
-    failImport(job, path, imported.error());
   }
 }
 
@@ -207,7 +197,7 @@ void RecordRequests::restore(RequestJob job) const {
   } else if (*restored == Backups::Restored::withoutDesktops) {
     job.fail("everything is back, but desktops that were removed were not seen to come back");
   } else {
-    job.succeed();
+    job.succeedOnceSaved(services_.storage);
   }
 }
 

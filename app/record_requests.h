@@ -14,6 +14,7 @@ class RecordRequests {
     CommandPerformer& performer;
     SpaceWatcher& watcher;
     SpaceStore& store;
+    Storage& storage;
     const Settings& settings;
     Files& files;
   };
@@ -41,7 +42,6 @@ class RecordRequests {
   void restore(RequestJob job) const;
   void time(RequestJob job) const;
   void diagnostics(RequestJob job) const;
-  void failImport(const RequestJob& job, const std::filesystem::path& path, const ForeignFault& fault) const;
 
   const Services services_;
 };

@@ -8,14 +8,11 @@
 namespace tallowin {
 
 RecordServices::RecordServices(const Context& context)
-    : tracker({context.platform.files, context.paths, context.settings, context.platform.mainQueue,
-               context.platform.workQueues, context.platform.clock, context.platform.log}),
-      profiles({context.store, context.settings, context.platform.files, context.paths, context.platform.clock,
-                context.platform.log}),
+    : tracker({context.storage, context.paths, context.settings, context.platform.clock}),
+      profiles({context.store, context.settings, context.storage, context.paths, context.platform.clock}),
       profileCommands(profiles, context.platform.toasts),
       automaticProfile({profiles, profileCommands, context.settings, context.platform.displays}),
-      templates({context.store, context.platform.workspace, context.platform.files, context.paths,
-                 context.platform.clock, context.platform.log}),
+      templates({context.store, context.platform.workspace, context.platform.files, context.storage, context.paths}),
       templateCommands({templates, context.management, context.platform.alerts, context.platform.toasts,
                         context.platform.mainQueue,
                         [&watcher = context.watcher] {
@@ -24,13 +21,13 @@ RecordServices::RecordServices(const Context& context)
                         }}),
       transfer({context.settings, context.platform.spacePlaces, context.platform.files, context.platform.clock,
                 context.platform.system, context.platform.windowServer, context.platform.accessibility,
-                context.platform.screenCapture, context.platform.desktopFacts, programVersion(),
-                [platform = context.platform] { return setUpChecks(platform); }}),
+                context.platform.screenCapture, context.platform.displays, context.platform.desktopFacts,
+                programVersion(),
+                [platform = context.platform, &storage = context.storage] { return setUpChecks(platform, storage); }}),
       backups({transfer, context.store, context.settings, context.platform.spacePlaces, context.platform.files,
                context.paths, context.platform.clock, context.platform.log}),
-      stateExporter({context.watcher, context.store, context.contents, context.platform.files, context.paths,
-                     context.platform.mainQueue, context.platform.workQueues, context.platform.clock,
-                     context.platform.log}) {}
+      stateExporter(
+          {context.watcher, context.store, context.contents, context.storage, context.paths, context.platform.clock}) {}
 
 Outcome RecordServices::useProfile(const std::string& name) {
   if (const auto profile = profiles.named(name)) {
@@ -46,14 +43,17 @@ Outcome RecordServices::applyTemplate(const std::string& name) {
   return templateCommands.apply(name);
 }
 
-std::vector<SetUpCheck> setUpChecks(const Platform& platform) {
+std::vector<SetUpCheck> setUpChecks(const Platform& platform, const Storage& storage) {
   const bool trusted = platform.accessibility.AXIsProcessTrusted();
   const bool permitted = platform.screenCapture.CGPreflightScreenCaptureAccess();
+  const bool saved = storage.isSound();
   const auto* const advice = "Where a desktop asks for a permission, give it in the system's settings.";
   std::vector<SetUpCheck> checks = {
       {"Accessibility", trusted, trusted ? "Windows can be moved." : "Windows cannot be moved.", trusted ? "" : advice},
       {"Screen Recording", permitted, permitted ? "Pictures can be taken." : "Pictures cannot be taken.",
-       permitted ? "" : advice}};
+       permitted ? "" : advice},
+      {"Files saved", saved, saved ? "What was said is in its files." : "Files cannot be written.",
+       saved ? "" : "The log says which, and why; they are tried again until they can be written."}};
   std::ranges::copy(platform.desktopFacts.checks(), std::back_inserter(checks));
   return checks;
 }

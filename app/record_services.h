@@ -22,6 +22,7 @@ namespace tallowin {
 struct RecordServices {
   struct Context {
     const Platform& platform;
+    Storage& storage;
     const Settings& settings;
     const AppPaths& paths;
     SpaceStore& store;
@@ -50,6 +51,6 @@ struct RecordServices {
 };
 
 /// What must be right for everything to work. May wait for other programs, a second at most.
-[[nodiscard]] std::vector<SetUpCheck> setUpChecks(const Platform& platform);
+[[nodiscard]] std::vector<SetUpCheck> setUpChecks(const Platform& platform, const Storage& storage);
 
 }  // namespace tallowin

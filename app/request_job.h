@@ -9,6 +9,8 @@
 
 #include "app/exit_status.h"
 #include "app/request_words.h"
+#include "automation/foreign_json.h"
+#include "base/storage.h"
 #include "base/unicode.h"
 #include "commands/outcome.h"
 #include "platform/command_channel.h"
@@ -48,6 +50,11 @@ struct RequestJob {
     caller->exit(status);
   }
 
+  /// Ends it with what is wrong with something that was handed in.
+  void fail(const ForeignFault& fault) const {
+    fail(fault.sentence + " (" + fault.reason + ")", fault.isUnreadable ? exit_status::noInput : exit_status::badData);
+  }
+
   void succeed() const { caller->exit(exit_status::success); }
 
   /// Ends it as the command that it asked for did.
@@ -56,6 +63,22 @@ struct RequestJob {
       succeed();
     } else {
       fail(outcome.sentence, outcome.kind == Outcome::Kind::refused ? exit_status::failure : exit_status::notObserved);
+    }
+  }
+
+  /// Writes what is unsaved. False when that failed; then the job has ended with the reason and `cannotCreate`.
+  [[nodiscard]] bool save(Storage& storage) const {
+    const auto saved = storage.saveNow();
+    if (!saved) {
+      fail("cannot save: " + saved.error().description, exit_status::cannotCreate);
+    }
+    return saved.has_value();
+  }
+
+  /// Ends it well once what is unsaved is in its files.
+  void succeedOnceSaved(Storage& storage) const {
+    if (save(storage)) {
+      succeed();
     }
   }
 };

@@ -4,9 +4,9 @@
 
 namespace tallowin {
 
-int runResident(const Platform& platform, const Settings& settings, const SpaceProvider& provider,
+int runResident(const Platform& platform, Storage& storage, const Settings& settings, const SpaceProvider& provider,
                 const LaunchOptions& options, std::ostream& error) {
-  AppDelegate delegate(platform, settings, provider, options, error);
+  AppDelegate delegate(platform, storage, settings, provider, options, error);
   delegate.applicationDidFinishLaunching();
   return platform.runLoop.run();
 }

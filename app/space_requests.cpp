@@ -11,10 +11,6 @@ namespace tallowin {
 
 namespace {
 
-/// A save begins a third of a second after the last edit; edits that keep coming are not waited for.
-constexpr Duration patienceWithSaving = std::chrono::seconds(2);
-constexpr Duration savingPoll = std::chrono::milliseconds(20);
-
 /// The URL that switches to a Space of this name; a name that would be taken for something else gives way to the
 /// number.
 std::string switchURL(const std::string& name, const Space& space) {
@@ -123,18 +119,14 @@ void SpaceRequests::answer(RequestJob job) const {
   }
 }
 
+/// The caller ends when this process does, and is told what is lost by that.
 void SpaceRequests::quit(RequestJob job) const {
-  job.caller->exitAtEnd(exit_status::success);
-  stopWhenSaved(patienceWithSaving);
-}
-
-/// What the user has just said of a Space is not lost by quitting.
-void SpaceRequests::stopWhenSaved(Duration patience) const {
-  if (!services_.store.hasPendingSave() || patience <= Duration::zero()) {
-    services_.runLoop.stop(exit_status::success);
-  } else {
-    stopping_ = services_.mainQueue.after(savingPoll, [this, patience] { stopWhenSaved(patience - savingPoll); });
+  const auto saved = services_.storage.saveNow();
+  if (!saved) {
+    job.caller->err("tallowin: cannot save: " + saved.error().description + "\n");
   }
+  job.caller->exitAtEnd(saved ? exit_status::success : exit_status::cannotCreate);
+  services_.runLoop.stop(exit_status::success);
 }
 
 }  // namespace tallowin

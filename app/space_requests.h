@@ -17,8 +17,8 @@ class SpaceRequests {
     const Clock& clock;
     SpaceWatcher& watcher;
     SpaceStore& store;
+    Storage& storage;
     StateFeed& feed;
-    MainQueue& mainQueue;
     RunLoop& runLoop;
     Alerts& alerts;
     AppNames apps;
@@ -36,10 +36,8 @@ class SpaceRequests {
   void watch(RequestJob job) const;
   void answer(RequestJob job) const;
   void quit(RequestJob job) const;
-  void stopWhenSaved(Duration patience) const;
 
   const Services services_;
-  mutable WorkItem stopping_;
 };
 
 }  // namespace tallowin

@@ -106,14 +106,14 @@ void WindowRequests::pin(RequestJob job) const {
     if (!services_.settings.boolean("applyAppRules")) {
       job.caller->err("tallowin: windows stay where they open while the setting applyAppRules is off\n");
     }
-    job.succeed();
+    job.succeedOnceSaved(services_.storage);
   }
 }
 
 void WindowRequests::unpin(RequestJob job) const {
   const auto& application = job.words.operands.front();
   if (unpinApplication(bundleIDOf(application).value_or(application), services_.store)) {
-    job.succeed();
+    job.succeedOnceSaved(services_.storage);
   } else {
     job.fail(application + " is pinned to no Space");
   }

@@ -13,6 +13,7 @@ class WindowRequests {
     WindowServices& windows;
     SpaceWatcher& watcher;
     SpaceStore& store;
+    Storage& storage;
     Workspace& workspace;
     const Settings& settings;
     const Clock& clock;

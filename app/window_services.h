@@ -34,6 +34,7 @@ namespace tallowin {
 struct WindowServices {
   struct Context {
     const Platform& platform;
+    Storage& storage;
     const Settings& settings;
     const AppPaths& paths;
     SpaceStore& store;

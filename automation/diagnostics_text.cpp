@@ -28,6 +28,9 @@ std::string joined(const std::vector<std::string>& texts, std::string_view separ
 }
 
 void appendDesktop(std::vector<std::string>& lines, const DiagnosticFacts& facts) {
+  if (!facts.displaySet.empty()) {
+    lines.push_back("Display set: " + facts.displaySet);
+  }
   if (facts.distribution) {
     lines.push_back("Distribution: " + *facts.distribution);
   }

@@ -30,6 +30,7 @@ struct DiagnosticFacts {
   std::size_t spaces = 0;
   std::vector<SetUpCheck> checks;
   std::vector<std::string> shortcutFailures;  ///< names of shortcuts that other programs have taken
+  std::string displaySet;  ///< the key under which layouts and profiles know the connected displays; empty for none
   std::optional<std::string> distribution;
   std::optional<WindowManagerFacts> windowManager;
 };

@@ -48,18 +48,25 @@ std::expected<PropertyList, std::string> parseForeignJSON(std::string_view bytes
   return json;
 }
 
+std::expected<std::string, ForeignFault> readForeignFile(Files& files, const std::filesystem::path& path,
+                                                         const std::string& notUnderstood) {
+  if (const auto stamp = files.stamp(path); stamp && stamp->size > largestForeignFile) {
+    return std::unexpected(ForeignFault{notUnderstood, tooLarge(stamp->size), false});
+  }
+  auto bytes = files.read(path);
+  return bytes ? std::expected<std::string, ForeignFault>(*std::move(bytes))
+               : std::unexpected(ForeignFault{"That file cannot be read.", bytes.error().description, true});
+}
+
 std::expected<PropertyList, ForeignFault> readForeignJSON(Files& files, const std::filesystem::path& path,
                                                           const std::string& notUnderstood) {
-  if (const auto stamp = files.stamp(path); stamp && stamp->size > largestForeignFile) {
-    return std::unexpected(ForeignFault{notUnderstood, tooLarge(stamp->size)});
-  }
-  const auto bytes = files.read(path);
+  const auto bytes = readForeignFile(files, path, notUnderstood);
   if (!bytes) {
-    return std::unexpected(ForeignFault{"That file cannot be read.", bytes.error().description});
+    return std::unexpected(bytes.error());
   }
   auto json = parseForeignJSON(*bytes);
   return json ? std::expected<PropertyList, ForeignFault>(*std::move(json))
-              : std::unexpected(ForeignFault{notUnderstood, json.error()});
+              : std::unexpected(ForeignFault{notUnderstood, json.error(), false});
 }
 
 }  // namespace tallowin

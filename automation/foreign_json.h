@@ -19,6 +19,7 @@ inline constexpr std::size_t largestForeignFile = std::size_t{16} << 20;
 struct ForeignFault {
   std::string sentence;
   std::string reason;
+  bool isUnreadable = false;  ///< the file itself could not be read; else its content is not what it should be
   bool operator==(const ForeignFault&) const = default;
 };
 
@@ -26,8 +27,12 @@ struct ForeignFault {
 /// and objects in which a key stands twice, as readers disagree on which one counts. The error says what is wrong.
 [[nodiscard]] std::expected<PropertyList, std::string> parseForeignJSON(std::string_view bytes);
 
-/// The same for a file, which is not read when it is too large. A file that cannot be read is a fault with its own
-/// sentence; one that cannot be understood has `notUnderstood` for a sentence.
+/// The content of a file, which is not read when it is larger than largestForeignFile: then it is a fault with
+/// `notUnderstood` for a sentence. A file that cannot be read is a fault with a sentence of its own.
+[[nodiscard]] std::expected<std::string, ForeignFault> readForeignFile(Files& files, const std::filesystem::path& path,
+                                                                       const std::string& notUnderstood);
+
+/// The same for JSON, which is a fault with the sentence `notUnderstood` when it cannot be understood.
 [[nodiscard]] std::expected<PropertyList, ForeignFault> readForeignJSON(Files& files, const std::filesystem::path& path,
                                                                         const std::string& notUnderstood);
 

@@ -18,21 +18,23 @@ auto hasName(const std::string& name) {
 
 }  // namespace
 
-RecordFile ProfileStore::file() const {
-  return {{services_.files, services_.clock, services_.log},
-          services_.paths.supportDirectory() / "profiles.json",
-          "ProfileStore"};
-}
+ProfileStore::ProfileStore(Services services)
+    : services_(services),
+      file_(services.storage, services.paths.supportDirectory() / "profiles.json", "ProfileStore") {}
 
 /// The records as they stand, with what a newer version wrote into them.
-PropertyList ProfileStore::read(RecordFile& file) {
-  return file.readList([](const PropertyList& record) { return profileFromJson(record).has_value(); });
+PropertyList ProfileStore::read() {
+  return file_.readList([](const PropertyList& record) { return profileFromJson(record).has_value(); });
+}
+
+/// What cannot be written is kept and tried again; who must know asks the storage.
+void ProfileStore::write(const PropertyList& profiles) {
+  static_cast<void>(file_.write(prettyJSON(profiles)));
 }
 
 std::vector<SpaceProfile> ProfileStore::list() {
-  auto records = file();
   std::vector<SpaceProfile> profiles;
-  for (const auto& record : read(records)) {
+  for (const auto& record : read()) {
     if (auto profile = profileFromJson(record)) {
       profiles.push_back(*std::move(profile));
     }
@@ -53,24 +55,20 @@ std::optional<SpaceProfile> ProfileStore::named(std::string_view name) {
   return found != profiles.end() ? std::optional(std::move(*found)) : std::nullopt;
 }
 
-bool ProfileStore::save(const std::string& name) {
-  auto records = file();
-  auto profiles = read(records);
+void ProfileStore::save(const std::string& name) {
+  auto profiles = read();
   auto profile = toJson(SpaceProfile{name, services_.store.metas(), services_.clock.now()});
   if (const auto old = std::ranges::find_if(profiles, hasName(name)); old != profiles.end()) {
     old->update(profile);
   } else {
     profiles.push_back(std::move(profile));
   }
-  return records.write(prettyJSON(profiles));
+  write(profiles);
 }
 
-bool ProfileStore::saveCurrent(const std::string& name) {
-  const bool saved = save(name);
-  if (saved) {
-    services_.settings.defaults().setObject(activeKey, name);
-  }
-  return saved;
+void ProfileStore::saveCurrent(const std::string& name) {
+  save(name);
+  services_.settings.defaults().setObject(activeKey, name);
 }
 
 std::optional<std::string> ProfileStore::activate(std::string_view name) {
@@ -87,11 +85,13 @@ std::optional<std::string> ProfileStore::activate(std::string_view name) {
 }
 
 bool ProfileStore::remove(const std::string& name) {
-  auto records = file();
-  const auto profiles = read(records);
+  const auto profiles = read();
   auto kept = PropertyList::array();
   std::ranges::remove_copy_if(profiles, std::back_inserter(kept), hasName(name));
-  const bool removed = kept.size() < profiles.size() && records.write(prettyJSON(kept));
+  const bool removed = kept.size() < profiles.size();
+  if (removed) {
+    write(kept);
+  }
   if (removed && services_.settings.text(activeKey) == name) {
     services_.settings.defaults().setObject(activeKey, "");
   }

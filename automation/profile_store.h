@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/record_file.h"
 #include "automation/space_profile.h"
 #include "base/app_paths.h"
+#include "base/record_file.h"
 #include "base/settings.h"
 #include "core/space_store.h"
 
@@ -21,13 +21,12 @@ class ProfileStore {
   struct Services {
     SpaceStore& store;
     const Settings& settings;
-    Files& files;
+    Storage& storage;
     const AppPaths& paths;
     const Clock& clock;
-    Log& log;
   };
 
-  explicit ProfileStore(Services services) : services_(services) {}
+  explicit ProfileStore(Services services);
 
   /// Every profile, in the order of the file.
   [[nodiscard]] std::vector<SpaceProfile> list();
@@ -36,25 +35,25 @@ class ProfileStore {
   [[nodiscard]] std::optional<SpaceProfile> named(std::string_view name);
 
   /// Saves what the store holds as the profile of exactly this name, in place of an older one, and makes it the active
-  /// one. False when it could not be written, which is logged; then nothing has changed. An empty name is the caller's
-  /// mistake, as it would stand for no profile.
-  bool saveCurrent(const std::string& name);
+  /// one. What cannot be written counts all the same, and is tried again. An empty name is the caller's mistake, as it
+  /// would stand for no profile.
+  void saveCurrent(const std::string& name);
 
   /// Switches to the first profile of this name, ignoring case: what the store holds is saved under the active
   /// profile's name, unless that is the same one, and replaced. Answers the name as stored; nothing when there is no
   /// such profile.
   std::optional<std::string> activate(std::string_view name);
 
-  /// Deletes the profiles of exactly this name. False when there is none, or when it could not be written, which is
-  /// logged.
+  /// Deletes the profiles of exactly this name. False when there is none.
   bool remove(const std::string& name);
 
  private:
-  [[nodiscard]] RecordFile file() const;
-  [[nodiscard]] static PropertyList read(RecordFile& file);
-  bool save(const std::string& name);
+  [[nodiscard]] PropertyList read();
+  void write(const PropertyList& profiles);
+  void save(const std::string& name);
 
   const Services services_;
+  RecordFile file_;
 };
 
 }  // namespace tallowin

@@ -7,6 +7,7 @@
 #include "base/desktop_places.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
+#include "windows/display_set.h"
 
 namespace tallowin {
 
@@ -24,11 +25,10 @@ struct Bundle {
   std::optional<DesktopPlaces::IDs> places;
 };
 
-/// The value in the text of a list with one element, if it is one for this setting.
+/// The value of an exported setting: the first element of the list that the text holds.
 std::optional<PropertyList> settingIn(const std::string& key, const std::string& text) {
-  const auto* const setting = isExported(key) ? findSetting(key) : nullptr;
-  const auto list = setting != nullptr ? parseJSON(text) : std::unexpected(std::string());
-  return list && list->is_array() && !list->empty() ? valueOfType(setting->type, list->front()) : std::nullopt;
+  const auto list = isExported(key) ? parseJSON(text) : std::unexpected(std::string());
+  return list && list->is_array() && !list->empty() ? std::optional(list->front()) : std::nullopt;
 }
 
 std::expected<Bundle, std::string> bundleFromJson(const PropertyList& json) {
@@ -90,7 +90,7 @@ PropertyList SettingsTransfer::bundle(const SpaceStore& store) const {
 
 std::expected<void, ForeignFault> SettingsTransfer::importData(std::string_view bytes, SpaceStore& store) {
   const auto json = parseForeignJSON(bytes);
-  return json ? takeOver(*json, store) : std::unexpected(ForeignFault{notAnExport, json.error()});
+  return json ? takeOver(*json, store) : std::unexpected(ForeignFault{notAnExport, json.error(), false});
 }
 
 std::expected<void, ForeignFault> SettingsTransfer::importFile(const std::filesystem::path& path, SpaceStore& store,
@@ -103,11 +103,11 @@ std::expected<void, ForeignFault> SettingsTransfer::takeOver(const PropertyList&
                                                              const WillReplace& willReplace) {
   auto content = bundleFromJson(bundle);
   if (!content) {
-    return std::unexpected(ForeignFault{notAnExport, content.error()});
+    return std::unexpected(ForeignFault{notAnExport, content.error(), false});
   }
   willReplace();
-  if (!content->settings.empty() && !services_.settings.defaults().setObjects(content->settings)) {
-    return std::unexpected(ForeignFault{"The settings could not be saved.", "the log says why"});
+  if (!content->settings.empty()) {
+    services_.settings.defaults().setObjects(content->settings);
   }
   if (content->places) {
     services_.places.adopt(*content->places);
@@ -116,11 +116,9 @@ std::expected<void, ForeignFault> SettingsTransfer::takeOver(const PropertyList&
   return {};
 }
 
-std::expected<void, ForeignFault> SettingsTransfer::exportFile(const SpaceStore& store,
-                                                               const std::filesystem::path& path) const {
-  const auto written = services_.files.writeAtomically(path, exportData(store), privateFile);
-  return written ? std::expected<void, ForeignFault>()
-                 : std::unexpected(ForeignFault{"Export failed: " + written.error().description, ""});
+std::expected<void, FileError> SettingsTransfer::exportFile(const SpaceStore& store,
+                                                            const std::filesystem::path& path) const {
+  return services_.files.writeAtomically(path, exportData(store), privateFile, OldMode::replaced);
 }
 
 std::string SettingsTransfer::diagnostics(const SpaceSnapshot& snapshot,
@@ -138,6 +136,7 @@ std::string SettingsTransfer::diagnostics(const SpaceSnapshot& snapshot,
   facts.spaces = snapshot.allSpaces().size();
   facts.checks = s.setUpChecks();
   facts.shortcutFailures = shortcutFailures;
+  facts.displaySet = connectedDisplays(s.displays, snapshot).key();
   facts.distribution = distribution ? prettyNameOfOSRelease(*distribution) : std::nullopt;
   facts.windowManager = s.desktopFacts.windowManager();
   return diagnosticsText(facts);

@@ -12,6 +12,7 @@
 #include "base/settings.h"
 #include "core/space_store.h"
 #include "platform/accessibility.h"
+#include "platform/displays.h"
 #include "platform/files.h"
 #include "platform/screen_capture.h"
 #include "platform/space_places.h"
@@ -32,6 +33,7 @@ class SettingsTransfer {
     WindowServer& windowServer;
     Accessibility& accessibility;
     ScreenCapture& screenCapture;
+    Displays& displays;
     DesktopFacts& desktopFacts;
     ProgramVersion program;
     std::function<std::vector<SetUpCheck>()> setUpChecks;
@@ -49,13 +51,14 @@ class SettingsTransfer {
   /// The same as JSON.
   [[nodiscard]] PropertyList bundle(const SpaceStore& store) const;
 
-  /// Takes an export over: settings that are not exported, and values of the wrong type, are passed over one by one;
-  /// the store's records are replaced wholesale; the desktops get the ids of "places". On failure nothing has changed.
+  /// Takes an export over: settings that are not exported are passed over one by one, while a value of the wrong type
+  /// is taken and reads as not set; the store's records are replaced wholesale; the desktops get the ids of "places".
+  /// On failure nothing has changed. What cannot be written counts all the same, and is tried again.
   [[nodiscard]] std::expected<void, ForeignFault> importData(std::string_view bytes, SpaceStore& store);
 
   /// The same with files. The sentences of success are the caller's.
-  [[nodiscard]] std::expected<void, ForeignFault> exportFile(const SpaceStore& store,
-                                                             const std::filesystem::path& path) const;
+  [[nodiscard]] std::expected<void, FileError> exportFile(const SpaceStore& store,
+                                                          const std::filesystem::path& path) const;
   [[nodiscard]] std::expected<void, ForeignFault> importFile(
       const std::filesystem::path& path, SpaceStore& store, const WillReplace& willReplace = [] {});
   /// The same with what bundle() gave.

@@ -18,21 +18,18 @@ std::vector<Space> desktops(const SpaceSnapshot& snapshot) {
 
 }  // namespace
 
-RecordFile SpaceTemplates::file() const {
-  return {{services_.files, services_.clock, services_.log},
-          services_.paths.supportDirectory() / "templates.json",
-          "SpaceTemplates"};
-}
+SpaceTemplates::SpaceTemplates(Services services)
+    : services_(services),
+      file_(services.storage, services.paths.supportDirectory() / "templates.json", "SpaceTemplates") {}
 
 /// The records as they stand, with what a newer version wrote into them.
-PropertyList SpaceTemplates::readImported(RecordFile& file) {
-  return file.readList([](const PropertyList& record) { return templateFromJson(record).has_value(); });
+PropertyList SpaceTemplates::readImported() {
+  return file_.readList([](const PropertyList& record) { return templateFromJson(record).has_value(); });
 }
 
 std::vector<SpaceTemplate> SpaceTemplates::list() {
   auto templates = SpaceTemplate::builtIn();
-  auto records = file();
-  for (const auto& record : readImported(records)) {
+  for (const auto& record : readImported()) {
     if (auto imported = templateFromJson(record)) {
       templates.push_back(*std::move(imported));
     }
@@ -58,16 +55,13 @@ std::expected<SpaceTemplate, ForeignFault> SpaceTemplates::importFile(const std:
   }
   auto imported = templateFromJson(*json);
   if (!imported) {
-    return std::unexpected(ForeignFault{notUnderstood, "a member is missing or has the wrong type"});
+    return std::unexpected(ForeignFault{notUnderstood, "a member is missing or has the wrong type", false});
   }
-  auto records = file();
   auto kept = PropertyList::array();
-  std::ranges::remove_copy_if(readImported(records), std::back_inserter(kept),
+  std::ranges::remove_copy_if(readImported(), std::back_inserter(kept),
                               [&](const PropertyList& record) { return record.at("name") == imported->name; });
   kept.push_back(*std::move(json));
-  if (!records.write(compactJSON(kept))) {
-    return std::unexpected(ForeignFault{"The template could not be saved.", "the log says why"});
-  }
+  static_cast<void>(file_.write(compactJSON(kept)));  // who must know asks the storage
   return *std::move(imported);
 }
 

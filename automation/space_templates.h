@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "automation/foreign_json.h"
-#include "automation/record_file.h"
 #include "automation/space_template.h"
 #include "base/app_paths.h"
+#include "base/record_file.h"
 #include "core/space_store.h"
 #include "platform/workspace.h"
 
@@ -25,9 +25,8 @@ class SpaceTemplates {
     SpaceStore& store;
     Workspace& workspace;
     Files& files;
+    Storage& storage;
     const AppPaths& paths;
-    const Clock& clock;
-    Log& log;
   };
 
   /// How many Spaces a template was laid onto, and how many it would have needed beyond those there are.
@@ -37,7 +36,7 @@ class SpaceTemplates {
     bool operator==(const Outcome&) const = default;
   };
 
-  explicit SpaceTemplates(Services services) : services_(services) {}
+  explicit SpaceTemplates(Services services);
 
   /// Every template, built-in ones first.
   [[nodiscard]] std::vector<SpaceTemplate> list();
@@ -45,7 +44,7 @@ class SpaceTemplates {
   [[nodiscard]] std::optional<SpaceTemplate> named(std::string_view name);
 
   /// Takes one template from a JSON file, in place of an imported one of exactly the same name. On failure nothing has
-  /// changed.
+  /// changed. What cannot be written counts all the same, and is tried again.
   [[nodiscard]] std::expected<SpaceTemplate, ForeignFault> importFile(const std::filesystem::path& path);
 
   /// Lays the template onto the ordinary desktops of the menu-bar display, in their order: names, symbols, colours and
@@ -54,12 +53,12 @@ class SpaceTemplates {
   Outcome apply(const SpaceTemplate& layout, const SpaceSnapshot& snapshot);
 
  private:
-  [[nodiscard]] RecordFile file() const;
-  [[nodiscard]] static PropertyList readImported(RecordFile& file);
+  [[nodiscard]] PropertyList readImported();
   void fill(const SpaceTemplate::Slot& slot, const std::string& id);
   [[nodiscard]] std::vector<std::string> installed(const std::vector<std::string>& bundles);
 
   const Services services_;
+  RecordFile file_;
 };
 
 }  // namespace tallowin

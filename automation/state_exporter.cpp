@@ -6,14 +6,10 @@
 
 namespace tallowin {
 
-namespace {
-
-constexpr auto category = "StateExporter";
-
-}  // namespace
-
 StateExporter::StateExporter(Services services)
-    : services_(services), writer_({services.files, services.workQueues, services.log}, "tallowin.state", category) {
+    : services_(services),
+      file_(services.storage, services.paths.supportDirectory() / "state.json", "StateExporter",
+            {.delay = delay, .isOwed = false, .queue = "tallowin.state"}) {
   const auto changed = [this](const auto&...) { schedule(); };
   observers_.push_back(services_.watcher.snapshot().observeDidChange(changed));
   observers_.push_back(services_.store.observeWillChange(changed));
@@ -21,16 +17,14 @@ StateExporter::StateExporter(Services services)
 }
 
 void StateExporter::schedule() {
-  pending_ = services_.mainQueue.after(delay, [this] { write(); });
-}
-
-void StateExporter::write() {
-  const auto& snapshot = services_.watcher.snapshot().get();
-  if (snapshot == SpaceSnapshot::empty()) {
-    return;
-  }
-  const auto state = stateRecord(snapshot, services_.store, appNames(services_.contents), services_.clock.now());
-  writer_.write(services_.paths.supportDirectory() / "state.json", prettyJSON(state));
+  file_.changed([this]() -> RecordFile::Text {
+    const auto& snapshot = services_.watcher.snapshot().get();
+    if (snapshot == SpaceSnapshot::empty()) {
+      return nullptr;
+    }
+    auto state = stateRecord(snapshot, services_.store, appNames(services_.contents), services_.clock.now());
+    return [state = std::move(state)] { return prettyJSON(state); };
+  });
 }
 
 AppNames appNames(const SpaceContents& contents) {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "automation/background_writer.h"
 #include "base/app_paths.h"
+#include "base/record_file.h"
 #include "core/space_state.h"
 #include "core/space_watcher.h"
 #include "windows/space_contents.h"
@@ -20,12 +20,9 @@ class StateExporter {
     SpaceWatcher& watcher;
     SpaceStore& store;
     SpaceContents& contents;
-    Files& files;
+    Storage& storage;
     const AppPaths& paths;
-    MainQueue& mainQueue;
-    WorkQueues& workQueues;
     const Clock& clock;
-    Log& log;
   };
 
   /// Watches from now on.
@@ -33,17 +30,14 @@ class StateExporter {
   StateExporter(const StateExporter&) = delete;
   StateExporter& operator=(const StateExporter&) = delete;
 
-  /// Writes the file 0.4 seconds from now, in place of a write that is pending.
+  /// Writes the file 0.4 seconds after the last call of a run of them; not before the first snapshot, as until then
+  /// nothing is known.
   void schedule();
-
-  /// Writes the file now; not before the first snapshot, as until then nothing is known.
-  void write();
 
  private:
   const Services services_;
-  BackgroundWriter writer_;
+  RecordFile file_;
   std::vector<Subscription> observers_;
-  WorkItem pending_;
 };
 
 /// The names of the applications on a Space, as the contents have them last. They must outlive the answer.

@@ -6,7 +6,6 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "TimeTracker";
 constexpr auto trackingKey = "timeTracking";
 constexpr auto saveDelay = std::chrono::seconds(5);
 /// Longer intervals are sleep that was not noticed, or a clock that was set.
@@ -16,24 +15,17 @@ constexpr double dropped = 6 * 3600;
 
 TimeTracker::TimeTracker(Services services)
     : services_(services),
-      file_({services.files, services.clock, services.log}, services.paths.supportDirectory() / "stats.json", category),
-      writer_({services.files, services.workQueues, services.log}, "tallowin.times", category),
+      file_(services.storage, services.paths.supportDirectory() / "stats.json", "TimeTracker",
+            {.delay = saveDelay, .limit = std::nullopt, .isOwed = false, .queue = "tallowin.times"}),
       since_(services.clock.now()),
       tracking_(services.settings.boolean(trackingKey)) {
-  load();
+  const auto parse = [](std::string_view text) -> std::expected<TimeRecord, std::string> {
+    auto record = timeRecordFromJSON(text);
+    return record ? std::expected<TimeRecord, std::string>(*std::move(record))
+                  : std::unexpected("it is no record of times");
+  };
+  days_ = file_.read(parse).value_or(TimeRecord());
   settingsObserver_ = services_.settings.defaults().observe([this] { settingsChanged(); });
-}
-
-void TimeTracker::load() {
-  const auto text = file_.read();
-  if (!text) {
-    return;
-  }
-  if (auto record = timeRecordFromJSON(*text)) {
-    days_ = *std::move(record);
-  } else {
-    file_.notUnderstood("it is no record of times");
-  }
 }
 
 void TimeTracker::spaceChanged(const Space& to) {
@@ -75,18 +67,8 @@ void TimeTracker::takeInterval(bool counts) {
     return;
   }
   days_[dayKey(services_.clock.localDay(now))][*currentID_] += elapsed;
-  scheduleSave();
+  file_.changed([this] { return [days = days_] { return jsonText(days); }; });
   changed_.tell();
-}
-
-void TimeTracker::scheduleSave() {
-  saveWork_ = services_.mainQueue.after(saveDelay, [this] { save(); });
-}
-
-void TimeTracker::save() {
-  if (file_.makeReplaceable()) {
-    writer_.write(file_.path(), jsonText(days_));
-  }
 }
 
 SpaceTimes TimeTracker::totals(std::int64_t lastDays) {

@@ -3,12 +3,11 @@
 #include <optional>
 #include <string>
 
-#include "automation/background_writer.h"
-#include "automation/record_file.h"
 #include "automation/time_record.h"
 #include "automation/time_text.h"
 #include "base/app_paths.h"
 #include "base/broadcaster.h"
+#include "base/record_file.h"
 #include "base/settings.h"
 #include "core/space.h"
 
@@ -20,13 +19,10 @@ namespace tallowin {
 class TimeTracker {
  public:
   struct Services {
-    Files& files;
+    Storage& storage;
     const AppPaths& paths;
     const Settings& settings;
-    MainQueue& mainQueue;
-    WorkQueues& workQueues;
     const Clock& clock;
-    Log& log;
   };
 
   /// Reads the record. One that is missing, or cannot be read or understood, counts as empty; what was not understood
@@ -60,23 +56,18 @@ class TimeTracker {
   [[nodiscard]] std::string csv(const SpaceNames& names);
 
  private:
-  void load();
   void setCurrentID(std::optional<std::string> id);
   /// Takes the interval since the last call; it counts if `counts`.
   void takeInterval(bool counts);
   void settingsChanged();
-  void scheduleSave();
-  void save();
 
   const Services services_;
   RecordFile file_;
-  BackgroundWriter writer_;
   TimeRecord days_;
   Broadcaster<> changed_;
   std::optional<std::string> currentID_;
   Date since_;
   bool tracking_;  ///< the setting "timeTracking" as last seen
-  WorkItem saveWork_;
   Subscription settingsObserver_;
 };
 

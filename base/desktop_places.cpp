@@ -4,10 +4,8 @@
 #include <limits>
 #include <numeric>
 #include <set>
-#include <tuple>
 
 #include "base/json_text.h"
-#include "base/keep_aside.h"
 #include "base/property_list_reading.h"
 
 namespace tallowin {
@@ -16,8 +14,6 @@ namespace {
 
 constexpr auto category = "DesktopPlaces";
 constexpr Duration savingDelay = std::chrono::milliseconds(300);
-constexpr unsigned privateFile = 0600;
-constexpr unsigned privateFolder = 0700;
 
 /// Far beyond any number of desktops, and far from an overflow.
 constexpr ManagedSpaceID highestReadable = std::numeric_limits<std::int32_t>::max();
@@ -131,24 +127,18 @@ std::optional<IDs> desktopIDsFromJson(const PropertyList& json) {
   return std::set(ids.begin(), ids.end()).size() == ids.size() ? std::optional(std::move(ids)) : std::nullopt;
 }
 
-KeptDesktopPlaces::KeptDesktopPlaces(Services services, std::filesystem::path file, bool writing)
-    : services_(services), file_(std::move(file)), writing_(writing) {
+KeptDesktopPlaces::KeptDesktopPlaces(Storage& storage, std::filesystem::path path, bool writing) : writing_(writing) {
+  file_.emplace(storage, std::move(path), category, SaveRule{.delay = savingDelay});
+  const auto parse = [](std::string_view text) -> std::expected<DesktopPlaces, std::string> {
+    const auto json = parseJSON(text);
+    auto places = json ? DesktopPlaces::fromJson(*json) : std::nullopt;
+    return places ? std::expected<DesktopPlaces, std::string>(*std::move(places))
+                  : std::unexpected(json ? "it is no list of desktops" : json.error());
+  };
+  places_ = saved_ = file_->read(parse).value_or(DesktopPlaces());
+  file_->onSaved = [this] { saved_ = places_; };
   if (writing_) {
-    read();
-  } else if (const auto text = services.files.read(file_)) {
-    places_ = DesktopPlaces::fromJson(parseJSON(*text).value_or(nullptr)).value_or(DesktopPlaces());
-  }
-}
-
-void KeptDesktopPlaces::read() {
-  const auto isUnderstood = [](const PropertyList& json) { return DesktopPlaces::fromJson(json).has_value(); };
-  const auto content =
-      contentToReplace({services_->files, services_->clock, services_->log}, category, file_, isUnderstood);
-  if (!content) {
-    writing_ = false;
-    services_->log.error(category, "cannot read " + file_.string() + ": " + content.error().description);
-  } else if (*content) {
-    places_ = saved_ = *DesktopPlaces::fromJson(**content);
+    static_cast<void>(file_->makeReplaceable());  // the next save tells what keeps it from that
   }
 }
 
@@ -170,19 +160,12 @@ void KeptDesktopPlaces::adopt(const DesktopPlaces::IDs& saved) {
 
 void KeptDesktopPlaces::saveSoon() {
   if (writing_) {
-    saving_ = services_->mainQueue.after(savingDelay, [this] { saveNow(); });
-  }
-}
-
-void KeptDesktopPlaces::saveNow() {
-  if (!writing_ || places_ == saved_) {
-    return;
-  }
-  std::ignore = services_->files.createDirectory(file_.parent_path(), privateFolder);
-  if (const auto written = services_->files.writeAtomically(file_, prettyJSON(places_.toJson()), privateFile)) {
-    saved_ = places_;
-  } else {
-    services_->log.error(category, "cannot write " + file_.string() + ": " + written.error().description);
+    file_->changed([this]() -> RecordFile::Text {
+      if (places_ == saved_) {
+        return nullptr;
+      }
+      return [json = places_.toJson()] { return prettyJSON(json); };
+    });
   }
 }
 

@@ -5,11 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/clock.h"
-#include "platform/files.h"
+#include "base/record_file.h"
 #include "platform/identifiers.h"
-#include "platform/log.h"
-#include "platform/main_queue.h"
 #include "platform/property_list.h"
 
 namespace tallowin {
@@ -68,13 +65,6 @@ class DesktopPlaces {
 /// The places with the file that keeps them, which is written 0.3 s after the last change. Main thread only.
 class KeptDesktopPlaces {
  public:
-  struct Services {
-    Files& files;
-    const Clock& clock;
-    Log& log;
-    MainQueue& mainQueue;
-  };
-
   /// The file's name in the program's data folder.
   static constexpr auto fileName = "desktops.json";
 
@@ -82,7 +72,7 @@ class KeptDesktopPlaces {
   KeptDesktopPlaces() = default;
   /// Reads the file. One that cannot be understood is kept aside; one that cannot be read is never replaced. Who is not
   /// `writing` leaves it as it is.
-  KeptDesktopPlaces(Services services, std::filesystem::path file, bool writing);
+  KeptDesktopPlaces(Storage& storage, std::filesystem::path path, bool writing);
   KeptDesktopPlaces(const KeptDesktopPlaces&) = delete;
   KeptDesktopPlaces& operator=(const KeptDesktopPlaces&) = delete;
 
@@ -93,19 +83,13 @@ class KeptDesktopPlaces {
   void assign(DesktopPlaces::IDs ids);
   void adopt(const DesktopPlaces::IDs& saved);
 
-  /// Writes what is not in the file yet. To be called when the program ends.
-  void saveNow();
-
  private:
-  void read();
   void saveSoon();
 
-  const std::optional<Services> services_;
-  const std::filesystem::path file_;
+  std::optional<RecordFile> file_;
   bool writing_ = false;
   DesktopPlaces places_;
   DesktopPlaces saved_;
-  WorkItem saving_;
 };
 
 }  // namespace tallowin

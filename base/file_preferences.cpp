@@ -3,53 +3,53 @@
 #include <utility>
 
 #include "base/json_text.h"
-#include "base/keep_aside.h"
 
 namespace tallowin {
 
 namespace {
 
-constexpr auto category = "Settings";
 constexpr unsigned privateFolder = 0700;
-constexpr unsigned privateFile = 0600;
 
 }  // namespace
 
-FilePreferences::FilePreferences(Services services, std::filesystem::path file, GlobalPreferences global)
-    : services_(services), file_(std::move(file)), global_(std::move(global)) {}
+FilePreferences::FilePreferences(Storage& storage, Files& files, MainQueue& mainQueue, std::filesystem::path file,
+                                 GlobalPreferences global)
+    : files_(files),
+      mainQueue_(mainQueue),
+      path_(std::move(file)),
+      global_(std::move(global)),
+      file_(storage, path_, "Settings") {
+  file_.onSaved = [this] {
+    values_ = current();
+    unsaved_.clear();
+    stamp_ = files_.stamp(path_);
+  };
+}
 
 std::optional<PropertyList> FilePreferences::objectForKey(std::string_view key) {
   lookOncePerTurn();
+  if (const auto unsaved = unsaved_.find(key); unsaved != unsaved_.end()) {
+    return unsaved->second;
+  }
   const auto found = values_.find(key);
   return found != values_.end() ? std::optional(found->second) : std::nullopt;
 }
 
 bool FilePreferences::setObject(std::string_view key, PropertyList value) {
-  return change([&](Values& values) { values.insert_or_assign(std::string(key), std::move(value)); });
+  return change({{std::string(key), std::move(value)}});
 }
 
 bool FilePreferences::setObjects(const std::map<std::string, PropertyList>& values) {
-  return change([&](Values& all) {
-    for (const auto& [key, value] : values) {
-      all.insert_or_assign(key, value);
-    }
-  });
+  return change({values.begin(), values.end()});
 }
 
 bool FilePreferences::removeObject(std::string_view key) {
-  if (!objectForKey(key)) {
-    return true;
-  }
-  return change([key](Values& values) {
-    if (const auto found = values.find(key); found != values.end()) {
-      values.erase(found);
-    }
-  });
+  return objectForKey(key) ? change({{std::string(key), std::nullopt}}) : !unsaved_.contains(key);
 }
 
 std::optional<std::string> FilePreferences::fault() {
   readIfChanged();
-  return content_ == Content::known ? std::nullopt : std::optional(fault_);
+  return file_.fault();
 }
 
 std::map<std::string, PropertyList> FilePreferences::persistentDomain() {
@@ -65,9 +65,9 @@ void FilePreferences::synchronize() {
 Subscription FilePreferences::observe(std::function<void()> observer) {
   if (watch_ == nullptr) {
     readIfChanged();
-    told_ = values_;
+    told_ = current();
     const auto look = [this] { synchronize(); };
-    watch_ = std::make_unique<ReplacedFileWatch>(services_.files, services_.mainQueue, file_, look);
+    watch_ = std::make_unique<ReplacedFileWatch>(files_, mainQueue_, path_, look);
     watch_->onWatched = look;
     watch_->start();
   }
@@ -82,92 +82,70 @@ std::optional<PropertyList> FilePreferences::CFPreferencesCopyValue(std::string_
 void FilePreferences::lookOncePerTurn() {
   if (!std::exchange(*looked_, true)) {
     readIfChanged();
-    services_.mainQueue.async([looked = looked_] { *looked = false; });
+    mainQueue_.async([looked = looked_] { *looked = false; });
   }
 }
 
 void FilePreferences::readIfChanged() {
-  const auto stamp = services_.files.stamp(file_);
-  if (stamp == stamp_) {
-    return;
-  }
-  stamp_ = stamp;
-  if (stamp) {
+  const auto stamp = files_.stamp(path_);
+  if (stamp != stamp_) {
+    stamp_ = stamp;
     read();
-  } else {
-    content_ = Content::known;
-    values_.clear();
   }
 }
 
 void FilePreferences::read() {
-  const auto text = services_.files.read(file_);
-  if (!text) {
-    stamp_.reset();  // what kept it from being read may pass without changing it
-    reportFault(Content::notReadable, "cannot read " + file_.string() + ": " + text.error().description);
-    return;
-  }
-  const auto parsed = parseJSON(*text);
-  if (!parsed || !parsed->is_object()) {
-    reportFault(Content::notUnderstood, "cannot understand " + file_.string() + " (" +
-                                            (parsed ? "it is not a JSON object" : parsed.error()) + ")");
-    return;
-  }
-  content_ = Content::known;
-  values_ = parsed->get<Values>();
-}
-
-void FilePreferences::reportFault(Content content, const std::string& why) {
-  if (content_ != content || fault_ != why) {
-    services_.log.error(category, why);
-  }
-  content_ = content;
-  fault_ = why;
-}
-
-bool FilePreferences::change(const std::function<void(Values&)>& edit) {
-  if (const auto made = services_.files.createDirectory(file_.parent_path(), privateFolder); !made) {
-    return failWrite(made.error().description);
-  }
-  const auto lock = services_.files.lock(file_.string() + ".lock");
-  readIfChanged();
-  if (content_ == Content::notReadable) {
-    return failWrite("it cannot be read");
-  }
-  auto values = values_;
-  edit(values);
-  return write(std::move(values));
-}
-
-bool FilePreferences::write(Values values) {
-  if (content_ == Content::notUnderstood) {
-    const auto aside = keepAside(services_.files, services_.clock, file_);
-    if (!aside) {
-      return failWrite("what stands in it cannot be kept aside: " + aside.error().description);
+  auto values = file_.read([](std::string_view text) -> std::expected<Values, std::string> {
+    const auto json = parseJSON(text);
+    if (json && json->is_object()) {
+      return json->get<Values>();
     }
-    services_.log.error(category, "kept " + file_.string() + " as " + aside->filename().string());
+    return std::unexpected(json ? "it is not a JSON object" : json.error());
+  });
+  if (values) {
+    values_ = *std::move(values);
+  } else if (!file_.fault()) {
+    values_.clear();  // there is no file
+  } else if (!file_.isReadable()) {
+    stamp_.reset();  // what kept it from being read may pass without changing it
   }
-  if (const auto written = services_.files.writeAtomically(file_, prettyJSON(values), privateFile); !written) {
-    return failWrite(written.error().description);
-  }
-  content_ = Content::known;
-  values_ = std::move(values);
-  stamp_ = services_.files.stamp(file_);
-  told_ = values_;
+}
+
+bool FilePreferences::change(Edits edits) {
+  edits.merge(unsaved_);
+  unsaved_ = std::move(edits);
+  const bool saved = file_.write([this] { return textToWrite(); }).has_value();
+  told_ = current();
   changed_.tell();
-  return true;
+  return saved;
+}
+
+/// What others have written since the last look stays, but for the keys that are to be changed.
+RecordFile::Text FilePreferences::textToWrite() {
+  // The lock file lies in the folder. A folder that cannot be made is told by the write.
+  static_cast<void>(files_.createDirectory(path_.parent_path(), privateFolder));
+  auto lock = std::make_shared<Subscription>(files_.lock(path_.string() + ".lock"));
+  readIfChanged();
+  return [lock = std::move(lock), values = current()] { return prettyJSON(values); };
+}
+
+FilePreferences::Values FilePreferences::current() const {
+  auto values = values_;
+  for (const auto& [key, value] : unsaved_) {
+    if (value) {
+      values.insert_or_assign(key, *value);
+    } else if (const auto found = values.find(key); found != values.end()) {
+      values.erase(found);
+    }
+  }
+  return values;
 }
 
 void FilePreferences::tellIfChanged() {
-  if (values_ != told_) {
-    told_ = values_;
+  if (auto values = current(); values != told_) {
+    told_ = std::move(values);
     changed_.tell();
   }
-}
-
-bool FilePreferences::failWrite(const std::string& why) {
-  services_.log.error(category, "cannot write " + file_.string() + ": " + why);
-  return false;
 }
 
 }  // namespace tallowin

@@ -8,10 +8,8 @@
 #include <string>
 
 #include "base/broadcaster.h"
+#include "base/record_file.h"
 #include "base/replaced_file_watch.h"
-#include "platform/clock.h"
-#include "platform/files.h"
-#include "platform/log.h"
 #include "platform/preferences.h"
 
 namespace tallowin {
@@ -22,18 +20,13 @@ using GlobalPreferences = std::function<std::optional<PropertyList>(std::string_
 /// Preferences in one JSON file that people may edit by hand: an object with one member for each key, sorted. An edit
 /// takes effect in the next turn of the main queue, and observers are told of it. A file that is not such an object is
 /// reported in the log while the values read before stay in force; the next write keeps it aside under a time-stamped
-/// name. A file that cannot be read at all is never replaced. Processes that write at the same time take turns.
+/// name. A file that cannot be read at all is never replaced. Processes that write at the same time take turns. What
+/// cannot be written is in force all the same, and is put into the file, as that stands then, when it can be.
 class FilePreferences : public Preferences {
  public:
-  struct Services {
-    Files& files;
-    MainQueue& mainQueue;
-    const Clock& clock;
-    Log& log;
-  };
-
   /// `file` and its folder need not exist; both are made when something is set.
-  FilePreferences(Services services, std::filesystem::path file, GlobalPreferences global);
+  FilePreferences(Storage& storage, Files& files, MainQueue& mainQueue, std::filesystem::path file,
+                  GlobalPreferences global);
 
   std::optional<PropertyList> objectForKey(std::string_view key) override;
   bool setObject(std::string_view key, PropertyList value) override;
@@ -47,28 +40,28 @@ class FilePreferences : public Preferences {
 
  private:
   using Values = std::map<std::string, PropertyList, std::less<>>;
-  enum class Content { known, notUnderstood, notReadable };
+  using Edits = std::map<std::string, std::optional<PropertyList>, std::less<>>;  ///< without a value: removed
 
   void lookOncePerTurn();
   void readIfChanged();
   void read();
-  void reportFault(Content content, const std::string& why);
-  bool change(const std::function<void(Values&)>& edit);
-  bool write(Values values);
-  bool failWrite(const std::string& why);
+  bool change(Edits edits);
+  [[nodiscard]] RecordFile::Text textToWrite();
+  [[nodiscard]] Values current() const;
   void tellIfChanged();
 
-  const Services services_;
-  const std::filesystem::path file_;
+  Files& files_;
+  MainQueue& mainQueue_;
+  const std::filesystem::path path_;
   const GlobalPreferences global_;
+  RecordFile file_;
 
-  Values values_;
+  Values values_;                   ///< those in the file
+  Edits unsaved_;                   ///< what is to come into it
   Values told_;                     ///< what the observers know; whoever reads a value may have seen a newer one first
   std::optional<FileStamp> stamp_;  ///< of the content that was last looked at
   /// Whether the file was looked at in this turn of the main queue. Owned here and by the end of that turn.
   std::shared_ptr<bool> looked_ = std::make_shared<bool>(false);
-  Content content_ = Content::known;
-  std::string fault_;  ///< what was reported of it, if it is not known
   Broadcaster<> changed_;
   std::unique_ptr<ReplacedFileWatch> watch_;  ///< from the first observer on
 };

@@ -7,7 +7,7 @@
 
 #include "automation/time_record.h"
 #include "automation/time_text.h"
-#include "platform/qt/qt_files.h"
+#include "platform/qt/unix_files.h"
 
 namespace tallowin {
 namespace {
@@ -51,7 +51,7 @@ class RecordOnDisk {
  private:
   std::filesystem::path folder_;
   NoDescriptors descriptors_;
-  QtFiles files_{descriptors_};
+  UnixFiles files_{descriptors_};
 };
 
 std::string nameOf(const std::string& id) {

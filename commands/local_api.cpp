@@ -143,27 +143,20 @@ std::optional<std::string> LocalAPI::token() {
   const std::lock_guard lock(tokenMutex_);
   const auto kept = services_.files.read(tokenFile_);
   if (kept && isValidUTF8(*kept) && !trimmed(*kept).empty()) {
+    if (const auto restricted = services_.files.restrictMode(tokenFile_, privateFile); !restricted) {
+      services_.log.error(category,
+                          "others may read " + tokenFile_.filename().string() + ": " + restricted.error().description);
+    }
     return std::string(trimmed(*kept));
   }
   auto made = newToken(services_.system);
-  if (writeToken(made)) {
+  if (services_.files.writeAtomically(tokenFile_, made, privateFile, OldMode::replaced)) {
     return made;
   }
   if (!std::exchange(saidThatThereIsNoToken_, true)) {
     services_.log.error(category, "could not write " + tokenFile_.filename().string() + ", so no command is let in");
   }
   return std::nullopt;
-}
-
-/// A file that is written anew keeps its mode, which others may have chosen; so a new one takes its place.
-bool LocalAPI::writeToken(const std::string& text) {
-  if (!services_.files.exists(tokenFile_)) {
-    return services_.files.writeAtomically(tokenFile_, text, privateFile).has_value();
-  }
-  auto replacement = tokenFile_;
-  replacement += ".new";
-  return services_.files.writeAtomically(replacement, text, privateFile) &&
-         services_.files.rename(replacement, tokenFile_);
 }
 
 void LocalAPI::onMainThread(std::function<void()> work) {

@@ -61,7 +61,8 @@ class LocalAPI {
     return listener_ != nullptr ? std::optional(port_) : std::nullopt;
   }
 
-  /// The token, made when there is none. Nothing when it cannot be kept: nobody is let in then.
+  /// The token, made when there is none; any text that stands in the file is one. The file is taken from the eyes of
+  /// others. Nothing when a new one cannot be kept: nobody is let in then.
   [[nodiscard]] std::optional<std::string> token();
 
   /// The answer to one request; empty for none.
@@ -72,7 +73,6 @@ class LocalAPI {
   [[nodiscard]] std::string spaces(const HTTPRequest& request) const;
   [[nodiscard]] std::string command(const HTTPRequest& request, const URL& target);
   [[nodiscard]] bool isAuthorised(const HTTPRequest& request);
-  [[nodiscard]] bool writeToken(const std::string& text);
   void onMainThread(std::function<void()> work);
 
   const Services services_;

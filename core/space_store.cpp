@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/json_text.h"
-#include "base/keep_aside.h"
 #include "base/unicode.h"
 #include "core/sample_spaces.h"
 
@@ -32,38 +31,16 @@ const SampleSpace* sample(const Space& space, const Settings& settings) {
 
 }  // namespace
 
-SpaceStore::SpaceStore(Services services, std::filesystem::path file) : services_(services), file_(std::move(file)) {
-  load();
-}
-
-SpaceStore::~SpaceStore() {
-  finishSaving();
-}
-
-void SpaceStore::load() {
-  const auto text = services_.files.read(file_);
-  if (!text) {
-    replaceable_ = text.error().notFound;
-    if (!replaceable_) {
-      services_.log.error(category, "cannot read " + file_.string() + ": " + text.error().description);
-    }
-    return;
-  }
-  const auto json = parseJSON(*text);
-  auto metas = json ? metasFromJson(*json) : std::nullopt;
-  if (metas) {
-    metas_ = *std::move(metas);
-  } else {
-    keepFileAside(json ? "a record has the wrong form" : json.error());
-  }
-}
-
-void SpaceStore::keepFileAside(const std::string& why) {
-  const auto aside = keepAside(services_.files, services_.clock, file_);
-  replaceable_ = aside.has_value();
-  services_.log.error(category, "cannot understand " + file_.string() + " (" + why + "), " +
-                                    (aside ? "kept as " + aside->filename().string()
-                                           : "nor keep it aside: " + aside.error().description));
+SpaceStore::SpaceStore(Services services, Storage& storage, std::filesystem::path file)
+    : services_(services), file_(storage, std::move(file), category, {.delay = saveDelay, .queue = "tallowin.store"}) {
+  const auto parse = [](std::string_view text) -> std::expected<SpaceMetas, std::string> {
+    const auto json = parseJSON(text);
+    auto metas = json ? metasFromJson(*json) : std::nullopt;
+    return metas ? std::expected<SpaceMetas, std::string>(*std::move(metas))
+                 : std::unexpected(json ? "a record has the wrong form" : json.error());
+  };
+  metas_ = file_.read(parse).value_or(SpaceMetas());
+  static_cast<void>(file_.makeReplaceable());  // the next save tells what keeps it from that
 }
 
 SpaceMeta SpaceStore::meta(const std::string& id) const {
@@ -117,26 +94,35 @@ void SpaceStore::setAutomation(const SpaceAutomation& automation, const std::str
   });
 }
 
-void SpaceStore::setCustomIcon(const std::optional<std::filesystem::path>& image, const std::string& id) {
-  if (const auto old = meta(id).iconFile) {
-    if (const auto removed = services_.files.remove(iconPath(*old)); !removed && !removed.error().notFound) {
-      services_.log.error(category, "cannot remove an icon: " + removed.error().description);
+std::expected<void, FileError> SpaceStore::setCustomIcon(const std::optional<std::filesystem::path>& image,
+                                                         const std::string& id) {
+  const auto icon = image ? iconFrom(*image) : std::nullopt;
+  const auto iconFile = icon ? std::optional(id + ".png") : std::nullopt;
+  if (icon) {
+    if (auto written = services_.files.writeAtomically(iconPath(*iconFile), *icon, privateFile); !written) {
+      return written;
     }
-    iconCache_.erase(id);
   }
-  const auto iconFile = image ? writeIcon(*image, id) : std::nullopt;
+  if (const auto old = meta(id).iconFile; old && old != iconFile) {
+    removeIcon(*old);
+  }
+  iconCache_.erase(id);
   update(id, [&](SpaceMeta& meta) { meta.iconFile = iconFile; });
+  return {};
 }
 
-std::optional<std::string> SpaceStore::writeIcon(const std::filesystem::path& image, const std::string& id) {
+/// The PNG of the icon; nothing for a file that is no picture.
+std::optional<std::string> SpaceStore::iconFrom(const std::filesystem::path& image) const {
   const auto bytes = services_.files.read(image);
   const auto picture = bytes ? services_.images.decode(*bytes) : std::nullopt;
   const auto icon = picture ? services_.images.scaled(*picture, iconSize, iconSize) : std::nullopt;
-  const auto fileName = id + ".png";
-  const bool written =
-      icon &&
-      services_.files.writeAtomically(iconPath(fileName), services_.images.encodePNG(*icon), privateFile).has_value();
-  return written ? std::optional(fileName) : std::nullopt;
+  return icon ? std::optional(services_.images.encodePNG(*icon)) : std::nullopt;
+}
+
+void SpaceStore::removeIcon(const std::string& fileName) {
+  if (const auto removed = services_.files.remove(iconPath(fileName)); !removed && !removed.error().notFound) {
+    services_.log.error(category, "cannot remove an icon: " + removed.error().description);
+  }
 }
 
 std::filesystem::path SpaceStore::iconPath(const std::string& fileName) const {
@@ -247,38 +233,8 @@ void SpaceStore::adoptFullscreenMemory(const std::vector<Space>& spaces) {
 }
 
 void SpaceStore::scheduleSave() {
-  savePending_ = true;
-  saveWork_ = services_.mainQueue.after(saveDelay, [this] { save(); });
-}
-
-void SpaceStore::save() {
-  savePending_ = false;
-  if (!replaceable_) {
-    services_.log.error(category, "did not replace " + file_.string());
-    return;
-  }
-  if (!writing_) {
-    writing_ = services_.workQueues.make("tallowin.store");
-  }
-  // Of thousands of records making the text and waiting for the disk take longer than anybody should have to.
-  writing_->after(Duration::zero(), [this, metas = metas_, save = ++saves_] {
-    write(metas);
-    saved_ = save;
-  });
-}
-
-void SpaceStore::finishSaving() {
-  writing_.reset();  // it finishes what it is writing, and drops what waits
-  if (saved_ != saves_) {
-    write(metas_);
-    saved_ = saves_;
-  }
-}
-
-void SpaceStore::write(const SpaceMetas& metas) const {
-  if (const auto written = services_.files.writeAtomically(file_, prettyJSON(toJson(metas)), privateFile); !written) {
-    services_.log.error(category, "cannot write " + file_.string() + ": " + written.error().description);
-  }
+  // Of thousands of records making the text takes longer than anybody should have to wait.
+  file_.changed([this] { return [metas = metas_] { return prettyJSON(toJson(metas)); }; });
 }
 
 }  // namespace tallowin

@@ -1,37 +1,31 @@
 #pragma once
 
-#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 
 #include "base/app_paths.h"
 #include "base/broadcaster.h"
+#include "base/record_file.h"
 #include "base/settings.h"
 #include "core/space.h"
 #include "core/space_meta.h"
 #include "platform/images.h"
-#include "platform/log.h"
-#include "platform/main_queue.h"
 #include "platform/workspace.h"
 
 namespace tallowin {
 
 /// Owns what the user has said about the Spaces, and is the only one to name a Space. Every change is told at once, and
-/// saved 0.3 s after the last one, on a queue of its own. Main thread only.
+/// saved 0.3 s after the last of a run of them, on a queue of its own. Main thread only.
 class SpaceStore {
  public:
   struct Services {
     Files& files;
     Images& images;
     Workspace& workspace;
-    MainQueue& mainQueue;
-    WorkQueues& workQueues;
-    const Clock& clock;
     Log& log;
     const Settings& settings;
     const AppPaths& paths;
@@ -39,9 +33,7 @@ class SpaceStore {
 
   /// Reads the file. One that is missing gives an empty store; so does one that cannot be understood, which is kept
   /// aside first. One that cannot be read, or not be kept aside, is never replaced.
-  SpaceStore(Services services, std::filesystem::path file);
-  /// Finishes the saves that have begun. A change of the last 0.3 s is lost.
-  ~SpaceStore();
+  SpaceStore(Services services, Storage& storage, std::filesystem::path file);
   SpaceStore(const SpaceStore&) = delete;
   SpaceStore& operator=(const SpaceStore&) = delete;
 
@@ -64,14 +56,12 @@ class SpaceStore {
   void setGroup(const std::string& group, const std::string& id);
   void setAutomation(const SpaceAutomation& automation, const std::string& id);
   /// Takes the image file as the Space's icon, scaled to 128 × 128 points; nothing, or a file that is no picture,
-  /// leaves the Space without one.
-  void setCustomIcon(const std::optional<std::filesystem::path>& image, const std::string& id);
+  /// leaves the Space without one. When the icon's own file cannot be written nothing has changed.
+  std::expected<void, FileError> setCustomIcon(const std::optional<std::filesystem::path>& image,
+                                               const std::string& id);
 
   /// Replaces all records.
   void replaceAll(SpaceMetas metas);
-
-  /// Waits until every save that has begun is in the file.
-  void finishSaving();
 
   /// Puts a name at the head of the recent names, which hold at most 20, none twice ignoring case.
   void remember(const std::string& name);
@@ -81,9 +71,6 @@ class SpaceStore {
   /// What everybody calls the Space.
   [[nodiscard]] std::string displayName(const Space& space) const;
   [[nodiscard]] bool hasCustomName(const Space& space) const;
-  /// Whether a change waits for its save to begin; one that has begun is finished before the store goes.
-  [[nodiscard]] bool hasPendingSave() const { return savePending_; }
-
   /// The name of the system symbol image that stands for it.
   [[nodiscard]] std::string symbol(const Space& space) const;
 
@@ -99,30 +86,21 @@ class SpaceStore {
  private:
   using Change = std::function<void(SpaceMeta&)>;
 
-  void load();
-  void keepFileAside(const std::string& why);
   void update(const std::string& id, const Change& change);
   void put(const std::string& key, const SpaceMeta& meta);
   void scheduleSave();
-  void save();
-  void write(const SpaceMetas& metas) const;
-  [[nodiscard]] std::optional<std::string> writeIcon(const std::filesystem::path& image, const std::string& id);
+  [[nodiscard]] std::optional<std::string> iconFrom(const std::filesystem::path& image) const;
+  void removeIcon(const std::string& fileName);
   [[nodiscard]] std::filesystem::path iconPath(const std::string& fileName) const;
   [[nodiscard]] std::optional<RunningApplication> fullscreenOwner(const Space& space) const;
 
   const Services services_;
-  const std::filesystem::path file_;
+  RecordFile file_;
 
   SpaceMetas metas_;
   Broadcaster<> willChange_;
   std::map<std::string, std::string> fullscreenKeyByID_;  ///< for the full-screen Spaces of the last snapshot
   std::map<std::string, Image> iconCache_;                ///< by Space id
-  WorkItem saveWork_;
-  bool savePending_ = false;
-  std::uint64_t saves_ = 0;               ///< counts those that have begun
-  std::atomic<std::uint64_t> saved_ = 0;  ///< so many are in the file; shared with the queue
-  std::unique_ptr<WorkQueue> writing_;    ///< made for the first save
-  bool replaceable_ = true;               ///< what stands in the file is known or kept aside, or there is no file
 };
 
 }  // namespace tallowin

@@ -34,8 +34,11 @@ struct FileEvents {
   bool renamed = false;
 };
 
-/// The file system. Paths are absolute. Main thread only, except read(), exists(), rename() and
-/// writeAtomically(), which any thread may call.
+/// What becomes of the mode of a file that is written anew.
+enum class OldMode { kept, replaced };
+
+/// The file system. Paths are absolute. Main thread only, except read(), exists(), rename(), createDirectory(),
+/// writeAtomically() and restrictMode(), which any thread may call.
 class Files {
  public:
   virtual ~Files() = default;
@@ -44,11 +47,17 @@ class Files {
   [[nodiscard]] virtual std::expected<std::string, FileError> read(const std::filesystem::path& path) = 0;
 
   /// Replaces the file or makes it. The bytes go to a temporary file in the same folder, which is flushed and renamed
-  /// over the old one, so that a crash at any instant leaves the old content or the new one. An existing file keeps
-  /// its mode; a new one gets `mode`. The folder must exist. On failure nothing has changed.
+  /// over the old one, and the folder is flushed, so that a crash at any instant leaves the old content or the new one.
+  /// A new file gets `mode`, and so does an existing one unless its own is to be kept. Of a symbolic link the file that
+  /// it leads to is replaced. The folder must exist. On failure the old content is whole and no temporary file is left;
+  /// only when it is the folder that cannot be flushed the new content has taken its place.
   [[nodiscard]] virtual std::expected<void, FileError> writeAtomically(const std::filesystem::path& path,
-                                                                       std::string_view bytes,
-                                                                       unsigned mode = 0644) = 0;
+                                                                       std::string_view bytes, unsigned mode = 0644,
+                                                                       OldMode old = OldMode::kept) = 0;
+
+  /// Takes from an existing file the permissions that are not in `mode`.
+  [[nodiscard]] virtual std::expected<void, FileError> restrictMode(const std::filesystem::path& path,
+                                                                    unsigned mode) = 0;
 
   /// Makes the folder and its parents; those that this call makes get `mode`. An existing folder is success.
   [[nodiscard]] virtual std::expected<void, FileError> createDirectory(const std::filesystem::path& path,

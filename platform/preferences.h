@@ -20,20 +20,21 @@ class Preferences {
   /// consulted: base/settings.h does that.
   virtual std::optional<PropertyList> objectForKey(std::string_view key) = 0;
 
-  /// Stores a value for the user. False when it could not be written; then it is not set either.
+  /// Stores a value for the user. False when it could not be written yet; it is in force all the same, and written when
+  /// that is possible.
   virtual bool setObject(std::string_view key, PropertyList value) = 0;
 
-  /// The same for several at once. When they could not be written none of them is set.
+  /// The same for several at once.
   virtual bool setObjects(const std::map<std::string, PropertyList>& values) = 0;
 
-  /// Forgets what the user set. False when that could not be written; then it is still set.
+  /// Forgets what the user set. False when that could not be written yet.
   virtual bool removeObject(std::string_view key) = 0;
 
   /// Why the user's values cannot be read now; nothing while they can. The values read before stay in force, and
   /// writing keeps what cannot be understood aside.
   [[nodiscard]] virtual std::optional<std::string> fault() = 0;
 
-  /// Everything that the user has set.
+  /// Everything that the user has set and that is stored.
   virtual std::map<std::string, PropertyList> persistentDomain() = 0;
 
   /// Takes over what other programs have written, and tells the observers of changes, before it returns

@@ -101,8 +101,8 @@ class SimulatedProgram {
   NoImages images;
   SimulatedDesktop desktop{scenario, time, time, images, journal};
   CGSBridge bridge{desktop.loader(), desktop.coreFoundation()};
-  FilePreferences preferences{{desktop.files(), time, time, desktop.log()},
-                              "/home/user/.config/tallowin/preferences.json",
+  Storage& storage = desktop.storage();
+  FilePreferences preferences{storage, desktop.files(), time, "/home/user/.config/tallowin/preferences.json",
                               [this](std::string_view key) { return desktop.globalPreference(key); }};
   Settings settings{preferences};
   SpaceProvider provider{bridge, time, desktop.log()};

@@ -20,7 +20,8 @@ struct StoringProgram : SimulatedProgram {
   [[nodiscard]] std::string id(std::int64_t number) const { return space(number).id; }
 
   AppPaths paths{desktop.files(), desktop.folders()};
-  SpaceStore store{{desktop.files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
+  SpaceStore store{{desktop.files(), images, desktop.workspace(), desktop.log(), settings, paths},
+                   storage,
                    supportFolder + "spaces.json"};
 };
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <filesystem>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "base/app_paths.h"
-#include "platform/log.h"
+#include "base/record_file.h"
 #include "windows/window_layout.h"
 
 namespace tallowin {
@@ -13,11 +14,10 @@ namespace tallowin {
 /// The folder "Layouts" in the support folder, with one file per layout name and set of displays. Main thread only.
 class LayoutFiles {
  public:
-  LayoutFiles(Files& files, const Clock& clock, const AppPaths& paths, Log& log)
-      : files_(files), clock_(clock), paths_(paths), log_(log) {}
+  LayoutFiles(Storage& storage, const AppPaths& paths) : storage_(storage), paths_(paths) {}
 
   /// Writes the layout under this name for the displays that it was made for, in place of an older one; what stands
-  /// there and cannot be understood is kept aside. A failure is logged, and the file is as it was then.
+  /// there and cannot be understood is kept aside. What cannot be written counts all the same, and is tried again.
   void write(const WindowLayout& layout, std::string_view name);
 
   /// The layout of this name for these displays. Nothing when there is none, or when the file cannot be read or
@@ -25,12 +25,11 @@ class LayoutFiles {
   [[nodiscard]] std::optional<WindowLayout> read(std::string_view name, std::string_view displaySetup);
 
  private:
-  [[nodiscard]] std::filesystem::path folder() const;
+  [[nodiscard]] RecordFile& file(std::string_view name, std::string_view displaySetup);
 
-  Files& files_;
-  const Clock& clock_;
+  Storage& storage_;
   const AppPaths& paths_;
-  Log& log_;
+  std::map<std::string, RecordFile> files_;  ///< those that were used, by their names in the folder
 };
 
 }  // namespace tallowin

@@ -16,7 +16,7 @@ constexpr auto autoSaveTolerance = std::chrono::seconds(60);
 LayoutManager::LayoutManager(Services services)
     : services_(services),
       ax_(services.accessibility, services.windowServer),
-      files_(services.files, services.clock, services.paths, services.log) {}
+      files_(services.storage, services.paths) {}
 
 std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
   return connectedDisplays(services_.displays, snapshot).key();

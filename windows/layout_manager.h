@@ -33,12 +33,11 @@ class LayoutManager {
     Accessibility& accessibility;
     WindowServer& windowServer;
     Displays& displays;
-    Files& files;
+    Storage& storage;
     const AppPaths& paths;
     const Settings& settings;
     MainQueue& mainQueue;
     const Clock& clock;
-    Log& log;
   };
 
   explicit LayoutManager(Services services);

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/json_text.h"
-#include "base/keep_aside.h"
 #include "base/unicode.h"
 #include "windows/application_opening.h"
 
@@ -12,7 +11,6 @@ namespace tallowin {
 namespace {
 
 constexpr auto category = "SavedSpaces";
-constexpr unsigned privateFile = 0600;
 constexpr auto closingTimeout = std::chrono::milliseconds(300);
 
 }  // namespace
@@ -21,11 +19,8 @@ SavedSpaces::SavedSpaces(Services services, BrowserTabsReader browserTabs, Rando
     : services_(services),
       ax_(services.accessibility, services.windowServer),
       browserTabs_(std::move(browserTabs)),
-      random_(std::move(random)) {}
-
-std::filesystem::path SavedSpaces::file() const {
-  return services_.paths.supportDirectory() / "saved-spaces.json";
-}
+      random_(std::move(random)),
+      file_(services.storage, services.paths.supportDirectory() / "saved-spaces.json", category) {}
 
 std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::saveAndClose(const Space& space) {
   const auto windows = services_.contents.windows(space.managedID);
@@ -70,30 +65,24 @@ void SavedSpaces::addTabs(SavedSpace& space) const {
   }
 }
 
-/// The file's records as they stand, with what a newer version wrote into them. A file that cannot be understood is
-/// kept aside, and there are none then; one that cannot be read, or not be kept aside, must not be replaced.
-std::expected<PropertyList, FileError> SavedSpaces::recordsToKeep() {
-  const auto isUnderstood = [](const PropertyList& json) { return savedSpacesFromJson(json).has_value(); };
-  auto records = contentToReplace({services_.files, services_.clock, services_.log}, category, file(), isUnderstood);
-  if (!records) {
-    return std::unexpected(records.error());
-  }
-  return std::move(*records).value_or(PropertyList::array());
+/// The records as they stand, with what a newer version wrote into them; empty when they cannot be understood.
+PropertyList SavedSpaces::records() {
+  const auto parse = [](std::string_view text) -> std::expected<PropertyList, std::string> {
+    auto json = parseJSON(text);
+    return json && !savedSpacesFromJson(*json) ? std::unexpected("a record has the wrong form") : std::move(json);
+  };
+  return file_.read(parse).value_or(PropertyList::array());
 }
 
+/// The user is told of a failure, and that nothing was closed; so the record does not come later either.
 bool SavedSpaces::append(const SavedSpace& space) {
-  auto records = recordsToKeep();
-  std::expected<void, FileError> written;
-  if (records) {
-    records->push_back(toJson(space));
-    written = services_.files.writeAtomically(file(), prettyJSON(*records), privateFile);
-  } else {
-    written = std::unexpected(records.error());
-  }
+  auto all = records();
+  all.push_back(toJson(space));
+  const bool written = file_.write(prettyJSON(all)).has_value();
   if (!written) {
-    services_.log.error(category, "cannot write " + file().string() + ": " + written.error().description);
+    file_.discardUnsaved();
   }
-  return written.has_value();
+  return written;
 }
 
 void SavedSpaces::close(const std::vector<WindowInfo>& windows) const {
@@ -121,14 +110,7 @@ bool SavedSpaces::opensByTabs(const SavedSpace& space, const std::string& bundle
 }
 
 std::vector<SavedSpace> SavedSpaces::list() {
-  const auto text = services_.files.read(file());
-  const auto json = text ? parseJSON(*text) : std::unexpected(text.error().description);
-  auto spaces = json ? savedSpacesFromJson(*json) : std::nullopt;
-  if (!spaces && (text || !text.error().notFound)) {
-    services_.log.error(
-        category, "cannot read " + file().string() + ": " + (json ? "a record has the wrong form" : json.error()));
-  }
-  return std::move(spaces).value_or(std::vector<SavedSpace>());
+  return savedSpacesFromJson(records()).value_or(std::vector<SavedSpace>());
 }
 
 std::optional<SavedSpace> SavedSpaces::named(std::string_view name) {

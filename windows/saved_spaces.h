@@ -1,16 +1,15 @@
 #pragma once
 
 #include <expected>
-#include <filesystem>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "base/app_paths.h"
+#include "base/record_file.h"
 #include "base/uuid.h"
 #include "core/space_store.h"
 #include "platform/clock.h"
-#include "platform/files.h"
 #include "platform/log.h"
 #include "platform/workspace.h"
 #include "windows/ax.h"
@@ -26,7 +25,7 @@ class SavedSpaces {
  public:
   enum class Failure {
     noWindows,  ///< there is nothing to save
-    notSaved,   ///< the record could not be written; logged
+    notSaved,   ///< the record could not be written, and is not tried again; logged
   };
 
   struct Services {
@@ -35,7 +34,7 @@ class SavedSpaces {
     Accessibility& accessibility;
     WindowServer& windowServer;
     Workspace& workspace;
-    Files& files;
+    Storage& storage;
     const AppPaths& paths;
     const Clock& clock;
     Log& log;
@@ -60,16 +59,16 @@ class SavedSpaces {
  private:
   [[nodiscard]] SavedSpace record(const Space& space, const std::vector<WindowInfo>& windows) const;
   void addTabs(SavedSpace& space) const;
-  [[nodiscard]] std::expected<PropertyList, FileError> recordsToKeep();
+  [[nodiscard]] PropertyList records();
   [[nodiscard]] bool append(const SavedSpace& space);
   void close(const std::vector<WindowInfo>& windows) const;
   [[nodiscard]] bool opensByTabs(const SavedSpace& space, const std::string& bundleID) const;
-  [[nodiscard]] std::filesystem::path file() const;
 
   const Services services_;
   const AX ax_;
   const BrowserTabsReader browserTabs_;
   const RandomBits random_;
+  RecordFile file_;
 };
 
 }  // namespace tallowin

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "base/storage.h"
 #include "platform/channel/instance_lock.h"
 #include "platform/platform.h"
 
@@ -19,6 +20,9 @@ class Host {
 
   /// The services. Valid as long as the host.
   [[nodiscard]] virtual Platform platform() = 0;
+
+  /// What the files of its preferences, and of everything else that the program keeps there, are written with.
+  [[nodiscard]] virtual Storage& storage() = 0;
 
   /// Called once everything is in place, just before the program runs.
   virtual void begin() {}

@@ -36,7 +36,7 @@ Folders machineFolders(const std::optional<std::filesystem::path>& home) {
 Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, std::string display)
     : log(line.verbose),
       folders(machineFolders(line.home)),
-      preferences({files, mainQueue, clock, log}, preferencesFile(folders), noGlobalPreference),
+      preferences(storage, files, mainQueue, preferencesFile(folders), noGlobalPreference),
       channel_(std::make_unique<NeutralCommandChannel>()) {
   if (lock) {
     auto channel = SocketCommandChannel::open({descriptors, mainQueue, log, {TALLOWIN_VERSION, std::move(display)}},

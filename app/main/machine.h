@@ -17,13 +17,13 @@
 #include "platform/none/neutral.h"
 #include "platform/qt/lazy_images.h"
 #include "platform/qt/qt_descriptors.h"
-#include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/socket_tcp_listeners.h"
 #include "platform/qt/system_clock.h"
 #include "platform/qt/system_log.h"
 #include "platform/qt/termination_signals.h"
 #include "platform/qt/thread_work_queues.h"
+#include "platform/qt/unix_files.h"
 #include "platform/qt/unix_processes.h"
 #include "platform/qt/unix_system.h"
 #include "platform/xdg/stand_in_programs.h"
@@ -39,7 +39,7 @@ struct Machine {
   QtMainQueue mainQueue;
   ThreadWorkQueues workQueues;
   QtDescriptors descriptors;
-  QtFiles files{descriptors};
+  UnixFiles files{descriptors};
   UnixProcesses children{descriptors};
   SystemClock clock;
   SystemLog log;
@@ -56,6 +56,7 @@ struct Machine {
   UnixSystem system;
   Folders folders;
   StandInPrograms processes{children, standInMachine(folders.configuration)};
+  Storage storage{{files, mainQueue, workQueues, clock, log}};
   FilePreferences preferences;
 
   [[nodiscard]] CommandChannel& commandChannel() { return *channel_; }

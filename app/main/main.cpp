@@ -47,7 +47,8 @@ int run(const CommandLine& line, std::unique_ptr<tallowin::InstanceLock> lock) {
     return fail(host.error().message, host.error().exitStatus);
   }
   (*host)->begin();
-  const int status = (*host)->end(tallowin::runProgram(line, (*host)->platform(), std::cout, std::cerr));
+  const int status =
+      (*host)->end(tallowin::runProgram(line, (*host)->platform(), (*host)->storage(), std::cout, std::cerr));
   const bool hasChanged = line.mode == Mode::setSetting || line.mode == Mode::unsetSetting;
   if (hasChanged && !line.simulate && status == tallowin::exit_status::success) {
     tallowin::waitForSettings(line);
@@ -76,6 +77,7 @@ int main(int argc, char** argv) {
   openStandardDescriptors();
   // A reader or an X server that goes away is seen as a failed write.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // and so is a limit on the size of files
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   const char* platform = std::getenv("TALLOWIN_PLATFORM");
   auto line =

@@ -27,6 +27,8 @@ class NoneHost : public Host {
     }
   }
 
+  Storage& storage() override { return machine_.storage; }
+
   Platform platform() override {
     return {.windowServer = bridge_,
             .desktopNames = desktopNames_,

@@ -108,14 +108,16 @@ class VirtualTimeHost : public SimulatedHost {
     make(time_, time_, time_, journal_, images_);
     const auto preferences = preferencesFile(desktop().folders());
     desktop().usePreferencesFile(preferences);
-    preferences_ = std::make_unique<FilePreferences>(
-        FilePreferences::Services{desktop().files(), time_, time_, desktop().log()}, preferences,
-        [this](std::string_view key) { return desktop().globalPreference(key); });
+    preferences_ =
+        std::make_unique<FilePreferences>(desktop().storage(), desktop().files(), time_, preferences,
+                                          [this](std::string_view key) { return desktop().globalPreference(key); });
   }
 
   [[nodiscard]] bool openJournal(const CommandLine& line) {
     return file_.open(line.journal, line.mode == Mode::resident);
   }
+
+  Storage& storage() override { return desktop().storage(); }
 
   Platform platform() override { return simulatedPlatform(desktop(), bridge(), *preferences_, images_, time_); }
 
@@ -160,12 +162,14 @@ class RealTimeHost : public SimulatedHost {
         clock_(this->scenario().clock) {
     make(machine_.mainQueue, clock_, machine_.mainQueue, journal_, machine_.images);
     preferences_ = std::make_unique<FilePreferences>(
-        FilePreferences::Services{machine_.files, machine_.mainQueue, machine_.clock, machine_.log},
-        preferencesFile(machine_.folders), [this](std::string_view key) { return desktop().globalPreference(key); });
+        machine_.storage, machine_.files, machine_.mainQueue, preferencesFile(machine_.folders),
+        [this](std::string_view key) { return desktop().globalPreference(key); });
     if (!this->scenario().preferences.empty() || !this->scenario().files.empty()) {
       std::cerr << "tallowin: the scenario's preferences and files count only with --simulate\n";
     }
   }
+
+  Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
     auto& simulated = desktop();

@@ -43,10 +43,7 @@ class X11Host : public Host {
     }
   }
 
-  int end(int status) override {
-    places_.saveNow();
-    return status;
-  }
+  Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
     return {.windowServer = desktop_->windowServer(),
@@ -100,7 +97,7 @@ class X11Host : public Host {
   NeutralAppleScript appleScript_;
   NeutralURLEvents urlEvents_;
   // Only the resident program sees every change, and keeps them.
-  KeptDesktopPlaces places_{{machine_.files, machine_.clock, machine_.log, machine_.mainQueue},
+  KeptDesktopPlaces places_{machine_.storage,
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
   std::unique_ptr<X11Desktop> desktop_;

@@ -129,6 +129,34 @@ ScriptAction makeWritable(Arguments& arguments) {
   return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.setUnwritable(path, false); });
 }
 
+/// With "room", files of so many bytes can still be written.
+ScriptAction fillDisk(Arguments& arguments) {
+  const auto room = arguments.find("room");
+  return onParts(
+      [bytes = room ? room->integer<std::uint32_t>() : 0](SimulatedParts& desktop) { desktop.files.setRoom(bytes); });
+}
+
+ScriptAction failDisk(Arguments& arguments) {
+  static constexpr std::pair<std::string_view, WriteStage> stages[] = {{"open", WriteStage::open},
+                                                                       {"write", WriteStage::write},
+                                                                       {"flush", WriteStage::flush},
+                                                                       {"rename", WriteStage::rename},
+                                                                       {"folder", WriteStage::folder}};
+  const auto stage = arguments.require("stage");
+  const auto name = stage.text();
+  const auto* const found = std::ranges::find(stages, name, &std::pair<std::string_view, WriteStage>::first);
+  if (found == std::end(stages)) {
+    stage.expected("\"open\", \"write\", \"flush\", \"rename\" or \"folder\"");
+    return nullptr;
+  }
+  return onParts([found](SimulatedParts& desktop) { desktop.files.failAt(found->second); });
+}
+
+void freeDisk(SimulatedParts& desktop) {
+  desktop.files.setRoom(std::nullopt);
+  desktop.files.failAt(std::nullopt);
+}
+
 ScriptAction setPermission(Arguments& arguments) {
   const auto permission = arguments.require("permission");
   const auto name = permission.text();
@@ -335,8 +363,9 @@ constexpr Entry actions[] = {
     {"corruptFile", corruptFile},
     {"deleteFile", deleteFile},
     {"disconnectDisplay", disconnectDisplay},
-    {"fillDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(true); }>},
-    {"freeDisk", plain<[](SimulatedParts& desktop) { desktop.files.setDiskFull(false); }>},
+    {"failDisk", failDisk},
+    {"fillDisk", fillDisk},
+    {"freeDisk", plain<freeDisk>},
     {"hideApplication", hideApplication},
     {"httpRequest", httpRequest},
     {"interruptCommand", interruptCommand},

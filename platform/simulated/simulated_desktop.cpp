@@ -113,6 +113,9 @@ TCPListeners& SimulatedDesktop::listeners() {
 Files& SimulatedDesktop::files() {
   return parts_->files;
 }
+Storage& SimulatedDesktop::storage() {
+  return parts_->storage;
+}
 DynamicLoader& SimulatedDesktop::loader() {
   return parts_->loader;
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/storage.h"
 #include "platform/accessibility.h"
 #include "platform/alerts.h"
 #include "platform/apple_script.h"
@@ -91,6 +92,8 @@ class SimulatedDesktop {
   DesktopService& desktopService();
   TCPListeners& listeners();
   Files& files();
+  /// What the program writes its files here with.
+  Storage& storage();
   DynamicLoader& loader();
   CoreFoundation& coreFoundation();
 

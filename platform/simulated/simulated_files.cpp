@@ -44,7 +44,7 @@ std::expected<std::string, FileError> SimulatedFiles::read(const Path& path) {
   return std::unexpected(folders_.contains(key(path)) ? refused("Is a directory") : noSuchFile());
 }
 
-std::optional<FileError> SimulatedFiles::refusal(const Path& path, bool needsSpace) const {
+std::optional<FileError> SimulatedFiles::refusal(const Path& path) const {
   const auto name = key(path);
   const auto folder = parentOf(name);
   if (files_.contains(folder)) {
@@ -59,7 +59,15 @@ std::optional<FileError> SimulatedFiles::refusal(const Path& path, bool needsSpa
   if (folders_.contains(name)) {
     return refused("Is a directory");
   }
-  return needsSpace && diskFull_ ? std::optional(refused("No space left on device")) : std::nullopt;
+  return std::nullopt;
+}
+
+/// Why the disk fails before a file of this size has taken the old one's place.
+std::optional<FileError> SimulatedFiles::failure(std::size_t size) const {
+  if (failing_ && *failing_ <= WriteStage::rename) {
+    return refused("Input/output error");
+  }
+  return room_ && size > *room_ ? std::optional(refused("No space left on device")) : std::nullopt;
 }
 
 std::expected<void, FileError> SimulatedFiles::journalled(std::string_view op, nlohmann::ordered_json arguments,
@@ -71,13 +79,32 @@ std::expected<void, FileError> SimulatedFiles::journalled(std::string_view op, n
   return error ? std::expected<void, FileError>(std::unexpected(std::move(*error))) : std::expected<void, FileError>{};
 }
 
-std::expected<void, FileError> SimulatedFiles::writeAtomically(const Path& path, std::string_view bytes,
-                                                               unsigned mode) {
-  auto error = refusal(path, true);
+std::expected<void, FileError> SimulatedFiles::writeAtomically(const Path& path, std::string_view bytes, unsigned mode,
+                                                               OldMode old) {
+  auto error = refusal(path);
   if (!error) {
-    put(key(path), bytes, mode);
+    error = failure(bytes.size());
+  }
+  if (!error) {
+    put(key(path), bytes, mode, old);
+    error = failing_ ? std::optional(refused("Input/output error")) : std::nullopt;
   }
   return journalled("writeAtomically", {{"path", key(path)}, {"size", bytes.size()}}, std::move(error));
+}
+
+std::expected<void, FileError> SimulatedFiles::restrictMode(const Path& path, unsigned mode) {
+  const auto found = files_.find(key(path));
+  if (found == files_.end()) {
+    return std::unexpected(noSuchFile());
+  }
+  if ((found->second.mode & ~mode) == 0) {
+    return {};
+  }
+  auto error = refusal(path);
+  if (!error) {
+    found->second.mode &= mode;
+  }
+  return journalled("restrictMode", {{"path", key(path)}}, std::move(error));
 }
 
 std::expected<void, FileError> SimulatedFiles::createDirectory(const Path& path, unsigned /*mode*/) {
@@ -92,7 +119,10 @@ std::expected<void, FileError> SimulatedFiles::createDirectory(const Path& path,
     }
     made.push_back(folder);
   }
-  auto error = refusal(made.back(), true);
+  auto error = refusal(made.back());
+  if (!error) {
+    error = failure(1);  // a folder takes room
+  }
   if (!error) {
     folders_.insert(made.begin(), made.end());
   }
@@ -101,9 +131,9 @@ std::expected<void, FileError> SimulatedFiles::createDirectory(const Path& path,
 
 std::expected<void, FileError> SimulatedFiles::rename(const Path& from, const Path& to) {
   const auto source = files_.find(key(from));
-  auto error = source == files_.end() ? std::optional(noSuchFile()) : refusal(from, false);
+  auto error = source == files_.end() ? std::optional(noSuchFile()) : refusal(from);
   if (!error) {
-    error = refusal(to, false);
+    error = refusal(to);
   }
   if (!error && key(from) != key(to)) {
     tell(source->second, {.renamed = true});
@@ -116,7 +146,7 @@ std::expected<void, FileError> SimulatedFiles::rename(const Path& from, const Pa
 }
 
 std::expected<void, FileError> SimulatedFiles::remove(const Path& path) {
-  auto error = files_.contains(key(path)) ? refusal(path, false) : std::optional(noSuchFile());
+  auto error = files_.contains(key(path)) ? refusal(path) : std::optional(noSuchFile());
   if (!error) {
     take(path);
   }
@@ -172,13 +202,13 @@ void SimulatedFiles::tell(const File& file, FileEvents events) {
 }
 
 /// Replaces the file, which lives on for those who watch it only as a deleted one.
-void SimulatedFiles::put(const std::string& path, std::string_view bytes, unsigned mode) {
+void SimulatedFiles::put(const std::string& path, std::string_view bytes, unsigned mode, OldMode oldMode) {
   const auto old = files_.find(path);
-  const auto keptMode = old == files_.end() ? mode : old->second.mode;
+  const auto newMode = old == files_.end() || oldMode == OldMode::replaced ? mode : old->second.mode;
   take(path);
   const auto now = std::chrono::duration_cast<std::chrono::nanoseconds>(clock_.now().time_since_epoch()).count();
   lastModified_ = std::max<std::int64_t>(now, lastModified_ + 1);
-  files_[path] = {std::string(bytes), keptMode, lastModified_, ++lastIdentity_, {}};
+  files_[path] = {std::string(bytes), newMode, lastModified_, ++lastIdentity_, {}};
 }
 
 void SimulatedFiles::placeFolder(const Path& path) {
@@ -196,7 +226,7 @@ void SimulatedFiles::overwrite(const Path& path, std::string_view bytes) {
   auto watches = files_.contains(name) ? std::exchange(files_[name].watches, {}) : decltype(File::watches){};
   const auto identity = files_.contains(name) ? files_[name].identity : ++lastIdentity_;
   placeFolder(parentOf(name));
-  put(name, bytes, 0644);
+  put(name, bytes, 0644, OldMode::kept);
   auto& file = files_[name];
   file.identity = identity;
   file.watches = std::move(watches);
@@ -206,7 +236,7 @@ void SimulatedFiles::overwrite(const Path& path, std::string_view bytes) {
 void SimulatedFiles::replace(const Path& path, std::string_view bytes) {
   if (!folders_.contains(key(path))) {
     placeFolder(parentOf(key(path)));
-    put(key(path), bytes, 0644);
+    put(key(path), bytes, 0644, OldMode::kept);
   }
 }
 

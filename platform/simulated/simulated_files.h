@@ -14,6 +14,9 @@
 
 namespace tallowin {
 
+/// Where a disk may fail while a file is written anew.
+enum class WriteStage { open, write, flush, rename, folder };
+
 /// A file system in memory, with faults. What the program changes becomes a line of the journal, failures with their
 /// "error"; the operations with a name of their own are the hand of the user or of another program. Main thread only.
 class SimulatedFiles : public Files {
@@ -22,7 +25,8 @@ class SimulatedFiles : public Files {
 
   std::expected<std::string, FileError> read(const std::filesystem::path& path) override;
   std::expected<void, FileError> writeAtomically(const std::filesystem::path& path, std::string_view bytes,
-                                                 unsigned mode) override;
+                                                 unsigned mode, OldMode old) override;
+  std::expected<void, FileError> restrictMode(const std::filesystem::path& path, unsigned mode) override;
   std::expected<void, FileError> createDirectory(const std::filesystem::path& path, unsigned mode) override;
   std::expected<void, FileError> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   std::expected<void, FileError> remove(const std::filesystem::path& path) override;
@@ -46,8 +50,10 @@ class SimulatedFiles : public Files {
   void corrupt(const std::filesystem::path& path);
   /// Whether the program's writes at this path, or in this folder, are refused.
   void setUnwritable(const std::filesystem::path& path, bool unwritable);
-  /// While the disk is full, the program's writes of any content are refused.
-  void setDiskFull(bool full) { diskFull_ = full; }
+  /// From now on the disk has room for files of so many bytes at most; nothing for no limit.
+  void setRoom(std::optional<std::size_t> bytes) { room_ = bytes; }
+  /// From now on every write fails at this stage; nothing for none.
+  void failAt(std::optional<WriteStage> stage) { failing_ = stage; }
 
   /// Every file with its content, in the order of the paths: text as text, other bytes as {"base64": …}.
   [[nodiscard]] nlohmann::ordered_json contents() const;
@@ -64,8 +70,9 @@ class SimulatedFiles : public Files {
     std::vector<std::weak_ptr<Watch>> watches;
   };
 
-  std::optional<FileError> refusal(const std::filesystem::path& path, bool needsSpace) const;
-  void put(const std::string& path, std::string_view bytes, unsigned mode);
+  std::optional<FileError> refusal(const std::filesystem::path& path) const;
+  std::optional<FileError> failure(std::size_t size) const;
+  void put(const std::string& path, std::string_view bytes, unsigned mode, OldMode oldMode);
   void tell(const File& file, FileEvents events);
   std::expected<void, FileError> journalled(std::string_view op, nlohmann::ordered_json arguments,
                                             std::optional<FileError> error);
@@ -73,7 +80,8 @@ class SimulatedFiles : public Files {
   MainQueue& queue_;
   const Clock& clock_;
   Journal& journal_;
-  bool diskFull_ = false;
+  std::optional<std::size_t> room_;
+  std::optional<WriteStage> failing_;
   std::int64_t lastModified_ = 0;
   std::uint64_t lastIdentity_ = 0;
   std::set<std::string> unwritable_;

@@ -76,8 +76,7 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
   placeFiles(scenario);
   connectParts();
   if (state.desktopsByPlace) {
-    spaces.keepPlaces({files, clock, log, queue},
-                      AppPaths::supportDirectory(simulatedFolders()) / KeptDesktopPlaces::fileName);
+    spaces.keepPlaces(storage, AppPaths::supportDirectory(simulatedFolders()) / KeptDesktopPlaces::fileName);
   }
 }
 
@@ -100,7 +99,9 @@ void SimulatedParts::placeFiles(const Scenario& scenario) {
     }
     files.setUnwritable(file.path, file.unwritable);
   }
-  files.setDiskFull(scenario.diskFull);
+  if (scenario.diskFull) {
+    files.setRoom(0);
+  }
 }
 
 void SimulatedParts::connectParts() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/main_thread_work_queues.h"
+#include "base/storage.h"
 #include "platform/emulated/broadcast_notification_center.h"
 #include "platform/emulated/emulated_dock.h"
 #include "platform/emulated/mission_control.h"
@@ -62,6 +64,8 @@ struct SimulatedParts {
   BroadcastNotificationCenter defaultNotifications;
   SimulatedLog log;
   SimulatedFiles files;
+  MainThreadWorkQueues workQueues{queue};
+  Storage storage{{files, queue, workQueues, clock, log}};
   PreferencesFile preferencesFile;
   SimulatedSpaces spaces;
   EmulatedDock dock;

@@ -120,8 +120,8 @@ void SimulatedSpaces::announceCount(const std::string& display, bool activeHasGo
   announceList();
 }
 
-void SimulatedSpaces::keepPlaces(KeptDesktopPlaces::Services services, const std::filesystem::path& file) {
-  places_.emplace(services, file, true);
+void SimulatedSpaces::keepPlaces(Storage& storage, const std::filesystem::path& file) {
+  places_.emplace(storage, file, true);
   if (const auto displays = rows(); !displays.empty() && !displays.front().spaces.empty()) {
     places_->countSeen(displays.front().spaces.size());
     renumber();

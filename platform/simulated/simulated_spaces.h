@@ -57,7 +57,7 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
   bool restore(const std::vector<ManagedSpaceID>& spaces) override;
 
   /// From now on desktops are known by their places, and this file tells who is who.
-  void keepPlaces(KeptDesktopPlaces::Services services, const std::filesystem::path& file);
+  void keepPlaces(Storage& storage, const std::filesystem::path& file);
   /// Somebody else sets the number of desktops, at least one: they come and go at the right end.
   void setDesktopCount(std::size_t count);
 

@@ -24,6 +24,7 @@ struct BackupsProgram : StoringProgram {
                              bridge,
                              desktop.accessibility(),
                              desktop.screenCapture(),
+                             desktop.displays(),
                              desktop.desktopFacts(),
                              {"0.1.0", "77"},
                              [] { return std::vector<SetUpCheck>(); }}};
@@ -75,7 +76,7 @@ TEST(Backups, AreTheLastFiveThatCanBeRead) {
   files.replace(supportFolder + "Backups/x.json", "{}");
   files.replace(supportFolder + "Backups/4.json", R"({"reason": "no date"})");
   EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
-  files.setDiskFull(true);
+  files.setRoom(0);
   program.backups.keep("not kept");
   EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
 }

@@ -28,8 +28,8 @@ struct TransferProgram : StoringProgram {
   std::vector<SetUpCheck> checks;
   const ProgramVersion version{"0.1.0", "77"};
   SettingsTransfer transfer{{settings, desktop.spacePlaces(), desktop.files(), time, desktop.system(), bridge,
-                             desktop.accessibility(), desktop.screenCapture(), desktop.desktopFacts(), version,
-                             [this] { return checks; }}};
+                             desktop.accessibility(), desktop.screenCapture(), desktop.displays(),
+                             desktop.desktopFacts(), version, [this] { return checks; }}};
 };
 
 /// An export with these entries.
@@ -65,8 +65,13 @@ TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
       {"hudSize", "[\"small\""},       {"gridColumns", "[2.5]"},  {"notchHover", "[true, 1]"},
       {"backAndForth", "[false]"},     {"hudDuration", "[2]"},    {"spaceDock", std::string(9999, '[')}};
   EXPECT_TRUE(program.transfer.importData(bundle(settings), program.store));
-  EXPECT_EQ(program.preferences.persistentDomain(),
-            (std::map<std::string, PropertyList>{{"backAndForth", false}, {"hudDuration", 2.0}, {"notchHover", true}}));
+  EXPECT_EQ(program.preferences.persistentDomain(), (std::map<std::string, PropertyList>{{"backAndForth", false},
+                                                                                         {"gridColumns", 2.5},
+                                                                                         {"hudDuration", 2},
+                                                                                         {"hudEnabled", nullptr},
+                                                                                         {"localAPI", "yes"},
+                                                                                         {"notchHover", true}}));
+  EXPECT_FALSE(program.settings.boolean("localAPI")) << "it is of the wrong type";
 }
 
 TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
@@ -109,12 +114,10 @@ TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
     EXPECT_EQ(program.configuration(), before);
   }
   TransferProgram program;
-  const auto before = program.configuration();
-  program.files().setDiskFull(true);
-  EXPECT_EQ(program.transfer.importData(bundle({{"wrapAround", "[false]"}}), program.store).error().sentence,
-            "The settings could not be saved.");
-  program.files().setDiskFull(false);
-  EXPECT_EQ(program.configuration(), before);
+  program.files().setRoom(0);
+  EXPECT_TRUE(program.transfer.importData(bundle({{"wrapAround", "[false]"}}), program.store));
+  EXPECT_FALSE(program.settings.boolean("wrapAround"));
+  EXPECT_FALSE(program.storage.isSound()) << "what asked for it is told so";
 }
 
 TEST(Diagnostics, TellHowThingsStand) {

@@ -30,7 +30,7 @@ struct TimingProgram : StoringProgram {
     tracker.spaceChanged(space);
   }
 
-  TimeTracker tracker{{desktop.files(), paths, settings, time, time, time, desktop.log()}};
+  TimeTracker tracker{{storage, paths, settings, time}};
 };
 
 TEST(TimeTracker, CountsIntervalsBySpaceAndDay) {

@@ -30,7 +30,8 @@ class SettingsTest : public testing::Test {
   Journal journal{time, [](std::string_view) {}};
   SimulatedFiles files{time, time, journal};
   LinesLog log;
-  FilePreferences preferences{{files, time, time, log}, file, [](std::string_view) { return std::nullopt; }};
+  Storage storage{{files, time, time, time, log}};
+  FilePreferences preferences{storage, files, time, file, [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};
 };
 
@@ -156,14 +157,21 @@ TEST_F(SettingsTest, ObserversMissNoEdit) {
   EXPECT_EQ(told, 3) << "the second edit came before the new file was watched";
 }
 
-TEST_F(SettingsTest, WhatCannotBeWrittenIsNotSet) {
+TEST_F(SettingsTest, WhatCannotBeWrittenIsInForceAndComesIntoTheFileAsThatStandsThen) {
   preferences.setObject("gridColumns", 2);
-  files.setDiskFull(true);
+  preferences.setObject("hudDuration", 2.0);
+  files.setRoom(0);
   EXPECT_FALSE(preferences.setObject("gridColumns", 3));
-  EXPECT_FALSE(preferences.removeObject("gridColumns"));
-  EXPECT_EQ(settings.integer("gridColumns"), 2);
+  EXPECT_FALSE(preferences.removeObject("hudDuration"));
+  EXPECT_FALSE(preferences.removeObject("hudDuration")) << "it still stands in the file";
+  EXPECT_EQ(settings.integer("gridColumns"), 3);
+  EXPECT_EQ(settings.real("hudDuration"), 1.2);
+  EXPECT_EQ(log.lines.size(), 1U) << "said once";
+  edit(R"({"gridColumns": 2, "hudDuration": 2.0, "wrapAround": false})");
+  files.setRoom(std::nullopt);
+  time.advance(std::chrono::seconds(30));
+  EXPECT_EQ(stored(), PropertyList::parse(R"({"gridColumns": 3, "wrapAround": false})"));
   EXPECT_EQ(log.lines.size(), 2U);
-  files.setDiskFull(false);
   EXPECT_TRUE(preferences.removeObject("gridColumns"));
   EXPECT_TRUE(preferences.removeObject("gridColumns"));
   EXPECT_EQ(settings.integer("gridColumns"), 0);

@@ -146,6 +146,10 @@ TEST_F(LocalAPITest, AnswersToTheByte) {
 
 TEST_F(LocalAPITest, ATokenIsMadeWhereThereIsNone) {
   EXPECT_EQ(api->token(), "s3cret");
+  files().replace(tokenFile, "any other text");
+  EXPECT_EQ(api->token(), "any other text");
+  EXPECT_EQ(api->token(), "any other text");
+  EXPECT_EQ(program.take("restrictMode").size(), 1U) << "others may not read it any more";
   for (const auto* useless : {"", " \n", "\xff\xfe"}) {
     files().replace(tokenFile, useless);
     const auto made = api->token();
@@ -160,7 +164,7 @@ TEST_F(LocalAPITest, ATokenIsMadeWhereThereIsNone) {
 
 TEST_F(LocalAPITest, NobodyIsLetInWithoutAToken) {
   files().take(tokenFile);
-  files().setDiskFull(true);
+  files().setRoom(0);
   for (const auto* value : {"Bearer ", "Bearer", ""}) {
     EXPECT_EQ(
         outcome("POST /command?url=tallowin://next HTTP/1.1\r\nAuthorization: " + std::string(value) + "\r\n\r\n"),

@@ -53,16 +53,14 @@ class Machine : public StoringProgram {
   }
 
   [[nodiscard]] SpaceStore newStore() {
-    return {{files(), images, desktop.workspace(), time, time, time, desktop.log(), settings, paths},
-            supportFolder + "spaces.json"};
+    return {
+        {files(), images, desktop.workspace(), desktop.log(), settings, paths}, storage, supportFolder + "spaces.json"};
   }
-  [[nodiscard]] TimeTracker newTracker() {
-    return TimeTracker({files(), paths, settings, time, time, time, desktop.log()});
-  }
+  [[nodiscard]] TimeTracker newTracker() { return TimeTracker({storage, paths, settings, time}); }
 
-  ProfileStore profiles{{store, settings, files(), paths, time, desktop.log()}};
-  SpaceTemplates templates{{store, desktop.workspace(), files(), paths, time, desktop.log()}};
-  LayoutFiles layouts{files(), time, paths, desktop.log()};
+  ProfileStore profiles{{store, settings, storage, paths, time}};
+  SpaceTemplates templates{{store, desktop.workspace(), files(), storage, paths}};
+  LayoutFiles layouts{storage, paths};
   SettingsTransfer transfer{{settings,
                              desktop.spacePlaces(),
                              files(),
@@ -71,13 +69,14 @@ class Machine : public StoringProgram {
                              bridge,
                              desktop.accessibility(),
                              desktop.screenCapture(),
+                             desktop.displays(),
                              desktop.desktopFacts(),
                              {"0.1.0", "1"},
                              [] { return std::vector<SetUpCheck>(); }}};
   SpaceContents contents{{desktop.windowList(), desktop.workspace(), bridge, desktop.workspaceNotifications(),
                           desktop.system(), time, time}};
   SavedSpaces savedSpaces{
-      {store, contents, desktop.accessibility(), bridge, desktop.workspace(), files(), paths, time, desktop.log()},
+      {store, contents, desktop.accessibility(), bridge, desktop.workspace(), storage, paths, time, desktop.log()},
       {[](const std::string&) { return false; }, nullptr},
       [] { return std::uint64_t{4}; }};
 
@@ -111,7 +110,7 @@ void readPreferences(Machine& machine) {
   }
   require(machine.preferences.setObject("gridColumns", 3), "a setting can be set whatever stands in the file");
   values["gridColumns"] = 3;
-  FilePreferences again({machine.files(), machine.time, machine.time, machine.desktop.log()}, preferencesFile, {});
+  FilePreferences again(machine.storage, machine.files(), machine.time, preferencesFile, {});
   require(again.persistentDomain() == values, "settings survive a save");
 }
 
@@ -124,7 +123,8 @@ void readLayout(Machine& machine) {
 
 void readProfiles(Machine& machine) {
   const auto profiles = withoutAdded(machine.profiles.list());
-  require(machine.profiles.saveCurrent(added), "a profile can be saved whatever stands in the file");
+  machine.profiles.saveCurrent(added);
+  require(machine.storage.isSound(), "a profile can be saved whatever stands in the file");
   require(withoutAdded(machine.profiles.list()) == profiles, "profiles survive a save");
   for (const auto& profile : profiles) {
     require(machine.profiles.activate(profile.name).has_value(), "a profile that is listed can be had");

@@ -135,7 +135,7 @@ TEST(LayoutManager, AFullDiskOnlyMeansThatNothingWasSaved) {
   LayoutProgram program(desktopWithWindows(2));
   program.layouts->save("manual", program.snapshot());
   const auto before = program.fileText(layoutFile("manual"));
-  program.files().setDiskFull(true);
+  program.files().setRoom(0);
   program.moveByHand(101, 5);
   program.readWindows();
   program.lines.clear();

@@ -38,9 +38,8 @@ struct WindowsProgram : StoringProgram {
   std::unique_ptr<WindowMover> mover = std::make_unique<WindowMover>(
       WindowMover::Services{switcher, bridge, desktop.windowList(), desktop.workspace(), desktop.accessibility(),
                             desktop.events(), desktop.system(), time, desktop.log()});
-  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(
-      LayoutManager::Services{*mover, contents, desktop.accessibility(), bridge, desktop.displays(), desktop.files(),
-                              paths, settings, time, time, desktop.log()});
+  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(LayoutManager::Services{
+      *mover, contents, desktop.accessibility(), bridge, desktop.displays(), storage, paths, settings, time, time});
 };
 
 /// Where layouts are on the simulated machine.

@@ -14,10 +14,10 @@
 #include <unistd.h>
 
 #include "platform/qt/qt_descriptors.h"
-#include "platform/qt/qt_files.h"
 #include "platform/qt/qt_main_queue.h"
 #include "platform/qt/termination_signals.h"
 #include "platform/qt/thread_work_queues.h"
+#include "platform/qt/unix_files.h"
 #include "platform/qt/unix_processes.h"
 
 namespace tallowin {
@@ -64,7 +64,7 @@ class QtServicesTest : public testing::Test {
   QCoreApplication application{argc, argv};
   QtMainQueue queue;
   QtDescriptors descriptors;
-  QtFiles files{descriptors};
+  UnixFiles files{descriptors};
   std::filesystem::path folder;
   bool gaveUp = false;
 };
@@ -123,38 +123,29 @@ TEST_F(QtServicesTest, OtherThreadsReachTheMainThread) {
   EXPECT_EQ(workedElsewhere, 100);
 }
 
-TEST_F(QtServicesTest, FilesAreReplacedWholeAndKeepTheirMode) {
+TEST_F(QtServicesTest, AFileThatIsReplacedKeepsItsModeAndItsLinks) {
   const auto path = folder / "record.json";
-  EXPECT_TRUE(files.read(path).error().notFound);
-  ASSERT_TRUE(files.writeAtomically(path, "one", 0600));
+  ASSERT_TRUE(files.writeAtomically(path, "one", 0600, OldMode::kept));
   EXPECT_EQ(mode(path), 0600U);
   ::chmod(path.c_str(), 0640);
-  const auto before = files.stamp(path);
-  ASSERT_TRUE(files.writeAtomically(path, "two", 0600));
+  std::filesystem::create_directory(folder / "linked");
+  std::filesystem::create_symlink("../record.json", folder / "linked/link");
+  std::filesystem::create_symlink("linked/link", folder / "link");
+  std::filesystem::create_symlink("linked/made", folder / "dangling");
+  ASSERT_TRUE(files.writeAtomically(folder / "link", "two", 0600, OldMode::kept));
   EXPECT_EQ(mode(path), 0640U);
-  EXPECT_EQ(files.read(path).value_or(""), "two");
-  EXPECT_NE(files.stamp(path), before);
-  EXPECT_EQ(files.list(folder), std::vector<std::string>{"record.json"});
-
-  std::filesystem::create_symlink(path, folder / "link");
-  ASSERT_TRUE(files.writeAtomically(folder / "link", "three", 0600));
   EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
-  EXPECT_EQ(files.read(path).value_or(""), "three");
-}
-
-TEST_F(QtServicesTest, FileFailuresSayWhyAndLeaveEverythingAsItWas) {
-  EXPECT_FALSE(files.writeAtomically(folder / "no such folder" / "x", "x", 0600));
-  EXPECT_FALSE(files.writeAtomically(folder, "x", 0600));
-  std::ofstream(folder / "file") << "x";
-  EXPECT_FALSE(files.createDirectory(folder / "file" / "below", 0700));
-  EXPECT_FALSE(files.createDirectory(folder / "file", 0700));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "linked/link"));
+  EXPECT_EQ(files.read(path).value_or(""), "two");
+  ASSERT_TRUE(files.writeAtomically(folder / "dangling", "three", 0600, OldMode::kept));
+  EXPECT_EQ(files.read(folder / "linked/made").value_or(""), "three");
+  ASSERT_TRUE(files.writeAtomically(path, "four", 0600, OldMode::replaced));
+  EXPECT_EQ(mode(path), 0600U);
+  ::chmod(path.c_str(), 0644);
+  EXPECT_TRUE(files.restrictMode(path, 0600));
+  EXPECT_EQ(mode(path), 0600U);
   EXPECT_TRUE(files.createDirectory(folder / "a/b/c", 0700));
   EXPECT_EQ(mode(folder / "a/b"), 0700U);
-  EXPECT_TRUE(files.remove(folder / "nothing").error().notFound);
-  EXPECT_FALSE(files.rename(folder / "nothing", folder / "x"));
-  EXPECT_FALSE(files.read(folder / "file").value_or("").empty());
-  EXPECT_FALSE(files.read(folder));
-  EXPECT_TRUE(files.list(folder / "file").empty());
 }
 
 TEST_F(QtServicesTest, ALockKeepsTheNextOneWaiting) {
@@ -186,7 +177,7 @@ TEST_F(QtServicesTest, AWatchedNameIsFollowedWhateverBecomesOfItsFolders) {
   EXPECT_EQ(std::ranges::count(seen, ""), 0) << "a file that is just begun is not told";
   std::ofstream(path, std::ios::app) << " longer";
   EXPECT_TRUE(sees("made longer"));
-  ASSERT_TRUE(files.writeAtomically(path, "replaced", 0600));
+  ASSERT_TRUE(files.writeAtomically(path, "replaced", 0600, OldMode::kept));
   EXPECT_TRUE(sees("replaced"));
   fs::rename(folder / "a", folder / "old");
   EXPECT_TRUE(sees("none"));

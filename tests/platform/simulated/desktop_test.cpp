@@ -179,8 +179,8 @@ TEST_F(SimulatedFilesTest, refusesWithTheSystemsWordsAndChangesNothing) {
   };
   const auto before = files.contents();
   for (const auto& [path, error, notFound, diskFull] : cases) {
-    files.setDiskFull(diskFull);
-    const auto result = files.writeAtomically(path, "new", 0600);
+    files.setRoom(diskFull ? std::optional<std::size_t>(0) : std::nullopt);
+    const auto result = files.writeAtomically(path, "new", 0600, OldMode::kept);
     ASSERT_FALSE(result) << path;
     EXPECT_EQ(result.error().description, error) << path;
     EXPECT_EQ(result.error().notFound, notFound) << path;
@@ -188,9 +188,9 @@ TEST_F(SimulatedFilesTest, refusesWithTheSystemsWordsAndChangesNothing) {
   }
   EXPECT_EQ(files.contents(), before);
 
-  files.setDiskFull(false);
+  files.setRoom(std::nullopt);
   files.setUnwritable("/home/user/fixed", false);
-  EXPECT_TRUE(files.writeAtomically("/home/user/fixed", "new", 0600));
+  EXPECT_TRUE(files.writeAtomically("/home/user/fixed", "new", 0600, OldMode::kept));
   EXPECT_EQ(files.read("/home/user/fixed").value_or(""), "new");
 }
 
@@ -241,7 +241,7 @@ TEST_F(SimulatedFilesTest, stampsTellEveryContentFromTheNext) {
   stamps.push_back(*files.stamp("/home/user/a"));
   EXPECT_EQ(stamps[0].identity, stamps[1].identity);
   time.jumpWallClock(-1h);
-  ASSERT_TRUE(files.writeAtomically("/home/user/a", "3", 0600));
+  ASSERT_TRUE(files.writeAtomically("/home/user/a", "3", 0600, OldMode::kept));
   stamps.push_back(*files.stamp("/home/user/a"));
   EXPECT_NE(stamps[1].identity, stamps[2].identity);
   files.replace("/home/user/a", "4");
@@ -257,8 +257,8 @@ TEST_F(SimulatedFilesTest, foldersAreMadeAndListed) {
   EXPECT_FALSE(files.exists("/home/user/x/y"));
   ASSERT_TRUE(files.createDirectory("/home/user/x/y", 0700));
   EXPECT_TRUE(files.createDirectory("/home/user/x/y/", 0700)) << "an existing folder is success";
-  ASSERT_TRUE(files.writeAtomically("/home/user/x/b", "", 0600));
-  ASSERT_TRUE(files.writeAtomically("/home/user/x/../x/a", "", 0600));
+  ASSERT_TRUE(files.writeAtomically("/home/user/x/b", "", 0600, OldMode::kept));
+  ASSERT_TRUE(files.writeAtomically("/home/user/x/../x/a", "", 0600, OldMode::kept));
   EXPECT_THAT(files.list("/home/user/x"), ElementsAre("a", "b", "y"));
   EXPECT_THAT(files.list("/home/user/nothing"), ElementsAre());
   EXPECT_FALSE(files.createDirectory("/home/user/x/a/below", 0700));

@@ -57,6 +57,7 @@ const std::map<std::string, Draw, std::less<>> kinds = {
     {"$y", between<0, 899>},
     {"$side", between<30, 900>},
     {"$few", between<0, 4>},
+    {"$room", between<0, 2000>},
     {"$key", between<118, 121>},
     {"$hour", between<10, 23>},
     {"$moment", fraction<400>},

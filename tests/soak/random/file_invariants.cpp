@@ -45,6 +45,43 @@ class ForeignBytesAreKept : public Invariant {
   std::map<std::string, Json> foreign_;
 };
 
+/// A write that fails leaves the file as it was before; only where the folder cannot be flushed it is a new one.
+class FailedWritesLeaveTheOldFile : public Invariant {
+ public:
+  explicit FailedWritesLeaveTheOldFile(const SoakRun& run) : Invariant(run) {
+    const auto all = run.program.files().contents();
+    for (const auto& [path, file] : all.items()) {
+      contents_[path] = content(path);
+    }
+  }
+
+  void hear(const Json& record) override {
+    if (record["op"] == "script" && record["do"] == "failDisk") {
+      folderFails_ = folderFails_ || record["stage"] == "folder";
+    } else if (record["op"] == "rename") {
+      contents_.erase(record["from"].get<std::string>());
+      contents_.erase(record["to"].get<std::string>());
+    } else if (record["op"] == "writeAtomically") {
+      const std::string path = record["path"];
+      const auto before = contents_.find(path);
+      if (record.contains("error") && !folderFails_ && before != contents_.end() && before->second != content(path)) {
+        run_.fail("a failed write leaves the old file", path);
+      }
+      contents_[path] = content(path);
+    }
+    contents_.erase(rewrittenFile(record));
+  }
+
+ private:
+  [[nodiscard]] std::optional<std::string> content(const std::string& path) const {
+    const auto bytes = run_.program.desktop.files().read(path);
+    return bytes ? std::optional(*bytes) : std::nullopt;
+  }
+
+  std::map<std::string, std::optional<std::string>> contents_;  ///< by path: nothing where there is no file
+  bool folderFails_ = false;
+};
+
 /// A fresh start understands every file that the program has written.
 class FilesCanBeReadAgain : public Invariant {
  public:
@@ -198,7 +235,7 @@ class TimesAreThoseOfTheVisits : public Invariant {
 }  // namespace
 
 void addFileInvariants(const SoakRun& run, Invariants& invariants) {
-  add<ForeignBytesAreKept, FilesCanBeReadAgain, TimesAreThoseOfTheVisits>(run, invariants);
+  add<ForeignBytesAreKept, FailedWritesLeaveTheOldFile, FilesCanBeReadAgain, TimesAreThoseOfTheVisits>(run, invariants);
 }
 
 }  // namespace tallowin

@@ -35,46 +35,61 @@ class NamesAreKept : public Invariant {
       hearAction(record);
     } else if (op == "answer") {
       const auto edit = edits_.find(record["caller"]);
-      if (edit != edits_.end() && record.value("status", -1) == 0) {
-        say(edit->second.first, edit->second.second);
+      const int status = record.value("status", -1);
+      if (edit != edits_.end() && (status == 0 || status == notSaved)) {
+        say(edit->second.id, edit->second.said);
+        if (status == 0 && edit->second.isSavedFirst) {
+          pendingSince_.reset();
+          lookForNames("what is acknowledged as saved is in the file");
+        }
       }
     } else if (op == "renameDialog") {
       asked_ = record["id"];
     } else if (op == "writeAtomically" && record["path"] == namesFile) {
       written_ = !record.contains("error");
-      writtenAt_ = run_.now();
-      tampered_ = false;
-    } else if (op == "log" && mentions(record, "did not replace")) {
-      mayReplace_ = false;
+      tampered_ = tampered_ && !written_;
+      pendingSince_ = written_ ? std::nullopt : pendingSince_;
+    } else if (op == "log" && mentions(record, "cannot write " + namesFile)) {
+      written_ = false;
+    }
+    if (known_ && written_ && !tampered_ && run_.now() - pendingSince_.value_or(run_.now()) > 5s) {
+      run_.fail("what is accepted is written within 5 seconds", record.dump());
     }
   }
 
   void ended() override {
     forgetSpacesThatAreGone();
-    if (!known_ || tampered_ || !mayReplace_ || !written_ || run_.now() - saidAt_ < 400ms) {
-      return;
-    }
-    if (saidAt_ > writtenAt_ && saidAt_ != Duration::zero()) {
-      run_.fail("names are kept", "nothing was written after the last change");
-    }
-    const auto kept = run_.supportFile("spaces.json");
     if (isCalm_) {
       for (const auto& space : run_.spaces()) {
         said_[space.id].insert({{"name", ""}, {"note", ""}});  // that nobody has given others
       }
     }
-    for (const auto& [id, said] : said_) {
-      for (const auto& [key, value] : said) {
-        if (kept.value(id, Json::object()).value(key, "") != value) {
-          run_.fail("names are kept", id + " should have the " + key + " \"" + value + "\": " + kept.dump());
-        }
-      }
-    }
+    lookForNames("names are kept");
   }
 
  private:
   using Said = std::map<std::string, std::string>;  ///< by member: name and note
-  using Edit = std::pair<std::string, Said>;        ///< of a Space
+  struct Edit {
+    std::string id;  ///< of the Space
+    Said said;
+    bool isSavedFirst;  ///< before it is answered
+  };
+  static constexpr int notSaved = 73;
+
+  /// Everything that was said is in the file, unless that could not be written or was written by others.
+  void lookForNames(const std::string& invariant) {
+    if (!known_ || tampered_ || !written_) {
+      return;
+    }
+    const auto kept = run_.supportFile("spaces.json");
+    for (const auto& [id, said] : said_) {
+      for (const auto& [key, value] : said) {
+        if (kept.value(id, Json::object()).value(key, "") != value) {
+          run_.fail(invariant, id + " should have the " + key + " \"" + value + "\": " + kept.dump());
+        }
+      }
+    }
+  }
 
   /// Names of Spaces that are gone, were it for a moment, may be forgotten.
   void forgetSpacesThatAreGone() {
@@ -109,14 +124,14 @@ class NamesAreKept : public Invariant {
   /// What a call says, as far as it says anything. The number counts the desktops as they are now.
   [[nodiscard]] std::optional<Edit> editIn(const std::vector<std::string>& words) const {
     if (words.size() > 3 && words[0] == "edit") {
-      Edit edit{idOfDesktop(words[1]), {}};
+      Edit edit{idOfDesktop(words[1]), {}, true};
       for (std::size_t i = 2; i + 1 < words.size(); i += 2) {
-        edit.second[words[i].substr(2)] = words[i + 1];
+        edit.said[words[i].substr(2)] = words[i + 1];
       }
       return edit;
     }
     if (words.size() == 3 && (words[0] == "rename" || words[0] == "note")) {
-      return Edit{idOfDesktop(words[1]), {{words[0] == "rename" ? "name" : "note", words[2]}}};
+      return Edit{idOfDesktop(words[1]), {{words[0] == "rename" ? "name" : "note", words[2]}}, words[0] == "rename"};
     }
     const auto url = words.empty() ? std::nullopt : URL::parse(words[0]);
     if (!url || (url->host != "rename" && url->host != "note") || url->queryItems.empty()) {
@@ -124,7 +139,7 @@ class NamesAreKept : public Invariant {
     }
     const auto number = url->pathComponents.empty() ? "" : url->pathComponents.front();
     const auto member = url->host == "rename" ? "name" : "note";
-    return Edit{idOfDesktop(number), {{member, url->queryItems.front().value.value_or("")}}};
+    return Edit{idOfDesktop(number), {{member, url->queryItems.front().value.value_or("")}}, false};
   }
 
   /// Empty when only the program can tell.
@@ -135,7 +150,7 @@ class NamesAreKept : public Invariant {
   }
 
   void say(const std::string& id, const Said& what) {
-    saidAt_ = run_.now();
+    pendingSince_ = pendingSince_.value_or(run_.now());
     known_ = known_ && !id.empty();
     for (const auto& [key, value] : what) {
       said_[id][key] = value;
@@ -149,9 +164,7 @@ class NamesAreKept : public Invariant {
   bool known_ = true;
   bool written_ = true;
   bool tampered_ = false;
-  bool mayReplace_ = true;
-  Duration saidAt_ = Duration::zero();
-  Duration writtenAt_ = Duration::zero();
+  std::optional<Duration> pendingSince_;  ///< since when something that was said waits to be written
 };
 
 /// Keeps a book of its own of who is who where desktops have no identity of their own. Everything that is said of a

@@ -69,6 +69,8 @@ constexpr Event calmEvents[] = {
 
 constexpr Event faultyEvents[] = {
     {2, R"({"do": "?fillDisk|freeDisk"})"},
+    {1, R"({"do": "fillDisk", "room": "$room"})"},
+    {2, R"({"do": "failDisk", "stage": "?open|write|flush|rename|folder"})"},
     {2, R"({"do": "?makeUnwritable|makeWritable", "path": "$path"})"},
     {2, R"({"do": "?corruptFile|deleteFile", "path": "$path"})"},
     {1, R"({"do": "writeFile", "path": "$path", "text": "{torn", "replace": "$flag"})"},
@@ -171,8 +173,13 @@ class ScriptDrawer {
   }
 
   /// Mostly the faults of the machine are mended first, and something is said and done then. Long after that the end
-  /// comes.
+  /// comes, or, as for a session that is logged out of, at any time.
   void end() {
+    if (dice_.chance(20)) {
+      milliseconds_ += dice_.pick(0, 6000);
+      add(R"({"do": "quit"})");
+      return;
+    }
     milliseconds_ += 3000;
     if (!calm_ && dice_.chance(70)) {
       add(mending);

@@ -6,13 +6,14 @@
 namespace tallowin {
 
 /// The real file system.
-class QtFiles : public Files {
+class UnixFiles : public Files {
  public:
-  explicit QtFiles(Descriptors& descriptors) : descriptors_(descriptors) {}
+  explicit UnixFiles(Descriptors& descriptors) : descriptors_(descriptors) {}
 
   std::expected<std::string, FileError> read(const std::filesystem::path& path) override;
   std::expected<void, FileError> writeAtomically(const std::filesystem::path& path, std::string_view bytes,
-                                                 unsigned mode) override;
+                                                 unsigned mode, OldMode old) override;
+  std::expected<void, FileError> restrictMode(const std::filesystem::path& path, unsigned mode) override;
   std::expected<void, FileError> createDirectory(const std::filesystem::path& path, unsigned mode) override;
   std::expected<void, FileError> rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   std::expected<void, FileError> remove(const std::filesystem::path& path) override;

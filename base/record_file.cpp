@@ -1,0 +1,226 @@
+#include "base/record_file.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/date_text.h"
+#include "base/json_text.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr unsigned privateFolder = 0700;
+constexpr unsigned privateFile = 0600;
+constexpr Duration firstRetry = std::chrono::seconds(1);
+constexpr Duration longestRetry = std::chrono::seconds(30);
+
+/// Any thread.
+std::expected<void, FileError> replace(Files& files, const std::filesystem::path& path, const std::string& text) {
+  const auto made = files.createDirectory(path.parent_path(), privateFolder);
+  return made ? files.writeAtomically(path, text, privateFile) : made;
+}
+
+}  // namespace
+
+RecordFile::RecordFile(Storage& storage, std::filesystem::path path, std::string_view category, SaveRule rule)
+    : storage_(storage), path_(std::move(path)), category_(category), rule_(rule) {
+  storage_.files_.push_back(this);
+}
+
+RecordFile::~RecordFile() {
+  std::erase(storage_.files_, this);
+}
+
+void RecordFile::log(Log::Level level, const std::string& message) const {
+  services_.log.write(level, category_, message);
+}
+
+std::optional<std::string> RecordFile::readText() {
+  if (unsavedText_) {
+    return unsavedText_;
+  }
+  auto bytes = services_.files.read(path_);
+  if (bytes) {
+    return *std::move(bytes);
+  }
+  reading(bytes.error().notFound ? std::nullopt
+                                 : std::optional("cannot read " + path_.string() + ": " + bytes.error().description),
+          Standing::notReadable);
+  return std::nullopt;
+}
+
+/// Takes note of how a reading went, and of what stands in the file if there is a fault.
+void RecordFile::reading(std::optional<std::string> fault, Standing otherwise) {
+  if (unsavedText_) {
+    return;  // that was read, not the file
+  }
+  if (fault && fault != fault_) {
+    log(Log::Level::error, *fault);
+  }
+  standing_ = fault ? otherwise : Standing::known;
+  fault_ = std::move(fault);
+}
+
+PropertyList RecordFile::readList(const std::function<bool(const PropertyList&)>& isRecord) {
+  const auto list = read([&isRecord](std::string_view text) {
+    auto json = parseJSON(text);
+    return json && !(json->is_array() && std::ranges::all_of(*json, isRecord))
+               ? std::unexpected("a record has the wrong form")
+               : std::move(json);
+  });
+  return list.value_or(PropertyList::array());
+}
+
+std::expected<void, FileError> RecordFile::makeReplaceable() {
+  if (standing_ == Standing::notReadable) {
+    return std::unexpected(FileError{false, "what stands in it cannot be read"});
+  }
+  if (standing_ == Standing::notUnderstood) {
+    const auto aside = keepAside();
+    if (!aside && !aside.error().notFound) {
+      return std::unexpected(FileError{false, "what stands in it cannot be kept aside: " + aside.error().description});
+    }
+    if (aside) {
+      log(Log::Level::error, "kept " + path_.string() + " as " + aside->filename().string());
+    }
+    standing_ = Standing::known;
+    fault_.reset();
+  }
+  return {};
+}
+
+/// Renames the file to a free name beside it, such as "profiles.json.unreadable-20260301T090000Z".
+std::expected<std::filesystem::path, FileError> RecordFile::keepAside() {
+  const auto stamped = path_.string() + ".unreadable-" + fileNameDate(services_.clock.now());
+  std::filesystem::path aside = stamped;
+  for (int count = 2; services_.files.exists(aside); ++count) {
+    aside = stamped + "-" + std::to_string(count);
+  }
+  if (auto renamed = services_.files.rename(path_, aside); !renamed) {
+    return std::unexpected(renamed.error());
+  }
+  return aside;
+}
+
+void RecordFile::note(Content content) {
+  ++changes_;
+  content_ = std::move(content);
+  unsavedText_.reset();
+}
+
+void RecordFile::changed(Content content) {
+  note(std::move(content));
+  if (rule_.limit && !latest_) {
+    latest_ = services_.mainQueue.after(*rule_.limit, [this] { begin(); });
+  }
+  attempt_ = services_.mainQueue.after(rule_.delay, [this] { begin(); });
+}
+
+std::expected<void, FileError> RecordFile::write(Content content) {
+  note(std::move(content));
+  return saveNow();
+}
+
+std::expected<void, FileError> RecordFile::write(std::string text) {
+  note([text] { return [text] { return text; }; });
+  unsavedText_ = std::move(text);
+  return saveNow();
+}
+
+std::expected<void, FileError> RecordFile::saveNow() {
+  queue_.reset();  // finishes what it is writing, and drops what waits
+  const auto text = take();
+  if (!text) {
+    return {};
+  }
+  auto written = makeReplaceable();
+  if (written) {
+    written = replace(services_.files, path_, text());
+  }
+  return finished(changes_, std::move(written));
+}
+
+/// The attempt that was waited for, on the queue if there is one.
+void RecordFile::begin() {
+  if (rule_.queue.empty()) {
+    static_cast<void>(saveNow());
+    return;
+  }
+  auto text = take();
+  if (!text) {
+    return;
+  }
+  if (auto replaceable = makeReplaceable(); !replaceable) {
+    static_cast<void>(finished(changes_, std::move(replaceable)));
+    return;
+  }
+  writeInBackground(std::move(text));
+}
+
+/// The present content if it is unsaved. An attempt begins with it, in place of those that are waited for.
+RecordFile::Text RecordFile::take() {
+  attempt_.cancel();
+  latest_.cancel();
+  auto text = content_ ? content_() : nullptr;
+  if (!text) {
+    discardUnsaved();
+  }
+  return text;
+}
+
+void RecordFile::writeInBackground(Text text) {
+  if (!queue_) {
+    queue_ = services_.workQueues.make(std::string(rule_.queue));
+  }
+  queue_->after(Duration::zero(),
+                [this, alive = std::weak_ptr(alive_), &files = services_.files, &mainQueue = services_.mainQueue,
+                 path = path_, text = std::move(text), change = changes_] {
+                  auto written = replace(files, path, text());
+                  mainQueue.async([this, alive, change, written = std::move(written)] {
+                    if (!alive.expired()) {
+                      static_cast<void>(finished(change, written));
+                    }
+                  });
+                });
+}
+
+/// An attempt to write the content as it was after so many changes has ended. Answers how.
+std::expected<void, FileError> RecordFile::finished(std::uint64_t change, std::expected<void, FileError> written) {
+  if (change <= settled_) {
+    return written;  // a later one ended before this was told
+  }
+  if (!written) {
+    if (!isFailing()) {
+      log(Log::Level::error, "cannot write " + path_.string() + ": " + written.error().description);
+    }
+    retryDelay_ = std::clamp(2 * retryDelay_, firstRetry, longestRetry);
+    if (change == changes_) {  // a later change has an attempt of its own
+      attempt_ = services_.mainQueue.after(retryDelay_, [this] { begin(); });
+    }
+    return written;
+  }
+  if (std::exchange(retryDelay_, Duration::zero()) > Duration::zero()) {
+    log(Log::Level::info, "wrote " + path_.string() + " after all");
+  }
+  settled_ = change;
+  if (change == changes_) {
+    content_ = nullptr;
+    unsavedText_.reset();
+    if (onSaved) {
+      onSaved();
+    }
+  }
+  return written;
+}
+
+void RecordFile::discardUnsaved() {
+  attempt_.cancel();
+  latest_.cancel();
+  content_ = nullptr;
+  unsavedText_.reset();
+  settled_ = changes_;
+  retryDelay_ = Duration::zero();
+}
+
+}  // namespace tallowin
