@@ -15,6 +15,8 @@ namespace {
 
 constexpr auto notAnExport = "That file is not a Tallowin export.";
 constexpr unsigned privateFile = 0600;
+/// Far more than there are desktops anywhere.
+constexpr std::size_t mostPlaces = 1024;
 
 using SettingValues = std::map<std::string, PropertyList>;
 
@@ -46,7 +48,7 @@ std::expected<Bundle, std::string> bundleFromJson(const PropertyList& json) {
   Bundle bundle{*std::move(metas), {}, {}};
   if (const auto* const places = property_list::member(json, "places")) {
     bundle.places = desktopIDsFromJson(*places);
-    if (!bundle.places) {
+    if (!bundle.places || bundle.places->size() > mostPlaces) {
       return std::unexpected("\"places\" has the wrong form");
     }
   }

@@ -138,5 +138,25 @@ TEST(Diagnostics, TellHowThingsStand) {
   EXPECT_EQ(prettyNameOfOSRelease("XPRETTY_NAME=x"), std::nullopt);
 }
 
+TEST(SettingsTransfer, TakesAlongWhoStandsAtWhichPlace) {
+  TransferProgram program(R"({"desktopsByPlace": true, "files": {"~/.local/share/Tallowin/desktops.json": "{torn"}})");
+  const auto names = program.desktop.files().list(supportFolder);
+  EXPECT_TRUE(std::ranges::any_of(
+      names, [](const std::string& name) { return name.starts_with("desktops.json.unreadable-"); }));
+  EXPECT_FALSE(program.exported().contains("places")) << "without a file they are 1 to 4";
+  program.desktop.parts().spaces.removeDesktop(2);
+  EXPECT_EQ(program.exported()["places"], (PropertyList{1, 3, 4}));
+
+  TransferProgram other(R"({"desktopsByPlace": true})");
+  for (const auto& wrong : {PropertyList{1, 1}, PropertyList{"1"}, PropertyList(3), PropertyList(2000, 1)}) {
+    auto bad = program.exported();
+    bad["places"] = wrong;
+    EXPECT_FALSE(other.transfer.importData(bad.dump(), other.store)) << wrong;
+  }
+  EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
+  EXPECT_TRUE(other.transfer.importData(program.transfer.exportData(program.store), other.store));
+  EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 3, 4, 2}));
+}
+
 }  // namespace
 }  // namespace tallowin
