@@ -38,7 +38,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                   watcher_.refresh();
                   return watcher_.snapshot().get();
                 },
-                [this](const Space& space) { switchTo(space); }}),
+                [this](const Space& space) { performer_.switchTo(space); }}),
       records_({platform_, storage, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,

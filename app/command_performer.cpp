@@ -9,10 +9,13 @@ namespace {
 using namespace std::chrono_literals;
 
 /// What has not been seen to happen after this long is not waited for any more.
+constexpr Duration patience = 2s;
+constexpr Duration patienceWithDesktops = 4s;  ///< that are added or removed: Mission Control takes its time
+
 Duration patienceWith(const SpaceCommand& command) {
-  const bool takesItsTime =
-      std::holds_alternative<command::AddDesktop>(command) || std::holds_alternative<command::RemoveDesktop>(command);
-  return takesItsTime ? 4s : 2s;
+  return std::holds_alternative<command::AddDesktop>(command) || std::holds_alternative<command::RemoveDesktop>(command)
+             ? patienceWithDesktops
+             : patience;
 }
 
 Outcome outcomeOf(const Shown& shown) {
@@ -26,6 +29,10 @@ void CommandPerformer::perform(const SpaceCommand& command, CommandOptions optio
   services_.watcher.refresh();
   const Call call{services_.underWay.begin(patienceWith(command), std::move(told)), options};
   std::visit([&](const auto& each) { perform(each, call); }, command);
+}
+
+void CommandPerformer::switchTo(const Space& space) {
+  switchTo(space, services_.underWay.begin(patience, [](const Outcome& /*outcome*/) {}));
 }
 
 /// The Space that is meant; when there is none, that is said.

@@ -60,6 +60,9 @@ class CommandPerformer {
       const SpaceCommand& command, CommandOptions options = {},
       OutcomeHandler told = [](const Outcome& /*outcome*/) {});
 
+  /// Switches for something else than a command, such as a jump to a mark. Who asks later sees it all the same.
+  void switchTo(const Space& space);
+
  private:
   /// A command that is being carried out.
   struct Call {

@@ -106,11 +106,8 @@ void WindowCommands::removeDesktop(const Space& space, const CommandAnswer& answ
     fail(description(SpaceManagement::Failure::notFound), answer);
     return;
   }
-  // Where a desktop's identity is its place, the list gets shorter at its end.
-  const auto isGone = [id = space.id, count = snapshot().allSpaces().size()](const SpaceSnapshot& now) {
-    return !now.space(id) || now.allSpaces().size() < count;
-  };
-  services_.windows.management.removeDesktop(*space.desktopNumber, answerWhen(isGone, answer));
+  services_.windows.management.removeDesktop(
+      *space.desktopNumber, answerWhen([id = space.id](const SpaceSnapshot& now) { return !now.space(id); }, answer));
 }
 
 SpaceManagement::Completion WindowCommands::answerWhen(CommandAnswer::Condition condition,

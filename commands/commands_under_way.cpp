@@ -70,7 +70,7 @@ void CommandsUnderWay::finish(const State& state, const Outcome& outcome) {
   if (found == underWay_.end()) {
     return;
   }
-  const auto finished = *found;
+  const auto finished = std::move(*found);
   underWay_.erase(found);
   finished->deadline.cancel();
   finished->told(outcome);

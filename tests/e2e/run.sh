@@ -230,7 +230,7 @@ exit 0" ask current
 # Each time that the list does not show the desktop that was switched to just before.
 stale_answers() {
   local number
-  for number in 2 1 2 1 2 1 2 1 2 1; do
+  for number in 2 1 2 1 2 1 2 1 2; do
     ask "tallowin://switch/$number" >/dev/null
     ask list | grep '^\*' | grep -v "^\* $number "
   done
