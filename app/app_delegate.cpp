@@ -39,18 +39,17 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                   return watcher_.snapshot().get();
                 },
                 [this](const Space& space) { performer_.switchTo(space); }}),
+      automaticNames_({watcher_, store_, windows_.contents, platform.desktopNames, settings, platform.mainQueue}),
       records_({platform_, storage, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
            platform.folders, settings, platform.log},
           [this](const Space& space) { return windows_.isEmpty(space); },
           [this](const Space& space) { return windows_.appsOn(space); }),
-      noteFiles_(platform.files, platform.workspace, platform.folders),
+      noteFiles_(platform.files, platform.workspace, platform.folders, platform.log),
       naming_(store_, platform.presentation.renameDialog),
       newSpaces_({settings, store_, naming_, platform.spacePlaces,
                   [this] { return records_.templateCommands.isAddingDesktops(); }}),
-      displaySetChanges_({windows_.displaySets, records_.automaticProfile, windows_.reconnect,
-                          [this] { return watcher_.snapshot().get(); }}),
       thumbnails_(
           {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths_}),
       previews_({thumbnails_, platform.presentation.previews, platform.screenCapture, settings, platform.mainQueue,
@@ -87,6 +86,16 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
   localAPI_.onCommand = [this](const SpaceCommand& command) { perform(command); };
   localAPI_.onDoubledKey = [this](const DoubledQueryKey& mistake) { endOn(mistake.message()); };
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
+  automaticNames_.onChange = [this] {
+    watcher_.publish();
+    feed_.refresh();
+  };
+  // The profile chosen for the displays comes into use before windows go back to where they were with them.
+  windows_.reconnect.onChange = [this] { records_.automaticProfile.displaysChanged(watcher_.snapshot().get()); };
+  windows_.contents.onNewWindows = [this](const std::vector<WindowInfo>& windows) {
+    windows_.appRules.apply(windows, watcher_.snapshot().get());
+    pipeline_.updateSpaceDock();
+  };
 }
 
 AppDelegate::~AppDelegate() {
@@ -107,19 +116,19 @@ void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
   }
   store_.prune(ids);
   newSpaces_.look(snapshot);
-  displaySetChanges_.look(snapshot);
+  windows_.reconnect.look();
   records_.stateExporter.schedule();
   feed_.refresh();
 }
 
 bool AppDelegate::initiatedByUs() const {
-  return lastSwitch_ && platform_.clock.now() - *lastSwitch_ < switchTime;
+  return lastSwitch_ && std::chrono::nanoseconds(platform_.clock.machAbsoluteTime() - *lastSwitch_) < switchTime;
 }
 
 bool AppDelegate::switchTo(const Space& space) {
   const bool posted = switcher_.switchTo(space, watcher_.snapshot().get());
   if (posted) {
-    lastSwitch_ = platform_.clock.now();
+    lastSwitch_ = platform_.clock.machAbsoluteTime();
   }
   return posted;
 }
@@ -133,7 +142,7 @@ void AppDelegate::bounceBack(const std::string& spaceID) {
 
 /// Windows that are carried along take the user to another Space as well.
 void AppDelegate::willSwitch(const SpaceSnapshot& snapshot) {
-  lastSwitch_ = platform_.clock.now();
+  lastSwitch_ = platform_.clock.machAbsoluteTime();
   if (const auto active = snapshot.activeSpace()) {
     windows_.focusMemory.leaving(*active);
   }

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <ostream>
 #include <string>
 
+#include "app/automatic_names.h"
 #include "app/command_performer.h"
 #include "app/command_requests.h"
 #include "app/desktop_name_mirror.h"
-#include "app/display_set_changes.h"
 #include "app/edit_requests.h"
 #include "app/launch_options.h"
 #include "app/new_spaces.h"
@@ -27,6 +28,7 @@
 #include "automation/browser_tabs.h"
 #include "automation/note_files.h"
 #include "base/app_paths.h"
+#include "base/subscriptions.h"
 #include "commands/local_api.h"
 #include "platform/platform.h"
 
@@ -92,12 +94,12 @@ class AppDelegate {
   DesktopNameMirror nameMirror_;
   BrowserTabs browserTabs_;
   WindowServices windows_;
+  AutomaticNames automaticNames_;
   RecordServices records_;
   AutomationRunner automation_;
   NoteFiles noteFiles_;
   SpaceNaming naming_;
   NewSpaces newSpaces_;
-  DisplaySetChanges displaySetChanges_;
   PreviewService thumbnails_;
   PreviewRefresh previews_;
   SpacePipeline pipeline_;
@@ -113,11 +115,12 @@ class AppDelegate {
   RequestHandler requests_;
   ScriptingChannels scripting_;
   LocalAPI localAPI_;
-  std::vector<Subscription> observers_;
+  Subscriptions observers_;
   WorkItem settingsWindow_;
   WorkItem onboarding_;
   WorkItem ending_;
-  std::optional<Date> lastSwitch_;  ///< when this program last started a switch
+  /// When this program last started a switch, as Clock::machAbsoluteTime(), which nobody sets.
+  std::optional<std::uint64_t> lastSwitch_;
 };
 
 }  // namespace tallowin

@@ -133,8 +133,11 @@ void CommandPerformer::perform(const command::Note& command, const Call& call) {
 
 void CommandPerformer::perform(const command::Notes& command, const Call& call) {
   if (const auto space = find(command.space, call.answer)) {
-    services_.noteFiles.open(*space, services_.store);
-    call.answer.done();
+    if (const auto opened = services_.noteFiles.open(*space, services_.store)) {
+      call.answer.done();
+    } else {
+      call.answer.refuse("The note could not be saved: " + opened.error().description);
+    }
   }
 }
 

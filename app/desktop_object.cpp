@@ -28,8 +28,8 @@ DesktopObject::DesktopObject(Services services)
                    {"Names", "as", &DesktopObject::names}}} {}
 
 void DesktopObject::offer() {
-  observers_.push_back(services_.watcher.snapshot().observeDidChange([this](const SpaceSnapshot&) { lookSoon(); }));
-  observers_.push_back(services_.store.observeWillChange([this] { lookSoon(); }));
+  observers_.add(services_.watcher.snapshot().observeDidChange([this](const SpaceSnapshot&) { lookSoon(); }));
+  observers_.add(services_.store.observeWillChange([this] { lookSoon(); }));
   offered_ = services_.service.offer(
       description(),
       {[this](const std::string& interface, const std::string& method, const PropertyList& arguments,

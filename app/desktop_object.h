@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/desktop_methods.h"
+#include "base/subscriptions.h"
 #include "commands/commands_under_way.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
@@ -59,7 +60,7 @@ class DesktopObject {
   const std::vector<DesktopMethod> methods_;
   std::array<Property, 3> properties_;
   WorkItem soon_;
-  std::vector<Subscription> observers_;
+  Subscriptions observers_;
   Subscription offered_;
 };
 

@@ -14,7 +14,7 @@ RecordServices::RecordServices(const Context& context)
       automaticProfile({profiles, profileCommands, context.settings, context.platform.displays}),
       templates({context.store, context.platform.workspace, context.platform.files, context.storage, context.paths}),
       templateCommands({templates, context.management, context.platform.alerts, context.platform.toasts,
-                        context.platform.mainQueue,
+                        context.platform.mainQueue, desktopTexts(context.platform.desktopKind),
                         [&watcher = context.watcher] {
                           watcher.refresh();
                           return watcher.snapshot().get();

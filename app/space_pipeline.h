@@ -45,10 +45,12 @@ class SpacePipeline {
   /// reacts to that change.
   void activeSpaceChanged(const std::optional<Space>& from, const Space& to);
 
+  /// Has the Space dock show the applications of the active Space as they are known now.
+  void updateSpaceDock();
+
  private:
   void record(const std::optional<Space>& from, const Space& to);
   void show(const Space& to);
-  void updateSpaceDock();
 
   const Services services_;
   WorkItem spaceDockUpdate_;

@@ -85,7 +85,7 @@ void AppDelegate::startWatching() {
     underWay_.awaitFirstSnapshot();
   }
   watcher_.start();
-  displaySetChanges_.start();
+  windows_.reconnect.start();
 }
 
 void AppDelegate::noteFirstSpace() {
@@ -97,9 +97,9 @@ void AppDelegate::noteFirstSpace() {
 }
 
 void AppDelegate::observeChanges() {
-  observers_.push_back(platform_.preferences.observe([this] { settingsChanged(); }));
+  observers_.add(platform_.preferences.observe([this] { settingsChanged(); }));
   const auto observe = [this](NotificationName name, const std::function<void()>& work) {
-    observers_.push_back(platform_.workspaceNotifications.addObserver(name, [work](const Notification&) { work(); }));
+    observers_.add(platform_.workspaceNotifications.addObserver(name, [work](const Notification&) { work(); }));
   };
   observe(NotificationName::NSWorkspaceScreensDidSleepNotification, [this] {
     records_.tracker.screensDidSleep();
@@ -119,6 +119,7 @@ void AppDelegate::settingsChanged() {
     presentation.dockGuard.refresh(active->id);
   }
   localAPI_.refresh();
+  automaticNames_.lookSoon();
   previews_.startRefreshTimer();
   records_.stateExporter.schedule();
 }

@@ -16,16 +16,19 @@ void WindowCommands::moveFrontWindow(const Space& target, bool follow, const Com
   auto& windows = services_.windows;
   const auto window = windows.mover.frontWindow();
   if (!window) {
-    fail(description(WindowMover::Failure::noWindow), answer);
+    fail(description(WindowMover::Failure::noWindow, windows.texts), answer);
     windows.contents.refresh();
     return;
   }
-  const auto application = services_.workspace.frontmostApplication();
+  auto application = services_.workspace.frontmostApplication();
+  if (!application) {
+    application = services_.workspace.runningApplicationWithProcessIdentifier(window->pid);
+  }
   const auto name = application && application->localizedName ? *application->localizedName : "Window";
   windows.mover.move(
       *window, target, snapshot(), follow, true, [this, name, target, follow, answer](WindowMover::Result result) {
         if (!result) {
-          fail(description(result.error()), answer);
+          fail(description(result.error(), services_.windows.texts), answer);
         } else {
           services_.toasts.show({"Moved " + name + " to " + services_.store.displayName(target), std::nullopt});
           answer.doneWhen([follow, id = target.id](const SpaceSnapshot& now) { return !follow || now.isActive(id); });
@@ -98,25 +101,27 @@ Outcome WindowCommands::saveAndClose() {
 void WindowCommands::addDesktop(const CommandAnswer& answer) {
   const auto isNew = [before = snapshot()](const Space& space) { return !before.space(space.id); };
   services_.windows.management.addDesktop(
-      answerWhen([isNew](const SpaceSnapshot& now) { return std::ranges::any_of(now.allSpaces(), isNew); }, answer));
+      answerWhen([isNew](const SpaceSnapshot& now) { return std::ranges::any_of(now.allSpaces(), isNew); },
+                 additionFailure, answer));
 }
 
 void WindowCommands::removeDesktop(const Space& space, const CommandAnswer& answer) {
   if (!space.desktopNumber) {
-    fail(description(SpaceManagement::Failure::notFound), answer);
+    fail(services_.windows.texts.desktopNotFound, answer);
     return;
   }
   services_.windows.management.removeDesktop(
-      *space.desktopNumber, answerWhen([id = space.id](const SpaceSnapshot& now) { return !now.space(id); }, answer));
+      *space.desktopNumber,
+      answerWhen([id = space.id](const SpaceSnapshot& now) { return !now.space(id); }, removalFailure, answer));
 }
 
-SpaceManagement::Completion WindowCommands::answerWhen(CommandAnswer::Condition condition,
+SpaceManagement::Completion WindowCommands::answerWhen(CommandAnswer::Condition condition, FailureText failureText,
                                                        const CommandAnswer& answer) const {
-  return [this, condition = std::move(condition), answer](SpaceManagement::Result result) {
+  return [this, condition = std::move(condition), failureText, answer](SpaceManagement::Result result) {
     if (result) {
       answer.doneWhen(condition);
     } else {
-      fail(description(result.error()), answer);
+      fail(failureText(result.error(), services_.windows.texts), answer);
     }
   };
 }

@@ -46,8 +46,9 @@ class WindowCommands {
 
  private:
   [[nodiscard]] const SpaceSnapshot& snapshot() const { return services_.watcher.snapshot().get(); }
+  using FailureText = std::string_view (*)(SpaceManagement::Failure failure, const DesktopTexts& texts);
   /// For an operation that has been successful only when a snapshot shows what it was for.
-  [[nodiscard]] SpaceManagement::Completion answerWhen(CommandAnswer::Condition condition,
+  [[nodiscard]] SpaceManagement::Completion answerWhen(CommandAnswer::Condition condition, FailureText failureText,
                                                        const CommandAnswer& answer) const;
   void fail(std::string_view message, const CommandAnswer& answer) const;
 

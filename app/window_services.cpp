@@ -3,7 +3,7 @@
 namespace tallowin {
 
 WindowServices::WindowServices(const Context& context)
-    : workspace(context.platform.workspace),
+    : texts(desktopTexts(context.platform.desktopKind)),
       contents({context.platform.windowList, context.platform.workspace, context.platform.windowServer,
                 context.platform.workspaceNotifications, context.platform.system, context.platform.mainQueue,
                 context.platform.desktopQueues}),
@@ -16,7 +16,7 @@ WindowServices::WindowServices(const Context& context)
                  context.settings, context.platform.clock}),
       pulledAway({mover, contents, context.platform.workspace, context.platform.toasts, context.platform.mainQueue,
                   context.switchTo}),
-      appRules({context.store, mover, context.settings, context.platform.log}),
+      appRules({context.store, mover, context.settings, context.platform.log, texts}),
       minimizer(context.platform.accessibility, context.platform.windowServer),
       scratchpad({mover, contents, context.platform.workspace, context.settings, context.platform.log}),
       marks(context.platform.globalHotKeys, context.platform.mainQueue),
@@ -26,12 +26,10 @@ WindowServices::WindowServices(const Context& context)
                context.platform.displays, context.storage, context.paths, context.settings, context.platform.mainQueue,
                context.platform.clock}),
       layoutCommands(layouts, context.platform.toasts),
-      displaySets({context.platform.displays, context.platform.defaultNotifications, context.platform.mainQueue,
-                   context.snapshot}),
-      reconnect(
-          {layouts, contents, context.settings, context.platform.toasts, context.platform.mainQueue, context.snapshot}),
+      reconnect({layouts, contents, context.platform.displays, context.platform.defaultNotifications, context.settings,
+                 context.platform.toasts, context.platform.mainQueue, context.snapshot}),
       restartOffer({layouts, context.platform.alerts, context.platform.workspace, context.platform.system,
-                    context.platform.mainQueue, context.platform.clock, context.snapshot}),
+                    context.platform.mainQueue, context.platform.clock, texts, context.snapshot}),
       savedSpaces(
           {context.store, contents, context.platform.accessibility, context.platform.windowServer,
            context.platform.workspace, context.storage, context.paths, context.platform.clock, context.platform.log},
@@ -39,27 +37,17 @@ WindowServices::WindowServices(const Context& context)
       savedSpaceCommands(savedSpaces, context.platform.toasts),
       management({context.platform.windowServer, context.platform.workspace, context.platform.accessibility,
                   context.platform.events, context.platform.mainQueue}) {
-  contents.onNewWindows = [this, snapshot = context.snapshot](const std::vector<WindowInfo>& windows) {
-    appRules.apply(windows, snapshot());
-  };
   spaceLock.onPulledAway = [this, snapshot = context.snapshot](const Space& left,
                                                                const RunningApplication& application) {
     pulledAway.pulledAway(left, application, snapshot());
   };
 }
 
-bool WindowServices::isEmpty(const Space& space) const {
-  return contents.published() && !contents.appsBySpace().get().contains(space.managedID);
-}
-
-std::set<ProcessID> WindowServices::appsOn(const Space& space) const {
-  std::set<ProcessID> pids;
+std::set<ProcessID> WindowServices::appsOn(const Space& space) {
   if (!contents.published()) {
-    for (const auto& application : workspace.runningApplications()) {
-      pids.insert(application.pid);
-    }
-    return pids;
+    contents.readNow();
   }
+  std::set<ProcessID> pids;
   const auto& apps = contents.appsBySpace().get();
   if (const auto found = apps.find(space.managedID); found != apps.end()) {
     for (const auto& app : found->second) {

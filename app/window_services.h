@@ -10,7 +10,6 @@
 #include "platform/platform.h"
 #include "windows/app_rules.h"
 #include "windows/browser_tabs_reader.h"
-#include "windows/display_set_watch.h"
 #include "windows/focus_memory.h"
 #include "windows/layout_commands.h"
 #include "windows/layout_manager.h"
@@ -49,13 +48,14 @@ struct WindowServices {
   WindowServices(const WindowServices&) = delete;
   WindowServices& operator=(const WindowServices&) = delete;
 
-  /// Whether a Space is known to have no windows.
-  [[nodiscard]] bool isEmpty(const Space& space) const;
+  /// Whether a Space has no windows. Before the first reading of the contents, as when the first Space is entered at
+  /// the start, they are read for it, here and below.
+  [[nodiscard]] bool isEmpty(const Space& space) { return appsOn(space).empty(); }
 
-  /// The applications that have, or may have, windows on a Space: all that run until that is known.
-  [[nodiscard]] std::set<ProcessID> appsOn(const Space& space) const;
+  /// The applications that have windows on a Space.
+  [[nodiscard]] std::set<ProcessID> appsOn(const Space& space);
 
-  Workspace& workspace;
+  const DesktopTexts& texts;
   SpaceContents contents;
   WindowMover mover;
   FocusMemory focusMemory;
@@ -68,7 +68,6 @@ struct WindowServices {
   MarkCommands markCommands;
   LayoutManager layouts;
   LayoutCommands layoutCommands;
-  DisplaySetWatch displaySets;
   ReconnectRestore reconnect;
   RestartOffer restartOffer;
   SavedSpaces savedSpaces;

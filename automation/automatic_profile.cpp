@@ -14,18 +14,10 @@ std::string AutomaticProfile::key(const SpaceSnapshot& snapshot) const {
   return connectedDisplays(services_.displays, snapshot).key();
 }
 
-void AutomaticProfile::look(const SpaceSnapshot& snapshot) {
-  const auto now = key(snapshot);
-  // No displays at all are displays that sleep.
-  if (now.empty() || now == lastKey_) {
-    return;
-  }
-  lastKey_ = now;
+void AutomaticProfile::displaysChanged(const SpaceSnapshot& snapshot) {
   const auto choice = chosen(snapshot);
-  const auto profile = choice ? services_.profiles.named(*choice) : std::nullopt;
-  // The stored name counts: activating the active profile again would undo the edits since it was saved.
-  if (profile && profile->name != services_.settings.text("activeProfile")) {
-    services_.commands.use(profile->name);
+  if (choice && *choice != services_.settings.text("activeProfile") && services_.profiles.named(*choice)) {
+    services_.commands.use(*choice);
   }
 }
 

@@ -20,9 +20,9 @@ class AutomaticProfile {
 
   explicit AutomaticProfile(Services services) : services_(services) {}
 
-  /// To be called with the first snapshot, and whenever the set of displays may have changed. Acts once for each time
-  /// that a set comes, so that whoever switches to another profile meanwhile keeps it; and tells the user of it.
-  void look(const SpaceSnapshot& snapshot);
+  /// To be called when a set of displays comes, the first one too. Who switches to another profile afterwards keeps it
+  /// until the next set comes. The user is told.
+  void displaysChanged(const SpaceSnapshot& snapshot);
 
   /// The profile chosen for the displays that are connected; nothing when there is none.
   [[nodiscard]] std::optional<std::string> chosen(const SpaceSnapshot& snapshot) const;
@@ -34,7 +34,6 @@ class AutomaticProfile {
   [[nodiscard]] std::string key(const SpaceSnapshot& snapshot) const;
 
   const Services services_;
-  std::string lastKey_;  ///< of the set that was last acted on
 };
 
 }  // namespace tallowin

@@ -67,10 +67,15 @@ std::expected<SpaceTemplate, ForeignFault> SpaceTemplates::importFile(const std:
 
 SpaceTemplates::Outcome SpaceTemplates::apply(const SpaceTemplate& layout, const SpaceSnapshot& snapshot) {
   const auto spaces = desktops(snapshot);
-  const auto applied = std::min(spaces.size(), layout.slots.size());
-  for (std::size_t i = 0; i < applied; ++i) {
+  const auto result = outcome(layout, snapshot);
+  for (std::size_t i = 0; i < result.applied; ++i) {
     fill(layout.slots[i], spaces[i].id);
   }
+  return result;
+}
+
+SpaceTemplates::Outcome SpaceTemplates::outcome(const SpaceTemplate& layout, const SpaceSnapshot& snapshot) {
+  const auto applied = std::min(desktops(snapshot).size(), layout.slots.size());
   return {applied, layout.slots.size() - applied};
 }
 

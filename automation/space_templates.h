@@ -52,6 +52,9 @@ class SpaceTemplates {
   /// entered. Applications that are not installed are left out, and everything else in automations stays.
   Outcome apply(const SpaceTemplate& layout, const SpaceSnapshot& snapshot);
 
+  /// What apply() would answer. Changes nothing.
+  [[nodiscard]] static Outcome outcome(const SpaceTemplate& layout, const SpaceSnapshot& snapshot);
+
  private:
   [[nodiscard]] PropertyList readImported();
   void fill(const SpaceTemplate::Slot& slot, const std::string& id);

@@ -11,9 +11,9 @@ StateExporter::StateExporter(Services services)
       file_(services.storage, services.paths.supportDirectory() / "state.json", "StateExporter",
             {.delay = delay, .isOwed = false, .queue = "tallowin.state"}) {
   const auto changed = [this](const auto&...) { schedule(); };
-  observers_.push_back(services_.watcher.snapshot().observeDidChange(changed));
-  observers_.push_back(services_.store.observeWillChange(changed));
-  observers_.push_back(services_.contents.appsBySpace().observeDidChange(changed));
+  observers_.add(services_.watcher.snapshot().observeDidChange(changed));
+  observers_.add(services_.store.observeWillChange(changed));
+  observers_.add(services_.contents.appsBySpace().observeDidChange(changed));
 }
 
 void StateExporter::schedule() {

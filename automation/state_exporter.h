@@ -1,9 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "base/app_paths.h"
 #include "base/record_file.h"
+#include "base/subscriptions.h"
 #include "core/space_state.h"
 #include "core/space_watcher.h"
 #include "windows/space_contents.h"
@@ -37,7 +36,7 @@ class StateExporter {
  private:
   const Services services_;
   RecordFile file_;
-  std::vector<Subscription> observers_;
+  Subscriptions observers_;
 };
 
 /// The names of the applications on a Space, as the contents have them last. They must outlive the answer.

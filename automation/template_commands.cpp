@@ -37,15 +37,25 @@ Outcome TemplateCommands::apply(const std::string& name) {
 void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome) {
   const auto missing = outcome.missing;
   const Alert question{layout.name + " needs " + std::to_string(missing) + " more desktop" + (missing == 1 ? "" : "s"),
-                       "Tallowin set up " + std::to_string(outcome.applied) +
-                           " desktops. Add the rest now? Mission Control will open briefly.",
+                       "Tallowin set up " + std::to_string(outcome.applied) + std::string(services_.texts.askToAdd),
                        {"Add Desktops", "Not Now"}};
-  services_.alerts.show(question,
-                        [this, alive = std::weak_ptr(alive_), layout, missing](std::optional<std::size_t> button) {
-                          if (!alive.expired() && button == std::size_t{0}) {
-                            add(layout, missing, spacesOf(services_.snapshot()) + missing);
-                          }
-                        });
+  services_.alerts.show(question, [this, alive = std::weak_ptr(alive_), layout](std::optional<std::size_t> button) {
+    if (!alive.expired() && button == std::size_t{0}) {
+      addMissing(layout);
+    }
+  });
+}
+
+/// Others may have added desktops, or removed some, since the question was asked.
+void TemplateCommands::addMissing(const SpaceTemplate& layout) {
+  const auto snapshot = services_.snapshot();
+  const auto missing = SpaceTemplates::outcome(layout, snapshot).missing;
+  const auto wanted = spacesOf(snapshot) + missing;
+  if (missing > 0) {
+    add(layout, missing, wanted);
+  } else {
+    applyWhenThere(layout, wanted, patience);
+  }
 }
 
 void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted) {
@@ -57,7 +67,7 @@ void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::
         }
         if (!result) {
           adding_ = false;
-          services_.toasts.show({std::string(description(result.error())), std::nullopt, true});
+          services_.toasts.show({std::string(additionFailure(result.error(), services_.texts)), std::nullopt, true});
         } else if (count > 1) {
           waiting_ =
               services_.mainQueue.after(closingTime, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
@@ -77,13 +87,14 @@ void TemplateCommands::applyWhenThere(const SpaceTemplate& layout, std::size_t w
   }
   adding_ = false;
   const auto outcome = services_.templates.apply(layout, snapshot);
-  services_.toasts.show(outcome.missing == 0 ? applied(layout) : Toast{setUpSentence(outcome), std::nullopt, true});
+  services_.toasts.show(outcome.missing == 0 ? applied(layout)
+                                             : Toast{setUpSentence(outcome, services_.texts), std::nullopt, true});
 }
 
-std::string setUpSentence(SpaceTemplates::Outcome outcome) {
+std::string setUpSentence(SpaceTemplates::Outcome outcome, const DesktopTexts& texts) {
   auto sentence = "Set up " + std::to_string(outcome.applied) + " Spaces.";
   if (outcome.missing > 0) {
-    sentence += " Add " + std::to_string(outcome.missing) + " more desktops in Mission Control, then apply again.";
+    sentence += " Add " + std::to_string(outcome.missing) + std::string(texts.addAndApplyAgain);
   }
   return sentence;
 }

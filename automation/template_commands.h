@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "automation/space_templates.h"
+#include "base/desktop_texts.h"
 #include "commands/outcome.h"
 #include "platform/alerts.h"
 #include "platform/main_queue.h"
@@ -30,6 +31,7 @@ class TemplateCommands {
     Alerts& alerts;
     Toasts& toasts;
     MainQueue& mainQueue;
+    const DesktopTexts& texts;
     std::function<SpaceSnapshot()> snapshot;  ///< takes one now
   };
 
@@ -46,6 +48,7 @@ class TemplateCommands {
 
  private:
   void askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome);
+  void addMissing(const SpaceTemplate& layout);
   /// Adds so many desktops, one after the other, until there are `wanted` Spaces.
   void add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted);
   void applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft);
@@ -57,8 +60,8 @@ class TemplateCommands {
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 
-/// What the settings window says of a template that was applied.
-[[nodiscard]] std::string setUpSentence(SpaceTemplates::Outcome outcome);
+/// What the settings window says of a template that was applied, on such a desktop.
+[[nodiscard]] std::string setUpSentence(SpaceTemplates::Outcome outcome, const DesktopTexts& texts);
 
 /// The templates for reading, one line each: name, number of Spaces, summary. Columns are aligned.
 [[nodiscard]] std::string templateList(const std::vector<SpaceTemplate>& templates);

@@ -36,6 +36,15 @@ void RecordFile::log(Log::Level level, const std::string& message) const {
   services_.log.write(level, category_, message);
 }
 
+void RecordFile::takeOver(const std::filesystem::path& earlier) {
+  if (earlier == path_ || services_.files.exists(path_) || !services_.files.exists(earlier)) {
+    return;
+  }
+  if (const auto renamed = services_.files.rename(earlier, path_); !renamed) {
+    log(Log::Level::error, "cannot rename " + earlier.string() + ": " + renamed.error().description);
+  }
+}
+
 std::optional<std::string> RecordFile::readText() {
   if (unsavedText_) {
     return unsavedText_;

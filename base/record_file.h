@@ -51,6 +51,10 @@ class RecordFile {
   RecordFile(const RecordFile&) = delete;
   RecordFile& operator=(const RecordFile&) = delete;
 
+  /// Where there is no file yet, gives its name to the one that stands under an earlier name. That this was not possible
+  /// is logged.
+  void takeOver(const std::filesystem::path& earlier);
+
   /// What `parse` makes of the content: the value, or why there is none. Nothing where there is no file, or when it
   /// cannot be read or understood, which is logged unless the last reading found the same. A text given to write() that
   /// is not in the file yet is read in its place.

@@ -69,16 +69,36 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
   return folded(a) == folded(b);
 }
 
-std::string printable(std::string_view text) {
+std::string printable(std::string_view text, std::string_view substitute) {
   std::string result;
   while (!text.empty()) {
     const auto before = text;
     const auto character = takeCharacter(text);
     const auto taken = before.substr(0, before.size() - text.size());
     const bool isControl = character && utf8proc_category(*character) == UTF8PROC_CATEGORY_CC;
-    result += isControl ? " " : taken;
+    result += isControl ? substitute : taken;
   }
   return result;
+}
+
+std::string_view firstCharacters(std::string_view text, std::size_t count) {
+  auto rest = text;
+  for (; count > 0 && !rest.empty(); --count) {
+    takeCharacter(rest);
+  }
+  return text.substr(0, text.size() - rest.size());
+}
+
+std::string_view charactersWithin(std::string_view text, std::size_t bytes) {
+  std::size_t length = 0;
+  for (auto rest = text; !rest.empty();) {
+    takeCharacter(rest);
+    if (text.size() - rest.size() > bytes) {
+      break;
+    }
+    length = text.size() - rest.size();
+  }
+  return text.substr(0, length);
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -43,7 +43,7 @@ void SpaceWatcher::observeWindowServer() {
 
 void SpaceWatcher::observeNotifications() {
   const auto observe = [this](NotificationCenter& center, NotificationName name) {
-    observers_.push_back(center.addObserver(name, [this](const Notification&) { requestRefresh("workspace"); }));
+    observers_.add(center.addObserver(name, [this](const Notification&) { requestRefresh("workspace"); }));
   };
   observe(services_.workspaceNotifications, NotificationName::NSWorkspaceActiveSpaceDidChangeNotification);
   observe(services_.defaultNotifications, NotificationName::NSApplicationDidChangeScreenParametersNotification);

@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "base/published.h"
 #include "base/replaced_file_watch.h"
+#include "base/subscriptions.h"
 #include "core/space_provider.h"
 #include "platform/folders.h"
 #include "platform/notification_center.h"
@@ -62,7 +62,7 @@ class SpaceWatcher {
   const Services services_;
   Published<SpaceSnapshot> snapshot_{SpaceSnapshot::empty()};
   ReplacedFileWatch plistSource_;
-  std::vector<Subscription> observers_;
+  Subscriptions observers_;
   WorkItem pendingRefresh_;
   bool started_ = false;
   // Shared with calls on their way from the window server's threads, which look whether the watcher still exists.

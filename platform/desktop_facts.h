@@ -6,6 +6,12 @@
 
 namespace tallowin {
 
+/// How desktops are switched, added and removed and windows are moved to them.
+enum class DesktopKind {
+  driven,  ///< as a user does it: by gestures, keys and the buttons of Mission Control
+  asked    ///< by requests to the window manager
+};
+
 /// The program that manages the windows.
 struct WindowManagerFacts {
   std::string name;     ///< as it calls itself; empty when it does not say

@@ -66,6 +66,7 @@ struct Platform {
   TCPListeners& listeners;
   System& system;
   DesktopFacts& desktopFacts;
+  DesktopKind desktopKind;
   MainQueue& mainQueue;
   WorkQueues& workQueues;
   WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it

@@ -30,6 +30,9 @@ struct RunningApplication {
 struct OpenConfiguration {
   bool activates = true;
   bool createsNewApplicationInstance = false;
+  /// An application that runs already is asked for another window, where the desktop knows how to. Elsewhere it is
+  /// opened as without this.
+  bool opensNewWindow = false;
   std::vector<std::string> arguments;
 };
 

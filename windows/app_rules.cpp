@@ -30,9 +30,10 @@ void AppRules::apply(const std::vector<WindowInfo>& newWindows, const SpaceSnaps
 
 void AppRules::move(const WindowInfo& window, const Space& space, const SpaceSnapshot& snapshot) {
   services_.mover.move({window.id, window.pid, window.frame}, space, snapshot, false, false,
-                       [&log = services_.log](WindowMover::Result result) {
+                       [&log = services_.log, &texts = services_.texts](WindowMover::Result result) {
                          if (!result) {
-                           log.error("AppRules", "rule move failed: " + std::string(description(result.error())));
+                           log.error("AppRules",
+                                     "rule move failed: " + std::string(description(result.error(), texts)));
                          }
                        });
 }

@@ -28,6 +28,7 @@ class AppRules {
     WindowMover& mover;
     const Settings& settings;
     Log& log;
+    const DesktopTexts& texts;
   };
 
   explicit AppRules(Services services) : services_(services) {}

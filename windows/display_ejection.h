@@ -5,6 +5,7 @@
 
 #include "core/space.h"
 #include "platform/displays.h"
+#include "windows/window_info.h"
 
 namespace tallowin {
 
@@ -22,5 +23,18 @@ struct SpaceEjection {
 /// For every other display, where the windows of its ordinary Spaces go: the Space at one position to the home
 /// display's ordinary Space at the same position, or to the last one when it has fewer. Empty when it has none.
 [[nodiscard]] std::vector<SpaceEjection> planEjection(const SpaceSnapshot& snapshot, const DisplaySpaces& home);
+
+/// Where a window goes before the monitor that it is on is unplugged.
+struct WindowEjection {
+  WindowInfo window;
+  CGRect frame;
+  bool operator==(const WindowEjection&) const = default;
+};
+
+/// Which windows leave their monitors for the one that stays: the first built-in one, else the primary one, else the
+/// first. They keep their places in the work area, and their sizes, as far as those fit into that of the monitor that
+/// stays. A window counts as on the monitor that shows most of it; one that none shows stays.
+[[nodiscard]] std::vector<WindowEjection> planEjection(const std::vector<WindowInfo>& windows,
+                                                       const std::vector<Monitor>& monitors);
 
 }  // namespace tallowin

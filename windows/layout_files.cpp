@@ -17,9 +17,13 @@ std::expected<WindowLayout, std::string> parse(std::string_view text) {
 }  // namespace
 
 RecordFile& LayoutFiles::file(std::string_view name, std::string_view displaySetup) {
-  auto fileName = layoutFileName(name, displaySetup);
-  const auto path = paths_.supportDirectory() / "Layouts" / fileName;
-  return files_.try_emplace(std::move(fileName), storage_, path, "LayoutManager").first->second;
+  const auto folder = paths_.supportDirectory() / "Layouts";
+  const auto fileName = layoutFileName(name, displaySetup);
+  const auto [file, isNew] = files_.try_emplace(fileName, storage_, folder / fileName, "LayoutManager");
+  if (isNew) {
+    file->second.takeOver(folder / earlierLayoutFileName(name, displaySetup));
+  }
+  return file->second;
 }
 
 void LayoutFiles::write(const WindowLayout& layout, std::string_view name) {

@@ -1,5 +1,8 @@
 #include "windows/layout_manager.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "windows/display_ejection.h"
 #include "windows/display_set.h"
 #include "windows/layout_matching.h"
@@ -10,13 +13,16 @@ namespace tallowin {
 namespace {
 
 constexpr auto autoSaveTolerance = std::chrono::seconds(60);
+/// From setting frames to looking where the windows are.
+constexpr auto verificationDelay = std::chrono::milliseconds(120);
 
 }  // namespace
 
 LayoutManager::LayoutManager(Services services)
     : services_(services),
       ax_(services.accessibility, services.windowServer),
-      files_(services.storage, services.paths) {}
+      files_(services.storage, services.paths),
+      steps_(services.mainQueue) {}
 
 std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
   return connectedDisplays(services_.displays, snapshot).key();
@@ -80,39 +86,78 @@ void LayoutManager::move(const WindowInfo& window, const Space& space, const Spa
 MoveTally LayoutManager::tallyFor(Completion completion) {
   auto hold = std::make_shared<Subscription>(holdAutoSave());
   return MoveTally([this, hold, alive = std::weak_ptr(alive_), completion = std::move(completion)](std::size_t moved) {
-    hold->cancel();
     if (!alive.expired()) {
       services_.contents.refresh();
       completion(moved);
     }
+    hold->cancel();
   });
 }
 
 void LayoutManager::startAutoSave(std::function<SpaceSnapshot()> snapshot) {
   snapshot_ = std::move(snapshot);
-  autoSaveTimer_ = services_.mainQueue.every(autoSaveInterval, autoSaveTolerance, [this] {
-    if (*holds_ == 0 && services_.settings.boolean("autoSaveLayout")) {
-      save(layout_name::automatic, snapshot_());
+  autoSaveTimer_ = services_.mainQueue.every(autoSaveInterval, autoSaveTolerance, [this] { autoSave(); });
+}
+
+void LayoutManager::autoSave() {
+  autoSaveDue_ = autoSaveHolds_ > 0;
+  if (!autoSaveDue_ && services_.settings.boolean("autoSaveLayout")) {
+    save(layout_name::automatic, snapshot_());
+  }
+}
+
+Subscription LayoutManager::holdAutoSave() {
+  ++autoSaveHolds_;
+  return Subscription([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired() && --autoSaveHolds_ == 0 && autoSaveDue_) {
+      services_.contents.readNow();
+      autoSave();
     }
   });
 }
 
-Subscription LayoutManager::holdAutoSave() {
-  ++*holds_;
-  return Subscription([holds = holds_] { --*holds; });
-}
-
 void LayoutManager::ejectExternalDisplays(const SpaceSnapshot& snapshot, Completion completion) {
   save(layout_name::automatic, snapshot);
-  auto tally = tallyFor(std::move(completion));
-  if (const auto home = homeDisplay(services_.displays, snapshot)) {
-    for (const auto& [from, to] : planEjection(snapshot, *home)) {
-      for (const auto& window : services_.contents.windows(from.managedID)) {
-        move(window, to, snapshot, tally);
-      }
-    }
+  auto tally = tallyFor([this, completion = std::move(completion)](std::size_t moved) {
+    autoSaveDue_ = false;  // where the windows were is saved, and would be overwritten
+    completion(moved);
+  });
+  if (const auto monitors = services_.displays.monitors(); !monitors.empty()) {
+    moveToHomeMonitor(monitors, tally);
+  } else {
+    moveToHomeDisplay(snapshot, tally);
   }
   tally.close(services_.mainQueue);
+}
+
+void LayoutManager::moveToHomeDisplay(const SpaceSnapshot& snapshot, MoveTally& tally) {
+  const auto home = homeDisplay(services_.displays, snapshot);
+  for (const auto& [from, to] : home ? planEjection(snapshot, *home) : std::vector<SpaceEjection>()) {
+    for (const auto& window : services_.contents.windows(from.managedID)) {
+      move(window, to, snapshot, tally);
+    }
+  }
+}
+
+void LayoutManager::moveToHomeMonitor(const std::vector<Monitor>& monitors, MoveTally& tally) {
+  std::vector<std::pair<WindowNumber, WindowMover::Completion>> moves;
+  for (const auto& [window, frame] : planEjection(services_.contents.windows().get(), monitors)) {
+    if (const auto element = ax_.element(window.id, window.pid)) {
+      ax_.setFrame(element, frame);
+      moves.emplace_back(window.id, tally.expect());
+    }
+  }
+  if (moves.empty()) {
+    return;
+  }
+  steps_.after(verificationDelay, [this, monitors, moves = std::move(moves)] {
+    services_.contents.readNow();
+    const auto left = planEjection(services_.contents.windows().get(), monitors);
+    for (const auto& [window, completion] : moves) {
+      const bool stayed = std::ranges::any_of(left, [&](const auto& other) { return other.window.id == window; });
+      completion(stayed ? WindowMover::Result(std::unexpected(WindowMover::Failure::notMoved)) : WindowMover::Result());
+    }
+  });
 }
 
 }  // namespace tallowin

@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/displays.h"
 #include "platform/main_queue.h"
+#include "windows/delayed_steps.h"
 #include "windows/layout_files.h"
 #include "windows/move_tally.h"
 #include "windows/space_contents.h"
@@ -62,29 +63,34 @@ class LayoutManager {
   void restore(const WindowLayout& layout, const SpaceSnapshot& snapshot, Completion completion);
 
   /// From now on saves "auto" every five minutes while the setting "autoSaveLayout" is on. `snapshot` answers the
-  /// current one. A save that is due during a restore, or while somebody holds automatic saving, is left out.
+  /// current one. A save that is due during a restore, or while somebody holds automatic saving, is made afterwards.
   void startAutoSave(std::function<SpaceSnapshot()> snapshot);
 
   /// Holds automatic saving until the subscription is let go of, as while windows are not where the user put them.
   [[nodiscard]] Subscription holdAutoSave();
 
-  /// Saves "auto" and starts moving every window to the display that stays when the others are unplugged.
+  /// Saves "auto" and starts moving every window to the display that stays when the others are unplugged; where all
+  /// monitors show one set of Spaces, to the monitor that stays, on the same Space.
   void ejectExternalDisplays(const SpaceSnapshot& snapshot, Completion completion);
 
  private:
   void place(const WindowInfo& window, const WindowLayout::Entry& entry, const Space& space,
              const SpaceSnapshot& snapshot, MoveTally& tally);
   void move(const WindowInfo& window, const Space& space, const SpaceSnapshot& snapshot, MoveTally& tally);
+  void moveToHomeDisplay(const SpaceSnapshot& snapshot, MoveTally& tally);
+  void moveToHomeMonitor(const std::vector<Monitor>& monitors, MoveTally& tally);
   [[nodiscard]] MoveTally tallyFor(Completion completion);
+  void autoSave();
 
   const Services services_;
   const AX ax_;
   LayoutFiles files_;
+  DelayedSteps steps_;
   std::function<SpaceSnapshot()> snapshot_;
   WorkItem autoSaveTimer_;
-  // How many hold automatic saving. Shared with their subscriptions, which may outlast the manager.
-  const std::shared_ptr<int> holds_ = std::make_shared<int>(0);
-  // Shared with moves under way, which look whether the manager still exists.
+  int autoSaveHolds_ = 0;     ///< so many hold automatic saving
+  bool autoSaveDue_ = false;  ///< a save was due meanwhile
+  // Shared with moves under way and with those who hold automatic saving, which look whether the manager still exists.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 

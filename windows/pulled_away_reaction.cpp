@@ -40,11 +40,9 @@ void PulledAwayReaction::bring(const WindowInfo& window, const Space& left, cons
 }
 
 void PulledAwayReaction::openHere(const RunningApplication& application) {
-  if (!application.bundleIdentifier || openedLately_ == application.pid) {
+  if (!application.bundleIdentifier) {
     return;
   }
-  openedLately_ = application.pid;
-  pause_ = services_.mainQueue.after(reopeningPause, [this] { openedLately_.reset(); });
   opening_ = services_.mainQueue.after(openingDelay, [this, bundleID = *application.bundleIdentifier] {
     if (const auto path = services_.workspace.URLForApplicationWithBundleIdentifier(bundleID)) {
       services_.workspace.openApplicationAtURL(*path, OpenConfiguration(), [](const auto& /*opened*/) {});

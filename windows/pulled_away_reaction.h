@@ -17,9 +17,6 @@ class PulledAwayReaction {
  public:
   /// From posting the switch to opening an application there, which by then has happened.
   static constexpr Duration openingDelay = std::chrono::milliseconds(250);
-  /// An application that was opened without showing a window is not opened again sooner: with one that has a window
-  /// elsewhere which we do not know of, opening and being pulled away would go on forever.
-  static constexpr Duration reopeningPause = std::chrono::seconds(3);
 
   struct Services {
     WindowMover& mover;
@@ -46,9 +43,7 @@ class PulledAwayReaction {
   void openHere(const RunningApplication& application);
 
   const Services services_;
-  std::optional<ProcessID> openedLately_;
   WorkItem opening_;
-  WorkItem pause_;
 };
 
 }  // namespace tallowin

@@ -1,43 +1,55 @@
 #include "windows/reconnect_restore.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tallowin {
 
-void ReconnectRestore::displaysChanged() {
-  waiting_.cancel();
-  if (!autoSaveHold_) {
-    autoSaveHold_ = services_.layouts.holdAutoSave();
-  }
+void ReconnectRestore::start() {
+  observer_ =
+      services_.defaultNotifications.addObserver(NotificationName::NSApplicationDidChangeScreenParametersNotification,
+                                                 [this](const Notification& /*notification*/) { look(); });
 }
 
-void ReconnectRestore::displaysSettled(const DisplaySet& before, const DisplaySet& now) {
-  // A restore that a newer change kept from happening is still owed for the displays before it.
-  before_ = before_.value_or(before);
-  auto layout = layoutFor(*before_, now);
-  if (!layout) {
-    before_.reset();
-    autoSaveHold_.cancel();
+void ReconnectRestore::look() {
+  auto now = connectedDisplays(services_.displays, services_.snapshot());
+  if (now.identifiers.empty() || now == latest_) {
     return;
   }
-  services_.contents.refresh();
-  waiting_ = services_.mainQueue.after(delay - DisplaySetWatch::settleTime,
-                                       [this, layout = *std::move(layout)] { restore(layout); });
+  const auto before = std::exchange(latest_, std::move(now));
+  if (onChange) {
+    onChange();
+  }
+  if (before) {
+    displaysChanged(before->identifiers.size(), latest_->identifiers.size());
+  }
 }
 
-std::optional<WindowLayout> ReconnectRestore::layoutFor(const DisplaySet& before, const DisplaySet& now) {
-  const bool more = now.identifiers.size() > before.identifiers.size();
-  return more && services_.settings.boolean("restoreOnDisplayReconnect")
-             ? services_.layouts.load(layout_name::reconnect, now.key())
-             : std::nullopt;
+void ReconnectRestore::displaysChanged(std::size_t before, std::size_t now) {
+  if (!autoSaveHold_) {
+    autoSaveHold_ = services_.layouts.holdAutoSave();
+    fewest_ = before;
+  }
+  fewest_ = std::min(fewest_, now);
+  settling_ = services_.mainQueue.after(delay, [this] { settle(); });
+}
+
+void ReconnectRestore::settle() {
+  const auto hold = std::move(autoSaveHold_);
+  if (latest_->identifiers.size() > fewest_ && services_.settings.boolean("restoreOnDisplayReconnect")) {
+    if (const auto layout = services_.layouts.load(layout_name::reconnect, latest_->key())) {
+      restore(*layout);
+    }
+  }
 }
 
 void ReconnectRestore::restore(const WindowLayout& layout) {
-  before_.reset();
+  services_.contents.readNow();
   services_.layouts.restore(layout, services_.snapshot(), [&toasts = services_.toasts](std::size_t moved) {
     if (moved > 0) {
       toasts.show({"Restored " + std::to_string(moved) + " windows to your external display", "display.2"});
     }
   });
-  autoSaveHold_.cancel();
 }
 
 }  // namespace tallowin

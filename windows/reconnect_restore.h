@@ -4,14 +4,18 @@
 #include <optional>
 
 #include "base/settings.h"
+#include "platform/displays.h"
+#include "platform/notification_center.h"
 #include "platform/toasts.h"
-#include "windows/display_set_watch.h"
+#include "windows/display_set.h"
 #include "windows/layout_manager.h"
 
 namespace tallowin {
 
-/// Puts windows back when displays are connected again, and keeps automatic saving from recording what the system did
-/// to the windows meanwhile. Told by a DisplaySetWatch. Main thread only.
+/// Notices when the set of connected displays changes, puts windows back when displays are connected again, and keeps
+/// automatic saving from recording what the system did to the windows meanwhile. Plugging in a dock makes displays come
+/// and go several times, which counts as one change; that no display at all is connected, as while they sleep, is none.
+/// Main thread only.
 class ReconnectRestore {
  public:
   /// From the last change of the displays to the restore: the system moves windows about itself at first.
@@ -20,6 +24,8 @@ class ReconnectRestore {
   struct Services {
     LayoutManager& layouts;
     SpaceContents& contents;
+    Displays& displays;
+    NotificationCenter& defaultNotifications;
     const Settings& settings;
     Toasts& toasts;
     MainQueue& mainQueue;
@@ -30,22 +36,29 @@ class ReconnectRestore {
   ReconnectRestore(const ReconnectRestore&) = delete;
   ReconnectRestore& operator=(const ReconnectRestore&) = delete;
 
-  /// As DisplaySetWatch::onChange. A restore that is waiting does not take place.
-  void displaysChanged();
+  /// Told of the first set and of every other one at once, before windows are put back.
+  std::function<void()> onChange;
 
-  /// As DisplaySetWatch::onSettled. If there are more displays than before and the setting "restoreOnDisplayReconnect"
-  /// is on, the layout last saved for them is put back.
-  void displaysSettled(const DisplaySet& before, const DisplaySet& now);
+  /// From now on looks whenever the displays' arrangement changes. Call once.
+  void start();
+
+  /// Looks at the displays. To be called with every new snapshot too. Three seconds after the last change the layout
+  /// last saved for these displays is put back, if there are more than there were at any time during the changes and
+  /// the setting "restoreOnDisplayReconnect" is on.
+  void look();
 
  private:
-  [[nodiscard]] std::optional<WindowLayout> layoutFor(const DisplaySet& before, const DisplaySet& now);
+  void displaysChanged(std::size_t before, std::size_t now);
+  void settle();
   void restore(const WindowLayout& layout);
 
   const Services services_;
-  /// The displays of which the windows still have the arrangement, while a restore waits.
-  std::optional<DisplaySet> before_;
-  WorkItem waiting_;
+  Subscription observer_;
+  std::optional<DisplaySet> latest_;  ///< as last seen
+  // While the displays change:
+  std::size_t fewest_ = 0;  ///< so many displays there were at least
   Subscription autoSaveHold_;
+  WorkItem settling_;
 };
 
 }  // namespace tallowin

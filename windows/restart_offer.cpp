@@ -17,7 +17,7 @@ void RestartOffer::offer() {
   services_.workspace.activateWithOptions(services_.system.processIdentifier());
   const Alert question{
       "Put your windows back on their Spaces?",
-      "Tallowin saved where " + std::to_string(layout->entries.size()) + " windows were before your Mac restarted.",
+      "Tallowin saved where " + std::to_string(layout->entries.size()) + std::string(services_.texts.beforeRestart),
       {"Restore", "Not Now"}};
   services_.alerts.show(question,
                         [this, alive = std::weak_ptr(alive_), layout = *layout](std::optional<std::size_t> button) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "base/desktop_texts.h"
 #include "platform/alerts.h"
 #include "platform/clock.h"
 #include "platform/system.h"
@@ -26,6 +27,7 @@ class RestartOffer {
     System& system;
     MainQueue& mainQueue;
     const Clock& clock;
+    const DesktopTexts& texts;
     std::function<SpaceSnapshot()> snapshot;  ///< answers the current one
   };
 

@@ -14,7 +14,7 @@ std::string_view description(SavedSpaces::Failure failure) {
 }  // namespace
 
 Outcome SavedSpaceCommands::saveAndClose(const Space& space) {
-  const auto saved = savedSpaces_.saveAndClose(space);
+  const auto saved = savedSpaces_.save(space);
   if (!saved) {
     const auto message = description(saved.error());
     toasts_.show({std::string(message), std::nullopt, true});
@@ -22,6 +22,7 @@ Outcome SavedSpaceCommands::saveAndClose(const Space& space) {
   }
   const auto apps = std::to_string(saved->apps.size());
   toasts_.show({"Saved " + saved->name + " with " + apps + " apps and closed its windows", symbol});
+  savedSpaces_.closeWindows(space);
   return Outcome::done();
 }
 

@@ -11,6 +11,7 @@ class SavedSpaceCommands {
  public:
   SavedSpaceCommands(SavedSpaces& savedSpaces, Toasts& toasts) : savedSpaces_(savedSpaces), toasts_(toasts) {}
 
+  /// Saves the Space, tells the user, and closes its windows. What could not be saved is not closed.
   Outcome saveAndClose(const Space& space);
   void reopen(const SavedSpace& space);
 

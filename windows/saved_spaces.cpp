@@ -22,7 +22,7 @@ SavedSpaces::SavedSpaces(Services services, BrowserTabsReader browserTabs, Rando
       random_(std::move(random)),
       file_(services.storage, services.paths.supportDirectory() / "saved-spaces.json", category) {}
 
-std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::saveAndClose(const Space& space) {
+std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::save(const Space& space) {
   const auto windows = services_.contents.windows(space.managedID);
   if (windows.empty()) {
     return std::unexpected(Failure::noWindows);
@@ -31,7 +31,6 @@ std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::saveAndClose(const 
   if (!append(saved)) {
     return std::unexpected(Failure::notSaved);
   }
-  close(windows);
   return saved;
 }
 
@@ -85,8 +84,8 @@ bool SavedSpaces::append(const SavedSpace& space) {
   return written;
 }
 
-void SavedSpaces::close(const std::vector<WindowInfo>& windows) const {
-  for (const auto& window : windows) {
+void SavedSpaces::closeWindows(const Space& space) const {
+  for (const auto& window : services_.contents.windows(space.managedID)) {
     if (const auto element = ax_.element(window.id, window.pid, closingTimeout)) {
       ax_.close(element);
     }
@@ -96,7 +95,9 @@ void SavedSpaces::close(const std::vector<WindowInfo>& windows) const {
 void SavedSpaces::restore(const SavedSpace& space) {
   for (const auto& bundleID : space.apps) {
     if (!opensByTabs(space, bundleID)) {
-      openApplication(bundleID, services_.workspace, services_.log, category);
+      OpenConfiguration configuration;
+      configuration.opensNewWindow = true;
+      openApplication(bundleID, services_.workspace, services_.log, category, configuration);
     }
   }
   for (const auto& url : space.urls) {

@@ -42,12 +42,16 @@ class SavedSpaces {
 
   SavedSpaces(Services services, BrowserTabsReader browserTabs, RandomBits random);
 
-  /// Saves the Space, and then presses the close buttons of its windows without waiting for their applications, which
-  /// may ask their users. On failure nothing was closed.
-  [[nodiscard]] std::expected<SavedSpace, Failure> saveAndClose(const Space& space);
+  /// Adds a record of what is open on the Space.
+  [[nodiscard]] std::expected<SavedSpace, Failure> save(const Space& space);
 
-  /// Opens the applications and tabs of a saved Space, where the user is now. Its record stays. Browsers whose tabs are
-  /// opened are not opened themselves; applications that are not installed are passed over.
+  /// Presses the close buttons of the Space's windows, as they were read last, without waiting for their applications,
+  /// which may ask their users.
+  void closeWindows(const Space& space) const;
+
+  /// Opens the applications and tabs of a saved Space, where the user is now; applications that run are asked for
+  /// another window. Its record stays. Browsers whose tabs are opened are not opened themselves; applications that are
+  /// not installed are passed over.
   void restore(const SavedSpace& space);
 
   /// Every record, oldest first. Empty when the file cannot be understood.
@@ -61,7 +65,6 @@ class SavedSpaces {
   void addTabs(SavedSpace& space) const;
   [[nodiscard]] PropertyList records();
   [[nodiscard]] bool append(const SavedSpace& space);
-  void close(const std::vector<WindowInfo>& windows) const;
   [[nodiscard]] bool opensByTabs(const SavedSpace& space, const std::string& bundleID) const;
 
   const Services services_;

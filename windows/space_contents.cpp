@@ -38,8 +38,7 @@ SpaceContents::SpaceContents(Services services)
 void SpaceContents::start() {
   refresh();
   for (const auto trigger : triggers) {
-    observers_.push_back(
-        services_.workspaceNotifications.addObserver(trigger, [this](const Notification&) { refresh(); }));
+    observers_.add(services_.workspaceNotifications.addObserver(trigger, [this](const Notification&) { refresh(); }));
   }
   timer_ = services_.mainQueue.every(period, periodTolerance, [this] { refresh(); });
 }
@@ -48,42 +47,46 @@ void SpaceContents::refresh() {
   if (std::exchange(pending_, true)) {
     return;
   }
-  queue_->after(coalescing, [this, services = services_, ownPID = ownPID_, alive = std::weak_ptr(alive_)] {
-    services.mainQueue.async([this, alive, found = reading(services, ownPID)]() mutable {
-      if (!alive.expired()) {
-        pending_ = false;
-        publish(std::move(found));
-      }
-    });
-  });
+  queue_->after(coalescing,
+                [this, services = services_, ownPID = ownPID_, begun = begun_, alive = std::weak_ptr(alive_)] {
+                  const auto number = ++*begun;
+                  services.mainQueue.async([this, alive, number, found = reading(services, ownPID)]() mutable {
+                    if (!alive.expired()) {
+                      pending_ = false;
+                      publish(std::move(found), number);
+                      reportNewWindows();
+                    }
+                  });
+                });
 }
 
 void SpaceContents::readNow() {
-  publish(reading(services_, ownPID_));
+  const auto number = ++*begun_;
+  publish(reading(services_, ownPID_), number);
 }
 
-void SpaceContents::publish(SpaceContentsReading found) {
-  const bool isFirst = std::exchange(firstPass_, false);
+/// A reading that was overtaken by one that began later is not published.
+void SpaceContents::publish(SpaceContentsReading found, std::uint64_t number) {
+  if (number < latest_) {
+    return;
+  }
+  latest_ = number;
   if (found.appsBySpace != appsBySpace_.get()) {
     appsBySpace_.set(std::move(found.appsBySpace));
   }
-  const auto newWindows = takeNewWindows(found.windows);
   if (found.windows != windows_.get()) {
     windows_.set(std::move(found.windows));
   }
-  if (!isFirst && !newWindows.empty() && onNewWindows) {
-    onNewWindows(newWindows);
-  }
 }
 
-std::vector<WindowInfo> SpaceContents::takeNewWindows(const std::vector<WindowInfo>& windows) {
+void SpaceContents::reportNewWindows() {
+  const bool isFirst = std::exchange(firstPass_, false);
   std::vector<WindowInfo> unseen;
-  std::ranges::copy_if(windows, std::back_inserter(unseen),
-                       [this](const WindowInfo& window) { return !seenWindowIDs_.contains(window.id); });
-  for (const auto& window : unseen) {
-    seenWindowIDs_.insert(window.id);
+  std::ranges::copy_if(windows_.get(), std::back_inserter(unseen),
+                       [this](const WindowInfo& window) { return seenWindowIDs_.insert(window.id).second; });
+  if (!isFirst && !unseen.empty() && onNewWindows) {
+    onNewWindows(unseen);
   }
-  return unseen;
 }
 
 std::vector<WindowInfo> SpaceContents::windows(ManagedSpaceID onManagedSpace) const {

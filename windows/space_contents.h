@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -7,6 +9,7 @@
 #include <vector>
 
 #include "base/published.h"
+#include "base/subscriptions.h"
 #include "platform/main_queue.h"
 #include "platform/notification_center.h"
 #include "platform/system.h"
@@ -48,7 +51,8 @@ class SpaceContents {
   /// answered by the same reading.
   void refresh();
 
-  /// Reads and publishes at once: for what the user asks to be done to the windows as they are now.
+  /// Reads and publishes at once: for what the user asks to be done to the windows as they are now. New windows are
+  /// reported only by the next reading that was asked for otherwise.
   void readNow();
 
   /// The applications on each Space, by the position of their frontmost window; Spaces without windows have no entry.
@@ -65,23 +69,26 @@ class SpaceContents {
   [[nodiscard]] std::vector<WindowInfo> windows(ManagedSpaceID onManagedSpace) const;
 
   /// Whether a reading has been published. Until then everything is empty because nothing is known.
-  [[nodiscard]] bool published() const { return !firstPass_; }
+  [[nodiscard]] bool published() const { return latest_ != 0; }
 
  private:
-  void publish(SpaceContentsReading found);
-  [[nodiscard]] std::vector<WindowInfo> takeNewWindows(const std::vector<WindowInfo>& windows);
+  void publish(SpaceContentsReading found, std::uint64_t number);
+  void reportNewWindows();
 
   const Services services_;
   const ProcessID ownPID_;
   Published<AppsBySpace> appsBySpace_;
   Published<std::vector<WindowInfo>> windows_;
   std::unordered_set<WindowNumber> seenWindowIDs_;
-  bool firstPass_ = true;
+  bool firstPass_ = true;     ///< new windows have not been looked for yet
+  std::uint64_t latest_ = 0;  ///< the number of the reading that is published
   bool pending_ = false;
-  std::vector<Subscription> observers_;
+  Subscriptions observers_;
   WorkItem timer_;
   // Shared with readings on their way back from the queue, which look on the main thread whether we still exist.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  // How many readings have begun, which numbers them. Shared with the queue, on which they may begin.
+  std::shared_ptr<std::atomic<std::uint64_t>> begun_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   // Goes first: its destructor waits for the reading that is running.
   const std::unique_ptr<WorkQueue> queue_;
 };

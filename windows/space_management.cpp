@@ -60,43 +60,41 @@ AXUIElement firstOf(const std::vector<AXUIElement>& elements, Wanted wanted) {
 }  // namespace
 
 SpaceManagement::SpaceManagement(Services services)
-    : services_(services), ax_(services.accessibility, services.windowServer) {}
+    : services_(services), ax_(services.accessibility, services.windowServer), steps_(services.mainQueue) {}
 
 void SpaceManagement::addDesktop(Completion completion) {
-  begin(std::move(completion), [this](const Buttons& buttons) { pressAdd(buttons); });
+  openMissionControl(
+      [this, completion = std::move(completion)](const Buttons& buttons) { pressAdd(buttons, completion); });
 }
 
 void SpaceManagement::removeDesktop(std::int64_t number, Completion completion) {
-  begin(std::move(completion), [this, number](const Buttons& buttons) { hoverOver(desktopButton(buttons, number)); });
-}
-
-void SpaceManagement::begin(Completion completion, Opened opened) {
-  if (isBusy()) {
-    completion(std::unexpected(Failure::unavailable));
-    return;
-  }
-  completion_ = std::move(completion);
-  openMissionControl(std::move(opened));
+  openMissionControl([this, number, completion = std::move(completion)](const Buttons& buttons) {
+    hoverOver(buttons, number, completion);
+  });
 }
 
 void SpaceManagement::openMissionControl(Opened opened) {
+  ++underWay_;
   if (const auto buttons = findButtons(); !buttons.empty()) {
     opened(buttons);
     return;
   }
-  services_.windowServer.CGSBridgeDockNotify(openNotification);
-  pollLater(openingTime + pollInterval, mostPolls, std::move(opened));
+  // The notification closes a Mission Control that is opening.
+  if (openings_++ == 0) {
+    services_.windowServer.CGSBridgeDockNotify(openNotification);
+  }
+  pollLater(openingTime, mostPolls, std::move(opened));
 }
 
 void SpaceManagement::pollLater(Duration delay, int pollsLeft, Opened opened) {
-  next_ = services_.mainQueue.after(delay, [this, pollsLeft, opened = std::move(opened)] {
-    if (const auto buttons = findButtons(); !buttons.empty()) {
-      opened(buttons);
-    } else if (pollsLeft > 1) {
+  steps_.after(delay, [this, pollsLeft, opened = std::move(opened)] {
+    const auto buttons = findButtons();
+    if (buttons.empty() && pollsLeft > 1) {
       pollLater(pollInterval, pollsLeft - 1, opened);
-    } else {
-      complete(std::unexpected(Failure::unavailable));
+      return;
     }
+    --openings_;
+    opened(buttons);
   });
 }
 
@@ -116,30 +114,38 @@ AXUIElement SpaceManagement::desktopButton(const Buttons& buttons, std::int64_t 
              : firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXDescription") == label; });
 }
 
-void SpaceManagement::pressAdd(const Buttons& buttons) {
+void SpaceManagement::pressAdd(const Buttons& buttons, const Completion& completion) {
+  if (buttons.empty()) {
+    complete(std::unexpected(Failure::unavailable), completion);
+    return;
+  }
   const auto add =
       firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXDescription") == "add desktop"; });
   if (add == nullptr) {
-    closeAndComplete(std::unexpected(Failure::noButton));
+    complete(std::unexpected(Failure::noButton), completion);
     return;
   }
   ax_.press(add);
-  next_ = services_.mainQueue.after(addingTime, [this] { closeAndComplete({}); });
+  steps_.after(addingTime, [this, completion] { complete({}, completion); });
 }
 
-void SpaceManagement::hoverOver(const AXUIElement& desktop) {
-  const auto frame = ax_.frame(desktop);
-  if (!frame) {
-    closeAndComplete(std::unexpected(Failure::notFound));
+void SpaceManagement::hoverOver(const Buttons& buttons, std::int64_t number, const Completion& completion) {
+  if (buttons.empty()) {
+    complete(std::unexpected(Failure::unavailable), completion);
     return;
   }
-  pointerBefore_ = synthetic_input::pointerLocation(services_.events);
+  const auto frame = ax_.frame(desktopButton(buttons, number));
+  if (!frame) {
+    complete(std::unexpected(Failure::notFound), completion);
+    return;
+  }
+  pointerBefore_ = pointerBefore_.value_or(synthetic_input::pointerLocation(services_.events));
   services_.events.CGWarpMouseCursorPosition(frame->center());
   postMouse(services_.events, CGMouseEventType::mouseMoved, frame->center());
-  next_ = services_.mainQueue.after(hoverTime, [this, frame = *frame] { pressClose(frame); });
+  steps_.after(hoverTime, [this, frame = *frame, completion] { pressClose(frame, completion); });
 }
 
-void SpaceManagement::pressClose(const CGRect& desktop) {
+void SpaceManagement::pressClose(const CGRect& desktop, const Completion& completion) {
   const auto close = firstOf(findButtons(), [&](const AXUIElement& button) {
     const auto label = lowerCased(ax_.text(button, "AXDescription").value_or(""));
     return label.contains("close") || label.contains("remove");
@@ -151,33 +157,28 @@ void SpaceManagement::pressClose(const CGRect& desktop) {
     postMouse(services_.events, CGMouseEventType::leftMouseDown, badge);
     postMouse(services_.events, CGMouseEventType::leftMouseUp, badge);
   }
-  next_ = services_.mainQueue.after(removingTime, [this] {
-    services_.events.CGWarpMouseCursorPosition(pointerBefore_);
-    closeAndComplete({});
-  });
+  steps_.after(removingTime, [this, completion] { complete({}, completion); });
 }
 
-void SpaceManagement::closeAndComplete(Result result) {
-  synthetic_input::typeKey(services_.events, escapeKey);
-  complete(result);
-}
-
-void SpaceManagement::complete(Result result) {
-  const auto completion = std::exchange(completion_, nullptr);
+/// The last operation under way puts the pointer back and closes Mission Control.
+void SpaceManagement::complete(Result result, const Completion& completion) {
+  if (--underWay_ == 0) {
+    if (const auto before = std::exchange(pointerBefore_, std::nullopt)) {
+      services_.events.CGWarpMouseCursorPosition(*before);
+    }
+    if (result || result.error() != Failure::unavailable) {
+      synthetic_input::typeKey(services_.events, escapeKey);
+    }
+  }
   completion(result);
 }
 
-std::string_view description(SpaceManagement::Failure failure) {
-  using enum SpaceManagement::Failure;
-  switch (failure) {
-    case unavailable:
-      return "Mission Control could not be opened.";
-    case noButton:
-      return "Mission Control's add-desktop button was not found.";
-    case notFound:
-      return "That desktop was not found in Mission Control.";
-  }
-  return {};
+std::string_view additionFailure(SpaceManagement::Failure failure, const DesktopTexts& texts) {
+  return failure == SpaceManagement::Failure::noButton ? texts.noAddButton : texts.noWayToAdd;
+}
+
+std::string_view removalFailure(SpaceManagement::Failure failure, const DesktopTexts& texts) {
+  return failure == SpaceManagement::Failure::notFound ? texts.desktopNotFound : texts.noWayToRemove;
 }
 
 }  // namespace tallowin

@@ -5,14 +5,17 @@
 namespace tallowin {
 
 std::size_t SpaceMinimizer::minimizeAll(const Space& space, const SpaceContents& contents) {
-  lastMinimized_.clear();
+  std::vector<Minimized> minimized;
   for (const auto& window : contents.windows(space.managedID)) {
     const auto element = ax_.element(window.id, window.pid);
     if (element && !isMinimized(element) && ax_.setMinimized(element, true)) {
-      lastMinimized_.push_back({window.id, window.pid});
+      minimized.push_back({window.id, window.pid});
     }
   }
-  return lastMinimized_.size();
+  if (!minimized.empty()) {
+    lastMinimized_ = minimized;
+  }
+  return minimized.size();
 }
 
 void SpaceMinimizer::undo() {

@@ -16,13 +16,13 @@ class SpaceMinimizer {
       : accessibility_(accessibility), ax_(accessibility, windowServer) {}
 
   /// Minimises the windows on a Space and answers how many; undo() brings back these and no others. Windows that cannot
-  /// be reached, or are minimised already, do not count.
+  /// be reached, or are minimised already, do not count. When there were none, undo() does what it would have done.
   std::size_t minimizeAll(const Space& space, const SpaceContents& contents);
 
   /// Whether there is something to undo.
   [[nodiscard]] bool canUndo() const { return !lastMinimized_.empty(); }
 
-  /// Brings back what the last minimizeAll() minimised, as far as it still exists.
+  /// Brings back what minimizeAll() minimised last, as far as it still exists.
   void undo();
 
  private:

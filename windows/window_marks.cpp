@@ -20,7 +20,7 @@ void WindowMarks::captureLetter(std::function<void(const std::string& letter)> o
   for (const auto key : letterKeys) {
     auto registered = hotKeys_.registerHotKey(key, 0, [this, letter = std::string(1, name)] { captured(letter); });
     if (registered) {
-      pending_.push_back(*std::move(registered));
+      pending_.add(*std::move(registered));
     }
     ++name;
   }
@@ -37,7 +37,7 @@ void WindowMarks::captured(std::string letter) {
 }
 
 void WindowMarks::endCapture() {
-  pending_.clear();
+  pending_.cancel();
   timeout_.cancel();
   onLetter_ = nullptr;
 }

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "base/subscriptions.h"
 #include "platform/global_hot_keys.h"
 #include "platform/identifiers.h"
 #include "platform/main_queue.h"
@@ -50,7 +50,7 @@ class WindowMarks {
   MainQueue& mainQueue_;
   std::map<std::string, Mark> marks_;
   std::function<void(const std::string&)> onLetter_;
-  std::vector<Subscription> pending_;  ///< the keys of the capture that is going on
+  Subscriptions pending_;  ///< the keys of the capture that is going on
   WorkItem timeout_;
 };
 

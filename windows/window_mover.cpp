@@ -192,7 +192,7 @@ void WindowMover::raiseIfShown(const FrontWindow& window, ManagedSpaceID space) 
   }
 }
 
-std::string_view description(WindowMover::Failure failure) {
+std::string_view description(WindowMover::Failure failure, const DesktopTexts& texts) {
   using enum WindowMover::Failure;
   switch (failure) {
     case noWindow:
@@ -204,7 +204,7 @@ std::string_view description(WindowMover::Failure failure) {
     case sameSpace:
       return "The window is already on that Space.";
     case notMoved:
-      return "macOS did not move the window.";
+      return texts.windowNotMoved;
   }
   return {};
 }

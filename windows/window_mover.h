@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/desktop_texts.h"
 #include "commands/space_switcher.h"
 #include "core/space.h"
 #include "platform/accessibility.h"
@@ -99,7 +100,7 @@ class WindowMover {
   WorkItem raising_;
 };
 
-/// What the user is told of a failure.
-[[nodiscard]] std::string_view description(WindowMover::Failure failure);
+/// What the user of such a desktop is told of a failure.
+[[nodiscard]] std::string_view description(WindowMover::Failure failure, const DesktopTexts& texts);
 
 }  // namespace tallowin

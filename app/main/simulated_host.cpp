@@ -202,6 +202,7 @@ class RealTimeHost : public SimulatedHost {
             .listeners = machine_.listeners,
             .system = simulated.system(),
             .desktopFacts = simulated.desktopFacts(),
+            .desktopKind = DesktopKind::driven,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = desktopQueues_,

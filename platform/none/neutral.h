@@ -70,11 +70,17 @@ class NeutralDisplays : public Displays {
   bool CGDisplayIsBuiltin(DisplayID /*display*/) override { return false; }
   std::vector<Screen> screens() override { return {}; }
   std::vector<std::string> displaySetIdentifiers() override { return {}; }
+  std::vector<Monitor> monitors() override { return {}; }
 };
 
 class NeutralDesktopNames : public DesktopNames {
  public:
   void publish(const std::map<ManagedSpaceID, std::string>& /*names*/) override {}
+  const std::map<ManagedSpaceID, std::string>& ownNames() override { return none_; }
+  Subscription observeOwnNames(std::function<void()> /*observer*/) override { return {}; }
+
+ private:
+  const std::map<ManagedSpaceID, std::string> none_;
 };
 
 class NeutralSpacePlaces : public SpacePlaces {

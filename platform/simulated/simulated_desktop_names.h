@@ -6,7 +6,7 @@
 namespace tallowin {
 
 /// Names of Spaces for the simulated system's own displays of them: a line of the journal whenever they become others.
-/// Main thread only.
+/// The system itself names none. Main thread only.
 class SimulatedDesktopNames : public DesktopNames {
  public:
   explicit SimulatedDesktopNames(Journal& journal) : journal_(journal) {}
@@ -22,10 +22,13 @@ class SimulatedDesktopNames : public DesktopNames {
     }
     journal_.record("publishDesktopNames", {{"names", listed}});
   }
+  const std::map<ManagedSpaceID, std::string>& ownNames() override { return none_; }
+  Subscription observeOwnNames(std::function<void()> /*observer*/) override { return {}; }
 
  private:
   Journal& journal_;
   std::map<ManagedSpaceID, std::string> names_;
+  const std::map<ManagedSpaceID, std::string> none_;
 };
 
 }  // namespace tallowin

@@ -16,6 +16,7 @@ class SimulatedDisplays : public Displays {
   bool CGDisplayIsBuiltin(DisplayID display) override;
   std::vector<Screen> screens() override;
   std::vector<std::string> displaySetIdentifiers() override { return {}; }
+  std::vector<Monitor> monitors() override { return {}; }
 
  private:
   [[nodiscard]] const SimulatedDisplay* find(DisplayID display) const;

@@ -33,6 +33,7 @@ Platform simulatedPlatform(SimulatedDesktop& desktop, WindowServer& windowServer
           .listeners = desktop.listeners(),
           .system = desktop.system(),
           .desktopFacts = desktop.desktopFacts(),
+          .desktopKind = DesktopKind::driven,
           .mainQueue = time,
           .workQueues = time,
           .desktopQueues = time,

@@ -18,6 +18,24 @@ void X11DesktopNames::publish(const std::map<ManagedSpaceID, std::string>& names
   }
 }
 
+const std::map<ManagedSpaceID, std::string>& X11DesktopNames::ownNames() {
+  if (!ownNames_) {
+    const auto properties = desktops_.readProperties();
+    ownNames_ = tellingDesktopNames(properties, desktops_.stateOf(properties));
+  }
+  return *ownNames_;
+}
+
+void X11DesktopNames::forgetOwnNames() {
+  ownNames_.reset();
+  ownNamesChange_.tell();
+}
+
+void X11DesktopNames::desktopsChanged() {
+  forgetOwnNames();
+  applySoon();
+}
+
 void X11DesktopNames::namesChanged(std::uint16_t sequence) {
   if (ownChange_) {
     if (*ownChange_ == sequence) {
@@ -25,6 +43,7 @@ void X11DesktopNames::namesChanged(std::uint16_t sequence) {
     }
     return;
   }
+  forgetOwnNames();
   if (dynamic_) {
     // Every name there is the window manager's now, even one that reads as if it had been written for the desktop that
     // stood there before; and whoever hears of the change reads the desktops at once.
@@ -35,6 +54,7 @@ void X11DesktopNames::namesChanged(std::uint16_t sequence) {
 }
 
 void X11DesktopNames::windowManagerChanged() {
+  forgetOwnNames();
   forgetRewrites();
   applySoon();
 }

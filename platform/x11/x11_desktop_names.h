@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "base/broadcaster.h"
 #include "platform/clock.h"
 #include "platform/desktop_names.h"
 #include "platform/main_queue.h"
@@ -26,16 +27,22 @@ class X11DesktopNames : public DesktopNames {
       : connection_(connection), desktops_(desktops), queue_(queue), clock_(clock) {}
 
   void publish(const std::map<ManagedSpaceID, std::string>& names) override;
+  /// Read when first asked for after a change.
+  const std::map<ManagedSpaceID, std::string>& ownNames() override;
+  Subscription observeOwnNames(std::function<void()> observer) override {
+    return ownNamesChange_.subscribe(std::move(observer));
+  }
 
   /// _NET_DESKTOP_NAMES has changed; `sequence` is that of the event.
   void namesChanged(std::uint16_t sequence);
   /// The desktops have changed in another way.
-  void desktopsChanged() { applySoon(); }
+  void desktopsChanged();
   /// A window manager has come, gone or taken the place of another.
   void windowManagerChanged();
 
  private:
   void forgetRewrites();
+  void forgetOwnNames();
   void applySoon();
   void apply();
   void write(const DesktopNamesPlan& plan);
@@ -48,7 +55,9 @@ class X11DesktopNames : public DesktopNames {
   MainQueue& queue_;
   const Clock& clock_;
 
-  std::optional<std::map<ManagedSpaceID, std::string>> names_;  ///< nothing before the first publish()
+  std::optional<std::map<ManagedSpaceID, std::string>> names_;     ///< nothing before the first publish()
+  std::optional<std::map<ManagedSpaceID, std::string>> ownNames_;  ///< nothing while they have to be read
+  Broadcaster<> ownNamesChange_;
   WorkItem pending_;
   std::optional<std::uint16_t> ownChange_;  ///< the request whose event has not come yet: all before it are out of date
   bool dynamic_ = false;                    ///< as of the last look at the desktops

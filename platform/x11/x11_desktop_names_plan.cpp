@@ -51,6 +51,11 @@ std::vector<std::string> withNames(const std::vector<std::string>& own, const st
   return named ? list : own;
 }
 
+/// Whether it has nothing but digits.
+bool isNumber(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+}
+
 /// Whether the lists come back whole when they are read. A list that is as long as can be read may have been longer.
 bool canBeReadBack(const DesktopNamesPlan& plan) {
   return plan.current.size() < maximumDesktopCount &&
@@ -75,6 +80,23 @@ DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties, const 
     plan.record = plan.recorded;
   }
   return plan;
+}
+
+std::map<ManagedSpaceID, std::string> tellingDesktopNames(const X11DesktopProperties& properties,
+                                                          const X11DesktopState& state) {
+  const auto own = ownDesktopNames(parseDesktopNames(properties.desktopNames),
+                                   parseDesktopNamesRecord(properties.desktopNamesRecord), state.dynamic);
+  std::map<ManagedSpaceID, std::string> names;
+  if (stemOf(own)) {
+    return names;
+  }
+  for (std::size_t index = 0; index < std::min(own.size(), state.spaces.size()); ++index) {
+    const auto& name = own[index];
+    if (!name.empty() && name != std::to_string(index + 1) && !(state.dynamic && isNumber(name))) {
+      names.emplace(state.spaces[index], name);
+    }
+  }
+  return names;
 }
 
 }  // namespace tallowin

@@ -32,4 +32,10 @@ struct DesktopNamesPlan {
 [[nodiscard]] DesktopNamesPlan planDesktopNames(const X11DesktopProperties& properties, const X11DesktopState& state,
                                                 const std::map<ManagedSpaceID, std::string>& names);
 
+/// The window manager's own names, by managed id, that say more than which desktop it is: not its number (a mere number
+/// where desktops are dynamic), nor the number after a stem, where all names have that stem. `state` is what was read
+/// from the properties.
+[[nodiscard]] std::map<ManagedSpaceID, std::string> tellingDesktopNames(const X11DesktopProperties& properties,
+                                                                        const X11DesktopState& state);
+
 }  // namespace tallowin

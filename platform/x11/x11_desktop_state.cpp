@@ -5,6 +5,7 @@
 #include <limits>
 #include <set>
 
+#include "base/fnv1a.h"
 #include "platform/x11/x11_desktop_names_record.h"
 
 namespace tallowin {
@@ -50,14 +51,6 @@ std::vector<ManagedSpaceID> dynamicSpaceIDs(const X11DesktopProperties& properti
 }
 
 }  // namespace
-
-std::uint64_t fnv1a(std::string_view bytes) {
-  std::uint64_t hash = 0xcbf29ce484222325;
-  for (const char byte : bytes) {
-    hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
-  }
-  return hash;
-}
 
 std::vector<ManagedSpaceID> namedSpaceIDs(const std::vector<std::string>& names, std::size_t count) {
   std::vector<ManagedSpaceID> ids;

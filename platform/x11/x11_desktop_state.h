@@ -53,7 +53,4 @@ struct X11DesktopState {
 /// gets 2^48 plus a 48-bit hash of the name, or of its position when it has none.
 [[nodiscard]] std::vector<ManagedSpaceID> namedSpaceIDs(const std::vector<std::string>& names, std::size_t count);
 
-/// 64-bit FNV-1a (http://www.isthe.com/chongo/tech/comp/fnv/).
-[[nodiscard]] std::uint64_t fnv1a(std::string_view bytes);
-
 }  // namespace tallowin

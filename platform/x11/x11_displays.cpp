@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 
 #include "platform/x11/edid.h"
@@ -19,13 +20,16 @@ bool isPanel(std::string_view name) {
 
 /// What a monitor is put together from, asked for before any answer is awaited.
 struct MonitorCookies {
+  CGRect bounds;
   bool primary;
   xcb_get_atom_name_cookie_t name;
   std::optional<xcb_randr_get_output_property_cookie_t> edid;
 };
 
 MonitorCookies request(const X11Connection& connection, const xcb_randr_monitor_info_t& monitor) {
-  MonitorCookies cookies{monitor.primary != 0, xcb_get_atom_name(connection.raw(), monitor.name), std::nullopt};
+  const CGRect bounds{{static_cast<double>(monitor.x), static_cast<double>(monitor.y)},
+                      {static_cast<double>(monitor.width), static_cast<double>(monitor.height)}};
+  MonitorCookies cookies{bounds, monitor.primary != 0, xcb_get_atom_name(connection.raw(), monitor.name), std::nullopt};
   if (xcb_randr_monitor_info_outputs_length(&monitor) > 0) {
     cookies.edid =
         xcb_randr_get_output_property(connection.raw(), *xcb_randr_monitor_info_outputs(&monitor),
@@ -48,6 +52,18 @@ std::string takeEdid(X11Connection& connection, xcb_randr_get_output_property_co
   }
   return {reinterpret_cast<const char*>(xcb_randr_get_output_property_data(answer.get())),
           static_cast<std::size_t>(xcb_randr_get_output_property_data_length(answer.get()))};
+}
+
+/// What panels leave of the desktop that comes first (EWMH, _NET_WORKAREA); nothing when nobody says.
+std::optional<CGRect> parseWorkArea(const X11Property& property) {
+  std::array<std::uint32_t, 4> area{};
+  if (property.format != 32 || property.bytes.size() < sizeof area) {
+    return std::nullopt;
+  }
+  std::memcpy(area.data(), property.bytes.data(), sizeof area);
+  const auto [x, y, width, height] = area;
+  return CGRect{{static_cast<double>(x), static_cast<double>(y)},
+                {static_cast<double>(width), static_cast<double>(height)}};
 }
 
 }  // namespace
@@ -73,7 +89,7 @@ DisplayID X11Displays::CGDisplayGetDisplayIDFromUUID(std::string_view /*uuid*/) 
 }
 
 bool X11Displays::CGDisplayIsBuiltin(DisplayID display) {
-  return display == mainDisplay && std::ranges::any_of(monitors(), isPanel, &Monitor::name);
+  return display == mainDisplay && std::ranges::any_of(monitors(), &Monitor::isBuiltIn);
 }
 
 std::vector<Screen> X11Displays::screens() {
@@ -90,18 +106,26 @@ std::vector<Screen> X11Displays::screens() {
 
 std::vector<std::string> X11Displays::displaySetIdentifiers() {
   std::vector<std::string> identifiers;
-  for (const auto& monitor : monitors()) {
-    identifiers.push_back(monitorIdentity(monitor.edid).value_or(monitor.name));
+  for (const auto& [monitor, edid] : describedMonitors()) {
+    identifiers.push_back(monitorIdentity(edid).value_or(monitor.name));
   }
   return identifiers;
 }
 
-std::vector<X11Displays::Monitor> X11Displays::monitors() {
+std::vector<Monitor> X11Displays::monitors() {
+  std::vector<Monitor> found;
+  std::ranges::transform(describedMonitors(), std::back_inserter(found), &Described::monitor);
+  return found;
+}
+
+std::vector<X11Displays::Described> X11Displays::describedMonitors() {
   if (!connection_.hasExtension(xcb_randr_id)) {
     return {};
   }
+  const auto area = connection_.requestProperty(connection_.root(), X11Atom::netWorkarea, XCB_ATOM_CARDINAL);
   const auto answer =
       connection_.reply(xcb_randr_get_monitors_reply, xcb_randr_get_monitors(connection_.raw(), connection_.root(), 1));
+  const auto workArea = parseWorkArea(connection_.takeProperty(area));
   if (!answer) {
     return {};
   }
@@ -111,9 +135,12 @@ std::vector<X11Displays::Monitor> X11Displays::monitors() {
     cookies.push_back(request(connection_, *each.data));
   }
   std::ranges::stable_partition(cookies, &MonitorCookies::primary);
-  std::vector<Monitor> found;
-  for (const auto& [primary, name, edid] : cookies) {
-    found.push_back({takeName(connection_, name), edid ? takeEdid(connection_, *edid) : std::string()});
+  std::vector<Described> found;
+  for (const auto& [bounds, primary, nameCookie, edid] : cookies) {
+    const auto unobstructed = workArea ? intersection(bounds, *workArea) : CGRect();
+    const auto name = takeName(connection_, nameCookie);
+    found.push_back({{name, bounds, unobstructed == CGRect() ? bounds : unobstructed, isPanel(name), primary},
+                     edid ? takeEdid(connection_, *edid) : std::string()});
   }
   return found;
 }

@@ -24,14 +24,15 @@ class X11Displays : public Displays {
   std::vector<Screen> screens() override;
   /// One for each monitor: what its EDID says (monitorIdentity), else the name of its connector.
   std::vector<std::string> displaySetIdentifiers() override;
+  /// Empty without RandR 1.5.
+  std::vector<Monitor> monitors() override;
 
  private:
-  struct Monitor {
-    std::string name;  ///< usually the connector's, such as "eDP-1"
+  struct Described {
+    Monitor monitor;
     std::string edid;  ///< of its first output; empty when it has none
   };
-  /// The active monitors, the primary one first. Empty without RandR 1.5.
-  std::vector<Monitor> monitors();
+  std::vector<Described> describedMonitors();
 
   X11Connection& connection_;
   X11Glance& glance_;

@@ -24,6 +24,10 @@ std::optional<DesktopEntry> readEntry(const std::filesystem::path& path, const X
   return parseDesktopEntry(text, localeTags(environment.locale));
 }
 
+std::string notAnApplication(const std::filesystem::path& path) {
+  return path.string() + " is no desktop entry of an application";
+}
+
 }  // namespace
 
 std::optional<std::filesystem::path> X11Launcher::find(std::string_view bundleIdentifier) {
@@ -72,7 +76,8 @@ std::filesystem::path X11Launcher::resolve(const std::filesystem::path& applicat
 std::expected<void, std::string> X11Launcher::open(const std::filesystem::path& path,
                                                    const std::vector<std::string>& arguments) {
   if (path.extension() == ".desktop") {
-    return openEntry(path, arguments);
+    const auto entry = readEntry(path, installed_.environment());
+    return entry ? openEntry(path, *entry, arguments) : std::unexpected(notAnApplication(path));
   }
   if (path.is_absolute() && findProgram(path.string(), {})) {
     return processes_.launch({.executable = path.string(), .arguments = arguments, .addedEnvironment = {}});
@@ -85,18 +90,26 @@ std::expected<void, std::string> X11Launcher::open(const std::filesystem::path& 
                                 : std::unexpected("nothing can open " + path.string());
 }
 
-std::expected<void, std::string> X11Launcher::openEntry(const std::filesystem::path& path,
+std::expected<void, std::string> X11Launcher::openNewWindow(const std::filesystem::path& path) {
+  auto entry = readEntry(path, installed_.environment());
+  if (!entry || entry->newWindowExec.empty()) {
+    return open(path, {});
+  }
+  entry->exec = entry->newWindowExec;
+  return openEntry(path, *entry, {});
+}
+
+std::expected<void, std::string> X11Launcher::openEntry(const std::filesystem::path& path, const DesktopEntry& entry,
                                                         const std::vector<std::string>& arguments) {
   const auto& environment = installed_.environment();
-  const auto entry = readEntry(path, environment);
-  if (!entry || entry->hidden) {
-    return std::unexpected(path.string() + " is no desktop entry of an application");
+  if (entry.hidden) {
+    return std::unexpected(notAnApplication(path));
   }
-  auto words = expandExec(*entry, path.string(), arguments);
+  auto words = expandExec(entry, path.string(), arguments);
   if (words.empty()) {
     return std::unexpected(path.string() + " does not say what to run");
   }
-  if (entry->terminal) {
+  if (entry.terminal) {
     for (const auto* name : terminals) {
       if (const auto terminal = findProgram(name, environment.programFolders)) {
         words.insert(words.begin(), {terminal->string(), "-e"});

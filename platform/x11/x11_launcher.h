@@ -31,6 +31,10 @@ class X11Launcher {
   [[nodiscard]] std::expected<void, std::string> open(const std::filesystem::path& path,
                                                       const std::vector<std::string>& arguments);
 
+  /// Asks an application that runs for another window: starts the action of its desktop entry that opens one, else
+  /// itself again.
+  [[nodiscard]] std::expected<void, std::string> openNewWindow(const std::filesystem::path& path);
+
   /// Hands a URL or a path to the desktop's default handler (xdg-open, else gio). False when neither can be started.
   bool openURL(const std::string& url);
 
@@ -39,7 +43,7 @@ class X11Launcher {
 
  private:
   [[nodiscard]] std::optional<std::filesystem::path> findNamed(std::string_view name);
-  [[nodiscard]] std::expected<void, std::string> openEntry(const std::filesystem::path& path,
+  [[nodiscard]] std::expected<void, std::string> openEntry(const std::filesystem::path& path, const DesktopEntry& entry,
                                                            const std::vector<std::string>& arguments);
   [[nodiscard]] std::expected<void, std::string> start(std::vector<std::string> words);
 

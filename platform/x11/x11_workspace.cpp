@@ -126,25 +126,24 @@ std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleId
 void X11Workspace::openApplicationAtURL(const std::filesystem::path& application,
                                         const OpenConfiguration& configuration, OpenCompletion completion) {
   const auto file = launcher_.resolve(application);
+  const bool another = configuration.createsNewApplicationInstance || !configuration.arguments.empty();
+  const auto running = another ? std::nullopt : processOf(file);
   std::expected<void, std::string> result;
-  if (!activateRunning(file, configuration)) {
+  if (running && configuration.opensNewWindow) {
+    result = launcher_.openNewWindow(file);
+  } else if (!running || (configuration.activates && !activateWithOptions(*running))) {
     result = launcher_.open(file, configuration.arguments);
   }
   queue_.async([result = std::move(result), completion = std::move(completion)] { completion(result); });
 }
 
-bool X11Workspace::activateRunning(const std::filesystem::path& application, const OpenConfiguration& configuration) {
-  if (configuration.createsNewApplicationInstance || !configuration.arguments.empty()) {
-    return false;
-  }
+/// The process of an application that runs.
+std::optional<ProcessID> X11Workspace::processOf(const std::filesystem::path& application) {
   const auto snapshot = context_->applications.latest();
   const auto found = std::ranges::find_if(snapshot->applications, [&](const X11Application& running) {
     return launcher_.find(running.bundleIdentifier) == application;
   });
-  if (found == snapshot->applications.end()) {
-    return false;
-  }
-  return !configuration.activates || activateWithOptions(found->pid);
+  return found != snapshot->applications.end() ? std::optional(found->pid) : std::nullopt;
 }
 
 bool X11Workspace::openURL(std::string_view url) {

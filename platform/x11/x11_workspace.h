@@ -32,15 +32,15 @@ class X11Workspace : public Workspace {
   bool activateWithOptions(ProcessID pid) override;
 
   std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(std::string_view bundle) override;
-  /// Takes what X11Launcher::resolve() does. Makes an application active that runs already, unless another instance is
-  /// asked for or there are arguments to open.
+  /// Takes what X11Launcher::resolve() does. Makes an application active that runs already, or asks it for another
+  /// window, unless another instance is asked for or there are arguments to open.
   void openApplicationAtURL(const std::filesystem::path& application, const OpenConfiguration& configuration,
                             OpenCompletion completion) override;
   bool openURL(std::string_view url) override;
   std::optional<std::string> iconForFile(const std::filesystem::path& file) override;
 
  private:
-  [[nodiscard]] bool activateRunning(const std::filesystem::path& application, const OpenConfiguration& configuration);
+  [[nodiscard]] std::optional<ProcessID> processOf(const std::filesystem::path& application);
 
   MainQueue& queue_;
   X11Launcher& launcher_;

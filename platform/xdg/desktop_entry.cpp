@@ -4,6 +4,8 @@
 #include <map>
 #include <utility>
 
+#include "base/unicode.h"
+
 namespace tallowin {
 
 namespace {
@@ -21,8 +23,8 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-/// The keys of the first "[Desktop Entry]" group as they are written, languages included: "Name[de]".
-std::optional<Values> mainGroup(std::string_view text) {
+/// The keys of the first group with this header as they are written, languages included: "Name[de]".
+std::optional<Values> group(std::string_view text, std::string_view header) {
   std::optional<Values> values;
   while (!text.empty()) {
     const auto end = std::min(text.find('\n'), text.size());
@@ -32,7 +34,7 @@ std::optional<Values> mainGroup(std::string_view text) {
       if (values) {
         break;
       }
-      if (line == "[Desktop Entry]") {
+      if (line == header) {
         values.emplace();
       }
     } else if (const auto equals = line.find('='); values && equals != line.npos && !line.starts_with('#')) {
@@ -101,6 +103,20 @@ std::string localised(const Values& values, const std::string& key, const std::v
   return textOf(written(values, key));
 }
 
+/// The Exec line of the action that opens another window. Its name is a convention of applications.
+std::string newWindowExec(std::string_view text, const std::vector<std::string>& actions) {
+  for (const auto& action : actions) {
+    auto name = lowerCased(action);
+    std::erase_if(name, [](char c) { return c == '-' || c == '_'; });
+    const auto values =
+        name == "newwindow" || name == "newemptywindow" ? group(text, "[Desktop Action " + action + "]") : std::nullopt;
+    if (values) {
+      return textOf(written(*values, "Exec"));
+    }
+  }
+  return "";
+}
+
 bool intersect(const std::vector<std::string>& a, const std::vector<std::string>& b) {
   return std::ranges::any_of(a, [&](const std::string& item) { return std::ranges::find(b, item) != b.end(); });
 }
@@ -113,7 +129,7 @@ bool DesktopEntry::isOffered(const std::vector<std::string>& currentDesktops) co
 }
 
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const std::vector<std::string>& localeTags) {
-  const auto values = mainGroup(text);
+  const auto values = group(text, "[Desktop Entry]");
   if (!values) {
     return std::nullopt;
   }
@@ -126,6 +142,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const std::
   }
   entry.name = localised(*values, "Name", localeTags);
   entry.exec = textOf(written(*values, "Exec"));
+  entry.newWindowExec = newWindowExec(text, listOf(written(*values, "Actions")));
   entry.tryExec = textOf(written(*values, "TryExec"));
   entry.icon = localised(*values, "Icon", localeTags);
   entry.startupWMClass = textOf(written(*values, "StartupWMClass"));

@@ -9,8 +9,9 @@ namespace tallowin {
 
 /// What the desktop entry of an application says (Desktop Entry Specification 1.5). Absent texts are empty.
 struct DesktopEntry {
-  std::string name;  ///< in the user's language where the entry has it
-  std::string exec;  ///< the command line, see expandExec
+  std::string name;           ///< in the user's language where the entry has it
+  std::string exec;           ///< the command line, see expandExec
+  std::string newWindowExec;  ///< that of the action that opens another window; empty when it names none
   std::string tryExec;
   std::string icon;  ///< a name to look up or an absolute path
   std::string startupWMClass;

@@ -173,22 +173,55 @@ TEST(NoteFiles, AreMadeOnceAndOpened) {
   StoringProgram program("{}");
   auto& files = program.desktop.files();
   auto& store = program.store;
-  const NoteFiles notes(files, program.desktop.workspace(), program.desktop.folders());
+  const NoteFiles notes(files, program.desktop.workspace(), program.desktop.folders(), program.desktop.log());
   Space space;
   space.id = "x";
   store.setName("a/b:c", "x");
   const std::string file = "/home/user/Documents/Tallowin Notes/a-b-c.md";
-  notes.open(space, store);
+  EXPECT_TRUE(notes.open(space, store));
   EXPECT_EQ(files.read(file).value_or("none"), "# a/b:c\n\n\n\n- [ ] \n");
   EXPECT_EQ(program.take("openURL").at(0)["url"], "file:///home/user/Documents/Tallowin%20Notes/a-b-c.md");
 
   store.setNote("buy milk", "x");
-  notes.open(space, store);
+  EXPECT_TRUE(notes.open(space, store));
   EXPECT_EQ(files.read(file).value_or("none"), "# a/b:c\n\n\n\n- [ ] \n") << "the user's file is left alone";
   ASSERT_TRUE(files.remove(file));
-  notes.open(space, store);
+  EXPECT_TRUE(notes.open(space, store));
   EXPECT_EQ(files.read(file).value_or("none"), "# a/b:c\n\nbuy milk\n\n- [ ] \n");
   EXPECT_EQ(program.take("openURL").size(), 2U);
+}
+
+TEST(NoteFiles, HaveNamesThatFilesCanHave) {
+  StoringProgram program("{}");
+  const NoteFiles notes(program.desktop.files(), program.desktop.workspace(), program.desktop.folders(),
+                        program.desktop.log());
+  const auto folder = "/home/user/Documents/Tallowin Notes/";
+  std::string accented;
+  for (int i = 0; i < 300; ++i) {
+    accented += "é";
+  }
+  program.files().overwrite(std::string(folder) + "old\tname.md", "kept");
+  const std::pair<std::string, std::string> cases[] = {
+      {std::string(252, 'x'), std::string(252, 'x')},
+      {std::string(253, 'x'), std::string(252, 'x')},
+      {"x" + accented, "x" + accented.substr(0, 250)},  // 251 bytes, as the next letter takes two
+      {"a\nb\x7f\u0085"
+       "c",
+       "a-b--c"},
+      {"old\tname", "old\tname"}};
+  Space space;
+  space.id = "x";
+  for (const auto& [name, file] : cases) {
+    program.store.setName(name, "x");
+    EXPECT_TRUE(notes.open(space, program.store));
+    EXPECT_NE(program.fileText(folder + file + ".md"), "none") << file;
+  }
+  EXPECT_EQ(program.fileText(std::string(folder) + "old\tname.md"), "kept");
+  program.files().setDiskFull(true);
+  program.store.setName("full", "x");
+  program.lines.clear();
+  EXPECT_FALSE(notes.open(space, program.store));
+  EXPECT_EQ(program.takeLog().size(), 1U);
 }
 
 }  // namespace

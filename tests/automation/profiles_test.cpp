@@ -102,10 +102,11 @@ constexpr auto threeDesktops = R"({"start": "2026-03-02T09:00:00Z",
 struct TemplatesProgram : StoringProgram {
   explicit TemplatesProgram(std::string_view scenarioJSON = threeDesktops) : StoringProgram(scenarioJSON) {}
 
+  const DesktopTexts& texts = desktopTexts(DesktopKind::driven);
   SpaceTemplates templates{{store, desktop.workspace(), desktop.files(), storage, paths}};
   SpaceManagement management{{bridge, desktop.workspace(), desktop.accessibility(), desktop.events(), time}};
   TemplateCommands commands{
-      {templates, management, desktop.alerts(), desktop.toasts(), time, [this] { return snapshot(); }}};
+      {templates, management, desktop.alerts(), desktop.toasts(), time, texts, [this] { return snapshot(); }}};
 };
 
 TEST(SpaceTemplates, FillTheDesktopsThatThereAre) {
@@ -211,6 +212,8 @@ TEST(TemplateCommands, LeaveItWhereDesktopsCannotBeAdded) {
   TemplatesProgram program;
   program.commands.apply("Freelancer");
   EXPECT_EQ(program.take("alert").at(0)["messageText"], "Freelancer needs 2 more desktops");
+  program.management.addDesktop([](SpaceManagement::Result /*result*/) {});  // one comes while the question is open
+  program.time.advance(2s);
   program.desktop.parts().alerts.answer("Add Desktops");
   program.time.advance(20s);
   EXPECT_THAT(program.takeToasts(), ElementsAre("Applied Freelancer template (square.grid.2x2)"));
@@ -221,8 +224,13 @@ TEST(ProfilesAndTemplates, AreListedALineEach) {
   EXPECT_EQ(profileList({"Work\n", "Home"}, "Home"), "  Work \n* Home\n");
   EXPECT_EQ(templateList({{"Long one", "Sum\nmary", {{}, {}}}, {"B", "", {{}}}}),
             "Long one  2 Spaces  Sum mary\nB         1 Space   \n");
-  EXPECT_EQ(setUpSentence({3, 2}), "Set up 3 Spaces. Add 2 more desktops in Mission Control, then apply again.");
-  EXPECT_EQ(setUpSentence({4, 0}), "Set up 4 Spaces.");
+  const auto sentence = [](SpaceTemplates::Outcome outcome, DesktopKind kind) {
+    return setUpSentence(outcome, desktopTexts(kind));
+  };
+  EXPECT_EQ(sentence({3, 2}, DesktopKind::driven),
+            "Set up 3 Spaces. Add 2 more desktops in Mission Control, then apply again.");
+  EXPECT_EQ(sentence({3, 2}, DesktopKind::asked), "Set up 3 Spaces. Add 2 more desktops, then apply again.");
+  EXPECT_EQ(sentence({4, 0}, DesktopKind::driven), "Set up 4 Spaces.");
   EXPECT_EQ(profileRecords({{"Home", {}, Date()}}, "Home").at(0),
             (PropertyList{{"name", "Home"}, {"savedAt", "1970-01-01T00:00:00Z"}, {"isActive", true}}));
 }
@@ -233,6 +241,9 @@ TEST(AutomaticProfile, IsChosenForASetOfDisplays) {
   AutomaticProfile automatic({program.profiles, commands, program.settings, program.desktop.displays()});
   EXPECT_TRUE(automatic.choose("work", program.snapshot()));
   EXPECT_EQ(automatic.chosen(program.snapshot()), "work");
+  EXPECT_TRUE(program.profiles.saveCurrent("Work"));
+  automatic.displaysChanged(program.snapshot());
+  EXPECT_THAT(program.takeToasts(), ElementsAre("Profile: Work (person.crop.rectangle.stack)")) << "by another case";
   EXPECT_TRUE(automatic.choose(std::nullopt, program.snapshot()));
   EXPECT_EQ(automatic.chosen(program.snapshot()), std::nullopt);
 }

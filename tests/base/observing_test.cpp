@@ -4,6 +4,7 @@
 
 #include "base/broadcaster.h"
 #include "base/published.h"
+#include "base/subscriptions.h"
 
 namespace tallowin {
 namespace {
@@ -39,6 +40,17 @@ TEST(Broadcaster, AnObserverThatComesWhileTellingIsToldTheNextTime) {
   EXPECT_EQ(late, 0);
   broadcaster.tell();
   EXPECT_EQ(late, 1);
+}
+
+TEST(Subscriptions, EndInTheOrderOfTheirMaking) {
+  std::string ended;
+  {
+    Subscriptions subscriptions;
+    for (const char name : {'a', 'b', 'c'}) {
+      subscriptions.add(Subscription([&ended, name] { ended += name; }));
+    }
+  }
+  EXPECT_EQ(ended, "abc");
 }
 
 TEST(Broadcaster, MayGoBeforeItsSubscriptions) {

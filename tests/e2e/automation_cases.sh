@@ -10,6 +10,7 @@ automation_cases() {
   shortcut_case
   launch_and_hide_case
   keystroke_case
+  note_case
   record_case
   quit_instance
 }
@@ -115,6 +116,22 @@ keystroke_case() {
 pressed_key() {
   awk '/^KeyPress/ { press = 1 } press && /keysym/ { seen = $0; press = 0 } /keysym/ { press = 0 } END { print seen }' "$1" |
     grep -oE 'state 0x[0-9a-f]+|\(keysym [^)]*\)' | sed 's/keycode [0-9]* //' | paste -sd , | sed 's/,/, /'
+}
+
+# Opening the file is left to the desktop; here there is nothing that does.
+note_case() {
+  capability ""
+  local name notes
+  name=$(printf '%0300d' 7)
+  notes=$DESKTOP_DIRECTORY/tallowin/Documents/'Tallowin Notes'
+  ask edit 4 --name "$name" >/dev/null
+  do_command notes/4
+  pass_if_eventually "a Space with a long name has a note file" "# $name" head -n 1 "$notes/${name:0:252}.md"
+  rm -r "$notes"
+  : >"$notes"
+  do_command notes/4
+  pass_if_said "cannot write $notes/"
+  rm "$notes"
 }
 
 record_case() {

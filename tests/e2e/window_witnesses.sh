@@ -8,6 +8,7 @@ SAID_BEFORE=0
 install_notes() {
   mkdir -p "$HOME/.local/share/applications"
   printf '%s\n' '[Desktop Entry]' Type=Application Name=Notes 'Exec=xterm -class Notes -T NOTES' StartupWMClass=Notes \
+    'Actions=new-window;' '[Desktop Action new-window]' Name=New 'Exec=xterm -class Notes -T NEWNOTES' \
     >"$HOME/.local/share/applications/notes.desktop"
 }
 

@@ -54,7 +54,7 @@ struct ConvenientProgram : WindowsProgram {
   SpaceLock lock{{desktop.workspaceNotifications(), desktop.workspace(), desktop.system(), settings, time}};
   PulledAwayReaction reaction{{*mover, contents, desktop.workspace(), desktop.toasts(), time,
                                [this](const Space& space) { this->userSwitchesTo(space.managedID); }}};
-  AppRules rules{{store, *mover, settings, desktop.log()}};
+  AppRules rules{{store, *mover, settings, desktop.log(), desktopTexts(DesktopKind::driven)}};
   Scratchpad scratchpad{{*mover, contents, desktop.workspace(), settings, desktop.log()}};
 };
 
@@ -150,7 +150,7 @@ TEST(SpaceLock, OnlyAnApplicationActivatedJustBeforePulls) {
   }
 }
 
-TEST(PulledAwayReaction, OpensAnApplicationWithoutWindowsOnce) {
+TEST(PulledAwayReaction, OpensAnApplicationWithoutWindowsEachTime) {
   ConvenientProgram program;
   SimulatedApplication tray;
   tray.pid = 14;
@@ -158,14 +158,14 @@ TEST(PulledAwayReaction, OpensAnApplicationWithoutWindowsOnce) {
   tray.name = "Tray";
   program.state().applications.push_back(tray);
   const auto from = program.spaceNumbered(1);
-  for (int round = 0; round < 8; ++round) {  // it pulls again whenever it is opened
+  for (int round = 0; round < 2; ++round) {  // it pulls again whenever it is opened
     program.userActivates(14);
     program.userSwitchesTo(2);
     EXPECT_TRUE(program.lock.spaceChanged(from, program.spaceNumbered(2), false));
     EXPECT_EQ(program.snapshot().activeSpace()->managedID, 1);
     program.time.advance(300ms);
   }
-  EXPECT_THAT(program.take("openApplicationAtURL"), SizeIs(1));
+  EXPECT_THAT(program.take("openApplicationAtURL"), SizeIs(2));
   program.desktop.parts().workspaceNotifications.post(
       {NotificationName::NSWorkspaceDidActivateApplicationNotification, 99});
   EXPECT_TRUE(program.lock.spaceChanged(from, program.spaceNumbered(2), false));
@@ -216,8 +216,9 @@ TEST(SpaceMinimizer, UndoesOnce) {
   ConvenientProgram program;
   SpaceMinimizer minimizer(program.desktop.accessibility(), program.bridge);
   EXPECT_EQ(minimizer.minimizeAll(program.spaceNumbered(1), program.contents), 3U);
-  EXPECT_TRUE(minimizer.canUndo());
+  EXPECT_EQ(minimizer.minimizeAll(program.spaceNumbered(1), program.contents), 0U) << "and nothing is forgotten";
   minimizer.undo();
+  EXPECT_FALSE(program.state().window(111)->minimized);
   EXPECT_FALSE(minimizer.canUndo());
   program.state().window(111)->minimized = true;  // by hand, since
   minimizer.undo();

@@ -159,14 +159,13 @@ TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
   auto another = program.layouts->holdAutoSave();
   program.time.advance(300s);
   hold.cancel();
-  program.time.advance(300s);
+  EXPECT_EQ(program.fileText(layoutFile("auto")), saved);
   another.cancel();
+  const auto madeUpFor = program.fileText(layoutFile("auto"));
+  EXPECT_THAT(madeUpFor, HasSubstr("managed-2"));
   program.preferences.setObject("autoSaveLayout", false);
   program.time.advance(300s);
-  EXPECT_EQ(program.fileText(layoutFile("auto")), saved);
-  program.preferences.setObject("autoSaveLayout", true);
-  program.time.advance(300s);
-  EXPECT_THAT(program.fileText(layoutFile("auto")), HasSubstr("managed-2"));
+  EXPECT_EQ(program.fileText(layoutFile("auto")), madeUpFor);
 }
 
 std::string repeated(std::string_view text, int times) {
@@ -184,9 +183,25 @@ TEST(LayoutFileName, KeepsWhatFitsAndCutsWhatDoesNot) {
     const auto cut = layoutFileName("n", tooLong);
     const auto kept = "n--" + repeated(character, 57 / units);
     EXPECT_TRUE(cut.starts_with(kept)) << cut;
-    EXPECT_EQ(cut, layoutFileName("n", tooLong)) << "found again";
     EXPECT_NE(cut, layoutFileName("n", tooLong + "y")) << "not taken for another";
+    EXPECT_NE(cut, earlierLayoutFileName("n", tooLong));
     EXPECT_LE(cut.size(), kept.size() + character.size() + 20 + 5) << "the rest is a number and \".json\"";
+  }
+  EXPECT_EQ(layoutFileName("n", std::string(200, 'x')), "n--" + std::string(57, 'x') + "18165280817657860219.json");
+}
+
+TEST(LayoutManager, AFileUnderItsEarlierNameIsTakenOver) {
+  LayoutProgram program(desktopWithWindows(1));
+  const std::string setup(200, 'x');
+  const auto earlier = layoutFolder + earlierLayoutFileName("manual", setup);
+  auto layout = program.layouts->capture("manual", program.snapshot());
+  layout.displaySetup = setup;
+  program.files().overwrite(earlier, toJson(layout).dump());
+  for (int i = 0; i < 2; ++i) {
+    const auto loaded = program.layouts->load("manual", setup);
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(loaded->entries, layout.entries);
+    EXPECT_EQ(program.fileText(earlier), "none");
   }
 }
 
@@ -311,6 +326,39 @@ TEST(HomeDisplay, IsTheBuiltInOneElseTheOneWithTheMenuBar) {
   snapshot.displays.pop_back();
   EXPECT_EQ(homeDisplay(program.desktop.displays(), snapshot)->id, "with the menu bar");
   EXPECT_EQ(homeDisplay(program.desktop.displays(), SpaceSnapshot::empty()), std::nullopt);
+}
+
+TEST(PlanEjection, GathersWindowsOnTheMonitorThatStays) {
+  // panel: 800 x 600, of which 570 are free        external: 1600 x 900 to the right of it
+  const std::vector<Monitor> docked = {{"HDMI-1", {{800, 0}, {1600, 900}}, {{800, 0}, {1600, 900}}, false, true},
+                                       {"eDP-1", {{0, 0}, {800, 600}}, {{0, 30}, {800, 570}}, true, false}};
+  auto desk = docked;
+  desk[1].isBuiltIn = false;
+  auto mirrored = docked;
+  mirrored[0].bounds = mirrored[0].workArea = {{0, 0}, {800, 600}};
+  const CGRect far{{900, 100}, {300, 200}};
+  const CGRect stays{};
+  const struct {
+    const char* what;
+    const std::vector<Monitor>& monitors;
+    CGRect frame, planned;
+  } cases[] = {
+      {"keeps its place in the work area", docked, far, {{100, 130}, {300, 200}}},
+      {"is moved inside", docked, {{2000, 800}, {300, 200}}, {{500, 400}, {300, 200}}},
+      {"is made smaller", docked, {{800, 0}, {1600, 900}}, {{0, 30}, {800, 570}}},
+      {"mostly at home", docked, {{600, 100}, {300, 200}}, stays},
+      {"nowhere", docked, {{9000, 100}, {300, 200}}, stays},
+      {"no panel: at home on the primary one", desk, far, stays},
+      {"no panel", desk, {{10, 40}, {300, 200}}, {{810, 10}, {300, 200}}},
+      {"one shows what the other does", mirrored, {{10, 40}, {300, 200}}, stays},
+      {"no monitor", {}, far, stays},
+  };
+  for (const auto& [what, monitors, frame, planned] : cases) {
+    WindowInfo window;
+    window.frame = frame;
+    const auto plan = planEjection({window}, monitors);
+    EXPECT_EQ(plan.empty() ? stays : plan.at(0).frame, planned) << what;
+  }
 }
 
 TEST(DisplaySet, TheKeyDoesNotDependOnTheOrder) {

@@ -17,16 +17,21 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Counts how often a window list is read, and can keep it from being read.
+/// Counts how often a window list is read, can keep it from being read, and lets something happen while it is.
 class CountedWindowList : public WindowList {
  public:
   explicit CountedWindowList(WindowList& list) : list_(list) {}
 
   std::optional<PropertyList> CGWindowListCopyWindowInfo(std::uint32_t options, WindowNumber relativeTo) override {
     ++readings;
-    return works ? list_.CGWindowListCopyWindowInfo(options, relativeTo) : std::nullopt;
+    auto list = works ? list_.CGWindowListCopyWindowInfo(options, relativeTo) : std::nullopt;
+    if (const auto happens = std::exchange(meanwhile, nullptr)) {
+      happens();
+    }
+    return list;
   }
 
+  std::function<void()> meanwhile;
   int readings = 0;
   bool works = true;
 
@@ -42,6 +47,9 @@ struct ContentsProgram : SimulatedProgram {
       }
     };
   }
+
+  /// Gives a window another number, as if it had been closed and one like it opened.
+  void closeAndOpen(WindowNumber closed, WindowNumber opened) { state().window(closed)->number = opened; }
 
   [[nodiscard]] std::vector<WindowNumber> numbers(const std::vector<WindowInfo>& windows) const {
     std::vector<WindowNumber> result;
@@ -74,6 +82,25 @@ TEST(SpaceContents, ANewWindowIsReportedOnceInItsLife) {
   program.time.advance(10s);
   EXPECT_THAT(program.numbers(program.contents->windows(2)), ElementsAre(5, 2, 3));
   EXPECT_THAT(program.newWindows, ElementsAre(5)) << "its number has been seen before";
+}
+
+TEST(SpaceContents, AReadingForACommandReportsNothingAndIsNotUndoneByOneThatBeganBefore) {
+  ContentsProgram program(mailAndNotes);
+  program.contents->start();
+  program.windowList.meanwhile = [&] {
+    program.closeAndOpen(1, 6);
+    program.contents->readNow();
+  };
+  program.time.advance(150ms);
+  EXPECT_THAT(program.numbers(program.contents->windows(1)), ElementsAre(6));
+  EXPECT_THAT(program.newWindows, IsEmpty()) << "nothing is new to the first reading";
+  program.closeAndOpen(6, 7);
+  program.contents->readNow();
+  EXPECT_THAT(program.numbers(program.contents->windows(1)), ElementsAre(7));
+  EXPECT_THAT(program.newWindows, IsEmpty());
+  program.contents->refresh();
+  program.time.advance(150ms);
+  EXPECT_THAT(program.newWindows, ElementsAre(7));
 }
 
 TEST(SpaceContents, CallsUntilTheReadingShareIt) {

@@ -36,7 +36,9 @@ struct MovingProgram : WindowsProgram {
   WindowMover::Completion noted() {
     return [this, start = time.elapsed()](WindowMover::Result result) {
       const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(time.elapsed() - start).count();
-      outcomes.push_back(std::to_string(took) + ": " + (result ? "moved" : std::string(description(result.error()))));
+      outcomes.push_back(
+          std::to_string(took) + ": " +
+          (result ? "moved" : std::string(description(result.error(), desktopTexts(DesktopKind::driven)))));
     };
   }
 

@@ -223,6 +223,10 @@ TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
   open(client, "Editor");
   EXPECT_EQ(workspace_->runningApplicationsWithBundleIdentifier("editor").at(0).localizedName, "The Editor");
   EXPECT_EQ(openIt(entry), "opened") << "it runs: it is made the active one";
+  configuration.opensNewWindow = true;
+  EXPECT_EQ(openIt(entry), "opened by true") << "its Exec again";
+  std::ofstream(entry, std::ios::app) << "Actions=new-window;\n[Desktop Action new-window]\nExec=echo %c\n";
+  EXPECT_EQ(openIt(entry), "opened by echo The Editor");
   configuration.createsNewApplicationInstance = true;
   EXPECT_EQ(openIt(entry), "opened by true");
   std::filesystem::remove_all(folder);

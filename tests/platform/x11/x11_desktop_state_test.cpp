@@ -101,10 +101,28 @@ TEST(NamedSpaceIDs, AreAllDifferent) {
   EXPECT_EQ(namedSpaceIDs(names, 2).size(), 2U) << "names that are left over are ignored";
 }
 
-TEST(Fnv1a, GivesThePublishedValues) {
-  EXPECT_EQ(fnv1a(""), 0xcbf29ce484222325U);
-  EXPECT_EQ(fnv1a("a"), 0xaf63dc4c8601ec8cU);
-  EXPECT_EQ(fnv1a("foobar"), 0x85944171f73967e8U);
+TEST(TellingDesktopNames, AreThoseThatAreNoDefaultsAndNotOurs) {
+  const DesktopNamesRecord ours{.written = {"Mail", "2"}, .own = {"one", "2"}};
+  const struct {
+    Texts names;
+    Names expected;
+    DesktopNamesRecord record = {};
+    const char* windowManager = "Openbox";
+  } cases[] = {
+      {{"1", "2", "3"}, {}},
+      {{"Workspace 1", "Workspace 2"}, {}},
+      {{"Mail", "2", ""}, {{1, "Mail"}}},
+      {{"Workspace 1", "web"}, {{1, "Workspace 1"}, {2, "web"}}},
+      {{"2", "1", "3"}, {{1, "2"}, {2, "1"}}},
+      {{"Mail", "2", "3"}, {{1, "one"}}, ours},
+      {{}, {}},
+      {{"7", "2: web"}, {{2, "2: web"}}, {}, "i3"},
+  };
+  for (const auto& [names, expected, record, windowManager] : cases) {
+    const auto properties = desktops(3, encodeTexts(names), 0, record, windowManager);
+    EXPECT_EQ(tellingDesktopNames(properties, readX11DesktopState(properties)), expected)
+        << testing::PrintToString(names);
+  }
 }
 
 TEST(DesktopNamesRecord, ComesBackAsItWasOrNotAtAll) {

@@ -16,11 +16,12 @@ TEST(DesktopEntry, ReadsWhatAnEntrySays) {
       "# a comment\n[Some Group]\nName=Other\n\n[Desktop Entry]\r\n Type = Application \nName=Files\\sand\\\\more\n"
       "Name[de]=Dateien\nName[de_CH]=Ablage\nExec=files --new %U\nTryExec=files\nIcon=folder\nStartupWMClass=Files\n"
       "OnlyShowIn=GNOME;X\\;Y;\nNoDisplay=true\nTerminal=false\nno equals sign\nName=twice\n"
-      "[Desktop Action new]\nName=New window\nExec=other\nHidden=true\n",
+      "Actions=gone;NewWindow;\n[Desktop Action NewWindow]\nName=New window\nExec=other --window\nHidden=true\n",
       {"de_AT", "de"});
   ASSERT_TRUE(entry);
   EXPECT_EQ(entry->name, "Dateien");
   EXPECT_EQ(entry->exec, "files --new %U");
+  EXPECT_EQ(entry->newWindowExec, "other --window");
   EXPECT_EQ(entry->tryExec, "files");
   EXPECT_EQ(entry->icon, "folder");
   EXPECT_EQ(entry->startupWMClass, "Files");
