@@ -14,7 +14,7 @@ constexpr std::size_t meaningColumn = 34;
 
 constexpr auto meanings = std::to_array<ExitStatusMeaning>({
     {exit_status::success, "Done."},
-    {exit_status::failure, "Nothing was done, for the reason given."},
+    {exit_status::failure, "Nothing was done, for the reason given; or doctor found something to attend to."},
     {exit_status::notObserved, "What was asked for was not seen to happen."},
     {exit_status::usage, "A mistake in the arguments."},
     {exit_status::badData, "A file cannot be understood, or a URL names a query key twice."},

@@ -51,7 +51,7 @@ void SpaceRequests::addTo(RequestTable& table) {
 bool SpaceRequests::haveSpaces(const RequestJob& job) const {
   const bool have = !services_.watcher.snapshot().get().displays.empty();
   if (!have) {
-    job.fail("there are no desktops here; \"tallowin --probe\" tells what is missing", exit_status::unavailable);
+    job.fail("there are no desktops here; \"tallowin doctor\" tells what is missing", exit_status::unavailable);
   }
   return have;
 }
