@@ -194,10 +194,10 @@ void RecordRequests::restore(RequestJob job) const {
   const auto restored = number && *number > 0 ? backups.restore(static_cast<std::size_t>(*number)) : std::nullopt;
   if (!restored) {
     job.fail("there is no copy " + operand + "; \"tallowin restore\" lists them");
-  } else if (*restored == Backups::Restored::withoutDesktops) {
-    job.fail("everything is back, but desktops that were removed were not seen to come back");
-  } else {
+  } else if (*restored == Backups::Restored::all) {
     job.succeedOnceSaved(services_.storage);
+  } else if (job.save(services_.storage)) {
+    job.fail("everything is back, but desktops that were removed were not seen to come back");
   }
 }
 

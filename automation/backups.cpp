@@ -23,7 +23,7 @@ std::optional<Backups::Copy> copyFrom(const PropertyList& json) {
   const auto keptAt = property_list::member(json, "exportedAt", property_list::text);
   const auto date = keptAt ? dateFromISO8601(*keptAt) : std::nullopt;
   const auto reason = property_list::member(json, "reason", property_list::text);
-  return date && reason ? std::optional(Backups::Copy{*date, *reason}) : std::nullopt;
+  return date && reason && isBundle(json) ? std::optional(Backups::Copy{*date, *reason}) : std::nullopt;
 }
 
 }  // namespace

@@ -62,6 +62,10 @@ std::expected<Bundle, std::string> bundleFromJson(const PropertyList& json) {
 
 }  // namespace
 
+bool isBundle(const PropertyList& json) {
+  return bundleFromJson(json).has_value();
+}
+
 bool isExported(std::string_view settingKey) {
   constexpr auto kept = std::to_array<std::string_view>(
       {"didShowOnboarding", "activeProfile", "profileByDisplaySetup", "recentSpaceNames", "demoMode"});

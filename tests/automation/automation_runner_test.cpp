@@ -217,7 +217,7 @@ TEST(NoteFiles, HaveNamesThatFilesCanHave) {
     EXPECT_NE(program.fileText(folder + file + ".md"), "none") << file;
   }
   EXPECT_EQ(program.fileText(std::string(folder) + "old\tname.md"), "kept");
-  program.files().setDiskFull(true);
+  program.files().setRoom(0);
   program.store.setName("full", "x");
   program.lines.clear();
   EXPECT_FALSE(notes.open(space, program.store));

@@ -74,7 +74,8 @@ TEST(Backups, AreTheLastFiveThatCanBeRead) {
   auto& files = program.desktop.parts().files;
   files.corrupt(supportFolder + "Backups/5.json");
   files.replace(supportFolder + "Backups/x.json", "{}");
-  files.replace(supportFolder + "Backups/4.json", R"({"reason": "no date"})");
+  files.replace(supportFolder + "Backups/4.json",
+                R"({"reason": "nothing in it", "exportedAt": "2026-03-02T09:00:00Z"})");
   EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
   files.setRoom(0);
   program.backups.keep("not kept");
