@@ -20,20 +20,13 @@ X11Glance::View X11Glance::look() {
   if (const auto size = connection_.reply(xcb_get_geometry_reply, sizeCookie)) {
     view->rootSize = {static_cast<double>(size->width), static_cast<double>(size->height)};
   }
-  const std::lock_guard lock(mutex_);
   latest_ = view;
   madeAt_ = stamp;
   return view;
 }
 
 X11Glance::View X11Glance::present() {
-  {
-    const std::lock_guard lock(mutex_);
-    if (latest_ != nullptr && moment_.lasts(madeAt_)) {
-      return latest_;
-    }
-  }
-  return look();
+  return latest_ != nullptr && moment_.lasts(madeAt_) ? latest_ : look();
 }
 
 }  // namespace tallowin

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <xcb/xcb.h>
 
 #include "platform/geometry.h"
@@ -21,7 +20,7 @@ struct X11View {
   xcb_window_t underPointer = XCB_WINDOW_NONE;  ///< a child of the root window, such as a frame
 };
 
-/// Reads all of that together, in the one round trip that the desktops alone would cost. Any thread.
+/// Reads all of that together, in the one round trip that the desktops alone would cost. Main thread only.
 class X11Glance {
  public:
   /// Owned by whoever looks at it, and by this object until the next look.
@@ -42,7 +41,6 @@ class X11Glance {
   X11DesktopReader& desktops_;
   X11Moment& moment_;
 
-  std::mutex mutex_;  ///< guards what follows
   View latest_;
   X11Moment::Stamp madeAt_;
 };
