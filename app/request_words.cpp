@@ -167,7 +167,8 @@ RequestNature RequestWords::nature() const {
   if (kind == RequestKind::start || kind == RequestKind::url) {
     return kind == RequestKind::start ? control : action;
   }
-  const bool lists = (kind == profile || kind == layTemplate) && operands.front() == "list";
+  const bool lists =
+      kind == restore ? operands.empty() : (kind == profile || kind == layTemplate) && operands.front() == "list";
   const bool shows = kind == automation && (operands.size() == 1 || operands[1] == "get");
   if (lists || shows) {
     return query;

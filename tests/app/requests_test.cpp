@@ -68,6 +68,25 @@ TEST(RequestWords, AreReadOrRefusedInOneLine) {
   }
 }
 
+TEST(RequestWords, ThatOnlyTellSomethingStartNothing) {
+  const std::pair<Words, RequestNature> cases[] = {
+      {{}, RequestNature::control},
+      {{"tallowin://back"}, RequestNature::action},
+      {{"switch", "2"}, RequestNature::action},
+      {{"list"}, RequestNature::query},
+      {{"watch"}, RequestNature::control},
+      {{"profile", "list"}, RequestNature::query},
+      {{"profile", "use", "Work"}, RequestNature::action},
+      {{"automation", "2"}, RequestNature::query},
+      {{"automation", "2", "run"}, RequestNature::action},
+      {{"restore"}, RequestNature::query},
+      {{"restore", "1"}, RequestNature::action},
+  };
+  for (const auto& [words, nature] : cases) {
+    EXPECT_EQ(readRequestWords(words)->nature(), nature) << testing::PrintToString(words);
+  }
+}
+
 TEST(FrontArguments, TellWhatTheInstanceCanDo) {
   struct Case {
     std::vector<const char*> arguments;
