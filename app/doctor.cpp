@@ -55,7 +55,8 @@ std::string jsonOf(const DoctorReport& report) {
 
 DoctorReport reportOfInstance(std::vector<SetUpCheck> checks, const Settings& settings,
                               std::optional<std::uint16_t> port) {
-  checks.insert(checks.begin(), {"Running", true, "Tallowin " + programVersion().version + " runs, once."});
+  checks.insert(checks.begin(),
+                {"Running", true, "Tallowin " + programVersion().version + " runs, and is the only one."});
   checks.push_back(httpCheck(settings, true, port));
   return {true, std::move(checks)};
 }

@@ -47,7 +47,9 @@ std::vector<SetUpCheck> setUpChecks(const Platform& platform, const Storage& sto
   const bool trusted = platform.accessibility.AXIsProcessTrusted();
   const bool permitted = platform.screenCapture.CGPreflightScreenCaptureAccess();
   const bool saved = storage.isSound();
-  const auto* const advice = "Where a desktop asks for a permission, give it in the system's settings.";
+  const auto* const advice = platform.desktopKind == DesktopKind::driven
+                                 ? "Give Tallowin the permission in the system's settings."
+                                 : "It takes a desktop for that; see what is said of the display.";
   std::vector<SetUpCheck> checks = {
       {"Accessibility", trusted, trusted ? "Windows can be moved." : "Windows cannot be moved.", trusted ? "" : advice},
       {"Screen Recording", permitted, permitted ? "Pictures can be taken." : "Pictures cannot be taken.",
