@@ -241,7 +241,7 @@ TEST(AutomaticProfile, IsChosenForASetOfDisplays) {
   AutomaticProfile automatic({program.profiles, commands, program.settings, program.desktop.displays()});
   EXPECT_TRUE(automatic.choose("work", program.snapshot()));
   EXPECT_EQ(automatic.chosen(program.snapshot()), "work");
-  EXPECT_TRUE(program.profiles.saveCurrent("Work"));
+  program.profiles.saveCurrent("Work");
   automatic.displaysChanged(program.snapshot());
   EXPECT_THAT(program.takeToasts(), ElementsAre("Profile: Work (person.crop.rectangle.stack)")) << "by another case";
   EXPECT_TRUE(automatic.choose(std::nullopt, program.snapshot()));
