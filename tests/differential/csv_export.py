@@ -47,7 +47,7 @@ def main():
             expected.append([day, names.get(id, "Removed Space"), minutes(time)])
     text = file_at_end(records, EXPORT)
     seen = list(csv.reader(io.StringIO(text, newline=""), strict=True))
-    compare([("lines", len(expected), len(seen)), ("last character", True, not text.endswith("\n"))] +
+    compare([("lines", len(expected), len(seen)), ("last character", "\n", text[-1:])] +
             [("line %d" % (i + 1), *lines) for i, lines in enumerate(zip(expected, seen))])
 
 

@@ -33,7 +33,7 @@ file_cases() {
   for section in 1 5; do
     clean "tallowin($section) formats without a warning" format_page "$share/man/man$section/tallowin.$section.gz"
   done
-  pass_if "tallowin(1) tells of words, URLs and options" "list [--json] [--names] [--urls]
+  pass_if "tallowin(1) tells of words, URLs and options" "list [--json] [--names] [--urls] [--format TEXT]
 tallowin://switch/SPACE
 --get KEY" "$(page 1 | grep -oE '^ +(list \[.*|tallowin://switch/.*|--get .*)' | sed 's/^ *//')"
   pass_if "tallowin(5) tells what a setting does" \
