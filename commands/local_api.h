@@ -24,8 +24,8 @@ namespace tallowin {
 /// Lets other programs of this machine read the Spaces and send commands over HTTP, while the setting "localAPI" is on.
 /// "GET /spaces" is open to all of them; "POST /command?url=tallowin://..." needs "Authorization: Bearer TOKEN", where
 /// the token is what only the user can read in "api-token.txt". A request that names another host is refused where it
-/// would be granted, as web pages can have a name of their own lead here. Main thread only, except token() and respond(), which
-/// any thread may call.
+/// would be granted, as web pages can have a name of their own lead here. Main thread only, except token() and
+/// respond(), which any thread may call.
 class LocalAPI {
  public:
   struct Services {

@@ -144,7 +144,7 @@ std::vector<std::string> story(const std::string& scenario) {
   ResidentProgram program(scenario);
   program.begin();
   program.time.run();
-  const std::set<std::string> transport = {"script", "answer", "respond", "busReply"};
+  const std::set<std::string> transport = {"script", "answer", "respond", "busReply", "restrictMode"};
   std::erase_if(program.lines, [&](const std::string& line) {
     const auto record = Json::parse(line);
     return record["t"] < 3 || transport.contains(record["op"]);

@@ -83,13 +83,6 @@ TEST(ProfileStore, AFileThatCannotBeUnderstoodIsKeptAside) {
     EXPECT_EQ(program.fileText(profilesFile + ".unreadable-20260302T090000Z"), content);
     EXPECT_THAT(program.profiles.names(), ElementsAre("Work"));
   }
-  ProfilesProgram program;
-  program.files().overwrite(profilesFile, "?");
-  program.files().setUnwritable(supportFolder, true);
-  program.profiles.saveCurrent("Work");
-  EXPECT_FALSE(program.storage.isSound());
-  EXPECT_EQ(program.fileText(profilesFile), "?");
-  EXPECT_THAT(program.profiles.names(), ElementsAre("Work")) << "it counts before it is in the file";
 }
 
 constexpr auto threeDesktops = R"({"start": "2026-03-02T09:00:00Z",

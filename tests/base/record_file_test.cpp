@@ -122,7 +122,7 @@ TEST_F(RecordFileTest, WhatWasNotUnderstoodIsNeverOverwritten) {
   files.setUnwritable("/home/u", false);
   time.advance(1s);
   EXPECT_EQ(stored(), "[1]");
-  EXPECT_EQ(files.read(std::string(path) + ".unreadable-20260302T090000Z").value_or(""), "theirs");
+  EXPECT_EQ(files.read(std::string(path) + ".unreadable-20260302T090001Z").value_or(""), "theirs");
 }
 
 }  // namespace

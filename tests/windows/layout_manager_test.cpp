@@ -131,19 +131,6 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
   }
 }
 
-TEST(LayoutManager, AFullDiskOnlyMeansThatNothingWasSaved) {
-  LayoutProgram program(desktopWithWindows(2));
-  program.layouts->save("manual", program.snapshot());
-  const auto before = program.fileText(layoutFile("manual"));
-  program.files().setRoom(0);
-  program.moveByHand(101, 5);
-  program.readWindows();
-  program.lines.clear();
-  EXPECT_EQ(program.layouts->save("manual", program.snapshot()).entries.size(), 2U);
-  EXPECT_THAT(program.takeLog(), ElementsAre(HasSubstr("cannot write")));
-  EXPECT_EQ(program.fileText(layoutFile("manual")), before);
-}
-
 TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
   LayoutProgram program(desktopWithWindows(1));
   program.layouts->startAutoSave([&] { return program.snapshot(); });
