@@ -52,7 +52,7 @@ constexpr Event calmEvents[] = {
     {2, R"({"do": "runCommand", "arguments": ["pin", "App$pid", "$number"]})"},
     {2, R"({"do": "runCommand", "arguments": ["profile", "?save|use|delete", "Work"]})"},
     {1, R"({"do": "runCommand", "arguments": ["?export|import", "/home/user/all.json"]})"},
-    {2, R"({"do": "runCommand", "arguments": ["restore", "$few"]})"},
+    {2, R"({"do": "runCommand", "arguments": ["restore", "$number"]})"},
     {1, R"({"do": "runCommand", "arguments": ["time", "--csv", "/home/user/times.csv"]})"},
     {2, R"({"do": "httpRequest", "target": "/spaces"})"},
     {1, R"({"do": "runIntent", "intent": "SwitchSpaceIntent", "parameters": {"space": "$number"}})"},
