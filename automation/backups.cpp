@@ -1,6 +1,7 @@
 #include "automation/backups.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 #include "base/date_text.h"
