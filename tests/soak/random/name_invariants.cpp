@@ -38,8 +38,10 @@ class NamesAreKept : public Invariant {
       const int status = record.value("status", -1);
       if (edit != edits_.end() && (status == 0 || status == notSaved)) {
         say(edit->second.id, edit->second.said);
-        if (status == 0 && edit->second.isSavedFirst) {
-          pendingSince_.reset();
+        if (edit->second.isSavedFirst && written_) {
+          pendingSince_.reset();  // status 73 may tell of another file
+        }
+        if (edit->second.isSavedFirst && status == 0) {
           lookForNames("what is acknowledged as saved is in the file");
         }
       }
