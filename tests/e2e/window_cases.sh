@@ -320,7 +320,7 @@ saved_space_case() {
   pass_if_eventually "save-space closes the windows" "" window_called ONE
   pass_if_eventually "all of them" "" window_called TWO
   pass_if "but none elsewhere" "$trial" "$(window_called TRIAL)"
-  pass_if "it says what it saved" "Desktop 2  $1 apps  0 tabs" "$(ask saved-spaces | grep -o '  Desktop.*' | cut -c 3-)"
+  pass_if "it says what it saved" "Desktop 2  $1 app$([ "$1" = 1 ] || echo s)  0 tabs" "$(ask saved-spaces | grep -o '  Desktop.*' | cut -c 3-)"
   ask reopen 'desktop 2' >/dev/null
   eventually window_is_listed NOTES
   pass_if "its application starts when it is reopened by its name" NOTES \
