@@ -51,8 +51,8 @@ class RecordFile {
   RecordFile(const RecordFile&) = delete;
   RecordFile& operator=(const RecordFile&) = delete;
 
-  /// Where there is no file yet, gives its name to the one that stands under an earlier name. That this was not possible
-  /// is logged.
+  /// Where there is no file yet, gives its name to the one that stands under an earlier name. That this was not
+  /// possible is logged.
   void takeOver(const std::filesystem::path& earlier);
 
   /// What `parse` makes of the content: the value, or why there is none. Nothing where there is no file, or when it
