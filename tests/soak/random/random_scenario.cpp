@@ -177,6 +177,8 @@ class ScriptDrawer {
   void end() {
     if (dice_.chance(20)) {
       milliseconds_ += dice_.pick(0, 6000);
+      add(R"({"do": "runCommand", "arguments": ["tallowin://rename/$number?name=$encoded"]})");
+      milliseconds_ += dice_.pick(0, 600);
       add(R"({"do": "quit"})");
       return;
     }
