@@ -129,7 +129,9 @@ note_case() {
   pass_if_eventually "a Space with a long name has a note file" "# $name" head -n 1 "$notes/${name:0:252}.md"
   rm -r "$notes"
   : >"$notes"
-  do_command notes/4
+  listen
+  pass_if "that a file cannot be written is answered" "tallowin: The note could not be saved: Not a directory
+exit 1" "$(ask tallowin://notes/4)"
   pass_if_said "cannot write $notes/"
   rm "$notes"
 }
