@@ -12,7 +12,7 @@ namespace {
 using IDs = DesktopPlaces::IDs;
 
 TEST(DesktopPlaces, KeepWhoIsWhoWhateverComesAndGoes) {
-  const auto counts = [](std::initializer_list<std::size_t> seen) {
+  const auto counts = [](const std::vector<std::size_t>& seen) {
     return [seen](DesktopPlaces& places) {
       for (const auto count : seen) {
         places.countSeen(count);
