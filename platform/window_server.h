@@ -8,37 +8,11 @@
 #include <vector>
 
 #include "platform/accessibility.h"
+#include "platform/desktop.h"
 #include "platform/identifiers.h"
 #include "platform/property_list.h"
 
 namespace tallowin {
-
-/// What of the window server's private functions can be used, as an option set of seven bits.
-class CGSBridgeHealth {
- public:
-  enum Bit : std::uint32_t {
-    connection = 1,            ///< the connection id is not zero
-    managedDisplaySpaces = 2,  ///< the function for the list of Spaces exists
-    activeMenuBarDisplay = 4,  ///< the function for the menu-bar display exists
-    activeSpace = 8,           ///< the function for the active Space exists
-    notifications = 16,        ///< the function that registers for notifications exists
-    symbolicHotKeys = 32,      ///< the functions that read and enable symbolic hot keys both exist
-    spacesListed = 64,         ///< the list can be fetched now and holds at least one display
-  };
-
-  /// Without these three bits Spaces cannot be detected.
-  static constexpr std::uint32_t required = connection | managedDisplaySpaces | spacesListed;
-
-  constexpr CGSBridgeHealth() = default;
-  constexpr explicit CGSBridgeHealth(std::uint32_t bits) : bits_(bits) {}
-
-  [[nodiscard]] constexpr std::uint32_t bits() const { return bits_; }
-  [[nodiscard]] constexpr bool healthy() const { return (bits_ & required) == required; }
-  constexpr bool operator==(const CGSBridgeHealth&) const = default;
-
- private:
-  std::uint32_t bits_ = 0;
-};
 
 /// Symbolic hot keys of Mission Control, by their numbers in the system's table.
 namespace symbolic_hot_key {
