@@ -10,16 +10,16 @@
 namespace tallowin {
 
 /// One Space as the Dock sees it.
-struct DesktopSpace {
+struct DockSpace {
   ManagedSpaceID id = 0;
   bool ordinary = true;  ///< a desktop, not an application's full-screen Space
-  bool operator==(const DesktopSpace&) const = default;
+  bool operator==(const DockSpace&) const = default;
 };
 
 /// The Spaces of one display, left to right.
 struct DesktopRow {
   std::string display;  ///< display identifier
-  std::vector<DesktopSpace> spaces;
+  std::vector<DockSpace> spaces;
   std::optional<ManagedSpaceID> active;
   bool operator==(const DesktopRow&) const = default;
 };

@@ -6,7 +6,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "EmulatedDock";
+constexpr auto emulatedDockCategory = "EmulatedDock";
 
 }  // namespace
 
@@ -30,11 +30,11 @@ bool EmulatedDock::handle(const EmulatedEvent& event) {
 void EmulatedDock::swipe(const EmulatedEvent& event) {
   const auto read = readDockSwipe(event);
   if (!read) {
-    log_.error(category, "ignored a malformed gesture: " + read.error());
+    log_.error(emulatedDockCategory, "ignored a malformed gesture: " + read.error());
     return;
   }
   if (behaviour_.requiresAugmentedSwipes && !read->augmented) {
-    log_.error(category, "ignored a gesture without a device report");
+    log_.error(emulatedDockCategory, "ignored a gesture without a device report");
     return;
   }
   if (read->phase == DockSwipe::Phase::began) {
@@ -42,7 +42,7 @@ void EmulatedDock::swipe(const EmulatedEvent& event) {
     return;
   }
   if (!swipeDirection_ || *swipeDirection_ != read->direction) {
-    log_.error(category, "ignored a malformed gesture: it did not begin");
+    log_.error(emulatedDockCategory, "ignored a malformed gesture: it did not begin");
     swipeDirection_.reset();
     return;
   }
@@ -135,7 +135,7 @@ void EmulatedDock::perform(const std::string& display) {
   }
   const auto base = std::exchange(journey.base, std::nullopt);
   const auto from = base ? base : departure(journey, *row);
-  const auto at = std::ranges::find_if(row->spaces, [&](const DesktopSpace& space) { return space.id == from; });
+  const auto at = std::ranges::find_if(row->spaces, [&](const DockSpace& space) { return space.id == from; });
   if (at == row->spaces.end()) {
     return;
   }

@@ -93,7 +93,7 @@ std::vector<MissionControlBar::Thumbnail> MissionControlBar::thumbnails(const st
   std::vector<Thumbnail> thumbnails;
   std::size_t number = 0;
   for (const auto& row : desktops_.rows()) {
-    const auto ordinary = std::ranges::count_if(row.spaces, &DesktopSpace::ordinary);
+    const auto ordinary = std::ranges::count_if(row.spaces, &DockSpace::ordinary);
     for (const auto& space : row.spaces) {
       number += space.ordinary ? 1 : 0;
       if (row.display != display) {

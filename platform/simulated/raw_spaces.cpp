@@ -107,7 +107,7 @@ std::vector<DesktopRow> RawSpaces::rows() const {
 
 std::optional<std::string> RawSpaces::displayOf(ManagedSpaceID space) const {
   for (const auto& row : rows()) {
-    if (std::ranges::find(row.spaces, space, &DesktopSpace::id) != row.spaces.end()) {
+    if (std::ranges::find(row.spaces, space, &DockSpace::id) != row.spaces.end()) {
       return row.display;
     }
   }
@@ -189,8 +189,8 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
     return std::nullopt;
   }
   const auto row = rowOf(*entry).spaces;
-  const auto at = std::ranges::find(row, space, &DesktopSpace::id);
-  const auto ordinary = std::ranges::count_if(row, &DesktopSpace::ordinary);
+  const auto at = std::ranges::find(row, space, &DockSpace::id);
+  const auto ordinary = std::ranges::count_if(row, &DockSpace::ordinary);
   if (row.size() < 2 || (at->ordinary && ordinary < 2)) {
     return std::nullopt;
   }

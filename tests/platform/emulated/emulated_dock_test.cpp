@@ -35,7 +35,7 @@ class EmulatedDockTest : public testing::Test {
   /// The switch that was asked for last has taken place.
   void arrive() {
     for (auto& row : desktops.displays) {
-      if (std::ranges::find(row.spaces, desktops.switched.back(), &DesktopSpace::id) != row.spaces.end()) {
+      if (std::ranges::find(row.spaces, desktops.switched.back(), &DockSpace::id) != row.spaces.end()) {
         row.active = desktops.switched.back();
         dock.activeSpaceChanged(row.display);
       }

@@ -28,7 +28,7 @@ class FakeDesktops : public DesktopOperations {
   bool removeDesktop(ManagedSpaceID space) override {
     removed.push_back(space);
     for (auto& row : displays) {
-      std::erase_if(row.spaces, [&](const DesktopSpace& candidate) { return candidate.id == space; });
+      std::erase_if(row.spaces, [&](const DockSpace& candidate) { return candidate.id == space; });
     }
     return true;
   }

@@ -164,7 +164,7 @@ TEST(RawSpacesTest, readsAroundMalformedEntriesAndKeepsThemThroughChanges) {
 TEST(RawSpacesTest, desktopsAreAddedBehindTheOrdinaryOnesUnderNewIDs) {
   RawSpaces spaces(malformedInPlaces());
   EXPECT_EQ(spaces.addDesktop("A"), 10);
-  EXPECT_EQ(spaces.rows()[0].spaces, (std::vector<DesktopSpace>{{1, true}, {2, true}, {10, true}, {9, false}}));
+  EXPECT_EQ(spaces.rows()[0].spaces, (std::vector<DockSpace>{{1, true}, {2, true}, {10, true}, {9, false}}));
   EXPECT_EQ(spaces.remove(10), 2);
   EXPECT_EQ(spaces.addDesktop("B"), 11) << "ids are not used twice";
   EXPECT_EQ(spaces.addDesktop("C"), std::nullopt);
