@@ -35,16 +35,8 @@ void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot, Duration
 
 bool PreviewService::capture(const Space& space) {
   const auto display = displayWithIdentifier(services_.displays, space.displayID);
-  const auto image = services_.screenCapture.captureDisplay(display);
-  if (!image || image->width <= 0) {
-    return false;
-  }
-  const int width = std::min(previewWidth, image->width);
-  const int height = std::max(1, static_cast<int>(static_cast<std::int64_t>(image->height) * width / image->width));
-  const auto preview = services_.images.scaled(*image, width, height);
-  return preview &&
-         services_.files.writeAtomically(imageFile(space), services_.images.encodeJPEG(*preview, previewQuality), 0600)
-             .has_value();
+  const auto preview = services_.screenCapture.capturePreview(display, previewWidth, previewQuality, services_.images);
+  return preview && services_.files.writeAtomically(imageFile(space), *preview, 0600).has_value();
 }
 
 }  // namespace tallowin

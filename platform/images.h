@@ -22,6 +22,7 @@ struct Image {
 struct SketchBox {
   CGRect frame;
   std::string label;  ///< UTF-8, drawn inside the frame's top edge and cut off at its sides
+  bool operator==(const SketchBox&) const = default;
 };
 
 /// Decoding, scaling and encoding of pictures. Any thread, except sketch(), which the main thread calls.

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <deque>
+#include <string>
+#include <vector>
+
 #include "platform/screen_capture.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
@@ -14,11 +18,29 @@ class SimulatedScreenCapture : public ScreenCapture {
 
   bool CGPreflightScreenCaptureAccess() override { return state_.screenRecordingAllowed; }
   std::optional<Image> captureDisplay(DisplayID display) override;
+  /// Drawn once for as long as the display looks as before: drawing takes longer than anything else in a simulation.
+  std::optional<std::string> capturePreview(DisplayID display, int width, int quality, Images& images) override;
 
  private:
+  /// All that a picture of a display depends on.
+  struct View {
+    CGSize size;
+    std::vector<SketchBox> boxes;  ///< of the windows, the rearmost first
+    bool operator==(const View&) const = default;
+  };
+  struct Preview {
+    View view;
+    int width;
+    int quality;
+    std::optional<std::string> jpeg;
+  };
+
+  [[nodiscard]] std::optional<View> view(DisplayID display) const;
+
   const DesktopState& state_;
   Images& images_;
   Journal& journal_;
+  std::deque<Preview> previews_;  ///< the latest first
 };
 
 }  // namespace tallowin
