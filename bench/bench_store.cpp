@@ -10,12 +10,13 @@
 #include "base/json_text.h"
 #include "core/space_state.h"
 #include "core/space_store.h"
+#include "platform/linux/event_loop.h"
+#include "platform/linux/lazy_images.h"
+#include "platform/linux/system_clock.h"
+#include "platform/linux/system_log.h"
+#include "platform/linux/thread_work_queues.h"
+#include "platform/linux/unix_files.h"
 #include "platform/none/neutral.h"
-#include "platform/qt/lazy_images.h"
-#include "platform/qt/system_clock.h"
-#include "platform/qt/system_log.h"
-#include "platform/qt/thread_work_queues.h"
-#include "platform/qt/unix_files.h"
 
 namespace tallowin {
 namespace {
@@ -33,12 +34,6 @@ class HeldQueue : public MainQueue {
 
  private:
   std::function<void()> held_;
-};
-
-class NoDescriptors : public Descriptors {
- public:
-  Subscription watchReadable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
-  Subscription watchWritable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
 };
 
 std::string id(std::int64_t number) {
@@ -74,7 +69,7 @@ class StoreOnDisk {
 
   std::filesystem::path folder;
   HeldQueue queue;
-  NoDescriptors descriptors;
+  EventLoop descriptors;
   UnixFiles files{descriptors};
   ThreadWorkQueues queues;
   SystemClock clock;

@@ -7,19 +7,14 @@
 
 #include "automation/time_record.h"
 #include "automation/time_text.h"
-#include "platform/qt/unix_files.h"
+#include "platform/linux/event_loop.h"
+#include "platform/linux/unix_files.h"
 
 namespace tallowin {
 namespace {
 
 constexpr CalendarDay lastDay{2026, 3, 2};
 constexpr int spaces = 30;
-
-class NoDescriptors : public Descriptors {
- public:
-  Subscription watchReadable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
-  Subscription watchWritable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
-};
 
 TimeRecord recordOf(std::int64_t days) {
   TimeRecord record;
@@ -50,7 +45,7 @@ class RecordOnDisk {
 
  private:
   std::filesystem::path folder_;
-  NoDescriptors descriptors_;
+  EventLoop descriptors_;
   UnixFiles files_{descriptors_};
 };
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/qt/program_module.h"
+#include "platform/linux/program_module.h"
 
 namespace tallowin {
 

@@ -1,12 +1,12 @@
 #include "app/main/machine.h"
 
-#include <QDir>
-#include <QStandardPaths>
-#include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 #include "base/standard_folders.h"
 #include "platform/channel/socket_command_channel.h"
 #include "platform/none/neutral.h"
+#include "platform/xdg/xdg_environment.h"
 
 namespace tallowin {
 
@@ -25,11 +25,10 @@ Folders machineFolders(const std::optional<std::filesystem::path>& home) {
     const auto absolute = std::filesystem::absolute(*home, error);
     return foldersBelow(error ? *home : absolute);
   }
-  auto folders = standardFolders(QDir::homePath().toStdString(), [](const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
-  });
-  folders.documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+  auto folders = standardFolders(processXdgEnvironment().home, processVariable);
+  std::ifstream userFolders(folders.configuration / "user-dirs.dirs");
+  const std::string text(std::istreambuf_iterator<char>(userFolders), {});
+  folders.documents = documentsFolder(text, folders.home).value_or(folders.documents);
   return folders;
 }
 
@@ -39,7 +38,7 @@ Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, st
       preferences(storage, files, mainQueue, preferencesFile(folders), noGlobalPreference),
       channel_(std::make_unique<NeutralCommandChannel>()) {
   if (lock) {
-    auto channel = SocketCommandChannel::open({descriptors, mainQueue, log, {TALLOWIN_VERSION, std::move(display)}},
+    auto channel = SocketCommandChannel::open({mainQueue, mainQueue, log, {TALLOWIN_VERSION, std::move(display)}},
                                               std::move(lock));
     if (channel) {
       channel_ = *std::move(channel);
@@ -71,7 +70,7 @@ DesktopService& Machine::desktopService(Mode mode) {
 }
 
 void Machine::stopOnSignals() {
-  signals_ = onTerminationSignal(descriptors, [this](int signal) {
+  signals_ = onTerminationSignal(mainQueue, [this](int signal) {
     constexpr int signalled = 128;  // as shells report it
     mainQueue.stop(signalled + signal);
     signals_.cancel();

@@ -14,18 +14,17 @@
 #include "platform/channel/instance_lock.h"
 #include "platform/command_channel.h"
 #include "platform/folders.h"
+#include "platform/linux/event_loop.h"
+#include "platform/linux/lazy_images.h"
+#include "platform/linux/socket_tcp_listeners.h"
+#include "platform/linux/system_clock.h"
+#include "platform/linux/system_log.h"
+#include "platform/linux/termination_signals.h"
+#include "platform/linux/thread_work_queues.h"
+#include "platform/linux/unix_files.h"
+#include "platform/linux/unix_processes.h"
+#include "platform/linux/unix_system.h"
 #include "platform/none/neutral.h"
-#include "platform/qt/lazy_images.h"
-#include "platform/qt/qt_descriptors.h"
-#include "platform/qt/qt_main_queue.h"
-#include "platform/qt/socket_tcp_listeners.h"
-#include "platform/qt/system_clock.h"
-#include "platform/qt/system_log.h"
-#include "platform/qt/termination_signals.h"
-#include "platform/qt/thread_work_queues.h"
-#include "platform/qt/unix_files.h"
-#include "platform/qt/unix_processes.h"
-#include "platform/qt/unix_system.h"
 #include "platform/xdg/stand_in_programs.h"
 
 namespace tallowin {
@@ -36,16 +35,15 @@ struct Machine {
   /// as DISPLAY names it, or empty. That they cannot is said in the log.
   Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, std::string display = {});
 
-  QtMainQueue mainQueue;
+  EventLoop mainQueue;
   ThreadWorkQueues workQueues;
-  QtDescriptors descriptors;
-  UnixFiles files{descriptors};
-  UnixProcesses children{descriptors};
+  UnixFiles files{mainQueue};
+  UnixProcesses children{mainQueue};
   SystemClock clock;
   SystemLog log;
   LazyImages images{log};
   LogToasts logToasts{log};
-  LazyDBus dbus{mainQueue, descriptors, clock, log};
+  LazyDBus dbus{mainQueue, mainQueue, clock, log};
   LazyNotifications notifications{dbus, log};
   LazyDesktopService lazyDesktopService{dbus, mainQueue};
   PendingAlerts pendingAlerts{notifications, log};

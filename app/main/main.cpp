@@ -1,4 +1,3 @@
-#include <QCoreApplication>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -13,8 +12,6 @@
 #include "app/main/host.h"
 #include "app/main/instance.h"
 #include "app/program.h"
-#include "platform/qt/lazy_images.h"
-#include "platform/qt/qt_messages.h"
 
 namespace {
 
@@ -24,16 +21,6 @@ using tallowin::Mode;
 int fail(const std::string& message, int status) {
   std::cerr << "tallowin: " << message << '\n';
   return status;
-}
-
-/// A simulated desktop draws its windows with their titles, for which Qt wants a GUI application, though not a screen.
-std::unique_ptr<QCoreApplication> makeApplication(const CommandLine& line, int& argc, char** argv) {
-  if (line.platform == tallowin::PlatformChoice::simulated && line.mode == Mode::capture) {
-    if (const auto* pictures = tallowin::loadPicturesModule()) {
-      return std::unique_ptr<QCoreApplication>(pictures->makeApplication(argc, argv));
-    }
-  }
-  return std::make_unique<QCoreApplication>(argc, argv);
 }
 
 /// Whether there is to be one process for all that ask for this.
@@ -103,8 +90,5 @@ int main(int argc, char** argv) {
   if (tallowin::asksDoctor(*line)) {
     line->mode = Mode::doctor;  // nobody runs who could have answered
   }
-  tallowin::sendQtMessagesToLog();
-  int qtArgc = 1;  // Qt has options of its own, which are none of this program's
-  const auto application = makeApplication(*line, qtArgc, argv);
   return checkedOutput(run(*line, std::move(instance.lock)));
 }

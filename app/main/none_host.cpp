@@ -2,10 +2,10 @@
 #include "app/main/machine.h"
 #include "app/main/machine_facts.h"
 #include "core/cgs_bridge.h"
+#include "platform/linux/system_loader.h"
 #include "platform/none/neutral.h"
 #include "platform/none/no_core_foundation.h"
 #include "platform/none/windowless.h"
-#include "platform/qt/system_loader.h"
 
 namespace tallowin {
 

@@ -7,7 +7,7 @@
 
 #include "app/main/host.h"
 #include "app/main/lazy_dbus.h"
-#include "platform/qt/unix_processes.h"
+#include "platform/linux/unix_processes.h"
 #include "platform/xdg/stand_in_programs.h"
 
 namespace tallowin {

@@ -1,6 +1,7 @@
-#include <QFile>
+#include <cerrno>
 #include <fstream>
 #include <iostream>
+#include <system_error>
 
 #include "app/end_state.h"
 #include "app/exit_status.h"
@@ -26,19 +27,20 @@ ScenarioResult readScenario(const std::optional<std::filesystem::path>& path) {
   if (!path) {
     return *Scenario::parse("{}");
   }
-  QFile file(QString::fromStdString(path->string()));
-  if (!file.open(QIODevice::ReadOnly)) {
-    return std::unexpected(
-        HostError{"cannot read " + path->string() + ": " + file.errorString().toStdString(), exit_status::noInput});
+  constexpr std::size_t largestScenario = 64 << 20;
+  errno = 0;
+  std::ifstream file(*path, std::ios::binary);
+  std::string bytes;
+  for (char part[1 << 16]; file && bytes.size() <= largestScenario;) {
+    file.read(part, sizeof part);
+    bytes.append(part, static_cast<std::size_t>(file.gcount()));
   }
-  constexpr qint64 largestScenario = 64 << 20;
-  const auto bytes = file.read(largestScenario + 1);
-  if (file.error() != QFileDevice::NoError || bytes.size() > largestScenario) {
-    const auto why =
-        bytes.size() > largestScenario ? "it is too large for a scenario" : file.errorString().toStdString();
+  if (!file.eof()) {
+    const auto why = bytes.size() > largestScenario ? "it is too large for a scenario"
+                                                    : std::generic_category().message(errno != 0 ? errno : EIO);
     return std::unexpected(HostError{"cannot read " + path->string() + ": " + why, exit_status::noInput});
   }
-  auto scenario = Scenario::parse(bytes.toStdString());
+  auto scenario = Scenario::parse(bytes);
   if (!scenario) {
     return std::unexpected(HostError{path->string() + ": " + scenario.error(), exit_status::badData});
   }

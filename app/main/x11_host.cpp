@@ -27,7 +27,7 @@ class X11Host : public Host {
 
   /// An empty text when connected, else why not.
   std::string connect() {
-    auto connected = X11Desktop::connect(machine_.mainQueue, machine_.clock, machine_.log, machine_.descriptors,
+    auto connected = X11Desktop::connect(machine_.mainQueue, machine_.clock, machine_.log, machine_.mainQueue,
                                          machine_.processes, places_, [this] { connectionLost(); });
     if (!connected) {
       return connected.error();

@@ -36,7 +36,7 @@ std::string encode(const Image& image, const char* format, int quality) {
   return bytes.toStdString();
 }
 
-void draw(QPainter& painter, const SketchBox& box, bool isLabelled) {
+void draw(QPainter& painter, const SketchBox& box) {
   constexpr QRgb windowColor = 0xfff4f1ea;
   constexpr QRgb titleColor = 0xffd8d2c4;
   constexpr QRgb lineColor = 0xff5a5548;
@@ -47,13 +47,22 @@ void draw(QPainter& painter, const SketchBox& box, bool isLabelled) {
   painter.fillRect(title, QColor(titleColor));
   painter.setPen(QColor(lineColor));
   painter.drawRect(frame);
-  if (isLabelled) {
-    painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     QString::fromStdString(box.label));
-  }
+  painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                   QString::fromStdString(box.label));
+}
+
+std::unique_ptr<QGuiApplication> makeApplicationWithoutScreen() {
+  static int count = 1;
+  static char name[] = "tallowin";
+  static char* arguments[] = {name, nullptr};
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  return std::make_unique<QGuiApplication>(count, arguments);
 }
 
 }  // namespace
+
+QtImages::QtImages() = default;
+QtImages::~QtImages() = default;
 
 std::optional<Image> QtImages::decode(std::string_view bytes) {
   QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -83,14 +92,16 @@ std::optional<Image> QtImages::sketch(int width, int height, const std::vector<S
   if (width <= 0 || height <= 0) {
     return std::nullopt;
   }
-  const bool hasFonts = qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
+  if (!application_) {
+    application_ = makeApplicationWithoutScreen();
+  }
   constexpr QRgb desktopColor = 0xff3b5166;
   QImage picture(width, height, QImage::Format_ARGB32);
   picture.fill(QColor(desktopColor));
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::TextAntialiasing);
   for (const auto& box : boxes) {
-    draw(painter, box, hasFonts);
+    draw(painter, box);
   }
   painter.end();
   return fromQImage(picture);

@@ -1,17 +1,26 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/images.h"
+
+class QGuiApplication;
 
 namespace tallowin {
 
-/// Pictures by QImage. A sketch's labels need the fonts of a QGuiApplication; without one there is no sketch.
+/// Pictures by QImage. The first sketch makes a QGuiApplication for its fonts, on no screen.
 class QtImages : public Images {
  public:
+  QtImages();
+  ~QtImages() override;
   std::optional<Image> decode(std::string_view bytes) override;
   std::optional<Image> scaled(const Image& image, int width, int height) override;
   std::string encodePNG(const Image& image) override;
   std::string encodeJPEG(const Image& image, int quality) override;
   std::optional<Image> sketch(int width, int height, const std::vector<SketchBox>& boxes) override;
+
+ private:
+  std::unique_ptr<QGuiApplication> application_;
 };
 
 }  // namespace tallowin

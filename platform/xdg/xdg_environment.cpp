@@ -59,11 +59,28 @@ XdgEnvironment readXdgEnvironment(const std::function<std::optional<std::string>
   return environment;
 }
 
+std::optional<std::string> processVariable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
 XdgEnvironment processXdgEnvironment() {
-  return readXdgEnvironment([](const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-  });
+  return readXdgEnvironment(processVariable);
+}
+
+std::optional<std::filesystem::path> documentsFolder(std::string_view userFolders, const std::filesystem::path& home) {
+  constexpr std::string_view key = "XDG_DOCUMENTS_DIR=\"";
+  constexpr std::string_view homeFolder = "$HOME/";
+  const auto line = userFolders.starts_with(key) ? 0 : userFolders.find("\n" + std::string(key));
+  if (line == std::string_view::npos) {
+    return std::nullopt;
+  }
+  auto value = userFolders.substr(userFolders.find('"', line) + 1);
+  value = value.substr(0, value.find_first_of("\"\n"));
+  if (value.starts_with(homeFolder)) {
+    return home / value.substr(homeFolder.size());
+  }
+  return value.starts_with('/') ? std::optional<std::filesystem::path>(value) : std::nullopt;
 }
 
 std::optional<std::filesystem::path> findProgram(std::string_view name,

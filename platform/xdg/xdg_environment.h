@@ -24,8 +24,13 @@ struct XdgEnvironment {
 [[nodiscard]] XdgEnvironment readXdgEnvironment(
     const std::function<std::optional<std::string>(const char* name)>& variable);
 
-/// The environment of this process.
+/// The environment of this process: one variable, and all that counts here.
+[[nodiscard]] std::optional<std::string> processVariable(const char* name);
 [[nodiscard]] XdgEnvironment processXdgEnvironment();
+
+/// The Documents folder that the text of a user-dirs.dirs names (xdg-user-dirs): absolute, or below `home`.
+[[nodiscard]] std::optional<std::filesystem::path> documentsFolder(std::string_view userFolders,
+                                                                   const std::filesystem::path& home);
 
 /// The absolute path of a program that can be run: a name is looked for in `folders`, a path is taken as it stands.
 [[nodiscard]] std::optional<std::filesystem::path> findProgram(std::string_view name,

@@ -11,7 +11,7 @@
 #include "platform/channel/socket_command_channel.h"
 #include "platform/channel/unix_socket.h"
 #include "tests/lines_log.h"
-#include "tests/platform/poll_loop.h"
+#include "tests/platform/test_loop.h"
 
 namespace tallowin {
 namespace {
@@ -107,7 +107,7 @@ class ChannelTest : public testing::Test {
 
   std::string folder;
   std::optional<PrivateFolder> opened;
-  PollLoop loop;
+  TestLoop loop;
   LinesLog log;
 };
 

@@ -15,7 +15,7 @@ using testing::Each;
 /// Another program on the bus, served by the loop of the test.
 class OtherProgram {
  public:
-  explicit OtherProgram(PollLoop& loop) {
+  explicit OtherProgram(TestLoop& loop) {
     sd_bus_open_user(&bus_);
     watch_ = loop.watchReadable(sd_bus_get_fd(bus_), [this] {
       while (sd_bus_process(bus_, nullptr) > 0) {

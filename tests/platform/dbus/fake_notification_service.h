@@ -5,14 +5,14 @@
 #include <systemd/sd-bus.h>
 #include <vector>
 
-#include "tests/platform/poll_loop.h"
+#include "tests/platform/test_loop.h"
 
 namespace tallowin {
 
 /// A notification service on the user's bus, served by the loop of the test.
 class FakeNotificationService {
  public:
-  explicit FakeNotificationService(PollLoop& loop) {
+  explicit FakeNotificationService(TestLoop& loop) {
     sd_bus_open_user(&bus_);
     sd_bus_add_object(bus_, nullptr, "/org/freedesktop/Notifications", called, this);
     owns_ = sd_bus_request_name(bus_, "org.freedesktop.Notifications", 0) >= 0;

@@ -51,7 +51,7 @@ class NotificationTest : public testing::Test {
   }
 
   MessageBus bus_;
-  PollLoop loop_;
+  TestLoop loop_;
   KeptLog log_;
   std::optional<FakeNotificationService> service_;
   std::optional<BusLink> link_{std::in_place, loop_, loop_};

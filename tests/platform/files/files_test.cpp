@@ -12,7 +12,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "platform/qt/unix_files.h"
+#include "platform/linux/event_loop.h"
+#include "platform/linux/unix_files.h"
 #include "platform/simulated/simulated_files.h"
 #include "platform/simulated/virtual_time.h"
 
@@ -58,12 +59,6 @@ class FullSimulatedDisk : public SimulatedDisk {
   void mend() override { files_.setRoom(std::nullopt); }
 };
 
-class NoDescriptors : public Descriptors {
- public:
-  Subscription watchReadable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
-  Subscription watchWritable(int /*descriptor*/, std::function<void()> /*work*/) override { return {}; }
-};
-
 class RealDisk : public Disk {
  public:
   RealDisk() {
@@ -82,8 +77,8 @@ class RealDisk : public Disk {
   std::filesystem::path root_;
 
  private:
-  NoDescriptors descriptors_;
-  UnixFiles files_{descriptors_};
+  EventLoop loop_;
+  UnixFiles files_{loop_};
 };
 
 /// A process may write files of 4 KiB only, setrlimit(2).

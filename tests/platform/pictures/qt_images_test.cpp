@@ -16,8 +16,8 @@ TEST(QtImages, PicturesAreScaledAndComeBack) {
   EXPECT_EQ(images.scaled(picture, 0, 5), std::nullopt);
   EXPECT_EQ(images.decode("no picture"), std::nullopt);
   EXPECT_EQ(images.decode(""), std::nullopt);
-  const auto sketch = images.sketch(10, 10, {{{{2, 2}, {4, 4}}, "needs fonts"}});
-  ASSERT_TRUE(sketch) << "there are no fonts without a GUI application";
+  const auto sketch = images.sketch(10, 10, {{{{2, 2}, {4, 4}}, "a title"}});
+  ASSERT_TRUE(sketch);
   EXPECT_NE(sketch->pixels.at(3 * 10 + 3), sketch->pixels.front());
 }
 

@@ -5,13 +5,13 @@
 #include <map>
 #include <utility>
 
-#include "tests/platform/poll_loop.h"
+#include "tests/platform/test_loop.h"
 #include "tests/set_clock.h"
 
 namespace tallowin {
 
 /// A loop on real descriptors whose delays pass only when a test says so.
-class SteppedLoop : public PollLoop, public SetClock {
+class SteppedLoop : public TestLoop, public SetClock {
  public:
   WorkItem after(Duration delay, std::function<void()> work) override {
     const auto key = std::pair(uptime + delay, ++lastId_);
@@ -31,7 +31,7 @@ class SteppedLoop : public PollLoop, public SetClock {
 
   /// Lets time pass until the condition holds. False when that takes longer than anything here ever should.
   bool runUntil(const std::function<bool()>& condition) {
-    return PollLoop::runUntil([&] {
+    return TestLoop::runUntil([&] {
       advance(std::chrono::milliseconds(20));
       return condition();
     });

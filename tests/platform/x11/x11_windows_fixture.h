@@ -14,7 +14,7 @@
 #include "platform/x11/x11_window_list.h"
 #include "platform/x11/x11_windows.h"
 #include "platform/x11/x11_workspace.h"
-#include "tests/platform/poll_loop.h"
+#include "tests/platform/test_loop.h"
 #include "tests/platform/x11/obedient_window_manager.h"
 #include "tests/platform/x11/test_client.h"
 #include "tests/platform/x11/x_server.h"
@@ -94,7 +94,7 @@ class X11WindowsTest : public XServerTest {
     return accessibility_->AXUIElementCopyAttributeValue(element(window), attribute);
   }
 
-  PollLoop loop_;
+  TestLoop loop_;
   RecordingProcesses processes_;
   std::optional<ObedientWindowManager> manager_;
   std::unique_ptr<X11Connection> connection_;

@@ -118,6 +118,18 @@ TEST(XdgEnvironment, TakesAbsoluteFoldersOnly) {
   EXPECT_THAT(unusual.currentDesktops, ElementsAre("ubuntu", "GNOME"));
 }
 
+TEST(XdgEnvironment, TheDocumentsFolderIsWhereTheUserPutIt) {
+  const std::pair<const char*, std::optional<std::filesystem::path>> cases[] = {
+      {"XDG_DOCUMENTS_DIR=\"$HOME/Papiere\"\n", "/home/ann/Papiere"},
+      {"# XDG_DOCUMENTS_DIR=\"/no\"\nXDG_MUSIC_DIR=\"/m\"\nXDG_DOCUMENTS_DIR=\"/srv/d e\"", "/srv/d e"},
+      {"XDG_DOCUMENTS_DIR=\"relative\"", std::nullopt},
+      {"XDG_DOCUMENTS_DIR=\"", std::nullopt},
+      {"", std::nullopt}};
+  for (const auto& [text, folder] : cases) {
+    EXPECT_EQ(documentsFolder(text, "/home/ann"), folder) << text;
+  }
+}
+
 TEST(XdgEnvironment, TagsOfALocaleBestFirst) {
   const std::pair<const char*, Words> cases[] = {
       {"sr_YU.UTF-8@Latn", {"sr_YU@Latn", "sr_YU", "sr@Latn", "sr"}},

@@ -1,4 +1,4 @@
-#include "platform/qt/termination_signals.h"
+#include "platform/linux/termination_signals.h"
 
 #include <csignal>
 #include <memory>

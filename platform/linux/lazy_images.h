@@ -8,10 +8,6 @@
 
 namespace tallowin {
 
-/// The pictures module, from the folder of the running program; null when it is not there. Loaded at the first call.
-/// Main thread only.
-[[nodiscard]] const PicturesModule* loadPicturesModule();
-
 /// Pictures by the pictures module, which is loaded when the first one is asked for. Without it there are no pictures,
 /// which is said once, in the log. Main thread only.
 class LazyImages : public Images {

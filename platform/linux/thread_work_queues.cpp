@@ -1,4 +1,4 @@
-#include "platform/qt/thread_work_queues.h"
+#include "platform/linux/thread_work_queues.h"
 
 #include <condition_variable>
 #include <map>

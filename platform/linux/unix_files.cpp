@@ -1,4 +1,4 @@
-#include "platform/qt/unix_files.h"
+#include "platform/linux/unix_files.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,8 +8,8 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "platform/qt/file_watch.h"
-#include "platform/qt/owned_descriptor.h"
+#include "platform/linux/file_watch.h"
+#include "platform/linux/owned_descriptor.h"
 
 namespace tallowin {
 

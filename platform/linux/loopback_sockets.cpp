@@ -1,4 +1,4 @@
-#include "platform/qt/loopback_sockets.h"
+#include "platform/linux/loopback_sockets.h"
 
 #include <cerrno>
 #include <cstring>

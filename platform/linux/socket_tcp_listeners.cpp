@@ -1,9 +1,9 @@
-#include "platform/qt/socket_tcp_listeners.h"
+#include "platform/linux/socket_tcp_listeners.h"
 
 #include <cerrno>
 #include <cstring>
 
-#include "platform/qt/loopback_sockets.h"
+#include "platform/linux/loopback_sockets.h"
 
 namespace tallowin {
 

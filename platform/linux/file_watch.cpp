@@ -1,4 +1,4 @@
-#include "platform/qt/file_watch.h"
+#include "platform/linux/file_watch.h"
 
 #include <array>
 #include <cstring>
@@ -6,7 +6,7 @@
 #include <string_view>
 #include <sys/inotify.h>
 
-#include "platform/qt/owned_descriptor.h"
+#include "platform/linux/owned_descriptor.h"
 
 namespace tallowin {
 

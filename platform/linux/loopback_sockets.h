@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/owned_descriptor.h"
+#include "platform/linux/owned_descriptor.h"
 
 namespace tallowin {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/tcp_service.h"
+#include "platform/linux/tcp_service.h"
 
 #include <algorithm>
 #include <cerrno>

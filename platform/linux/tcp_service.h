@@ -11,10 +11,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/linux/owned_descriptor.h"
+#include "platform/linux/tcp_connection.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
-#include "platform/qt/owned_descriptor.h"
-#include "platform/qt/tcp_connection.h"
 #include "platform/tcp_listener.h"
 
 namespace tallowin {

@@ -1,4 +1,4 @@
-#include "platform/qt/program_module.h"
+#include "platform/linux/program_module.h"
 
 #include <dlfcn.h>
 #include <filesystem>

@@ -1,7 +1,5 @@
 // The real machine's services, where they can go wrong: the event loop, files, child processes.
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
@@ -13,38 +11,24 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/qt/qt_descriptors.h"
-#include "platform/qt/qt_main_queue.h"
-#include "platform/qt/termination_signals.h"
-#include "platform/qt/thread_work_queues.h"
-#include "platform/qt/unix_files.h"
-#include "platform/qt/unix_processes.h"
+#include "platform/linux/termination_signals.h"
+#include "platform/linux/thread_work_queues.h"
+#include "platform/linux/unix_files.h"
+#include "platform/linux/unix_processes.h"
+#include "tests/platform/test_loop.h"
 
 namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
 
-class QtServicesTest : public testing::Test {
+class LinuxServicesTest : public testing::Test {
  protected:
-  QtServicesTest() {
+  LinuxServicesTest() {
     std::string pattern = (std::filesystem::temp_directory_path() / "tallowin-test-XXXXXX").string();
     folder = ::mkdtemp(pattern.data());
   }
-  ~QtServicesTest() override {
-    // Watches that have ended are deleted by the next turn of the loop, which does not come here.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    std::filesystem::remove_all(folder);
-  }
-
-  /// Runs the queue until `done`, at most a minute.
-  bool wait(const std::function<bool()>& done) {
-    const auto limit = queue.after(1min, [this] { gaveUp = true; });
-    while (!done() && !gaveUp) {
-      queue.runFor(1ms);
-    }
-    return done();
-  }
+  ~LinuxServicesTest() override { std::filesystem::remove_all(folder); }
 
   [[nodiscard]] static unsigned mode(const std::filesystem::path& path) {
     struct stat status{};
@@ -58,18 +42,12 @@ class QtServicesTest : public testing::Test {
     return {std::istream_iterator<pid_t>(list), std::istream_iterator<pid_t>()};
   }
 
-  int argc = 1;
-  std::string name = "test";
-  char* argv[2] = {name.data(), nullptr};
-  QCoreApplication application{argc, argv};
-  QtMainQueue queue;
-  QtDescriptors descriptors;
-  UnixFiles files{descriptors};
+  TestLoop queue;
+  UnixFiles files{queue};
   std::filesystem::path folder;
-  bool gaveUp = false;
 };
 
-TEST_F(QtServicesTest, WorkRunsInOrderAndALostItemNever) {
+TEST_F(LinuxServicesTest, WorkRunsInOrderAndALostItemNever) {
   std::vector<std::string> ran;
   WorkItem second;
   WorkItem last;
@@ -94,7 +72,7 @@ TEST_F(QtServicesTest, WorkRunsInOrderAndALostItemNever) {
   EXPECT_EQ(queue.run(), 3) << "a stopped loop stays stopped";
 }
 
-TEST_F(QtServicesTest, ARepeatingTimerMayEndItself) {
+TEST_F(LinuxServicesTest, ARepeatingTimerMayEndItself) {
   int ticks = 0;
   WorkItem timer;
   timer = queue.every(1ms, 0ms, [&] {
@@ -102,12 +80,68 @@ TEST_F(QtServicesTest, ARepeatingTimerMayEndItself) {
       timer.cancel();
     }
   });
-  EXPECT_TRUE(wait([&] { return ticks == 3; }));
+  EXPECT_TRUE(queue.runUntil([&] { return ticks == 3; }));
   queue.runFor(5ms);
   EXPECT_EQ(ticks, 3);
 }
 
-TEST_F(QtServicesTest, OtherThreadsReachTheMainThread) {
+TEST_F(LinuxServicesTest, TimersRunByDueTimeAndTogetherWhereTheyMayWait) {
+  std::string ran;
+  std::vector<WorkItem> items;
+  const auto note = [&](char name) { return [&ran, name] { ran += name; }; };
+  items.push_back(queue.after(3ms, note('d')));
+  items.push_back(queue.after(-1h, note('b')));
+  items.push_back(queue.after(0ms, note('a')));
+  items.push_back(queue.after(2ms, note('c')));
+  items.push_back(queue.after(Duration::max(), note('x')));
+  EXPECT_TRUE(queue.runUntil([&] { return ran.contains('d'); }));
+  EXPECT_EQ(ran, "bacd");
+  ran.clear();
+  const auto tick = queue.every(1ms, 1h, note('e'));
+  queue.runFor(20ms);
+  EXPECT_EQ(ran, "e") << "with what woke the loop; those that were missed are left out";
+}
+
+TEST_F(LinuxServicesTest, AWatchIsToldOfItsOwnFileOnly) {
+  int first[2];
+  int second[2];
+  ASSERT_EQ(::pipe(first) + ::pipe(second), 0);
+  std::string told;
+  Subscription watch;
+  Subscription other;
+  Subscription another;
+  const auto reuse = [&](const char* name) {
+    told += name;
+    watch.cancel();
+    other.cancel();
+    ::dup2(first[1], second[0]);  // never readable
+    another = queue.watchReadable(second[0], [&] { told += "another"; });
+  };
+  watch = queue.watchReadable(first[0], [&] { reuse("first"); });
+  other = queue.watchReadable(second[0], [&] { reuse("second"); });
+  ::write(first[1], "x", 1);
+  ::write(second[1], "x", 1);
+  queue.runReady();
+  EXPECT_EQ(told, "first") << "both were readable at the same time";
+  int writable = 0;
+  watch = queue.watchWritable(first[1], [&] {
+    ++writable;
+    watch.cancel();
+  });
+  another = queue.watchReadable(first[0], [&] {
+    char byte = 0;
+    ::read(first[0], &byte, 1);
+  });
+  queue.runReady();
+  EXPECT_EQ(writable, 1);
+  another.cancel();
+  EXPECT_EQ(queue.watchCount(), 0U);
+  for (const int end : {first[0], first[1], second[0], second[1]}) {
+    ::close(end);
+  }
+}
+
+TEST_F(LinuxServicesTest, OtherThreadsReachTheMainThread) {
   const auto main = std::this_thread::get_id();
   std::atomic<int> workedElsewhere = 0;
   int arrived = 0;
@@ -119,11 +153,11 @@ TEST_F(QtServicesTest, OtherThreadsReachTheMainThread) {
       queue.async([&] { arrived += std::this_thread::get_id() == main ? 1 : 0; });
     });
   }
-  EXPECT_TRUE(wait([&] { return arrived == 100; }));
+  EXPECT_TRUE(queue.runUntil([&] { return arrived == 100; }));
   EXPECT_EQ(workedElsewhere, 100);
 }
 
-TEST_F(QtServicesTest, AFileThatIsReplacedKeepsItsModeAndItsLinks) {
+TEST_F(LinuxServicesTest, AFileThatIsReplacedKeepsItsModeAndItsLinks) {
   const auto path = folder / "record.json";
   ASSERT_TRUE(files.writeAtomically(path, "one", 0600, OldMode::kept));
   EXPECT_EQ(mode(path), 0600U);
@@ -148,7 +182,7 @@ TEST_F(QtServicesTest, AFileThatIsReplacedKeepsItsModeAndItsLinks) {
   EXPECT_EQ(mode(folder / "a/b"), 0700U);
 }
 
-TEST_F(QtServicesTest, ALockKeepsTheNextOneWaiting) {
+TEST_F(LinuxServicesTest, ALockKeepsTheNextOneWaiting) {
   auto first = files.lock(folder / "lock");
   std::atomic<bool> released = false;
   bool waited = false;
@@ -164,13 +198,15 @@ TEST_F(QtServicesTest, ALockKeepsTheNextOneWaiting) {
   EXPECT_FALSE(files.lock(folder / "no such folder" / "lock")) << "everybody goes on without it";
 }
 
-TEST_F(QtServicesTest, AWatchedNameIsFollowedWhateverBecomesOfItsFolders) {
+TEST_F(LinuxServicesTest, AWatchedNameIsFollowedWhateverBecomesOfItsFolders) {
   namespace fs = std::filesystem;
   const auto path = folder / "a/b/watched";
   std::vector<std::string> seen;
   const auto watch = files.watch(path, [&](FileEvents) { seen.push_back(files.read(path).value_or("none")); });
   ASSERT_TRUE(watch);
-  const auto sees = [&](const std::string& text) { return wait([&] { return !seen.empty() && seen.back() == text; }); };
+  const auto sees = [&](const std::string& text) {
+    return queue.runUntil([&] { return !seen.empty() && seen.back() == text; });
+  };
   fs::create_directories(path.parent_path());
   std::ofstream(path) << "made";
   EXPECT_TRUE(sees("made")) << "in folders that were not there";
@@ -195,8 +231,8 @@ TEST_F(QtServicesTest, AWatchedNameIsFollowedWhateverBecomesOfItsFolders) {
   EXPECT_TRUE(sees("none"));
 }
 
-TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
-  UnixProcesses processes(descriptors);
+TEST_F(LinuxServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
+  UnixProcesses processes(queue);
   EXPECT_EQ(
       processes.run({"/bin/sh", {"-c", "printf '%s %s' \"$1\" \"$V\"", "sh", "a b"}, {{"V", "c d"}}}).value_or(""),
       "a b c d");
@@ -205,12 +241,12 @@ TEST_F(QtServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
   EXPECT_FALSE(processes.launch({"/no/such/program", {}, {}}));
   const auto mark = folder / "mark";
   EXPECT_TRUE(processes.launch({"/bin/sh", {"-c", "echo \"$V\" > '" + mark.string() + "'"}, {{"V", "done"}}}));
-  EXPECT_TRUE(wait([&] { return files.read(mark).value_or("") == "done\n" && children().empty(); }));
+  EXPECT_TRUE(queue.runUntil([&] { return files.read(mark).value_or("") == "done\n" && children().empty(); }));
 }
 
-TEST_F(QtServicesTest, ProgramsStartWithNothingOfThisProcess) {
-  UnixProcesses processes(descriptors);
-  const auto signals = onTerminationSignal(descriptors, [](int) {});  // blocks them here
+TEST_F(LinuxServicesTest, ProgramsStartWithNothingOfThisProcess) {
+  UnixProcesses processes(queue);
+  const auto signals = onTerminationSignal(queue, [](int) {});  // blocks them here
   const auto ignored = ::signal(SIGPIPE, SIG_IGN);
   const int open = ::dup(0);           // without FD_CLOEXEC
   const auto script = R"(
@@ -226,17 +262,17 @@ TEST_F(QtServicesTest, ProgramsStartWithNothingOfThisProcess) {
   ::signal(SIGPIPE, ignored);
 }
 
-TEST_F(QtServicesTest, NothingIsLeftOfProgramsThatEnded) {
+TEST_F(LinuxServicesTest, NothingIsLeftOfProgramsThatEnded) {
   const auto openDescriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
   {
-    UnixProcesses processes(descriptors);
+    UnixProcesses processes(queue);
     ASSERT_TRUE(processes.launch({"/bin/sh", {"-c", "exec sleep 1000 # never ends by itself"}, {}}));
     const auto before = openDescriptors();
     for (int i = 0; i < 300; ++i) {
       ASSERT_TRUE(processes.launch({"/bin/true", {}, {}}));
     }
     EXPECT_EQ(processes.run({"/bin/echo", {"meanwhile"}, {}}).value_or(""), "meanwhile\n");
-    EXPECT_TRUE(wait([] { return children().size() == 1; }));
+    EXPECT_TRUE(queue.runUntil([] { return children().size() == 1; }));
     EXPECT_EQ(openDescriptors(), before);
   }
   const auto left = children();
@@ -245,11 +281,11 @@ TEST_F(QtServicesTest, NothingIsLeftOfProgramsThatEnded) {
   EXPECT_EQ(::waitpid(left.front(), nullptr, 0), left.front());
 }
 
-TEST_F(QtServicesTest, ATerminationSignalArrivesOnTheMainThread) {
+TEST_F(LinuxServicesTest, ATerminationSignalArrivesOnTheMainThread) {
   int received = 0;
-  const auto signals = onTerminationSignal(descriptors, [&](int signal) { received = signal; });
+  const auto signals = onTerminationSignal(queue, [&](int signal) { received = signal; });
   ::kill(::getpid(), SIGHUP);
-  EXPECT_TRUE(wait([&] { return received != 0; }));
+  EXPECT_TRUE(queue.runUntil([&] { return received != 0; }));
   EXPECT_EQ(received, SIGHUP);
 }
 

@@ -1,19 +1,13 @@
-#include "platform/qt/lazy_images.h"
+#include "platform/linux/lazy_images.h"
 
-#include "platform/qt/program_module.h"
+#include "platform/linux/program_module.h"
 
 namespace tallowin {
 
-const PicturesModule* loadPicturesModule() {
-  auto* const entry = programModuleFunction(TALLOWIN_PICTURES_MODULE, picturesModuleEntry);
-  return entry != nullptr ? reinterpret_cast<PicturesModuleEntry>(entry)() : nullptr;
-}
-
 Images* LazyImages::images() {
   if (!std::exchange(looked_, true)) {
-    const auto* const module = loadPicturesModule();
-    if (module != nullptr) {
-      images_.reset(module->makeImages());
+    if (auto* const makeImages = programModuleFunction(TALLOWIN_PICTURES_MODULE, picturesModuleEntry)) {
+      images_.reset(reinterpret_cast<PicturesModuleEntry>(makeImages)());
     } else {
       log_.error("LazyImages", "there are no pictures: " TALLOWIN_PICTURES_MODULE " cannot be loaded");
     }

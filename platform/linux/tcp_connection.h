@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "platform/qt/owned_descriptor.h"
+#include "platform/linux/owned_descriptor.h"
 #include "platform/tcp_listener.h"
 
 namespace tallowin {

@@ -1,4 +1,4 @@
-#include "platform/qt/system_log.h"
+#include "platform/linux/system_log.h"
 
 #include <cstdio>
 #include <string>

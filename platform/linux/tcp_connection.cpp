@@ -1,4 +1,4 @@
-#include "platform/qt/tcp_connection.h"
+#include "platform/linux/tcp_connection.h"
 
 #include <cerrno>
 #include <sys/socket.h>

@@ -1,4 +1,4 @@
-#include "platform/qt/system_loader.h"
+#include "platform/linux/system_loader.h"
 
 #include <dlfcn.h>
 #include <string>

@@ -1,4 +1,4 @@
-#include "platform/qt/child_ends.h"
+#include "platform/linux/child_ends.h"
 
 #include <atomic>
 #include <cerrno>

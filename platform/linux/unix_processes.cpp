@@ -1,4 +1,4 @@
-#include "platform/qt/unix_processes.h"
+#include "platform/linux/unix_processes.h"
 
 #include <cerrno>
 #include <csignal>
@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "platform/qt/child_ends.h"
+#include "platform/linux/child_ends.h"
 
 namespace tallowin {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/qt/tcp_service.h"
+#include "platform/linux/tcp_service.h"
 
 namespace tallowin {
 
