@@ -74,7 +74,7 @@ class StoreOnDisk {
   ThreadWorkQueues queues;
   SystemClock clock;
   SystemLog log{false};
-  LazyImages images{log};
+  LazyImages images{log, false};
   NeutralWorkspace workspace;
   Folders folders{folder, folder, folder, folder, folder, {}};
   Storage storage{{files, queue, queues, clock, log}};

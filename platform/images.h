@@ -39,7 +39,7 @@ class Images {
   /// `quality` from 0 (small) to 100 (good).
   virtual std::string encodeJPEG(const Image& image, int quality) = 0;
 
-  /// A drawing of boxes, the first one at the back.
+  /// A drawing of boxes, the first one at the back; without their labels where none are wanted.
   virtual std::optional<Image> sketch(int width, int height, const std::vector<SketchBox>& boxes) = 0;
 };
 

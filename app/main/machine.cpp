@@ -34,6 +34,7 @@ Folders machineFolders(const std::optional<std::filesystem::path>& home) {
 
 Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, std::string display)
     : log(line.verbose),
+      images(log, line.mode == Mode::capture),
       folders(machineFolders(line.home)),
       preferences(storage, files, mainQueue, preferencesFile(folders), noGlobalPreference),
       channel_(std::make_unique<NeutralCommandChannel>()) {

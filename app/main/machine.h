@@ -41,7 +41,7 @@ struct Machine {
   UnixProcesses children{mainQueue};
   SystemClock clock;
   SystemLog log;
-  LazyImages images{log};
+  LazyImages images;
   LogToasts logToasts{log};
   LazyDBus dbus{mainQueue, mainQueue, clock, log};
   LazyNotifications notifications{dbus, log};

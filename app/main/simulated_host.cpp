@@ -105,7 +105,10 @@ class SimulatedHost : public Host {
 class VirtualTimeHost : public SimulatedHost {
  public:
   VirtualTimeHost(const CommandLine& line, Scenario scenario)
-      : SimulatedHost(std::move(scenario)), verbose_(line.verbose), time_(this->scenario().clock) {
+      : SimulatedHost(std::move(scenario)),
+        verbose_(line.verbose),
+        time_(this->scenario().clock),
+        images_(machineLog_, line.mode == Mode::capture) {
     time_.endAt(this->scenario().end);
     make(time_, time_, time_, journal_, images_);
     const auto preferences = preferencesFile(desktop().folders());
@@ -150,7 +153,7 @@ class VirtualTimeHost : public SimulatedHost {
                      }
                    }};
   SystemLog machineLog_{verbose_};
-  LazyImages images_{machineLog_};
+  LazyImages images_;
   std::unique_ptr<FilePreferences> preferences_;
 };
 

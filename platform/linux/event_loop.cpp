@@ -28,7 +28,7 @@ OwnedDescriptor checked(int descriptor) {
 
 struct EventLoop::Timer {
   std::function<void()> work;
-  std::optional<Duration> interval;  ///< of a timer that repeats
+  std::optional<Duration> interval{};  ///< of a timer that repeats
   Duration tolerance{};
   TimerKey key{};
 };

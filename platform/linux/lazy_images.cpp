@@ -7,7 +7,7 @@ namespace tallowin {
 Images* LazyImages::images() {
   if (!std::exchange(looked_, true)) {
     if (auto* const makeImages = programModuleFunction(TALLOWIN_PICTURES_MODULE, picturesModuleEntry)) {
-      images_.reset(reinterpret_cast<PicturesModuleEntry>(makeImages)());
+      images_.reset(reinterpret_cast<PicturesModuleEntry>(makeImages)(drawsLabels_));
     } else {
       log_.error("LazyImages", "there are no pictures: " TALLOWIN_PICTURES_MODULE " cannot be loaded");
     }

@@ -12,7 +12,8 @@ namespace tallowin {
 /// which is said once, in the log. Main thread only.
 class LazyImages : public Images {
  public:
-  explicit LazyImages(Log& log) : log_(log) {}
+  /// Sketches are drawn with their labels if `drawsLabels`.
+  LazyImages(Log& log, bool drawsLabels) : log_(log), drawsLabels_(drawsLabels) {}
 
   std::optional<Image> decode(std::string_view bytes) override;
   std::optional<Image> scaled(const Image& image, int width, int height) override;
@@ -24,6 +25,7 @@ class LazyImages : public Images {
   [[nodiscard]] Images* images();
 
   Log& log_;
+  const bool drawsLabels_;
   bool looked_ = false;
   std::unique_ptr<Images> images_;
 };

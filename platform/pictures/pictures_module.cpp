@@ -19,7 +19,7 @@ void writeToLog(QtMsgType type, const QMessageLogContext& /*context*/, const QSt
 
 }  // namespace
 
-extern "C" Q_DECL_EXPORT tallowin::Images* tallowinMakeImages() {
+extern "C" Q_DECL_EXPORT tallowin::Images* tallowinMakeImages(bool drawsLabels) {
   qInstallMessageHandler(writeToLog);
-  return new tallowin::QtImages;
+  return new tallowin::QtImages(drawsLabels);
 }

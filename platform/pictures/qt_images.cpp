@@ -36,7 +36,7 @@ std::string encode(const Image& image, const char* format, int quality) {
   return bytes.toStdString();
 }
 
-void draw(QPainter& painter, const SketchBox& box) {
+void draw(QPainter& painter, const SketchBox& box, bool isLabelled) {
   constexpr QRgb windowColor = 0xfff4f1ea;
   constexpr QRgb titleColor = 0xffd8d2c4;
   constexpr QRgb lineColor = 0xff5a5548;
@@ -47,8 +47,10 @@ void draw(QPainter& painter, const SketchBox& box) {
   painter.fillRect(title, QColor(titleColor));
   painter.setPen(QColor(lineColor));
   painter.drawRect(frame);
-  painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                   QString::fromStdString(box.label));
+  if (isLabelled) {
+    painter.drawText(title.adjusted(6, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                     QString::fromStdString(box.label));
+  }
 }
 
 std::unique_ptr<QGuiApplication> makeApplicationWithoutScreen() {
@@ -61,7 +63,7 @@ std::unique_ptr<QGuiApplication> makeApplicationWithoutScreen() {
 
 }  // namespace
 
-QtImages::QtImages() = default;
+QtImages::QtImages(bool drawsLabels) : drawsLabels_(drawsLabels) {}
 QtImages::~QtImages() = default;
 
 std::optional<Image> QtImages::decode(std::string_view bytes) {
@@ -92,7 +94,7 @@ std::optional<Image> QtImages::sketch(int width, int height, const std::vector<S
   if (width <= 0 || height <= 0) {
     return std::nullopt;
   }
-  if (!application_) {
+  if (drawsLabels_ && !application_) {
     application_ = makeApplicationWithoutScreen();
   }
   constexpr QRgb desktopColor = 0xff3b5166;
@@ -101,7 +103,7 @@ std::optional<Image> QtImages::sketch(int width, int height, const std::vector<S
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::TextAntialiasing);
   for (const auto& box : boxes) {
-    draw(painter, box);
+    draw(painter, box, drawsLabels_);
   }
   painter.end();
   return fromQImage(picture);

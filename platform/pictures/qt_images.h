@@ -8,10 +8,11 @@ class QGuiApplication;
 
 namespace tallowin {
 
-/// Pictures by QImage. The first sketch makes a QGuiApplication for its fonts, on no screen.
+/// Pictures by QImage. Labels of sketches, which not every machine draws alike, are drawn on demand; the first sketch
+/// makes a QGuiApplication for their fonts, on no screen.
 class QtImages : public Images {
  public:
-  QtImages();
+  explicit QtImages(bool drawsLabels);
   ~QtImages() override;
   std::optional<Image> decode(std::string_view bytes) override;
   std::optional<Image> scaled(const Image& image, int width, int height) override;
@@ -20,6 +21,7 @@ class QtImages : public Images {
   std::optional<Image> sketch(int width, int height, const std::vector<SketchBox>& boxes) override;
 
  private:
+  const bool drawsLabels_;
   std::unique_ptr<QGuiApplication> application_;
 };
 

@@ -11,10 +11,9 @@ class TestLoop : public EventLoop {
  public:
   /// Runs work until the condition holds. False when that takes longer than anything here ever should.
   bool runUntil(const std::function<bool()>& condition) {
-    using Time = std::chrono::steady_clock;
-    const auto end = Time::now() + std::chrono::minutes(1);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (!condition()) {
-      if (Time::now() > end) {
+      if (std::chrono::steady_clock::now() > end) {
         return false;
       }
       turn(std::chrono::milliseconds(20));

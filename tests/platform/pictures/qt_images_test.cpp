@@ -6,7 +6,7 @@ namespace tallowin {
 namespace {
 
 TEST(QtImages, PicturesAreScaledAndComeBack) {
-  QtImages images;
+  QtImages images(true);
   const Image picture{2, 2, {0xffff0000, 0xff00ff00, 0xff0000ff, 0xffffffff}};
   EXPECT_EQ(images.decode(images.encodePNG(picture)), picture);
   const auto scaled = images.scaled(picture, 128, 64);
