@@ -26,11 +26,11 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       paths_(platform.files, platform.folders),
       store_({platform.files, platform.images, platform.workspace, platform.log, settings, paths_}, storage,
              paths_.supportDirectory() / "spaces.json"),
-      switcher_({platform.windowServer, platform.accessibility, platform.events, platform.displays,
-                 platform.preferences, platform.system, platform.mainQueue, platform.clock, settings, platform.log}),
-      watcher_({provider, platform.windowServer, platform.workspaceNotifications, platform.defaultNotifications,
+      switcher_({platform.asked, platform.driven, platform.events, platform.displays, platform.preferences,
+                 platform.system, platform.mainQueue, platform.clock, settings, platform.log}),
+      watcher_({provider, platform.desktop, platform.workspaceNotifications, platform.defaultNotifications,
                 platform.files, platform.folders, platform.mainQueue, platform.log}),
-      nameMirror_({watcher_, store_, platform.windowServer, platform.desktopNames, platform.mainQueue}),
+      nameMirror_({watcher_, store_, platform.desktop, platform.desktopNames, platform.mainQueue}),
       browserTabs_(platform.workspace, platform.appleScript),
       windows_({platform_, storage, settings, paths_, store_, switcher_, browserTabs_.reader(),
                 [this] { return watcher_.snapshot().get(); },
@@ -107,6 +107,7 @@ AppDelegate::~AppDelegate() {
 
 void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
   switcher_.observe(snapshot);
+  windows_.mover.spacesChanged(snapshot);
   const auto spaces = snapshot.allSpaces();
   store_.noteFullscreenKeys(spaces);
   store_.adoptFullscreenMemory(spaces);

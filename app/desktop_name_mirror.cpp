@@ -16,7 +16,7 @@ void DesktopNameMirror::publishSoon() {
 
 void DesktopNameMirror::publish() {
   const auto& snapshot = services_.watcher.snapshot().get();
-  if (snapshot.displays.empty() || !services_.windowServer.CGSBridgeProbe().healthy()) {
+  if (snapshot.displays.empty() || !services_.desktop.health().healthy()) {
     return;
   }
   auto now = names(snapshot);

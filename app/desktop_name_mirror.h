@@ -17,7 +17,7 @@ class DesktopNameMirror {
   struct Services {
     SpaceWatcher& watcher;
     SpaceStore& store;
-    WindowServer& windowServer;
+    Desktop& desktop;
     DesktopNames& desktopNames;
     MainQueue& mainQueue;
   };

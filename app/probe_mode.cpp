@@ -30,7 +30,7 @@ void print(const Space& space, std::ostream& out) {
 }  // namespace
 
 int runProbe(const Platform& platform, const SpaceProvider& provider, std::ostream& out) {
-  const auto health = platform.windowServer.CGSBridgeProbe();
+  const auto health = platform.desktop.health();
   out << "bridge health: 0b" << binary(health.bits()) << " healthy=" << trueOrFalse(health.healthy()) << '\n';
   if (const auto snapshot = provider.snapshot()) {
     for (const auto& display : snapshot->displays) {
@@ -44,7 +44,7 @@ int runProbe(const Platform& platform, const SpaceProvider& provider, std::ostre
   } else {
     out << "snapshot unavailable\n";
   }
-  out << "accessibility=" << trueOrFalse(platform.accessibility.AXIsProcessTrusted())
+  out << "accessibility=" << trueOrFalse(platform.windows.mayChange())
       << " screenRecording=" << trueOrFalse(platform.screenCapture.CGPreflightScreenCaptureAccess()) << '\n';
   return exit_status::success;
 }

@@ -17,7 +17,7 @@ int runProgram(const CommandLine& line, const Platform& platform, Storage& stora
   if (line.demo) {
     settings.impose("demoMode", true);
   }
-  const SpaceProvider provider(platform.windowServer, platform.clock, platform.log);
+  const SpaceProvider provider(platform.desktop, platform.clock, platform.log);
   switch (line.mode) {
     case Mode::probe:
       return runProbe(platform, provider, out);

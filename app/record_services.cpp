@@ -20,7 +20,7 @@ RecordServices::RecordServices(const Context& context)
                           return watcher.snapshot().get();
                         }}),
       transfer({context.settings, context.platform.spacePlaces, context.platform.files, context.platform.clock,
-                context.platform.system, context.platform.windowServer, context.platform.accessibility,
+                context.platform.system, context.platform.desktop, context.platform.windows,
                 context.platform.screenCapture, context.platform.displays, context.platform.desktopFacts,
                 programVersion(),
                 [platform = context.platform, &storage = context.storage] { return setUpChecks(platform, storage); }}),
@@ -44,7 +44,7 @@ Outcome RecordServices::applyTemplate(const std::string& name) {
 }
 
 std::vector<SetUpCheck> setUpChecks(const Platform& platform, const Storage& storage) {
-  const bool trusted = platform.accessibility.AXIsProcessTrusted();
+  const bool trusted = platform.windows.mayChange();
   const bool permitted = platform.screenCapture.CGPreflightScreenCaptureAccess();
   const bool saved = storage.isSound();
   const auto* const advice = platform.desktopKind == DesktopKind::driven

@@ -43,7 +43,7 @@ void AppDelegate::openSettingsIfAsked() {
 }
 
 void AppDelegate::presentDegradedAlert() {
-  const auto health = platform_.windowServer.CGSBridgeProbe();
+  const auto health = platform_.desktop.health();
   platform_.log.info(category, "bridge health: " + std::to_string(health.bits()));
   if (!health.healthy()) {
     error_ << "tallowin: there are no desktops to watch here yet; --platform simulated makes some up\n";
@@ -81,7 +81,7 @@ void AppDelegate::startWatching() {
   watcher_.onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
     pipeline_.activeSpaceChanged(from, to);
   };
-  if (platform_.windowServer.CGSBridgeConnection() != 0) {
+  if ((platform_.desktop.health().bits() & CGSBridgeHealth::connection) != 0) {
     underWay_.awaitFirstSnapshot();
   }
   watcher_.start();

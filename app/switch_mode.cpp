@@ -8,6 +8,7 @@
 #include "app/exit_status.h"
 #include "app/words.h"
 #include "base/property_list_reading.h"
+#include "commands/driven/space_driver.h"
 #include "commands/space_switcher.h"
 
 namespace tallowin {
@@ -30,13 +31,9 @@ std::int64_t activeDesktop(const std::optional<SpaceSnapshot>& snapshot) {
   return active ? active->desktopNumber.value_or(0) : 0;
 }
 
-void printHotKey(WindowServer& windowServer, std::int64_t number, std::ostream& out) {
-  const auto hotKey = static_cast<int>(symbolic_hot_key::firstDesktop + number - 1);
-  const auto binding = windowServer.CGSBridgeGetSymbolicHotKey(hotKey);
-  const auto [keyCode, modifierFlags] = binding.value_or(SymbolicHotKeyBinding{});
-  out << "hotkey " << hotKey << ": bound=" << trueOrFalse(binding.has_value()) << " keyCode=" << keyCode << " mods=0x"
-      << std::hex << modifierFlags << std::dec
-      << " enabled=" << trueOrFalse(windowServer.CGSBridgeIsSymbolicHotKeyEnabled(hotKey)) << '\n';
+void printHotKey(const DesktopHotKey& key, std::ostream& out) {
+  out << "hotkey " << key.hotKey << ": bound=" << trueOrFalse(key.isBound) << " keyCode=" << key.keyCode << " mods=0x"
+      << std::hex << key.modifierFlags << std::dec << " enabled=" << trueOrFalse(key.isEnabled) << '\n';
 }
 
 bool screenIsLocked(System& system) {
@@ -83,11 +80,10 @@ int runSwitch(const SwitchRequest& request, const Platform& platform, const Spac
     out << "desktop " << number << " not found\n";
     return exit_status::failure;
   }
-  printHotKey(platform.windowServer, number, out);
-  out << "accessibility trusted: " << trueOrFalse(platform.accessibility.AXIsProcessTrusted()) << '\n';
-  SpaceSwitcher switcher({platform.windowServer, platform.accessibility, platform.events, platform.displays,
-                          platform.preferences, platform.system, platform.mainQueue, platform.clock, settings,
-                          platform.log});
+  printHotKey(hotKeyOfDesktop(number, platform.driven), out);
+  out << "accessibility trusted: " << trueOrFalse(platform.windows.mayChange()) << '\n';
+  SpaceSwitcher switcher({platform.asked, platform.driven, platform.events, platform.displays, platform.preferences,
+                          platform.system, platform.mainQueue, platform.clock, settings, platform.log});
   out << "switch to desktop " << number << ": " << (switcher.switchTo(*target, *snapshot) ? "posted" : "failed")
       << std::endl;
   if (observeSwitch(number, platform.runLoop, provider, out)) {

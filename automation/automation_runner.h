@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "automation/browser_profiles.h"
+#include "base/delayed_steps.h"
 #include "base/settings.h"
 #include "core/space.h"
 #include "core/space_automation.h"
@@ -18,7 +19,6 @@
 #include "platform/processes.h"
 #include "platform/system.h"
 #include "platform/workspace.h"
-#include "windows/delayed_steps.h"
 
 namespace tallowin {
 

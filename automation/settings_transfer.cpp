@@ -134,8 +134,8 @@ std::string SettingsTransfer::diagnostics(const SpaceSnapshot& snapshot,
   DiagnosticFacts facts;
   facts.program = s.program;
   facts.system = s.system.operatingSystemName() + " " + s.system.operatingSystemVersionString();
-  facts.health = s.windowServer.CGSBridgeProbe();
-  facts.accessibility = s.accessibility.AXIsProcessTrusted();
+  facts.health = s.desktop.health();
+  facts.accessibility = s.windows.mayChange();
   facts.screenRecording = s.screenCapture.CGPreflightScreenCaptureAccess();
   facts.switchMode = s.settings.switchMode();
   facts.displays = snapshot.displays.size();

@@ -11,12 +11,13 @@
 #include "automation/foreign_json.h"
 #include "base/settings.h"
 #include "core/space_store.h"
-#include "platform/accessibility.h"
+#include "platform/desktop.h"
 #include "platform/displays.h"
 #include "platform/files.h"
 #include "platform/screen_capture.h"
 #include "platform/space_places.h"
 #include "platform/system.h"
+#include "platform/windows.h"
 
 namespace tallowin {
 
@@ -30,8 +31,8 @@ class SettingsTransfer {
     Files& files;
     const Clock& clock;
     System& system;
-    WindowServer& windowServer;
-    Accessibility& accessibility;
+    Desktop& desktop;
+    Windows& windows;
     ScreenCapture& screenCapture;
     Displays& displays;
     DesktopFacts& desktopFacts;

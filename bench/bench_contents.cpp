@@ -12,16 +12,17 @@ namespace {
 constexpr std::int64_t windowsEach = 5;  // of an application
 constexpr std::int64_t spaces = 10;
 
-PropertyList list(std::int64_t windows) {
-  auto all = PropertyList::array();
+std::vector<DesktopWindow> list(std::int64_t windows) {
+  std::vector<DesktopWindow> all;
   for (std::int64_t i = 0; i < windows; ++i) {
-    all.push_back({{"kCGWindowLayer", 0},
-                   {"kCGWindowOwnerPID", 1 + i / windowsEach},
-                   {"kCGWindowNumber", i},
-                   {"kCGWindowBounds", {{"X", 10}, {"Y", 20}, {"Width", 640}, {"Height", 480}}},
-                   {"kCGWindowAlpha", 1.0},
-                   {"kCGWindowName", "Window " + std::to_string(i)},
-                   {"kCGWindowOwnerName", "Application"}});
+    all.push_back({.id = static_cast<WindowNumber>(i),
+                   .pid = static_cast<ProcessID>(1 + i / windowsEach),
+                   .ownerName = "Application",
+                   .title = "Window " + std::to_string(i),
+                   .frame = {{10, 20}, {640, 480}},
+                   .layer = 0,
+                   .alpha = 1,
+                   .spaces = std::nullopt});
   }
   return all;
 }

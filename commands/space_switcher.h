@@ -1,26 +1,32 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "base/settings.h"
-#include "commands/bounce_watch.h"
-#include "commands/dock_swipe_poster.h"
-#include "commands/symbolic_hot_key_poster.h"
 #include "core/space.h"
-#include "platform/accessibility.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
 #include "platform/displays.h"
+#include "platform/driven_services.h"
+#include "platform/events.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/preferences.h"
+#include "platform/system.h"
 
 namespace tallowin {
 
-/// Makes the system show another Space by driving the Dock as a user would: by a swipe gesture (`instant`) or by the
-/// Mission Control shortcuts (`classic`). Main thread only.
+class SpaceDriver;
+
+/// Makes the system show another Space: by asking the desktop for it, or by driving the Dock as a user would. Main
+/// thread only.
 class SpaceSwitcher {
  public:
   struct Services {
-    WindowServer& windowServer;
-    Accessibility& accessibility;
+    AskedDesktop* asked;     ///< the desktop, if it can be asked;
+    DrivenServices* driven;  ///< else what it is driven by
     Events& events;
     Displays& displays;
     Preferences& preferences;
@@ -32,31 +38,30 @@ class SpaceSwitcher {
   };
 
   explicit SpaceSwitcher(Services services);
+  SpaceSwitcher(const SpaceSwitcher&) = delete;
+  SpaceSwitcher& operator=(const SpaceSwitcher&) = delete;
+  ~SpaceSwitcher();
 
-  /// Told just before a switch is posted, while the Space that is left is still shown.
+  /// Told just before a switch is asked for, while the Space that is left is still shown.
   std::function<void(const SpaceSnapshot& snapshot)> willSwitch;
 
-  /// Switches the display that holds `target` to it. True when it is active already or the switch was posted, which
-  /// does not mean that it was seen to happen; false when nothing could be posted.
+  /// Switches the display that holds `target` to it. True when it is active already or the switch was asked for or
+  /// posted, which does not mean that it was seen to happen; false when that was not possible.
   bool switchTo(const Space& target, const SpaceSnapshot& snapshot);
 
-  /// To be called with every new snapshot, so that instant switches that bounce back are noticed.
-  void observe(const SpaceSnapshot& snapshot) { bounces_.observe(snapshot); }
+  /// To be called with every new snapshot, so that driven switches that bounce back are noticed.
+  void observe(const SpaceSnapshot& snapshot);
 
   /// The display whose screen holds the pointer: the snapshot's only one, if it has no other; nothing when the pointer
   /// is on no screen or on one that the snapshot does not have.
   [[nodiscard]] std::optional<DisplaySpaces> displayUnderMouse(const SpaceSnapshot& snapshot) const;
 
  private:
-  [[nodiscard]] bool switchesClassically() const;
-  bool classicSwitch(const Space& target, std::int64_t steps);
-  void bringPointerTo(const std::string& displayIdentifier);
-  [[nodiscard]] CGPoint pointer() const;
-
-  const Services services_;
-  DockSwipePoster swipes_;
-  SymbolicHotKeyPoster hotKeys_;
-  BounceWatch bounces_;
+  AskedDesktop* const asked_;
+  Events& events_;
+  Displays& displays_;
+  Log& log_;
+  const std::unique_ptr<SpaceDriver> driver_;  ///< null where the desktop is asked
 };
 
 }  // namespace tallowin

@@ -15,4 +15,9 @@ std::optional<Screen> screenWithIdentifier(Displays& displays, std::string_view 
   return display != 0 && found != screens.end() ? std::optional(*found) : std::nullopt;
 }
 
+CGPoint pointerOnDisplays(Events& events, Displays& displays) {
+  const auto location = events.mouseLocation();
+  return {location.x, displays.CGDisplayBounds(displays.CGMainDisplayID()).size.height - location.y};
+}
+
 }  // namespace tallowin

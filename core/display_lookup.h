@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/displays.h"
+#include "platform/events.h"
 
 namespace tallowin {
 
@@ -13,5 +14,8 @@ namespace tallowin {
 
 /// The screen that shows the display with this identifier, or nothing.
 [[nodiscard]] std::optional<Screen> screenWithIdentifier(Displays& displays, std::string_view identifier);
+
+/// Where the pointer is, origin at the top left of the main display.
+[[nodiscard]] CGPoint pointerOnDisplays(Events& events, Displays& displays);
 
 }  // namespace tallowin

@@ -21,22 +21,19 @@ void SpaceWatcher::start() {
   if (std::exchange(started_, true)) {
     return;
   }
-  observeWindowServer();
+  observeDesktop();
   observeNotifications();
   plistSource_.start();
   refresh();
 }
 
-void SpaceWatcher::observeWindowServer() {
-  const auto toMainThread = [this, &queue = services_.mainQueue,
-                             alive = std::weak_ptr(alive_)](WindowServerEvent event) {
-    queue.async([this, alive, event] {
-      if (!alive.expired()) {
-        requestRefresh("ws:" + std::to_string(event));
-      }
-    });
-  };
-  if (!services_.windowServer.CGSBridgeRegisterSpaceNotifications(toMainThread)) {
+void SpaceWatcher::observeDesktop() {
+  const bool complete = services_.desktop.observe([this, alive = std::weak_ptr(alive_)](const DesktopSign& sign) {
+    if (!alive.expired()) {
+      requestRefresh(sign.reason);
+    }
+  });
+  if (!complete) {
     services_.log.error(category, "WindowServer notifications unavailable, relying on fallbacks");
   }
 }

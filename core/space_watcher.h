@@ -21,7 +21,7 @@ class SpaceWatcher {
  public:
   struct Services {
     const SpaceProvider& provider;
-    WindowServer& windowServer;
+    Desktop& desktop;
     NotificationCenter& workspaceNotifications;
     NotificationCenter& defaultNotifications;
     Files& files;
@@ -55,7 +55,7 @@ class SpaceWatcher {
   [[nodiscard]] Published<SpaceSnapshot>& snapshot() { return snapshot_; }
 
  private:
-  void observeWindowServer();
+  void observeDesktop();
   void observeNotifications();
   void reportActiveSpace(const std::optional<Space>& before, const SpaceSnapshot& now);
 
@@ -65,7 +65,7 @@ class SpaceWatcher {
   Subscriptions observers_;
   WorkItem pendingRefresh_;
   bool started_ = false;
-  // Shared with calls on their way from the window server's threads, which look whether the watcher still exists.
+  // Held weakly by the desktop, which tells of its signs for longer.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "platform/accessibility.h"
 #include "platform/alerts.h"
 #include "platform/apple_script.h"
 #include "platform/clock.h"
 #include "platform/command_channel.h"
+#include "platform/desktop.h"
 #include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
 #include "platform/desktop_service.h"
 #include "platform/displays.h"
+#include "platform/driven_services.h"
 #include "platform/events.h"
 #include "platform/files.h"
 #include "platform/folders.h"
@@ -28,8 +29,7 @@
 #include "platform/tcp_listener.h"
 #include "platform/toasts.h"
 #include "platform/url_events.h"
-#include "platform/window_list.h"
-#include "platform/window_server.h"
+#include "platform/windows.h"
 #include "platform/workspace.h"
 
 namespace tallowin {
@@ -37,13 +37,14 @@ namespace tallowin {
 /// The services of one platform, handed to whoever puts the program together. Everybody else is constructed with just
 /// the services that they use. The services outlive everything that was given them.
 struct Platform {
-  WindowServer& windowServer;
+  Desktop& desktop;
+  AskedDesktop* asked;     ///< the same, where it does what it is asked for; else null
+  DrivenServices* driven;  ///< what it is driven by, where it cannot be asked; else null
+  Windows& windows;
   DesktopNames& desktopNames;
   SpacePlaces& spacePlaces;
-  Accessibility& accessibility;
   Events& events;
   Displays& displays;
-  WindowList& windowList;
   Workspace& workspace;
   NotificationCenter& workspaceNotifications;  ///< NSWorkspace's own notification centre
   NotificationCenter& defaultNotifications;    ///< the application's default notification centre

@@ -22,8 +22,9 @@ class ResidentProgram : public SimulatedProgram {
   void begin() {
     LaunchOptions options;
     options.port = LocalAPI::standardPort;
-    delegate = std::make_unique<AppDelegate>(simulatedPlatform(desktop, bridge, preferences, images, time), storage,
-                                             settings, provider, options, error);
+    delegate =
+        std::make_unique<AppDelegate>(simulatedPlatform(desktop, spaces, driven, windows, preferences, images, time),
+                                      storage, settings, provider, options, error);
     delegate->applicationDidFinishLaunching();
   }
 

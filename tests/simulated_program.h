@@ -7,12 +7,14 @@
 
 #include "base/file_preferences.h"
 #include "base/settings.h"
-#include "core/cgs_bridge.h"
+#include "core/driven/cgs_bridge.h"
+#include "core/driven/driven_desktop.h"
 #include "core/space_provider.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/simulated_desktop.h"
 #include "platform/simulated/simulated_parts.h"
 #include "platform/simulated/virtual_time.h"
+#include "windows/driven/driven_windows.h"
 
 namespace tallowin {
 
@@ -101,11 +103,14 @@ class SimulatedProgram {
   NoImages images;
   SimulatedDesktop desktop{scenario, time, time, images, journal};
   CGSBridge bridge{desktop.loader(), desktop.coreFoundation()};
+  DrivenServices driven{bridge, desktop.accessibility(), desktop.windowList()};
+  DrivenDesktop spaces{bridge, time};
+  DrivenWindows windows{driven};
   Storage& storage = desktop.storage();
   FilePreferences preferences{storage, desktop.files(), time, "/home/user/.config/tallowin/preferences.json",
                               [this](std::string_view key) { return desktop.globalPreference(key); }};
   Settings settings{preferences};
-  SpaceProvider provider{bridge, time, desktop.log()};
+  SpaceProvider provider{spaces, time, desktop.log()};
 
  private:
   static Scenario parsed(std::string_view json) {

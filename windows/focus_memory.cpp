@@ -4,14 +4,12 @@
 
 namespace tallowin {
 
-FocusMemory::FocusMemory(Services services) : services_(services), ax_(services.accessibility, services.windowServer) {}
-
 void FocusMemory::leaving(const Space& space) {
   const auto front = services_.workspace.frontmostApplication();
   if (!front || front->pid == services_.system.processIdentifier()) {
     return;
   }
-  if (const auto window = ax_.focusedWindowID(front->pid)) {
+  if (const auto window = services_.windows.focused(front->pid)) {
     lastWindow_.insert_or_assign(space.id, Remembered{*window, front->pid});
   }
 }
@@ -29,8 +27,8 @@ std::optional<FocusMemory::Remembered> FocusMemory::lastWindow(const std::string
 }
 
 void FocusMemory::restore(const Space& space, const SpaceContents& contents) {
-  const auto active = static_cast<ManagedSpaceID>(services_.windowServer.CGSBridgeActiveSpace());
-  if (active != 0 && active != space.managedID) {
+  const auto active = services_.desktop.activeSpace();
+  if (active && *active != space.managedID) {
     return;
   }
   const auto remembered = lastWindow(space.id);
@@ -46,8 +44,8 @@ void FocusMemory::restore(const Space& space, const SpaceContents& contents) {
 /// Whether the user works there in a window that came after the windows were listed.
 bool FocusMemory::focusIsOn(ManagedSpaceID space) const {
   const auto front = services_.workspace.frontmostApplication();
-  const auto focused = front ? ax_.focusedWindowID(front->pid) : std::nullopt;
-  const auto spaces = focused ? services_.windowServer.CGSBridgeCopySpacesForWindow(*focused) : std::nullopt;
+  const auto focused = front ? services_.windows.focused(front->pid) : std::nullopt;
+  const auto spaces = focused ? services_.desktop.spacesOfWindow(*focused) : std::nullopt;
   return spaces && std::ranges::find(*spaces, space) != spaces->end();
 }
 
@@ -55,7 +53,7 @@ bool FocusMemory::focusIsAmong(const std::vector<WindowInfo>& windows) const {
   const auto front = services_.workspace.frontmostApplication();
   const bool hasWindowHere =
       front && std::ranges::any_of(windows, [&](const WindowInfo& window) { return window.pid == front->pid; });
-  const auto focused = hasWindowHere ? ax_.focusedWindowID(front->pid) : std::nullopt;
+  const auto focused = hasWindowHere ? services_.windows.focused(front->pid) : std::nullopt;
   return focused && std::ranges::any_of(windows, [&](const WindowInfo& window) { return window.id == *focused; });
 }
 

@@ -9,7 +9,6 @@
 #include "core/space.h"
 #include "platform/system.h"
 #include "platform/workspace.h"
-#include "windows/ax.h"
 #include "windows/space_contents.h"
 #include "windows/window_mover.h"
 
@@ -23,8 +22,8 @@ class FocusMemory {
 
   struct Services {
     Workspace& workspace;
-    Accessibility& accessibility;
-    WindowServer& windowServer;
+    Desktop& desktop;
+    Windows& windows;
     System& system;
     WindowMover& mover;
     const Settings& settings;
@@ -38,7 +37,7 @@ class FocusMemory {
     bool operator==(const Remembered&) const = default;
   };
 
-  explicit FocusMemory(Services services);
+  explicit FocusMemory(Services services) : services_(services) {}
   FocusMemory(const FocusMemory&) = delete;
   FocusMemory& operator=(const FocusMemory&) = delete;
 
@@ -60,7 +59,6 @@ class FocusMemory {
   [[nodiscard]] bool focusIsAmong(const std::vector<WindowInfo>& windows) const;
 
   const Services services_;
-  const AX ax_;
   std::map<std::string, Remembered> lastWindow_;
   WorkItem waiting_;
 };

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
-#include "platform/geometry.h"
-#include "platform/identifiers.h"
-#include "platform/property_list.h"
+#include "platform/windows.h"
 
 namespace tallowin {
 
@@ -17,8 +16,8 @@ struct FrontWindow {
 };
 
 /// The first ordinary window of a list of windows on screen, front to back, that `owner` (or anyone, if absent) owns
-/// and that is wider and taller than 60 points. Total: entries with missing or mistyped members are passed over.
-[[nodiscard]] std::optional<FrontWindow> frontmostWindow(const std::optional<PropertyList>& list,
+/// and that is wider and taller than 60 points.
+[[nodiscard]] std::optional<FrontWindow> frontmostWindow(const std::optional<std::vector<DesktopWindow>>& list,
                                                          std::optional<ProcessID> owner);
 
 }  // namespace tallowin

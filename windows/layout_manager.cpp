@@ -19,10 +19,7 @@ constexpr auto verificationDelay = std::chrono::milliseconds(120);
 }  // namespace
 
 LayoutManager::LayoutManager(Services services)
-    : services_(services),
-      ax_(services.accessibility, services.windowServer),
-      files_(services.storage, services.paths),
-      steps_(services.mainQueue) {}
+    : services_(services), files_(services.storage, services.paths), steps_(services.mainQueue) {}
 
 std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
   return connectedDisplays(services_.displays, snapshot).key();
@@ -71,10 +68,7 @@ void LayoutManager::place(const WindowInfo& window, const WindowLayout::Entry& e
   if (window.spaceID != space.managedID) {
     move(window, space, snapshot, tally);
   }
-  const auto element = ax_.element(window.id, window.pid);
-  if (element && ax_.frame(element) != entry.frame) {
-    ax_.setFrame(element, entry.frame);
-  }
+  services_.windows.setFrame({window.id, window.pid}, entry.frame);
 }
 
 void LayoutManager::move(const WindowInfo& window, const Space& space, const SpaceSnapshot& snapshot,
@@ -142,8 +136,7 @@ void LayoutManager::moveToHomeDisplay(const SpaceSnapshot& snapshot, MoveTally& 
 void LayoutManager::moveToHomeMonitor(const std::vector<Monitor>& monitors, MoveTally& tally) {
   std::vector<std::pair<WindowNumber, WindowMover::Completion>> moves;
   for (const auto& [window, frame] : planEjection(services_.contents.windows().get(), monitors)) {
-    if (const auto element = ax_.element(window.id, window.pid)) {
-      ax_.setFrame(element, frame);
+    if (services_.windows.setFrame({window.id, window.pid}, frame)) {
       moves.emplace_back(window.id, tally.expect());
     }
   }

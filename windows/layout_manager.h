@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/delayed_steps.h"
 #include "core/space.h"
 #include "platform/clock.h"
 #include "platform/displays.h"
 #include "platform/main_queue.h"
-#include "windows/delayed_steps.h"
 #include "windows/layout_files.h"
 #include "windows/move_tally.h"
 #include "windows/space_contents.h"
@@ -31,8 +31,7 @@ class LayoutManager {
   struct Services {
     WindowMover& mover;
     SpaceContents& contents;
-    Accessibility& accessibility;
-    WindowServer& windowServer;
+    Windows& windows;
     Displays& displays;
     Storage& storage;
     const AppPaths& paths;
@@ -83,7 +82,6 @@ class LayoutManager {
   void autoSave();
 
   const Services services_;
-  const AX ax_;
   LayoutFiles files_;
   DelayedSteps steps_;
   std::function<SpaceSnapshot()> snapshot_;

@@ -65,8 +65,7 @@ MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
 std::optional<Space> MarkCommands::spaceToSwitchTo(WindowNumber window) const {
   const auto snapshot = services_.snapshot();
   std::vector<Space> spaces;
-  for (const auto id :
-       services_.windowServer.CGSBridgeCopySpacesForWindow(window).value_or(std::vector<ManagedSpaceID>())) {
+  for (const auto id : services_.desktop.spacesOfWindow(window).value_or(std::vector<ManagedSpaceID>())) {
     if (const auto space = spaceWithManagedID(snapshot, id)) {
       spaces.push_back(*space);
     }

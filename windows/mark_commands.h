@@ -5,8 +5,8 @@
 #include <string>
 
 #include "core/space.h"
+#include "platform/desktop.h"
 #include "platform/toasts.h"
-#include "platform/window_server.h"
 #include "windows/window_marks.h"
 #include "windows/window_mover.h"
 
@@ -18,7 +18,7 @@ class MarkCommands {
   struct Services {
     WindowMarks& marks;
     WindowMover& mover;
-    WindowServer& windowServer;
+    Desktop& desktop;
     Toasts& toasts;
     std::function<SpaceSnapshot()> snapshot;     ///< answers one of this moment
     std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing

@@ -11,13 +11,12 @@ namespace tallowin {
 namespace {
 
 constexpr auto category = "SavedSpaces";
-constexpr auto closingTimeout = std::chrono::milliseconds(300);
+constexpr auto closingPatience = std::chrono::milliseconds(300);
 
 }  // namespace
 
 SavedSpaces::SavedSpaces(Services services, BrowserTabsReader browserTabs, RandomBits random)
     : services_(services),
-      ax_(services.accessibility, services.windowServer),
       browserTabs_(std::move(browserTabs)),
       random_(std::move(random)),
       file_(services.storage, services.paths.supportDirectory() / "saved-spaces.json", category) {}
@@ -86,9 +85,7 @@ bool SavedSpaces::append(const SavedSpace& space) {
 
 void SavedSpaces::closeWindows(const Space& space) const {
   for (const auto& window : services_.contents.windows(space.managedID)) {
-    if (const auto element = ax_.element(window.id, window.pid, closingTimeout)) {
-      ax_.close(element);
-    }
+    services_.windows.close({window.id, window.pid}, closingPatience);
   }
 }
 

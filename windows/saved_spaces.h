@@ -12,7 +12,6 @@
 #include "platform/clock.h"
 #include "platform/log.h"
 #include "platform/workspace.h"
-#include "windows/ax.h"
 #include "windows/browser_tabs_reader.h"
 #include "windows/saved_space.h"
 #include "windows/space_contents.h"
@@ -31,8 +30,7 @@ class SavedSpaces {
   struct Services {
     const SpaceStore& store;
     const SpaceContents& contents;
-    Accessibility& accessibility;
-    WindowServer& windowServer;
+    Windows& windows;
     Workspace& workspace;
     Storage& storage;
     const AppPaths& paths;
@@ -68,7 +66,6 @@ class SavedSpaces {
   [[nodiscard]] bool opensByTabs(const SavedSpace& space, const std::string& bundleID) const;
 
   const Services services_;
-  const AX ax_;
   const BrowserTabsReader browserTabs_;
   const RandomBits random_;
   RecordFile file_;

@@ -23,9 +23,9 @@ constexpr NotificationName triggers[] = {
 
 SpaceContentsReading reading(const SpaceContents::Services& services, ProcessID ownPID) {
   return readSpaceContents(
-      services.windowList.CGWindowListCopyWindowInfo(CGWindowListOption::excludeDesktopElements, 0),
+      services.windows.list(WindowScope::all),
       {ownPID, [&](ProcessID pid) { return services.workspace.runningApplicationWithProcessIdentifier(pid); },
-       [&](WindowNumber window) { return services.windowServer.CGSBridgeCopySpacesForWindow(window); }});
+       [&](WindowNumber window) { return services.desktop.spacesOfWindow(window); }});
 }
 
 }  // namespace

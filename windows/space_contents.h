@@ -10,11 +10,11 @@
 
 #include "base/published.h"
 #include "base/subscriptions.h"
+#include "platform/desktop.h"
 #include "platform/main_queue.h"
 #include "platform/notification_center.h"
 #include "platform/system.h"
-#include "platform/window_list.h"
-#include "platform/window_server.h"
+#include "platform/windows.h"
 #include "platform/workspace.h"
 #include "windows/space_contents_reading.h"
 #include "windows/window_info.h"
@@ -26,9 +26,9 @@ namespace tallowin {
 class SpaceContents {
  public:
   struct Services {
-    WindowList& windowList;
+    Desktop& desktop;
+    Windows& windows;
     Workspace& workspace;
-    WindowServer& windowServer;
     NotificationCenter& workspaceNotifications;
     System& system;
     MainQueue& mainQueue;

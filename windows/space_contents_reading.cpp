@@ -2,56 +2,37 @@
 
 #include <utility>
 
-#include "base/property_list_reading.h"
-#include "windows/window_list_entry.h"
-
 namespace tallowin {
 
 namespace {
 
-namespace plist = property_list;
-
 constexpr double invisibleAlpha = 0.01;
 constexpr auto namelessApplication = "App";
 
-bool isVisible(const PropertyList& entry) {
-  const auto alpha = plist::member(entry, "kCGWindowAlpha", plist::real);
-  return !alpha || *alpha > invisibleAlpha;
+bool mayCount(const DesktopWindow& window, ProcessID ownPID) {
+  return window.layer == 0 && window.pid != ownPID && window.frame.size.width >= smallestWindow &&
+         window.frame.size.height >= smallestWindow && window.alpha > invisibleAlpha;
 }
 
-std::string applicationName(const RunningApplication& application, const PropertyList& entry) {
-  if (application.localizedName) {
-    return *application.localizedName;
-  }
-  return plist::member(entry, "kCGWindowOwnerName", plist::text).value_or(namelessApplication);
-}
-
-/// The entry as a window, unless it fails a test. The costly questions come last.
-std::optional<WindowInfo> readWindow(const PropertyList& entry, const SpaceContentsLookups& lookups) {
-  const auto owner = plist::member(entry, "kCGWindowOwnerPID", plist::integer32);
-  if (plist::member(entry, "kCGWindowLayer", plist::integer) != 0 || !owner || *owner == lookups.ownPID) {
+/// The window as one that counts, unless it does not. The costly questions come last.
+std::optional<WindowInfo> readWindow(const DesktopWindow& window, const SpaceContentsLookups& lookups) {
+  if (!mayCount(window, lookups.ownPID)) {
     return {};
   }
-  const auto number = windowNumber(entry);
-  const auto bounds = windowBounds(entry);
-  const bool isLarge = bounds && bounds->size.width >= smallestWindow && bounds->size.height >= smallestWindow;
-  if (!number || !isLarge || !isVisible(entry)) {
-    return {};
-  }
-  const auto application = lookups.runningApplication(*owner);
+  const auto application = lookups.runningApplication(window.pid);
   if (!application || application->activationPolicy != ActivationPolicy::regular) {
     return {};
   }
-  const auto spaces = lookups.spacesForWindow(*number);
+  const auto spaces = window.spaces ? window.spaces : lookups.spacesForWindow(window.id);
   if (!spaces || spaces->size() != 1) {
     return {};
   }
-  return WindowInfo{*number,
-                    *owner,
+  return WindowInfo{window.id,
+                    window.pid,
                     application->bundleIdentifier,
-                    applicationName(*application, entry),
-                    plist::member(entry, "kCGWindowName", plist::text).value_or(""),
-                    *bounds,
+                    application->localizedName.value_or(window.ownerName.value_or(namelessApplication)),
+                    window.title.value_or(""),
+                    window.frame,
                     spaces->front()};
 }
 
@@ -85,14 +66,11 @@ class ApplicationLists {
 
 }  // namespace
 
-SpaceContentsReading readSpaceContents(const std::optional<PropertyList>& list, const SpaceContentsLookups& lookups) {
-  const auto* const entries = plist::listOfDictionaries(list ? &*list : nullptr);
-  if (entries == nullptr) {
-    return {};
-  }
+SpaceContentsReading readSpaceContents(const std::optional<std::vector<DesktopWindow>>& list,
+                                       const SpaceContentsLookups& lookups) {
   SpaceContentsReading reading;
   ApplicationLists applications;
-  for (const auto& entry : *entries) {
+  for (const auto& entry : list.value_or(std::vector<DesktopWindow>())) {
     if (auto window = readWindow(entry, lookups)) {
       applications.add(*window);
       reading.windows.push_back(*std::move(window));

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/property_list.h"
+#include "platform/windows.h"
 #include "windows/window_info.h"
 
 namespace tallowin {
@@ -24,13 +24,12 @@ struct SpaceContentsReading {
 struct SpaceContentsLookups {
   ProcessID ownPID = 0;  ///< this program's windows are left out
   std::function<std::optional<RunningApplication>(ProcessID)> runningApplication;
-  /// The Spaces that show a window; nothing on failure.
+  /// The Spaces that show a window, where the list does not tell; nothing on failure.
   std::function<std::optional<std::vector<ManagedSpaceID>>(WindowNumber)> spacesForWindow;
 };
 
-/// Reads a window list (keys in platform/window_list.h). Any thread on which the lookups may be called. Total: an entry
-/// with missing or mistyped members is left out, a list that is none reads as empty.
-[[nodiscard]] SpaceContentsReading readSpaceContents(const std::optional<PropertyList>& list,
+/// What a list of all windows tells; nothing reads as empty. Any thread on which the lookups may be called.
+[[nodiscard]] SpaceContentsReading readSpaceContents(const std::optional<std::vector<DesktopWindow>>& list,
                                                      const SpaceContentsLookups& lookups);
 
 }  // namespace tallowin

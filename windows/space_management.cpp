@@ -1,176 +1,64 @@
 #include "windows/space_management.h"
 
-#include <algorithm>
-#include <chrono>
-#include <string>
 #include <utility>
 
-#include "base/unicode.h"
-#include "windows/synthetic_input.h"
+#include "core/space_provider.h"
+#include "windows/driven/mission_control_driver.h"
 
 namespace tallowin {
 
 namespace {
 
-using namespace std::chrono_literals;
-using synthetic_input::postMouse;
-
-constexpr auto dock = "com.apple.dock";
-constexpr auto openNotification = "com.apple.expose.awake";
-constexpr VirtualKeyCode escapeKey = 53;  // HIToolbox/Events.h, kVK_Escape
-
-// The bar is near the top of the Dock's tree; the walk need not see everything below it.
-constexpr int deepestElement = 6;
-
-constexpr Duration openingTime = 350ms;
-constexpr Duration pollInterval = 100ms;
-constexpr int mostPolls = 21;
-constexpr Duration addingTime = 500ms;
-/// Mission Control shows a desktop's close control only after the pointer has rested on it.
-constexpr Duration hoverTime = 700ms;
-constexpr Duration removingTime = 600ms;
-/// Where the close badge sits when it is no element of its own: so far from the thumbnail's corner, both ways.
-constexpr double badgeOffset = 6;
-
-/// Adds the buttons of the Spaces bar below (and with) `element` in tree order.
-void collectButtons(const AX& ax, const AXUIElement& element, int depth, bool inBar,
-                    std::vector<AXUIElement>& buttons) {
-  const auto role = ax.text(element, "AXRole");
-  if (role == "AXDockItem") {
-    return;
-  }
-  if (inBar && role == "AXButton") {
-    buttons.push_back(element);
-  }
-  if (depth == deepestElement) {
-    return;
-  }
-  const bool childrenInBar = inBar || ax.text(element, "AXTitle") == "Spaces Bar";
-  for (const auto& child : ax.elements(element, "AXChildren")) {
-    collectButtons(ax, child, depth + 1, childrenInBar, buttons);
-  }
-}
-
-template <typename Wanted>
-AXUIElement firstOf(const std::vector<AXUIElement>& elements, Wanted wanted) {
-  const auto found = std::ranges::find_if(elements, wanted);
-  return found != elements.end() ? *found : nullptr;
+SpaceManagement::Failure failureOf(DesktopRefusal refusal) {
+  return refusal == DesktopRefusal::noSpace ? SpaceManagement::Failure::notFound
+                                            : SpaceManagement::Failure::unavailable;
 }
 
 }  // namespace
 
 SpaceManagement::SpaceManagement(Services services)
-    : services_(services), ax_(services.accessibility, services.windowServer), steps_(services.mainQueue) {}
+    : asked_(services.asked),
+      driver_(services.driven == nullptr
+                  ? nullptr
+                  : std::make_unique<MissionControlDriver>(MissionControlDriver::Services{
+                        *services.driven, services.workspace, services.events, services.mainQueue})) {}
+
+SpaceManagement::~SpaceManagement() = default;
+
+/// Tells what became of a request to the desktop, unless this object has gone.
+AskedDesktop::Completion SpaceManagement::told(Completion completion) const {
+  return [alive = std::weak_ptr(alive_), completion = std::move(completion)](auto result) {
+    if (!alive.expired()) {
+      completion(result ? Result() : std::unexpected(failureOf(result.error())));
+    }
+  };
+}
 
 void SpaceManagement::addDesktop(Completion completion) {
-  openMissionControl(
-      [this, completion = std::move(completion)](const Buttons& buttons) { pressAdd(buttons, completion); });
+  if (driver_ != nullptr) {
+    driver_->addDesktop(std::move(completion));
+    return;
+  }
+  const auto reading = asked_->read();
+  if (reading && !reading->displays.empty()) {
+    asked_->addSpace(reading->displays.front().id, told(std::move(completion)));
+  } else {
+    completion(std::unexpected(Failure::unavailable));
+  }
 }
 
 void SpaceManagement::removeDesktop(std::int64_t number, Completion completion) {
-  openMissionControl([this, number, completion = std::move(completion)](const Buttons& buttons) {
-    hoverOver(buttons, number, completion);
-  });
-}
-
-void SpaceManagement::openMissionControl(Opened opened) {
-  ++underWay_;
-  if (const auto buttons = findButtons(); !buttons.empty()) {
-    opened(buttons);
+  if (driver_ != nullptr) {
+    driver_->removeDesktop(number, std::move(completion));
     return;
   }
-  // The notification closes a Mission Control that is opening.
-  if (openings_++ == 0) {
-    services_.windowServer.CGSBridgeDockNotify(openNotification);
-  }
-  pollLater(openingTime, mostPolls, std::move(opened));
-}
-
-void SpaceManagement::pollLater(Duration delay, int pollsLeft, Opened opened) {
-  steps_.after(delay, [this, pollsLeft, opened = std::move(opened)] {
-    const auto buttons = findButtons();
-    if (buttons.empty() && pollsLeft > 1) {
-      pollLater(pollInterval, pollsLeft - 1, opened);
-      return;
-    }
-    --openings_;
-    opened(buttons);
-  });
-}
-
-SpaceManagement::Buttons SpaceManagement::findButtons() const {
-  Buttons buttons;
-  if (const auto running = services_.workspace.runningApplicationsWithBundleIdentifier(dock); !running.empty()) {
-    collectButtons(ax_, ax_.application(running.front().pid), 0, false, buttons);
-  }
-  return buttons;
-}
-
-AXUIElement SpaceManagement::desktopButton(const Buttons& buttons, std::int64_t number) const {
-  const auto label = "Desktop " + std::to_string(number);
-  const auto titled = firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXTitle") == label; });
-  return titled != nullptr
-             ? titled
-             : firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXDescription") == label; });
-}
-
-void SpaceManagement::pressAdd(const Buttons& buttons, const Completion& completion) {
-  if (buttons.empty()) {
-    complete(std::unexpected(Failure::unavailable), completion);
-    return;
-  }
-  const auto add =
-      firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXDescription") == "add desktop"; });
-  if (add == nullptr) {
-    complete(std::unexpected(Failure::noButton), completion);
-    return;
-  }
-  ax_.press(add);
-  steps_.after(addingTime, [this, completion] { complete({}, completion); });
-}
-
-void SpaceManagement::hoverOver(const Buttons& buttons, std::int64_t number, const Completion& completion) {
-  if (buttons.empty()) {
-    complete(std::unexpected(Failure::unavailable), completion);
-    return;
-  }
-  const auto frame = ax_.frame(desktopButton(buttons, number));
-  if (!frame) {
-    complete(std::unexpected(Failure::notFound), completion);
-    return;
-  }
-  pointerBefore_ = pointerBefore_.value_or(synthetic_input::pointerLocation(services_.events));
-  services_.events.CGWarpMouseCursorPosition(frame->center());
-  postMouse(services_.events, CGMouseEventType::mouseMoved, frame->center());
-  steps_.after(hoverTime, [this, frame = *frame, completion] { pressClose(frame, completion); });
-}
-
-void SpaceManagement::pressClose(const CGRect& desktop, const Completion& completion) {
-  const auto close = firstOf(findButtons(), [&](const AXUIElement& button) {
-    const auto label = lowerCased(ax_.text(button, "AXDescription").value_or(""));
-    return label.contains("close") || label.contains("remove");
-  });
-  if (close != nullptr) {
-    ax_.press(close);
+  const auto reading = asked_->read();
+  const auto space = reading ? SpaceSnapshot{SpaceProvider::displays(*reading), {}}.desktop(number) : std::nullopt;
+  if (space) {
+    asked_->removeSpace(space->managedID, told(std::move(completion)));
   } else {
-    const CGPoint badge{desktop.origin.x + badgeOffset, desktop.origin.y + badgeOffset};
-    postMouse(services_.events, CGMouseEventType::leftMouseDown, badge);
-    postMouse(services_.events, CGMouseEventType::leftMouseUp, badge);
+    completion(std::unexpected(Failure::notFound));
   }
-  steps_.after(removingTime, [this, completion] { complete({}, completion); });
-}
-
-/// The last operation under way puts the pointer back and closes Mission Control.
-void SpaceManagement::complete(Result result, const Completion& completion) {
-  if (--underWay_ == 0) {
-    if (const auto before = std::exchange(pointerBefore_, std::nullopt)) {
-      services_.events.CGWarpMouseCursorPosition(*before);
-    }
-    if (result || result.error() != Failure::unavailable) {
-      synthetic_input::typeKey(services_.events, escapeKey);
-    }
-  }
-  completion(result);
 }
 
 std::string_view additionFailure(SpaceManagement::Failure failure, const DesktopTexts& texts) {

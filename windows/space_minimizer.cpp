@@ -5,10 +5,9 @@
 namespace tallowin {
 
 std::size_t SpaceMinimizer::minimizeAll(const Space& space, const SpaceContents& contents) {
-  std::vector<Minimized> minimized;
+  std::vector<WindowRef> minimized;
   for (const auto& window : contents.windows(space.managedID)) {
-    const auto element = ax_.element(window.id, window.pid);
-    if (element && !isMinimized(element) && ax_.setMinimized(element, true)) {
+    if (windows_.minimize({window.id, window.pid})) {
       minimized.push_back({window.id, window.pid});
     }
   }
@@ -20,16 +19,8 @@ std::size_t SpaceMinimizer::minimizeAll(const Space& space, const SpaceContents&
 
 void SpaceMinimizer::undo() {
   for (const auto& window : std::exchange(lastMinimized_, {})) {
-    if (const auto element = ax_.element(window.id, window.pid)) {
-      ax_.setMinimized(element, false);
-    }
+    windows_.unminimize(window);
   }
-}
-
-bool SpaceMinimizer::isMinimized(const AXUIElement& window) const {
-  const auto value = accessibility_.AXUIElementCopyAttributeValue(window, "AXMinimized");
-  const auto* const minimized = std::get_if<bool>(&value);
-  return minimized != nullptr && *minimized;
 }
 
 Toast minimizedToast(std::size_t count) {

@@ -4,7 +4,7 @@
 
 #include "core/space.h"
 #include "platform/toasts.h"
-#include "windows/ax.h"
+#include "platform/windows.h"
 #include "windows/space_contents.h"
 
 namespace tallowin {
@@ -12,8 +12,7 @@ namespace tallowin {
 /// Minimises every window of a Space, and undoes that. In memory only. Main thread only.
 class SpaceMinimizer {
  public:
-  SpaceMinimizer(Accessibility& accessibility, WindowServer& windowServer)
-      : accessibility_(accessibility), ax_(accessibility, windowServer) {}
+  explicit SpaceMinimizer(Windows& windows) : windows_(windows) {}
 
   /// Minimises the windows on a Space and answers how many; undo() brings back these and no others. Windows that cannot
   /// be reached, or are minimised already, do not count. When there were none, undo() does what it would have done.
@@ -26,16 +25,8 @@ class SpaceMinimizer {
   void undo();
 
  private:
-  struct Minimized {
-    WindowNumber id = 0;
-    ProcessID pid = 0;
-  };
-
-  [[nodiscard]] bool isMinimized(const AXUIElement& window) const;
-
-  Accessibility& accessibility_;
-  const AX ax_;
-  std::vector<Minimized> lastMinimized_;
+  Windows& windows_;
+  std::vector<WindowRef> lastMinimized_;
 };
 
 /// What the user is told when so many windows were minimised.

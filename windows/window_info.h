@@ -12,6 +12,9 @@
 
 namespace tallowin {
 
+/// The smallest window, in points each way, that may count as one.
+inline constexpr double smallestWindow = 60;
+
 /// An ordinary window of another application that stands on exactly one Space, as it was when it was read.
 struct WindowInfo {
   WindowNumber id = 0;

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/space_provider.h"
-#include "windows/window_list_entry.h"
+#include "windows/driven/window_drag.h"
 
 namespace tallowin {
 
@@ -13,18 +13,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto category = "WindowMover";
-
 /// The window server says yes to moves that it does not make; by now it has made those that it will.
 constexpr Duration verificationDelay = 120ms;
 /// The Space must be shown before a window on it can be raised.
 constexpr Duration raiseDelay = 250ms;
-
-constexpr auto onScreenWindows = CGWindowListOption::onScreenOnly | CGWindowListOption::excludeDesktopElements;
-
-std::optional<CGRect> firstBounds(const std::optional<PropertyList>& list) {
-  return list && list->is_array() && !list->empty() ? windowBounds(list->front()) : std::nullopt;
-}
 
 bool contains(const std::vector<ManagedSpaceID>& spaces, ManagedSpaceID space) {
   return std::ranges::find(spaces, space) != spaces.end();
@@ -39,31 +31,25 @@ std::optional<Space> activeSpaceBeside(ManagedSpaceID managedID, const SpaceSnap
   return active ? active : snapshot.activeSpace();
 }
 
-/// Whether a list of the window server's has this Space as one that its display does not show.
-bool isKnownHidden(ManagedSpaceID space, const std::optional<PropertyList>& list) {
-  const auto displays = list ? SpaceProvider::readDisplays(*list, {}) : std::nullopt;
-  return displays && std::ranges::any_of(*displays, [&](const DisplaySpaces& display) {
-           const auto found = std::ranges::find(display.spaces, space, &Space::managedID);
-           return found != display.spaces.end() && display.activeSpaceID && !found->isActive;
+/// Whether a display has this Space and shows another one.
+bool isKnownHidden(ManagedSpaceID space, const std::optional<DesktopReading>& reading) {
+  const auto has = [](const DesktopDisplay& display, ManagedSpaceID id) {
+    return std::ranges::find(display.spaces, id, &DesktopSpace::id) != display.spaces.end();
+  };
+  return reading && std::ranges::any_of(reading->displays, [&](const DesktopDisplay& display) {
+           return has(display, space) && display.current && has(display, *display.current) && *display.current != space;
          });
 }
 
 }  // namespace
 
-struct WindowMover::Move {
-  FrontWindow window;
-  Space target;
-  SpaceSnapshot snapshot;
-  bool follows = false;
-  bool allowsDrag = false;
-  Completion completion;
-};
-
 WindowMover::WindowMover(Services services)
     : services_(services),
-      ax_(services.accessibility, services.windowServer),
-      drag_(services.events, services.mainQueue),
-      steps_(services.mainQueue) {}
+      drag_(services.driven == nullptr
+                ? nullptr
+                : std::make_unique<WindowDrag>(services.driven->accessibility, services.events, services.mainQueue)) {}
+
+WindowMover::~WindowMover() = default;
 
 std::optional<FrontWindow> WindowMover::frontWindow() const {
   const auto front = services_.workspace.frontmostApplication();
@@ -72,22 +58,18 @@ std::optional<FrontWindow> WindowMover::frontWindow() const {
       return window;
     }
   }
-  return frontmostWindow(services_.windowList.CGWindowListCopyWindowInfo(onScreenWindows, 0),
+  return frontmostWindow(services_.windows.list(WindowScope::onScreen),
                          front ? std::optional(front->pid) : std::nullopt);
 }
 
 std::optional<FrontWindow> WindowMover::focusedWindow(ProcessID pid) const {
-  const auto number = ax_.focusedWindowID(pid);
-  if (!number) {
-    return {};
-  }
-  const auto bounds =
-      firstBounds(services_.windowList.CGWindowListCopyWindowInfo(CGWindowListOption::includingWindow, *number));
-  return bounds ? std::optional(FrontWindow{*number, pid, *bounds}) : std::nullopt;
+  const auto number = services_.windows.focused(pid);
+  const auto window = number ? services_.windows.window(*number) : std::nullopt;
+  return window ? std::optional(FrontWindow{*number, pid, window->frame}) : std::nullopt;
 }
 
 std::vector<ManagedSpaceID> WindowMover::spaces(WindowNumber window) const {
-  return services_.windowServer.CGSBridgeCopySpacesForWindow(window).value_or(std::vector<ManagedSpaceID>());
+  return services_.desktop.spacesOfWindow(window).value_or(std::vector<ManagedSpaceID>());
 }
 
 bool WindowMover::isOn(WindowNumber window, ManagedSpaceID space) const {
@@ -118,40 +100,56 @@ void WindowMover::move(const FrontWindow& window, const Space& target, const Spa
     completion(possible);
     return;
   }
-  services_.windowServer.CGSBridgeMoveWindowToSpace(window.id, target.managedID);
-  steps_.after(verificationDelay, [this, move = Move{window, target, snapshot, follow, allowDrag,
-                                                     std::move(completion)}] { verify(move); });
+  services_.desktop.moveWindow(window.id, target.managedID);
+  const auto move =
+      moves_.insert(moves_.end(), {window, target, snapshot, follow, allowDrag, std::move(completion), {}});
+  move->verification = services_.mainQueue.after(verificationDelay, [this, move] { verify(move); });
 }
 
-void WindowMover::verify(const Move& move) {
-  if (isOn(move.window.id, move.target.managedID)) {
-    if (move.follows) {
-      follow(move);
+void WindowMover::windowsChanged() {
+  const auto hasArrived = [this](const Move& move) { return isOn(move.window.id, move.target.managedID); };
+  Moves done;
+  for (auto move = moves_.begin(); move != moves_.end();) {
+    const auto next = std::next(move);
+    if (hasArrived(*move)) {
+      done.splice(done.end(), moves_, move);
     }
-    move.completion({});
-  } else if (move.allowsDrag && !drag_.isUnderWay()) {
-    services_.log.info(category, "private move did not take, using drag fallback");
-    drag(move);
-  } else {
-    move.completion(std::unexpected(Failure::notMoved));
+    move = next;
+  }
+  for (const auto& move : done) {
+    arrived(move);
   }
 }
 
-void WindowMover::follow(const Move& move) {
-  services_.switcher.switchTo(move.target, move.snapshot);
-  raiseAfterSwitch(move.window, move.target.managedID);
+void WindowMover::verify(Moves::iterator move) {
+  Moves due;
+  due.splice(due.end(), moves_, move);
+  if (isOn(move->window.id, move->target.managedID)) {
+    arrived(*move);
+  } else if (move->allowsDrag && drag_ != nullptr && !drag_->isUnderWay()) {
+    services_.log.info("WindowMover", "private move did not take, using drag fallback");
+    drag(*move);
+  } else {
+    move->completion(std::unexpected(Failure::notMoved));
+  }
+}
+
+void WindowMover::arrived(const Move& move) {
+  if (move.follows) {
+    services_.switcher.switchTo(move.target, move.snapshot);
+    raiseAfterSwitch(move.window, move.target.managedID);
+  }
+  move.completion({});
 }
 
 void WindowMover::drag(const Move& move) {
-  if (!services_.accessibility.AXIsProcessTrustedWithOptions(true)) {
-    move.completion(std::unexpected(Failure::notMoved));
-    return;
-  }
-  drag_.begin({move.window.frame, [this, move] { services_.switcher.switchTo(move.target, move.snapshot); },
-               [this, window = move.window.id, target = move.target.managedID] { return isOn(window, target); },
-               [completion = move.completion](bool arrived) {
-                 completion(arrived ? Result() : std::unexpected(Failure::notMoved));
-               }});
+  drag_->begin(
+      {move.window.frame,
+       [this, target = move.target, snapshot = move.snapshot] { services_.switcher.switchTo(target, snapshot); },
+       [this, window = move.window.id, target = move.target.managedID] { return isOn(window, target); },
+       [completion = move.completion](bool arrived) {
+         completion(arrived ? Result() : std::unexpected(Failure::notMoved));
+       }});
 }
 
 void WindowMover::bringHere(const WindowInfo& window, const SpaceSnapshot& snapshot, Completion completion) {
@@ -170,25 +168,32 @@ void WindowMover::bringHere(const WindowInfo& window, const SpaceSnapshot& snaps
 }
 
 void WindowMover::raise(const FrontWindow& window) {
-  if (const auto element = ax_.element(window.id, window.pid)) {
-    ax_.raise(element);
+  if (services_.windows.raise({window.id, window.pid})) {
     services_.workspace.activateWithOptions(window.pid);
   }
 }
 
 void WindowMover::raiseAfterSwitch(const FrontWindow& window, ManagedSpaceID space) {
-  raising_ = services_.mainQueue.after(raiseDelay, [this, window, space] { raiseIfShown(window, space); });
+  raising_ = {window, space, services_.mainQueue.after(raiseDelay, [this] { raiseIfShown(); })};
 }
 
 void WindowMover::forgetRaise() {
-  raising_.cancel();
+  raising_.reset();
 }
 
-void WindowMover::raiseIfShown(const FrontWindow& window, ManagedSpaceID space) {
-  const auto current = spaces(window.id);
-  const bool hasLeft = !current.empty() && !contains(current, space);
-  if (!hasLeft && !isKnownHidden(space, services_.windowServer.CGSBridgeCopyManagedDisplaySpaces())) {
-    raise(window);
+void WindowMover::spacesChanged(const SpaceSnapshot& snapshot) {
+  const auto active = snapshot.activeSpaces();
+  if (drag_ == nullptr && raising_ && std::ranges::find(active, raising_->space, &Space::managedID) != active.end()) {
+    raiseIfShown();
+  }
+}
+
+void WindowMover::raiseIfShown() {
+  const auto raising = *std::exchange(raising_, std::nullopt);
+  const auto current = spaces(raising.window.id);
+  const bool hasLeft = !current.empty() && !contains(current, raising.space);
+  if (!hasLeft && !isKnownHidden(raising.space, services_.desktop.read())) {
+    raise(raising.window);
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <expected>
 #include <functional>
+#include <list>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -9,40 +11,39 @@
 #include "base/desktop_texts.h"
 #include "commands/space_switcher.h"
 #include "core/space.h"
-#include "platform/accessibility.h"
+#include "platform/desktop.h"
+#include "platform/driven_services.h"
 #include "platform/events.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/system.h"
-#include "platform/window_list.h"
-#include "platform/window_server.h"
+#include "platform/windows.h"
 #include "platform/workspace.h"
-#include "windows/ax.h"
-#include "windows/delayed_steps.h"
 #include "windows/front_window.h"
-#include "windows/window_drag.h"
 #include "windows/window_info.h"
 
 namespace tallowin {
 
-/// Moves windows to other Spaces and reports whether they really got there. It asks the window server first; where that
-/// does nothing, and the caller allows it, it drags the window over as a user would. Main thread only. When the mover
-/// is destroyed, moves under way end without completing.
+class WindowDrag;
+
+/// Moves windows to other Spaces and reports whether they really got there. It asks the desktop first; where that does
+/// nothing, the desktop is driven, and the caller allows it, it drags the window over as a user would. Main thread
+/// only. When the mover is destroyed, moves under way end without completing.
 class WindowMover {
  public:
   /// Why a window was not moved, in the order in which it is found out.
   enum class Failure { noWindow, fullscreenWindow, fullscreenTarget, sameSpace, notMoved };
 
   using Result = std::expected<void, Failure>;
-  /// Runs at most once, on the main thread; inside the call if the window server need not be asked to move anything.
+  /// Runs at most once, on the main thread; inside the call if the desktop need not be asked to move anything.
   using Completion = std::function<void(Result)>;
 
   struct Services {
     SpaceSwitcher& switcher;
-    WindowServer& windowServer;
-    WindowList& windowList;
+    Desktop& desktop;
+    Windows& windows;
+    DrivenServices* driven;  ///< what the desktop is driven by; null where it can be asked
     Workspace& workspace;
-    Accessibility& accessibility;
     Events& events;
     System& system;
     MainQueue& mainQueue;
@@ -52,16 +53,18 @@ class WindowMover {
   explicit WindowMover(Services services);
   WindowMover(const WindowMover&) = delete;
   WindowMover& operator=(const WindowMover&) = delete;
+  ~WindowMover();
 
   /// The window that the user is working in: the focused window of the frontmost application, else the frontmost
   /// ordinary window on screen of more than 60 points each way that this application (or any, if none is frontmost)
   /// owns. Nothing when there is none.
   [[nodiscard]] std::optional<FrontWindow> frontWindow() const;
 
-  /// Moves a window to `target` and completes when that has been verified, after 0.12 seconds if the window server does
-  /// it. With `follow` the target is then switched to and the window raised, which the completion does not wait for.
-  /// With `allowDrag` the mouse is taken over for 0.67 seconds if nothing else helps; while one drag is under way a
-  /// second one is not begun and fails with `notMoved`. `snapshot` must be recent and hold `target`.
+  /// Moves a window to `target` and completes when that has been verified: after 0.12 seconds, or sooner if
+  /// windowsChanged() or spacesChanged() is called when it is there. With `follow` the target is then switched to and
+  /// the window raised, which the completion does not wait for. With `allowDrag` the mouse is taken over for 0.67
+  /// seconds if nothing else helps; while one drag is under way a second one is not begun and fails with `notMoved`.
+  /// `snapshot` must be recent and hold `target`.
   void move(const FrontWindow& window, const Space& target, const SpaceSnapshot& snapshot, bool follow, bool allowDrag,
             Completion completion);
 
@@ -73,31 +76,54 @@ class WindowMover {
   /// the application does not list the window, as for windows on Spaces that are not active.
   void raise(const FrontWindow& window);
 
-  /// The same 0.25 seconds after a switch to `space`, where the window is, was begun: before, it may not be possible.
-  /// Not if the window is elsewhere by then, or its display is known to show another Space; the user would be pulled
-  /// away. The next call of this replaces one that still waits.
+  /// The same 0.25 seconds after a switch to `space`, where the window is, was begun, as before it may not be possible;
+  /// where the desktop can be asked, as soon as spacesChanged() shows the Space. Not if the window is elsewhere by
+  /// then, or its display is known to show another Space; the user would be pulled away. The next call of this replaces
+  /// one that still waits.
   void raiseAfterSwitch(const FrontWindow& window, ManagedSpaceID space);
 
   /// What raiseAfterSwitch() still waits for does not happen: something else is to be in front.
   void forgetRaise();
 
+  /// To be called when windows have changed, where the desktop tells: moves are looked at at once.
+  void windowsChanged();
+
+  /// To be called with every new snapshot.
+  void spacesChanged(const SpaceSnapshot& snapshot);
+
  private:
-  struct Move;
+  /// A move that the desktop has been asked for.
+  struct Move {
+    FrontWindow window;
+    Space target;
+    SpaceSnapshot snapshot;
+    bool follows = false;
+    bool allowsDrag = false;
+    Completion completion;
+    WorkItem verification;
+  };
+  using Moves = std::list<Move>;
+
+  /// A window that is to be raised when its Space is shown.
+  struct Raise {
+    FrontWindow window;
+    ManagedSpaceID space = 0;
+    WorkItem due;
+  };
 
   [[nodiscard]] std::optional<FrontWindow> focusedWindow(ProcessID pid) const;
   [[nodiscard]] std::vector<ManagedSpaceID> spaces(WindowNumber window) const;
   [[nodiscard]] bool isOn(WindowNumber window, ManagedSpaceID space) const;
   [[nodiscard]] Result objection(WindowNumber window, const Space& target, const SpaceSnapshot& snapshot) const;
-  void verify(const Move& move);
-  void follow(const Move& move);
-  void raiseIfShown(const FrontWindow& window, ManagedSpaceID space);
+  void verify(Moves::iterator move);
+  void arrived(const Move& move);
+  void raiseIfShown();
   void drag(const Move& move);
 
   const Services services_;
-  const AX ax_;
-  WindowDrag drag_;
-  DelayedSteps steps_;
-  WorkItem raising_;
+  const std::unique_ptr<WindowDrag> drag_;  ///< null where the desktop can be asked
+  Moves moves_;                             ///< those under way
+  std::optional<Raise> raising_;
 };
 
 /// What the user of such a desktop is told of a failure.

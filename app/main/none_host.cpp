@@ -1,10 +1,7 @@
 #include "app/main/host.h"
 #include "app/main/machine.h"
 #include "app/main/machine_facts.h"
-#include "core/cgs_bridge.h"
-#include "platform/linux/system_loader.h"
 #include "platform/none/neutral.h"
-#include "platform/none/no_core_foundation.h"
 #include "platform/none/windowless.h"
 
 namespace tallowin {
@@ -30,13 +27,14 @@ class NoneHost : public Host {
   Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
-    return {.windowServer = bridge_,
+    return {.desktop = desktop_,
+            .asked = &desktop_,
+            .driven = nullptr,
+            .windows = windows_,
             .desktopNames = desktopNames_,
             .spacePlaces = spacePlaces_,
-            .accessibility = accessibility_,
             .events = events_,
             .displays = displays_,
-            .windowList = windowList_,
             .workspace = workspace_,
             .workspaceNotifications = notifications_,
             .defaultNotifications = notifications_,
@@ -73,15 +71,12 @@ class NoneHost : public Host {
   Machine machine_;
   Windowless windowless_{{machine_.preferences, machine_.toasts(line_.mode), machine_.log}};
   NeutralPasteboard pasteboard_;
-  SystemLoader loader_;
-  NoCoreFoundation coreFoundation_;
-  CGSBridge bridge_{loader_, coreFoundation_};
+  NeutralDesktop desktop_;
+  NeutralWindows windows_;
   NeutralDesktopNames desktopNames_;
   NeutralSpacePlaces spacePlaces_;
-  NeutralAccessibility accessibility_;
   NeutralEvents events_;
   NeutralDisplays displays_;
-  NeutralWindowList windowList_;
   NeutralWorkspace workspace_;
   NeutralGlobalHotKeys globalHotKeys_;
   NeutralAppleScript appleScript_;

@@ -9,13 +9,15 @@
 #include "app/main/machine.h"
 #include "base/main_thread_work_queues.h"
 #include "base/standard_folders.h"
-#include "core/cgs_bridge.h"
+#include "core/driven/cgs_bridge.h"
+#include "core/driven/driven_desktop.h"
 #include "core/space_provider.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/simulated_desktop.h"
 #include "platform/simulated/simulated_parts.h"
 #include "platform/simulated/simulated_platform.h"
 #include "platform/simulated/virtual_time.h"
+#include "windows/driven/driven_windows.h"
 
 namespace tallowin {
 
@@ -79,7 +81,21 @@ class JournalFile {
   std::ofstream file_;
 };
 
-/// The simulated desktop, with the window server's functions found by name as on the real one.
+/// A desktop that is driven, its window server's functions found by name as on the real one.
+struct Driven {
+  Driven(SimulatedDesktop& simulated, MainQueue& queue)
+      : bridge(simulated.loader(), simulated.coreFoundation()),
+        services{bridge, simulated.accessibility(), simulated.windowList()},
+        desktop(bridge, queue),
+        windows(services) {}
+
+  CGSBridge bridge;
+  DrivenServices services;
+  DrivenDesktop desktop;
+  DrivenWindows windows;
+};
+
+/// The simulated desktop.
 class SimulatedHost : public Host {
  public:
   explicit SimulatedHost(Scenario scenario) : scenario_(std::move(scenario)) {}
@@ -90,16 +106,16 @@ class SimulatedHost : public Host {
   void make(MainQueue& queue, SimulatedClock& clock, RunLoop& runLoop, Journal& journal, Images& images) {
     desktop_ = std::make_unique<SimulatedDesktop>(scenario_, queue, clock, images, journal);
     desktop_->onQuit = [&runLoop](int status) { runLoop.stop(status); };
-    bridge_ = std::make_unique<CGSBridge>(desktop_->loader(), desktop_->coreFoundation());
+    driven_.emplace(*desktop_, queue);
   }
 
   [[nodiscard]] SimulatedDesktop& desktop() { return *desktop_; }
-  [[nodiscard]] WindowServer& bridge() { return *bridge_; }
+  [[nodiscard]] Driven& driven() { return *driven_; }
 
  private:
   const Scenario scenario_;
   std::unique_ptr<SimulatedDesktop> desktop_;
-  std::unique_ptr<CGSBridge> bridge_;
+  std::optional<Driven> driven_;
 };
 
 class VirtualTimeHost : public SimulatedHost {
@@ -124,14 +140,16 @@ class VirtualTimeHost : public SimulatedHost {
 
   Storage& storage() override { return desktop().storage(); }
 
-  Platform platform() override { return simulatedPlatform(desktop(), bridge(), *preferences_, images_, time_); }
+  Platform platform() override {
+    return simulatedPlatform(desktop(), driven().desktop, driven().services, driven().windows, *preferences_, images_,
+                             time_);
+  }
 
   void begin() override { desktop().start(); }
 
   int end(int status) override {
-    const auto list = bridge().CGSBridgeCopyManagedDisplaySpaces().value_or(nullptr);
-    const auto menuBarDisplay = bridge().CGSBridgeCopyActiveMenuBarDisplayIdentifier().value_or("Main");
-    auto state = endState(SpaceProvider::readDisplays(list, menuBarDisplay), *preferences_);
+    const auto reading = driven().desktop.read();
+    auto state = endState(reading ? std::optional(SpaceProvider::displays(*reading)) : std::nullopt, *preferences_);
     state["files"] = desktop().parts().files.contents();
     state["status"] = status;
     journal_.record("end", state);
@@ -178,13 +196,14 @@ class RealTimeHost : public SimulatedHost {
 
   Platform platform() override {
     auto& simulated = desktop();
-    return {.windowServer = bridge(),
+    return {.desktop = driven().desktop,
+            .asked = nullptr,
+            .driven = &driven().services,
+            .windows = driven().windows,
             .desktopNames = simulated.desktopNames(),
             .spacePlaces = simulated.spacePlaces(),
-            .accessibility = simulated.accessibility(),
             .events = simulated.events(),
             .displays = simulated.displays(),
-            .windowList = simulated.windowList(),
             .workspace = simulated.workspace(),
             .workspaceNotifications = simulated.workspaceNotifications(),
             .defaultNotifications = simulated.defaultNotifications(),

@@ -7,9 +7,11 @@
 #include "app/main/machine_facts.h"
 #include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
+#include "core/driven/driven_desktop.h"
 #include "platform/none/neutral.h"
 #include "platform/none/windowless.h"
 #include "platform/x11/x11_desktop.h"
+#include "windows/driven/driven_windows.h"
 
 namespace tallowin {
 
@@ -19,6 +21,17 @@ std::string displayName() {
   const char* name = std::getenv("DISPLAY");
   return name != nullptr ? name : "";
 }
+
+struct Driven {
+  Driven(X11Desktop& x11, MainQueue& queue)
+      : services{x11.windowServer(), x11.accessibility(), x11.windowList()},
+        desktop(x11.windowServer(), queue),
+        windows(services) {}
+
+  DrivenServices services;
+  DrivenDesktop desktop;
+  DrivenWindows windows;
+};
 
 class X11Host : public Host {
  public:
@@ -34,6 +47,7 @@ class X11Host : public Host {
     }
     desktop_ = *std::move(connected);
     facts_.emplace(desktop_->desktopFacts());
+    driven_.emplace(*desktop_, machine_.mainQueue);
     return "";
   }
 
@@ -46,13 +60,14 @@ class X11Host : public Host {
   Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
-    return {.windowServer = desktop_->windowServer(),
+    return {.desktop = driven_->desktop,
+            .asked = nullptr,
+            .driven = &driven_->services,
+            .windows = driven_->windows,
             .desktopNames = desktop_->desktopNames(),
             .spacePlaces = desktop_->spacePlaces(),
-            .accessibility = desktop_->accessibility(),
             .events = desktop_->events(),
             .displays = desktop_->displays(),
-            .windowList = desktop_->windowList(),
             .workspace = desktop_->workspace(),
             .workspaceNotifications = desktop_->workspaceNotifications(),
             .defaultNotifications = desktop_->defaultNotifications(),
@@ -102,7 +117,9 @@ class X11Host : public Host {
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
   std::unique_ptr<X11Desktop> desktop_;
-  std::optional<MachineFacts> facts_;  ///< once there is a desktop
+  // Once there is a desktop:
+  std::optional<MachineFacts> facts_;
+  std::optional<Driven> driven_;
 };
 
 }  // namespace

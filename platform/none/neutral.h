@@ -2,10 +2,10 @@
 
 #include <functional>
 
-#include "platform/accessibility.h"
 #include "platform/alerts.h"
 #include "platform/apple_script.h"
 #include "platform/command_channel.h"
+#include "platform/desktop.h"
 #include "platform/desktop_facts.h"
 #include "platform/desktop_names.h"
 #include "platform/desktop_service.h"
@@ -19,7 +19,7 @@
 #include "platform/space_places.h"
 #include "platform/system.h"
 #include "platform/url_events.h"
-#include "platform/window_list.h"
+#include "platform/windows.h"
 #include "platform/workspace.h"
 
 namespace tallowin {
@@ -27,20 +27,36 @@ namespace tallowin {
 /// The services of a machine without a desktop: every operation answers its neutral result. A platform that offers only
 /// some operations of a service derives from these.
 
-class NeutralAccessibility : public Accessibility {
+class NeutralDesktop : public AskedDesktop {
  public:
-  bool AXIsProcessTrusted() override { return false; }
-  bool AXIsProcessTrustedWithOptions(bool /*prompt*/) override { return false; }
-  AXUIElement AXUIElementCreateApplication(ProcessID /*pid*/) override { return std::make_shared<AXElementHandle>(); }
-  void AXUIElementSetMessagingTimeout(const AXUIElement& /*element*/, Duration /*timeout*/) override {}
-  AXValue AXUIElementCopyAttributeValue(const AXUIElement& /*element*/, std::string_view /*attribute*/) override {
-    return {};
+  std::optional<DesktopReading> read() override { return {}; }
+  std::optional<ManagedSpaceID> activeSpace() override { return {}; }
+  CGSBridgeHealth health() override { return {}; }
+  bool observe(std::function<void(const DesktopSign&)> /*observer*/) override { return false; }
+  std::optional<std::vector<ManagedSpaceID>> spacesOfWindow(WindowNumber /*window*/) override { return {}; }
+  bool moveWindow(WindowNumber /*window*/, ManagedSpaceID /*space*/) override { return false; }
+  DesktopAbilities abilities() override { return {}; }
+  bool switchTo(ManagedSpaceID /*space*/) override { return false; }
+  void addSpace(const std::string& /*display*/, Completion completion) override {
+    completion(std::unexpected(DesktopRefusal::unable));
   }
-  bool AXUIElementSetAttributeValue(const AXUIElement& /*element*/, std::string_view /*attribute*/,
-                                    const AXValue& /*value*/) override {
-    return false;
+  void removeSpace(ManagedSpaceID /*space*/, Completion completion) override {
+    completion(std::unexpected(DesktopRefusal::unable));
   }
-  bool AXUIElementPerformAction(const AXUIElement& /*element*/, std::string_view /*action*/) override { return false; }
+};
+
+class NeutralWindows : public Windows {
+ public:
+  std::optional<std::vector<DesktopWindow>> list(WindowScope /*scope*/) override { return {}; }
+  std::optional<DesktopWindow> window(WindowNumber /*window*/) override { return {}; }
+  std::optional<WindowNumber> focused(ProcessID /*pid*/) override { return {}; }
+  bool mayChange() override { return false; }
+  bool raise(const WindowRef& /*window*/) override { return false; }
+  bool setFrame(const WindowRef& /*window*/, const CGRect& /*frame*/) override { return false; }
+  bool minimize(const WindowRef& /*window*/) override { return false; }
+  bool unminimize(const WindowRef& /*window*/) override { return false; }
+  bool close(const WindowRef& /*window*/, Duration /*patience*/) override { return false; }
+  bool observe(std::function<void()> /*observer*/) override { return true; }  // nothing ever changes
 };
 
 class NeutralEvents : public Events {
@@ -105,14 +121,6 @@ class NoDesktopFacts : public DesktopFacts {
 
  private:
   const std::function<std::string()> reason_;
-};
-
-class NeutralWindowList : public WindowList {
- public:
-  std::optional<PropertyList> CGWindowListCopyWindowInfo(std::uint32_t /*options*/,
-                                                         WindowNumber /*relativeTo*/) override {
-    return std::nullopt;
-  }
 };
 
 class NeutralWorkspace : public Workspace {

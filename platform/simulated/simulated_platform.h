@@ -6,9 +6,9 @@
 
 namespace tallowin {
 
-/// A simulated desktop in virtual time as the program sees it. `windowServer` and `preferences` stand on the same
+/// A simulated desktop in virtual time as the program sees it. All that is handed in stands on the same
 /// desktop. Everything must outlive the answer.
-[[nodiscard]] Platform simulatedPlatform(SimulatedDesktop& desktop, WindowServer& windowServer,
-                                         Preferences& preferences, Images& images, VirtualTime& time);
+[[nodiscard]] Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,
+                                         Windows& windows, Preferences& preferences, Images& images, VirtualTime& time);
 
 }  // namespace tallowin

@@ -26,9 +26,9 @@ struct MirroringProgram : StoringProgram {
     return published;
   }
 
-  SpaceWatcher watcher{{provider, bridge, desktop.workspaceNotifications(), desktop.defaultNotifications(),
+  SpaceWatcher watcher{{provider, spaces, desktop.workspaceNotifications(), desktop.defaultNotifications(),
                         desktop.files(), desktop.folders(), time, desktop.log()}};
-  DesktopNameMirror mirror{{watcher, store, bridge, desktop.desktopNames(), time}};
+  DesktopNameMirror mirror{{watcher, store, spaces, desktop.desktopNames(), time}};
 };
 
 TEST(DesktopNameMirror, PublishesTheUsersNamesOfTheSpacesThatExist) {
@@ -74,7 +74,7 @@ TEST(DesktopNameMirror, PublishesNothingInADegradedSystem) {
   const auto first = program.id(1);
   program.time.advance(2s);
   program.store.setName("Home", first);
-  EXPECT_FALSE(program.bridge.CGSBridgeProbe().healthy());
+  EXPECT_FALSE(program.spaces.health().healthy());
   EXPECT_FALSE(program.watcher.snapshot().get().displays.empty());
   EXPECT_THAT(program.takePublished(), IsEmpty());
 }
@@ -82,7 +82,7 @@ TEST(DesktopNameMirror, PublishesNothingInADegradedSystem) {
 TEST(DesktopNameMirror, MayGoBeforeItsWorkIsDone) {
   MirroringProgram program("{}");
   std::optional<DesktopNameMirror> another(std::in_place,
-                                           DesktopNameMirror::Services{program.watcher, program.store, program.bridge,
+                                           DesktopNameMirror::Services{program.watcher, program.store, program.spaces,
                                                                        program.desktop.desktopNames(), program.time});
   program.watcher.start();
   another.reset();

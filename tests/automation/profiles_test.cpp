@@ -97,7 +97,7 @@ struct TemplatesProgram : StoringProgram {
 
   const DesktopTexts& texts = desktopTexts(DesktopKind::driven);
   SpaceTemplates templates{{store, desktop.workspace(), desktop.files(), storage, paths}};
-  SpaceManagement management{{bridge, desktop.workspace(), desktop.accessibility(), desktop.events(), time}};
+  SpaceManagement management{{nullptr, &driven, desktop.workspace(), desktop.events(), time}};
   TemplateCommands commands{
       {templates, management, desktop.alerts(), desktop.toasts(), time, texts, [this] { return snapshot(); }}};
 };

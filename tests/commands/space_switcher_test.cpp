@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "commands/iohid_payload.h"
+#include "commands/driven/iohid_payload.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -49,8 +49,8 @@ struct SwitchingProgram : SimulatedProgram {
   }
 
   std::optional<SpaceSwitcher> switcher{
-      std::in_place, SpaceSwitcher::Services{bridge, desktop.accessibility(), desktop.events(), desktop.displays(),
-                                             preferences, desktop.system(), time, time, settings, desktop.log()}};
+      std::in_place, SpaceSwitcher::Services{nullptr, &driven, desktop.events(), desktop.displays(), preferences,
+                                             desktop.system(), time, time, settings, desktop.log()}};
 };
 
 constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",

@@ -1,15 +1,14 @@
 // The window server through functions found by name: which names, how often, and what happens without them; and the
 // symbol-table walk over good images and over images that are wrong in one known way.
 
-#include "core/cgs_bridge.h"
+#include "core/driven/cgs_bridge.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
 #include <map>
 
-#include "core/mach_o_symbols.h"
-#include "platform/none/no_core_foundation.h"
+#include "core/driven/mach_o_symbols.h"
 #include "platform/private_functions.h"
 #include "platform/simulated/mach_o_image_builder.h"
 #include "tests/simulated_program.h"
@@ -39,6 +38,14 @@ class RecordingLoader : public DynamicLoader {
   int openMode = 17;
   std::map<std::string, void*, std::less<>> symbols;
   std::vector<std::string> asked;
+};
+
+class NoCoreFoundation : public CoreFoundation {
+ public:
+  PropertyList propertyList(CFTypeRef /*object*/) override { return nullptr; }
+  CFTypeRef create(const PropertyList& /*value*/) override { return nullptr; }
+  std::vector<const void*> elements(CFTypeRef /*array*/) override { return {}; }
+  void CFRelease(CFTypeRef /*object*/) override {}
 };
 
 class CGSBridgeLookup : public testing::Test {

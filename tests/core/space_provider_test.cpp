@@ -17,7 +17,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 std::optional<std::vector<DisplaySpaces>> read(const char* json, const std::string& menuBar = "Main") {
-  return SpaceProvider::readDisplays(PropertyList::parse(json), menuBar);
+  auto displays = readDisplays(PropertyList::parse(json), menuBar);
+  return displays ? std::optional(SpaceProvider::displays({*std::move(displays)})) : std::nullopt;
 }
 
 /// One line for each Space: "id number@index", with "f" and the pid for full-screen ones and "*" for active ones.
@@ -144,7 +145,7 @@ struct WatchedProgram : SimulatedProgram {
   std::vector<std::string> told;
   std::optional<SpaceWatcher> watcher{
       std::in_place,
-      SpaceWatcher::Services{provider, bridge, desktop.workspaceNotifications(), desktop.defaultNotifications(),
+      SpaceWatcher::Services{provider, spaces, desktop.workspaceNotifications(), desktop.defaultNotifications(),
                              desktop.files(), desktop.folders(), time, desktop.log()}};
 };
 

@@ -66,19 +66,18 @@ class Machine : public StoringProgram {
                              files(),
                              time,
                              desktop.system(),
-                             bridge,
-                             desktop.accessibility(),
+                             spaces,
+                             windows,
                              desktop.screenCapture(),
                              desktop.displays(),
                              desktop.desktopFacts(),
                              {"0.1.0", "1"},
                              [] { return std::vector<SetUpCheck>(); }}};
-  SpaceContents contents{{desktop.windowList(), desktop.workspace(), bridge, desktop.workspaceNotifications(),
-                          desktop.system(), time, time}};
-  SavedSpaces savedSpaces{
-      {store, contents, desktop.accessibility(), bridge, desktop.workspace(), storage, paths, time, desktop.log()},
-      {[](const std::string&) { return false; }, nullptr},
-      [] { return std::uint64_t{4}; }};
+  SpaceContents contents{
+      {spaces, windows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
+  SavedSpaces savedSpaces{{store, contents, windows, desktop.workspace(), storage, paths, time, desktop.log()},
+                          {[](const std::string&) { return false; }, nullptr},
+                          [] { return std::uint64_t{4}; }};
 
  private:
   const std::filesystem::path file_;

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "core/mach_o_symbols.h"
+#include "core/driven/mach_o_symbols.h"
 #include "tests/fuzz/fuzzing.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

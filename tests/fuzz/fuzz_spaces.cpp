@@ -1,6 +1,7 @@
 // Any property list may be given as the window server's list of Spaces.
 
 #include "base/json_text.h"
+#include "core/driven/driven_desktop.h"
 #include "core/space_provider.h"
 #include "tests/fuzz/fuzzing.h"
 
@@ -8,11 +9,11 @@ using namespace tallowin;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto list = parseJSON(inputText(data, size));
-  const auto displays = list ? SpaceProvider::readDisplays(*list, "Main") : std::nullopt;
+  const auto displays = list ? readDisplays(*list, "Main") : std::nullopt;
   if (!displays || displays->empty()) {
     return 0;
   }
-  const SpaceSnapshot snapshot{*displays, {}};
+  const SpaceSnapshot snapshot{SpaceProvider::displays({*displays}), {}};
   std::int64_t number = 0;
   for (const auto& space : snapshot.allSpaces()) {
     require(space.isFullscreen ? !space.desktopNumber : space.desktopNumber == ++number, "desktops have all numbers");

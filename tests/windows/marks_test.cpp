@@ -32,7 +32,7 @@ struct MarkingProgram : WindowsProgram {
 
   WindowMarks marks{desktop.globalHotKeys(), time};
   std::vector<std::string> switches;
-  MarkCommands commands{{marks, *mover, bridge, desktop.toasts(), [this] { return this->snapshot(); },
+  MarkCommands commands{{marks, *mover, spaces, desktop.toasts(), [this] { return this->snapshot(); },
                          [this](const Space& space) {
                            switches.push_back(space.id);
                            desktop.parts().spaces.switchNow(space.managedID);

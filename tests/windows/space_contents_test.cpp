@@ -58,9 +58,10 @@ struct ContentsProgram : SimulatedProgram {
   }
 
   CountedWindowList windowList{desktop.windowList()};
+  DrivenWindows counted{{bridge, desktop.accessibility(), windowList}};
   std::vector<WindowNumber> newWindows;
   std::optional<SpaceContents> contents{
-      std::in_place, SpaceContents::Services{windowList, desktop.workspace(), bridge, desktop.workspaceNotifications(),
+      std::in_place, SpaceContents::Services{spaces, counted, desktop.workspace(), desktop.workspaceNotifications(),
                                              desktop.system(), time, time}};
 };
 
@@ -245,7 +246,7 @@ TEST(SpaceContentsReading, LeavesOutWhatIsNoOrdinaryWindow) {
       {R"({"kCGWindowNumber": 404})", false},
   };
   for (const auto& [changes, counts] : cases) {
-    const auto reading = readSpaceContents(PropertyList::array({entry(changes)}), lookups());
+    const auto reading = readSpaceContents(readWindowList(PropertyList::array({entry(changes)})), lookups());
     EXPECT_EQ(reading.windows.size(), counts ? 1U : 0U) << changes;
     EXPECT_EQ(reading.appsBySpace.size(), reading.windows.size()) << changes;
   }
@@ -254,7 +255,7 @@ TEST(SpaceContentsReading, LeavesOutWhatIsNoOrdinaryWindow) {
 TEST(SpaceContentsReading, NamesComeFromTheApplicationThenTheListThenNowhere) {
   const auto reading = readSpaceContents(
       PropertyList::array({entry(), entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowName": null})"),
-                           entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowNumber": 201, "kCGWindowOwnerName": 5})")}),
+                           entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowNumber": 201, "kCGWindowOwnerName": 5})")})),
       lookups());
   const CGRect frame{{10.5, 20}, {300, 200}};
   EXPECT_THAT(reading.windows, ElementsAre(WindowInfo{101, 7, "org.mail", "Mail", "Inbox", frame, 1},
@@ -264,11 +265,11 @@ TEST(SpaceContentsReading, NamesComeFromTheApplicationThenTheListThenNowhere) {
 
 TEST(SpaceContentsReading, ApplicationsStandWhereTheirFrontmostWindowIs) {
   // front to back: Mail on 2, Mail on 1, 8 on 1, Mail on 1
-  const auto reading =
-      readSpaceContents(PropertyList::array({entry(R"({"kCGWindowNumber": 201})"), entry(R"({"kCGWindowNumber": 111})"),
-                                             entry(R"({"kCGWindowNumber": 112, "kCGWindowOwnerPID": 8})"),
-                                             entry(R"({"kCGWindowNumber": 110})")}),
-                        lookups());
+  const auto reading = readSpaceContents(
+      readWindowList(PropertyList::array({entry(R"({"kCGWindowNumber": 201})"), entry(R"({"kCGWindowNumber": 111})"),
+                                          entry(R"({"kCGWindowNumber": 112, "kCGWindowOwnerPID": 8})"),
+                                          entry(R"({"kCGWindowNumber": 110})")})),
+      lookups());
   EXPECT_EQ(reading.appsBySpace,
             (AppsBySpace{{1, {{7, "org.mail", "Mail", {111, 110}}, {8, std::nullopt, "Owner", {112}}}},
                          {2, {{7, "org.mail", "Mail", {201}}}}}));
@@ -282,7 +283,7 @@ TEST(SpaceContentsReading, TheFirstWindowNamesTheApplicationWhichMayEndMeanwhile
     return asked <= 2 ? std::optional(RunningApplication{pid, "org.mail", name}) : std::nullopt;
   };
   const auto reading =
-      readSpaceContents(PropertyList::array({entry(R"({"kCGWindowNumber": 111})"), entry()}), restless);
+      readSpaceContents(readWindowList(PropertyList::array({entry(R"({"kCGWindowNumber": 111})"), entry()})), restless);
   EXPECT_EQ(reading.appsBySpace, (AppsBySpace{{1, {{7, std::nullopt, "Name 1", {111, 101}}}}}));
   EXPECT_EQ(reading.windows.back().appName, "Name 2");
 }
@@ -290,9 +291,10 @@ TEST(SpaceContentsReading, TheFirstWindowNamesTheApplicationWhichMayEndMeanwhile
 TEST(SpaceContentsReading, AListThatIsNoneReadsAsEmpty) {
   EXPECT_EQ(readSpaceContents(std::nullopt, lookups()), SpaceContentsReading());
   for (const auto* text : {"null", "{}", "3", R"(["window"])", "[]"}) {
-    EXPECT_EQ(readSpaceContents(PropertyList::parse(text), lookups()), SpaceContentsReading()) << text;
+    EXPECT_EQ(readSpaceContents(readWindowList(PropertyList::parse(text)), lookups()), SpaceContentsReading()) << text;
   }
-  EXPECT_THAT(readSpaceContents(PropertyList::array({entry(), "window"}), lookups()).windows, IsEmpty());
+  EXPECT_THAT(readSpaceContents(readWindowList(PropertyList::array({entry(), "window"})), lookups()).windows,
+              IsEmpty());
 }
 
 TEST(WindowInfo, HashesTellWindowsAndApplicationsApart) {

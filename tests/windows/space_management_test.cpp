@@ -64,9 +64,10 @@ NodePtr button(const char* title, const char* description) {
 
 struct ManagingProgram : SimulatedProgram {
   explicit ManagingProgram(std::string_view scenarioJSON, NodePtr root = nullptr)
-      : SimulatedProgram(scenarioJSON), tree(root) {
-    management.emplace(SpaceManagement::Services{
-        bridge, desktop.workspace(), root != nullptr ? tree : desktop.accessibility(), desktop.events(), time});
+      : SimulatedProgram(scenarioJSON),
+        tree(root),
+        drivenBy{bridge, root != nullptr ? tree : desktop.accessibility(), desktop.windowList()} {
+    management.emplace(SpaceManagement::Services{nullptr, &drivenBy, desktop.workspace(), desktop.events(), time});
     lines.clear();
   }
 
@@ -108,6 +109,7 @@ struct ManagingProgram : SimulatedProgram {
   }
 
   DockTree tree;
+  DrivenServices drivenBy;
   std::vector<std::string> outcomes;
   std::optional<SpaceManagement> management;
 };

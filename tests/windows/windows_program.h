@@ -31,15 +31,15 @@ struct WindowsProgram : StoringProgram {
     std::erase_if(state().windows, [number](const auto& window) { return window.number == number; });
   }
 
-  SpaceSwitcher switcher{{bridge, desktop.accessibility(), desktop.events(), desktop.displays(), preferences,
-                          desktop.system(), time, time, settings, desktop.log()}};
-  SpaceContents contents{{desktop.windowList(), desktop.workspace(), bridge, desktop.workspaceNotifications(),
-                          desktop.system(), time, time}};
-  std::unique_ptr<WindowMover> mover = std::make_unique<WindowMover>(
-      WindowMover::Services{switcher, bridge, desktop.windowList(), desktop.workspace(), desktop.accessibility(),
-                            desktop.events(), desktop.system(), time, desktop.log()});
-  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(LayoutManager::Services{
-      *mover, contents, desktop.accessibility(), bridge, desktop.displays(), storage, paths, settings, time, time});
+  SpaceSwitcher switcher{{nullptr, &driven, desktop.events(), desktop.displays(), preferences, desktop.system(), time,
+                          time, settings, desktop.log()}};
+  SpaceContents contents{
+      {spaces, windows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
+  std::unique_ptr<WindowMover> mover =
+      std::make_unique<WindowMover>(WindowMover::Services{switcher, spaces, windows, &driven, desktop.workspace(),
+                                                          desktop.events(), desktop.system(), time, desktop.log()});
+  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(
+      LayoutManager::Services{*mover, contents, windows, desktop.displays(), storage, paths, settings, time, time});
 };
 
 /// Where layouts are on the simulated machine.

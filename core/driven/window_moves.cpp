@@ -1,9 +1,9 @@
-#include "core/window_moves.h"
+#include "core/driven/window_moves.h"
 
 #include <algorithm>
 
-#include "core/cf_object.h"
-#include "core/mach_o_symbols.h"
+#include "core/driven/cf_object.h"
+#include "core/driven/mach_o_symbols.h"
 
 namespace tallowin {
 

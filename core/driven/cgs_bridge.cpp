@@ -1,10 +1,10 @@
-#include "core/cgs_bridge.h"
+#include "core/driven/cgs_bridge.h"
 
 #include <array>
 
 #include "base/property_list_reading.h"
-#include "core/callback_slot.h"
-#include "core/cf_object.h"
+#include "core/driven/callback_slot.h"
+#include "core/driven/cf_object.h"
 
 namespace tallowin {
 

@@ -1,4 +1,4 @@
-#include "commands/bounce_watch.h"
+#include "commands/driven/bounce_watch.h"
 
 namespace tallowin {
 

@@ -1,10 +1,10 @@
-#include "core/touch_monitor.h"
+#include "core/driven/touch_monitor.h"
 
 #include <array>
 #include <cstring>
 
-#include "core/callback_slot.h"
-#include "core/cf_object.h"
+#include "core/driven/callback_slot.h"
+#include "core/driven/cf_object.h"
 #include "platform/private_functions.h"
 
 namespace tallowin {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 
+#include "platform/accessibility.h"
 #include "platform/events.h"
 #include "platform/geometry.h"
 #include "platform/main_queue.h"
@@ -13,7 +14,8 @@ namespace tallowin {
 /// only. Destroyed while the button is held, it releases it and tells nobody.
 class WindowDrag {
  public:
-  WindowDrag(Events& events, MainQueue& mainQueue) : events_(events), mainQueue_(mainQueue) {}
+  WindowDrag(Accessibility& accessibility, Events& events, MainQueue& mainQueue)
+      : accessibility_(accessibility), events_(events), mainQueue_(mainQueue) {}
   ~WindowDrag();
   WindowDrag(const WindowDrag&) = delete;
   WindowDrag& operator=(const WindowDrag&) = delete;
@@ -26,7 +28,8 @@ class WindowDrag {
   };
 
   /// Begins at once: 0.12 seconds to the switch and 0.55 more to the release. The pointer goes back to where it was if
-  /// the window has not arrived. Must not be called while another drag is under way.
+  /// the window has not arrived. Without permission, for which the system may ask the user, it ends before it begins.
+  /// Must not be called while another drag is under way.
   void begin(Journey journey);
 
   [[nodiscard]] bool isUnderWay() const { return held_.has_value(); }
@@ -44,6 +47,7 @@ class WindowDrag {
     CGPoint pointerBefore;
   };
 
+  Accessibility& accessibility_;
   Events& events_;
   MainQueue& mainQueue_;
   std::optional<Held> held_;

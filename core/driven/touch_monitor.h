@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/symbol_lookup.h"
+#include "core/driven/symbol_lookup.h"
 #include "platform/core_foundation.h"
 #include "platform/window_server.h"
 

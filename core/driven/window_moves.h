@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-#include "core/symbol_lookup.h"
+#include "core/driven/symbol_lookup.h"
 #include "platform/core_foundation.h"
 #include "platform/private_functions.h"
 

@@ -1,4 +1,4 @@
-#include "commands/symbolic_hot_key_poster.h"
+#include "commands/driven/symbolic_hot_key_poster.h"
 
 #include <string>
 

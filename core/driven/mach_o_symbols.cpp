@@ -1,4 +1,4 @@
-#include "core/mach_o_symbols.h"
+#include "core/driven/mach_o_symbols.h"
 
 #include <cstring>
 

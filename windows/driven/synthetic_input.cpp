@@ -1,4 +1,4 @@
-#include "windows/synthetic_input.h"
+#include "windows/driven/synthetic_input.h"
 
 namespace tallowin::synthetic_input {
 

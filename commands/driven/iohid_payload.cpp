@@ -1,4 +1,4 @@
-#include "commands/iohid_payload.h"
+#include "commands/driven/iohid_payload.h"
 
 #include <cmath>
 #include <limits>

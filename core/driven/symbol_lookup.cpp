@@ -1,4 +1,4 @@
-#include "core/symbol_lookup.h"
+#include "core/driven/symbol_lookup.h"
 
 #include "platform/private_functions.h"
 

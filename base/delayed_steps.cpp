@@ -1,4 +1,4 @@
-#include "windows/delayed_steps.h"
+#include "base/delayed_steps.h"
 
 #include <utility>
 

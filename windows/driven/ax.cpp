@@ -1,4 +1,4 @@
-#include "windows/ax.h"
+#include "windows/driven/ax.h"
 
 #include <algorithm>
 
@@ -73,6 +73,10 @@ bool AX::setFrame(const AXUIElement& element, const CGRect& rect) const {
   const bool moved = set(element, "AXPosition", rect.origin);
   const bool resized = set(element, "AXSize", rect.size);
   return moved && resized;
+}
+
+bool AX::isMinimized(const AXUIElement& element) const {
+  return as<bool>(value(element, "AXMinimized")).value_or(false);
 }
 
 bool AX::setMinimized(const AXUIElement& element, bool minimized) const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +8,7 @@
 #include "platform/accessibility.h"
 #include "platform/identifiers.h"
 #include "platform/window_server.h"
+#include "platform/windows.h"
 
 namespace tallowin {
 
@@ -17,8 +17,7 @@ namespace tallowin {
 /// Main thread only; each call on an application waits at most its messaging timeout.
 class AX {
  public:
-  /// Long enough for an application that works, short enough not to hang with one that does not.
-  static constexpr Duration messagingTimeout = std::chrono::milliseconds(250);
+  static constexpr Duration messagingTimeout = Windows::patience;
 
   AX(Accessibility& accessibility, WindowServer& windowServer)
       : accessibility_(accessibility), windowServer_(windowServer) {}
@@ -51,6 +50,8 @@ class AX {
   /// does not mean that the window now has this frame.
   bool setFrame(const AXUIElement& element, const CGRect& rect) const;
 
+  /// "AXMinimized"; false when it is missing.
+  [[nodiscard]] bool isMinimized(const AXUIElement& element) const;
   bool setMinimized(const AXUIElement& element, bool minimized) const;
 
   /// Makes the window its application's main window and raises it among the application's windows. False when either

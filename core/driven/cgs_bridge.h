@@ -3,9 +3,9 @@
 #include <atomic>
 #include <mutex>
 
-#include "core/symbol_lookup.h"
-#include "core/touch_monitor.h"
-#include "core/window_moves.h"
+#include "core/driven/symbol_lookup.h"
+#include "core/driven/touch_monitor.h"
+#include "core/driven/window_moves.h"
 #include "platform/core_foundation.h"
 #include "platform/private_functions.h"
 #include "platform/window_server.h"

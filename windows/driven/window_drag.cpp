@@ -1,11 +1,11 @@
-#include "windows/window_drag.h"
+#include "windows/driven/window_drag.h"
 
 #include <algorithm>
 #include <cassert>
 #include <chrono>
 #include <utility>
 
-#include "windows/synthetic_input.h"
+#include "windows/driven/synthetic_input.h"
 
 namespace tallowin {
 
@@ -45,6 +45,10 @@ CGPoint WindowDrag::draggedTo() const {
 
 void WindowDrag::begin(Journey journey) {
   assert(!isUnderWay());
+  if (!accessibility_.AXIsProcessTrustedWithOptions(true)) {
+    journey.done(false);
+    return;
+  }
   const auto grabbed = grabPoint(journey.frame);
   held_ = {std::move(journey), synthetic_input::pointerLocation(events_)};
   postMouse(events_, CGMouseEventType::mouseMoved, grabbed);

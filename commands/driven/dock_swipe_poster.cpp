@@ -1,9 +1,9 @@
-#include "commands/dock_swipe_poster.h"
+#include "commands/driven/dock_swipe_poster.h"
 
 #include <cstdlib>
 
 #include "base/scrolling_direction.h"
-#include "commands/iohid_payload.h"
+#include "commands/driven/iohid_payload.h"
 
 namespace tallowin {
 
