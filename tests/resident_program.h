@@ -5,8 +5,7 @@
 #include <string_view>
 
 #include "app/app_delegate.h"
-#include "platform/simulated/simulated_parts.h"
-#include "platform/simulated/simulated_platform.h"
+#include "platform/simulated/simulated_desktop.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {

@@ -14,8 +14,6 @@
 #include "core/space_provider.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/simulated_desktop.h"
-#include "platform/simulated/simulated_parts.h"
-#include "platform/simulated/simulated_platform.h"
 #include "platform/simulated/virtual_time.h"
 #include "windows/driven/driven_windows.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/simulated/simulated_clock.h"
+#include "platform/simulated/virtual_time.h"
 
 namespace tallowin {
 

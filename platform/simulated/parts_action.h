@@ -4,7 +4,6 @@
 
 #include "platform/simulated/script_actions.h"
 #include "platform/simulated/simulated_desktop.h"
-#include "platform/simulated/simulated_parts.h"
 
 namespace tallowin {
 

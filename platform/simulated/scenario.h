@@ -13,7 +13,7 @@
 #include "platform/emulated/mission_control_behaviour.h"
 #include "platform/property_list.h"
 #include "platform/simulated/desktop_state.h"
-#include "platform/simulated/simulated_clock.h"
+#include "platform/simulated/virtual_time.h"
 
 namespace tallowin {
 

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "platform/simulated/byte_text.h"
-#include "platform/simulated/simulated_folders.h"
+#include "platform/simulated/simulated_files.h"
 
 namespace tallowin {
 

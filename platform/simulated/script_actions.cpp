@@ -189,7 +189,7 @@ ScriptAction answerAlert(Arguments& arguments) {
 ScriptAction answerRenameDialog(Arguments& arguments) {
   const auto name = arguments.require("name");
   return onParts([text = name.isNull() ? std::nullopt : std::optional(name.text())](SimulatedParts& desktop) {
-    desktop.presentation.renameDialog.answer(text);
+    desktop.user.answerRenameDialog(text);
   });
 }
 
@@ -200,8 +200,8 @@ ScriptAction pullTrigger(Arguments& arguments) {
     trigger.expected("\"edges\" or \"touch\"");
   }
   return onParts([name](SimulatedParts& desktop) {
-    auto& presentation = desktop.presentation;
-    (name == "edges" ? presentation.edges : presentation.touch).pull();
+    auto& user = desktop.user;
+    (name == "edges" ? user.edges : user.touch).pull();
   });
 }
 
@@ -357,7 +357,7 @@ constexpr Entry actions[] = {
     {"answerRenameDialog", answerRenameDialog},
     {"bounceDock", bounceDock},
     {"callDBus", callDBus},
-    {"clickDock", plain<[](SimulatedParts& desktop) { desktop.presentation.dockGuard.click(); }>},
+    {"clickDock", plain<[](SimulatedParts& desktop) { desktop.user.clickDock(); }>},
     {"closeWindow", closeWindow},
     {"connectDisplay", connectDisplay},
     {"corruptFile", corruptFile},

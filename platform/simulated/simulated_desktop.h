@@ -2,48 +2,89 @@
 
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "base/main_thread_work_queues.h"
 #include "base/storage.h"
-#include "platform/accessibility.h"
-#include "platform/alerts.h"
-#include "platform/apple_script.h"
-#include "platform/command_channel.h"
-#include "platform/core_foundation.h"
-#include "platform/desktop_facts.h"
-#include "platform/desktop_names.h"
-#include "platform/desktop_service.h"
-#include "platform/displays.h"
-#include "platform/dynamic_loader.h"
-#include "platform/events.h"
-#include "platform/files.h"
-#include "platform/folders.h"
-#include "platform/global_hot_keys.h"
-#include "platform/images.h"
-#include "platform/log.h"
-#include "platform/notification_center.h"
-#include "platform/pasteboard.h"
-#include "platform/presentation.h"
-#include "platform/processes.h"
-#include "platform/screen_capture.h"
-#include "platform/script_events.h"
+#include "platform/emulated/broadcast_notification_center.h"
+#include "platform/emulated/emulated_dock.h"
+#include "platform/emulated/mission_control.h"
+#include "platform/platform.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
-#include "platform/simulated/simulated_clock.h"
-#include "platform/space_places.h"
-#include "platform/system.h"
-#include "platform/tcp_listener.h"
-#include "platform/toasts.h"
-#include "platform/url_events.h"
-#include "platform/window_list.h"
-#include "platform/workspace.h"
+#include "platform/simulated/simulated_accessibility.h"
+#include "platform/simulated/simulated_callers.h"
+#include "platform/simulated/simulated_files.h"
+#include "platform/simulated/simulated_input.h"
+#include "platform/simulated/simulated_loader.h"
+#include "platform/simulated/simulated_machine.h"
+#include "platform/simulated/simulated_runtime.h"
+#include "platform/simulated/simulated_screen_capture.h"
+#include "platform/simulated/simulated_spaces.h"
+#include "platform/simulated/simulated_user.h"
+#include "platform/simulated/simulated_window_list.h"
+#include "platform/simulated/simulated_window_server.h"
+#include "platform/simulated/simulated_workspace.h"
+#include "platform/simulated/virtual_time.h"
 
 namespace tallowin {
 
-struct SimulatedParts;
+/// What a simulated desktop consists of, in the order in which one part needs the other. Main thread only.
+struct SimulatedParts {
+  SimulatedParts(const Scenario& scenario, MainQueue& queue, SimulatedClock& clock, Images& images, Journal& journal);
+
+  /// The file in which the simulated system keeps its Spaces, and which it replaces whenever they change.
+  [[nodiscard]] static std::filesystem::path spacesFile();
+
+  /// The user presses a symbolic hot key, if it is bound.
+  void pressSymbolicHotKey(int hotKey);
+  /// The user presses a key combination, which goes to whoever has registered it, else to the Dock.
+  void pressKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags);
+  void connectDisplay(const SimulatedDisplay& display);
+  void disconnectDisplay(DisplayID display);
+
+  MainQueue& queue;
+  SimulatedClock& clock;
+  Journal& journal;
+  DesktopState state;
+  BroadcastNotificationCenter workspaceNotifications;
+  BroadcastNotificationCenter defaultNotifications;
+  SimulatedMachine machine;
+  SimulatedFiles files;
+  MainThreadWorkQueues workQueues{queue};
+  Storage storage{{files, queue, workQueues, clock, machine}};
+  PreferencesFile preferencesFile;
+  SimulatedSpaces spaces;
+  EmulatedDock dock;
+  MissionControl missionControl;
+  WindowDragging dragging;
+  SimulatedEvents events;
+  SimulatedWindowList windowList;
+  SimulatedWorkspace workspace;
+  SimulatedAccessibility accessibility;
+  SimulatedScreenCapture screenCapture;
+  SimulatedDesktopNames desktopNames;
+  SimulatedURLEvents urlEvents;
+  SimulatedCommandChannel commandChannel;
+  SimulatedScriptEvents scriptEvents;
+  SimulatedDesktopService desktopService;
+  SimulatedTCPListeners listeners;
+  SimulatedAlerts alerts;
+  SimulatedUser user;
+  SimulatedGlobalHotKeys globalHotKeys;
+  SimulatedCoreFoundation coreFoundation;
+  SimulatedObjectiveC objectiveC;
+  SimulatedTrackpads trackpads;
+  SimulatedWindowServer windowServer;
+  SimulatedLoader loader;
+
+ private:
+  void sendKeyToDock(VirtualKeyCode keyCode, std::uint64_t modifierFlags);
+  void placeFiles(const Scenario& scenario);
+  void connectParts();
+};
 
 /// A whole desktop in memory. Everything that it reports is what the scenario says; everything that is done to it
 /// becomes a line of the journal. It runs on any main queue, in virtual or in real time. Main thread only. There should
@@ -52,7 +93,6 @@ class SimulatedDesktop {
  public:
   /// What it is given must outlive it, the scenario included.
   SimulatedDesktop(const Scenario& scenario, MainQueue& queue, SimulatedClock& clock, Images& images, Journal& journal);
-  ~SimulatedDesktop();
   SimulatedDesktop(const SimulatedDesktop&) = delete;
   SimulatedDesktop& operator=(const SimulatedDesktop&) = delete;
 
@@ -66,52 +106,57 @@ class SimulatedDesktop {
   /// any, and is where the script's actions on preferences take place. Before start().
   void usePreferencesFile(const std::filesystem::path& path);
 
-  Accessibility& accessibility();
-  Events& events();
-  Displays& displays();
-  WindowList& windowList();
-  Workspace& workspace();
-  NotificationCenter& workspaceNotifications();
-  NotificationCenter& defaultNotifications();
-  ScreenCapture& screenCapture();
-  System& system();
-  Log& log();
-  Processes& processes();
-  AppleScript& appleScript();
-  Toasts& toasts();
-  DesktopNames& desktopNames();
-  SpacePlaces& spacePlaces();
-  DesktopFacts& desktopFacts();
-  Alerts& alerts();
-  Pasteboard& pasteboard();
-  Presentation presentation();
-  GlobalHotKeys& globalHotKeys();
-  URLEvents& urlEvents();
-  CommandChannel& commandChannel();
-  ScriptEvents& scriptEvents();
-  DesktopService& desktopService();
-  TCPListeners& listeners();
-  Files& files();
+  Accessibility& accessibility() { return parts_.accessibility; }
+  Events& events() { return parts_.events; }
+  Displays& displays() { return parts_.machine; }
+  WindowList& windowList() { return parts_.windowList; }
+  Workspace& workspace() { return parts_.workspace; }
+  NotificationCenter& workspaceNotifications() { return parts_.workspaceNotifications; }
+  NotificationCenter& defaultNotifications() { return parts_.defaultNotifications; }
+  ScreenCapture& screenCapture() { return parts_.screenCapture; }
+  System& system() { return parts_.machine; }
+  Log& log() { return parts_.machine; }
+  Processes& processes() { return parts_.machine; }
+  AppleScript& appleScript() { return parts_.machine; }
+  Toasts& toasts() { return parts_.user; }
+  DesktopNames& desktopNames() { return parts_.desktopNames; }
+  SpacePlaces& spacePlaces() { return parts_.spaces; }
+  DesktopFacts& desktopFacts() { return parts_.machine; }
+  Alerts& alerts() { return parts_.alerts; }
+  Pasteboard& pasteboard() { return parts_.user; }
+  Presentation presentation() { return parts_.user.presentation(); }
+  GlobalHotKeys& globalHotKeys() { return parts_.globalHotKeys; }
+  URLEvents& urlEvents() { return parts_.urlEvents; }
+  CommandChannel& commandChannel() { return parts_.commandChannel; }
+  ScriptEvents& scriptEvents() { return parts_.scriptEvents; }
+  DesktopService& desktopService() { return parts_.desktopService; }
+  TCPListeners& listeners() { return parts_.listeners; }
+  Files& files() { return parts_.files; }
   /// What the program writes its files here with.
-  Storage& storage();
-  DynamicLoader& loader();
-  CoreFoundation& coreFoundation();
+  Storage& storage() { return parts_.storage; }
+  DynamicLoader& loader() { return parts_.loader; }
+  CoreFoundation& coreFoundation() { return parts_.coreFoundation; }
 
   /// Where the simulated user's things are.
-  [[nodiscard]] const Folders& folders() const;
+  [[nodiscard]] const Folders& folders() const { return simulatedFolders(); }
 
   /// A preference of the whole system; nothing when it is not set.
   [[nodiscard]] std::optional<PropertyList> globalPreference(std::string_view key) const;
 
   /// What holds the services together, for the script's actions and for tests.
-  [[nodiscard]] SimulatedParts& parts() { return *parts_; }
+  [[nodiscard]] SimulatedParts& parts() { return parts_; }
 
  private:
   const Scenario& scenario_;
   MainQueue& queue_;
   Journal& journal_;
-  const std::unique_ptr<SimulatedParts> parts_;
+  SimulatedParts parts_;
   std::vector<WorkItem> script_;
 };
+
+/// A simulated desktop in virtual time as the program sees it. All that is handed in stands on the same
+/// desktop. Everything must outlive the answer.
+[[nodiscard]] Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,
+                                         Windows& windows, Preferences& preferences, Images& images, VirtualTime& time);
 
 }  // namespace tallowin

@@ -3,9 +3,23 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/json_text.h"
 #include "platform/simulated/byte_text.h"
 
 namespace tallowin {
+
+const Folders& simulatedFolders() {
+  static const Folders folders = {"/home/user",        "/home/user/.local/share", "/home/user/.config",
+                                  "/home/user/.cache", "/home/user/Documents",    "/run/user/1000"};
+  return folders;
+}
+
+std::string simulatedPath(std::string_view text) {
+  if (text == "~" || text.starts_with("~/")) {
+    return simulatedFolders().home.string() + std::string(text.substr(1));
+  }
+  return text.starts_with("/") ? std::string(text) : std::string();
+}
 
 namespace {
 
@@ -268,6 +282,36 @@ nlohmann::ordered_json SimulatedFiles::contents() const {
                                       : nlohmann::ordered_json{{"base64", base64(file.bytes)}};
   }
   return result;
+}
+
+void PreferencesFile::use(const std::filesystem::path& path) {
+  path_ = path;
+  if (!initial_.empty()) {
+    write(initial_);
+  }
+}
+
+void PreferencesFile::set(const std::string& key, const PropertyList& value) {
+  auto preferences = read();
+  preferences[key] = value;
+  write(preferences);
+}
+
+void PreferencesFile::remove(const std::string& key) {
+  auto preferences = read();
+  preferences.erase(key);
+  write(preferences);
+}
+
+PropertyList PreferencesFile::read() {
+  const auto parsed = parseJSON(files_.read(path_).value_or(""));
+  return parsed && parsed->is_object() ? *parsed : PropertyList::object();
+}
+
+void PreferencesFile::write(const PropertyList& preferences) {
+  if (!path_.empty()) {
+    files_.overwrite(path_, prettyJSON(preferences));
+  }
 }
 
 }  // namespace tallowin

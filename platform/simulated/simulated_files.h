@@ -1,18 +1,29 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/folders.h"
 #include "platform/main_queue.h"
+#include "platform/property_list.h"
 #include "platform/simulated/journal.h"
 
 namespace tallowin {
+
+/// The simulated user's folders, all below "/home/user".
+[[nodiscard]] const Folders& simulatedFolders();
+
+/// An absolute path of the simulated machine: "~" at the beginning stands for the home folder. Empty when the text is
+/// no such path.
+[[nodiscard]] std::string simulatedPath(std::string_view text);
 
 /// Where a disk may fail while a file is written anew.
 enum class WriteStage { open, write, flush, rename, folder };
@@ -87,6 +98,29 @@ class SimulatedFiles : public Files {
   std::set<std::string> unwritable_;
   std::set<std::string> folders_;
   std::map<std::string, File> files_;  // by path
+};
+
+/// The program's preferences file, a JSON object, as a user edits it by hand. Main thread only.
+class PreferencesFile {
+ public:
+  /// `initial` is what the file starts with; without any there is no file.
+  PreferencesFile(SimulatedFiles& files, std::map<std::string, PropertyList> initial)
+      : files_(files), initial_(std::move(initial)) {}
+
+  /// Where the file is. Until this is told, edits do nothing.
+  void use(const std::filesystem::path& path);
+
+  /// Each rewrites the file in place. A file that is no JSON object counts as an empty one.
+  void set(const std::string& key, const PropertyList& value);
+  void remove(const std::string& key);
+
+ private:
+  [[nodiscard]] PropertyList read();
+  void write(const PropertyList& preferences);
+
+  SimulatedFiles& files_;
+  const std::map<std::string, PropertyList> initial_;
+  std::filesystem::path path_;
 };
 
 }  // namespace tallowin

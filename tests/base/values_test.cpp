@@ -6,7 +6,7 @@
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
 #include "base/standard_folders.h"
-#include "platform/simulated/simulated_clock.h"
+#include "platform/simulated/virtual_time.h"
 
 namespace tallowin {
 namespace {

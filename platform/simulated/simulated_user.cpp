@@ -1,0 +1,169 @@
+#include "platform/simulated/simulated_user.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/unicode.h"
+
+namespace tallowin {
+
+namespace {
+
+nlohmann::ordered_json optionalText(const std::optional<std::string>& text) {
+  return text ? nlohmann::ordered_json(*text) : nlohmann::ordered_json();
+}
+
+}  // namespace
+
+void SimulatedAlerts::show(const Alert& alert, std::function<void(std::optional<std::size_t>)> answered) {
+  journal_.record(
+      "alert",
+      {{"messageText", alert.messageText}, {"informativeText", alert.informativeText}, {"buttons", alert.buttons}});
+  shown_.push_back({alert, std::move(answered)});
+}
+
+void SimulatedAlerts::press(const std::optional<std::string>& button) {
+  if (shown_.empty()) {
+    return;
+  }
+  std::optional<std::size_t> index;
+  if (button) {
+    const auto& buttons = shown_.back().alert.buttons;
+    const auto found = std::ranges::find(buttons, *button);
+    if (found == buttons.end()) {
+      return;
+    }
+    index = static_cast<std::size_t>(found - buttons.begin());
+  }
+  const auto answered = std::move(shown_.back().answered);
+  shown_.pop_back();
+  answered(index);
+}
+
+std::expected<std::string, std::string> SimulatedAlerts::answer(std::string_view button) {
+  for (auto shown = shown_.begin(); shown != shown_.end(); ++shown) {
+    const auto& buttons = shown->alert.buttons;
+    const auto found = std::ranges::find_if(buttons, [&](const auto& name) { return equalIgnoringCase(name, button); });
+    if (found != buttons.end()) {
+      const auto index = static_cast<std::size_t>(found - buttons.begin());
+      auto line = shown->alert.messageText + ' ' + *found;
+      const auto answered = std::move(shown->answered);
+      shown_.erase(shown);
+      answered(index);
+      return line;
+    }
+  }
+  return std::unexpected("nothing is asked that has this button");
+}
+
+void SimulatedDesktopNames::publish(const std::map<ManagedSpaceID, std::string>& names) {
+  if (names_ == names) {
+    return;
+  }
+  names_ = names;
+  auto listed = nlohmann::ordered_json::object();
+  for (const auto& [space, name] : names) {
+    listed[std::to_string(space)] = name;
+  }
+  journal_.record("publishDesktopNames", {{"names", listed}});
+}
+
+void SimulatedUser::show(const Toast& toast) {
+  nlohmann::ordered_json arguments = {{"text", toast.text}};
+  if (toast.symbol) {
+    arguments["symbol"] = *toast.symbol;
+  }
+  arguments["error"] = toast.isError;
+  journal_.record("toast", arguments);
+}
+
+bool SimulatedUser::setString(std::string_view text) {
+  journal_.record("setString", {{"text", text}});
+  return true;
+}
+
+void SimulatedUser::show(const ShownSpace& space) {
+  nlohmann::ordered_json arguments = {{"id", space.id}, {"name", space.name}, {"symbol", space.symbol}};
+  if (space.desktopNumber) {
+    arguments["desktopNumber"] = *space.desktopNumber;
+  }
+  journal_.record("hud", arguments);
+}
+
+Shown SimulatedUser::toggle() {
+  overviewShown_ = !overviewShown_;
+  journal_.record("overview", {{"shown", overviewShown_}});
+  return {};
+}
+
+Shown SimulatedUser::showWindows(bool allSpaces) {
+  journal_.record("windowPanel", {{"allSpaces", allSpaces}});
+  return {};
+}
+
+Shown SimulatedUser::showLauncher() {
+  journal_.record("launcher");
+  return {};
+}
+
+Shown SimulatedUser::show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) {
+  journal_.record("settingsWindow", {{"tab", optionalText(tab)}, {"spaceID", optionalText(spaceID)}});
+  return {};
+}
+
+Shown SimulatedUser::present(const ShownSpace& space, bool isNew, Completion completion) {
+  answerRenameDialog(std::nullopt);
+  journal_.record("renameDialog", {{"id", space.id}, {"name", space.name}, {"isNew", isNew}});
+  renameDialog_ = std::move(completion);
+  return {};
+}
+
+void SimulatedUser::answerRenameDialog(const std::optional<std::string>& name) {
+  if (const auto completion = std::exchange(renameDialog_, nullptr)) {
+    completion(name);
+  }
+}
+
+void SimulatedUser::spaceChanged(const ShownSpace& to) {
+  journal_.record("feedback", {{"name", to.name}});
+}
+
+void SimulatedUser::setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) {
+  bounceBack_ = std::move(bounceBack);
+}
+
+bool SimulatedUser::spaceChanged(const std::string& toSpaceID) {
+  if (!std::exchange(clicked_, false)) {
+    current_ = toSpaceID;
+    return false;
+  }
+  journal_.record("dockGuard", {{"from", toSpaceID}, {"backTo", current_}});
+  if (bounceBack_) {
+    bounceBack_(current_);
+  }
+  return true;
+}
+
+void SimulatedUser::update(const std::map<std::string, ShownSpace>& active) {
+  auto names = nlohmann::ordered_json::object();
+  for (const auto& [display, space] : active) {
+    names[display] = space.name;
+  }
+  journal_.record("desktopLabel", {{"names", names}});
+}
+
+void SimulatedUser::update(const std::vector<std::string>& applications) {
+  journal_.record("spaceDock", {{"applications", applications}});
+}
+
+bool SimulatedUser::welcome() {
+  journal_.record("welcome");
+  return true;
+}
+
+Shown SimulatedUser::runDemo() {
+  journal_.record("demoTour");
+  return {};
+}
+
+}  // namespace tallowin
