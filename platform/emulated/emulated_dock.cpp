@@ -27,6 +27,34 @@ bool EmulatedDock::handle(const EmulatedEvent& event) {
   return pressHotKey(event);
 }
 
+std::string EmulatedDock::meaning(const EmulatedEvent& event) const {
+  if (isDockControl(event)) {
+    const auto read = readDockSwipe(event);
+    if (!read) {
+      return "a malformed gesture";
+    }
+    const auto* const phase = read->phase == DockSwipe::Phase::began   ? " begins"
+                              : read->phase == DockSwipe::Phase::ended ? " ends"
+                                                                       : " goes on";
+    return (direction(*read) > 0 ? "a swipe to the right" : "a swipe to the left") + std::string(phase);
+  }
+  const bool isKey = event.type() == EmulatedEvent::keyDown || event.type() == EmulatedEvent::keyUp;
+  const auto keyCode = static_cast<VirtualKeyCode>(event.integer(EmulatedEvent::keyCodeField));
+  const auto hotKey = isKey ? hotKeys_.match(keyCode, event.flags) : std::nullopt;
+  if (!hotKey) {
+    return "";
+  }
+  return *hotKey == symbolic_hot_key::moveLeft ? "one Space to the left"
+         : *hotKey == symbolic_hot_key::moveRight
+             ? "one Space to the right"
+             : "desktop " + std::to_string(*hotKey - symbolic_hot_key::firstDesktop + 1);
+}
+
+int EmulatedDock::direction(const DockSwipe& swipe) const {
+  const bool reversed = swipe.augmented && !behaviour_.naturalScrolling();
+  return reversed ? -swipe.direction : swipe.direction;
+}
+
 void EmulatedDock::swipe(const EmulatedEvent& event) {
   const auto read = readDockSwipe(event);
   if (!read) {
@@ -48,8 +76,7 @@ void EmulatedDock::swipe(const EmulatedEvent& event) {
   }
   if (read->phase == DockSwipe::Phase::ended) {
     swipeDirection_.reset();
-    const bool reversed = read->augmented && !behaviour_.naturalScrolling();
-    step(reversed ? -read->direction : read->direction, SwitchCause::gesture);
+    step(direction(*read), SwitchCause::gesture);
   }
 }
 

@@ -46,6 +46,9 @@ class EmulatedDock {
   /// presses and releases of enabled hot keys.
   bool handle(const EmulatedEvent& event);
 
+  /// What it makes of an event, in words such as "a swipe to the right ends"; empty when the event is nothing to it.
+  [[nodiscard]] std::string meaning(const EmulatedEvent& event) const;
+
   /// The Space that a display, of which `active` is seen to be the active one, is on its way to after everything that
   /// has been posted; nothing when it is not on its way anywhere.
   [[nodiscard]] std::optional<ManagedSpaceID> heading(const std::string& display, std::optional<ManagedSpaceID> active);
@@ -67,6 +70,8 @@ class EmulatedDock {
   };
 
   void swipe(const EmulatedEvent& event);
+  /// 1 to the right, -1 to the left.
+  [[nodiscard]] int direction(const DockSwipe& swipe) const;
   void step(int steps, SwitchCause cause);
   void perform(const std::string& display);
   bool pressHotKey(const EmulatedEvent& event);

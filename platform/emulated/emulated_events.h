@@ -30,6 +30,9 @@ class EmulatedEvents : public Events {
   /// Where the pointer is, origin top left.
   virtual CGPoint pointerLocation() = 0;
 
+  /// What the Dock makes of an event, in words; empty when it is nothing to it.
+  [[nodiscard]] std::string meaning(const EmulatedEvent& event) const { return dock_.meaning(event); }
+
   /// Performs a key press or a mouse event that the Dock left; other types need nothing done.
   virtual void postInput(const EmulatedEvent& event) = 0;
 

@@ -95,6 +95,9 @@ void SimulatedEvents::CGEventPost(CGEventTap tap, const CGEvent& event) {
   if (!state_.accessibilityAllowed) {
     arguments["dropped"] = true;
   }
+  if (auto words = meaning(static_cast<const EmulatedEvent&>(event)); !words.empty()) {
+    arguments["means"] = std::move(words);
+  }
   journal_.record("CGEventPost", arguments);
   if (state_.accessibilityAllowed) {
     EmulatedEvents::CGEventPost(tap, event);
