@@ -22,7 +22,7 @@ class ResidentProgram : public SimulatedProgram {
     LaunchOptions options;
     options.port = LocalAPI::standardPort;
     delegate =
-        std::make_unique<AppDelegate>(simulatedPlatform(desktop, spaces, driven, windows, preferences, images, time),
+        std::make_unique<AppDelegate>(simulatedPlatform(desktop, spaces, driven, drivenWindows, preferences, images, time),
                                       storage, settings, provider, options, error);
     delegate->applicationDidFinishLaunching();
   }

@@ -104,7 +104,7 @@ class SimulatedProgram {
   CGSBridge bridge{desktop.loader(), desktop.coreFoundation()};
   DrivenServices driven{bridge, desktop.accessibility(), desktop.windowList()};
   DrivenDesktop spaces{bridge, time};
-  DrivenWindows windows{driven};
+  DrivenWindows drivenWindows{driven};
   Storage& storage = desktop.storage();
   FilePreferences preferences{storage, desktop.files(), time, "/home/user/.config/tallowin/preferences.json",
                               [this](std::string_view key) { return desktop.globalPreference(key); }};

@@ -22,7 +22,7 @@ struct BackupsProgram : StoringProgram {
                              time,
                              desktop.system(),
                              spaces,
-                             windows,
+                             drivenWindows,
                              desktop.screenCapture(),
                              desktop.displays(),
                              desktop.desktopFacts(),

@@ -27,9 +27,9 @@ struct TransferProgram : StoringProgram {
 
   std::vector<SetUpCheck> checks;
   const ProgramVersion version{"0.1.0", "77"};
-  SettingsTransfer transfer{{settings, desktop.spacePlaces(), desktop.files(), time, desktop.system(), spaces, windows,
-                             desktop.screenCapture(), desktop.displays(), desktop.desktopFacts(), version,
-                             [this] { return checks; }}};
+  SettingsTransfer transfer{{settings, desktop.spacePlaces(), desktop.files(), time, desktop.system(), spaces,
+                             drivenWindows, desktop.screenCapture(), desktop.displays(), desktop.desktopFacts(),
+                             version, [this] { return checks; }}};
 };
 
 /// An export with these entries.

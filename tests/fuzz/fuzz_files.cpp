@@ -67,15 +67,15 @@ class Machine : public StoringProgram {
                              time,
                              desktop.system(),
                              spaces,
-                             windows,
+                             drivenWindows,
                              desktop.screenCapture(),
                              desktop.displays(),
                              desktop.desktopFacts(),
                              {"0.1.0", "1"},
                              [] { return std::vector<SetUpCheck>(); }}};
   SpaceContents contents{
-      {spaces, windows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
-  SavedSpaces savedSpaces{{store, contents, windows, desktop.workspace(), storage, paths, time, desktop.log()},
+      {spaces, drivenWindows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
+  SavedSpaces savedSpaces{{store, contents, drivenWindows, desktop.workspace(), storage, paths, time, desktop.log()},
                           {[](const std::string&) { return false; }, nullptr},
                           [] { return std::uint64_t{4}; }};
 

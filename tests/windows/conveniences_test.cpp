@@ -50,7 +50,7 @@ struct ConvenientProgram : WindowsProgram {
   void userSwitchesTo(ManagedSpaceID space) { desktop.parts().spaces.switchNow(space); }
   void userActivates(ProcessID pid) { desktop.parts().workspace.activate(pid); }
 
-  FocusMemory focus{{desktop.workspace(), spaces, windows, desktop.system(), *mover, settings, time}};
+  FocusMemory focus{{desktop.workspace(), spaces, drivenWindows, desktop.system(), *mover, settings, time}};
   SpaceLock lock{{desktop.workspaceNotifications(), desktop.workspace(), desktop.system(), settings, time}};
   PulledAwayReaction reaction{{*mover, contents, desktop.workspace(), desktop.toasts(), time,
                                [this](const Space& space) { this->userSwitchesTo(space.managedID); }}};
@@ -214,7 +214,7 @@ TEST(AppRules, AMoveThatFailsIsLogged) {
 
 TEST(SpaceMinimizer, UndoesOnce) {
   ConvenientProgram program;
-  SpaceMinimizer minimizer(program.windows);
+  SpaceMinimizer minimizer(program.drivenWindows);
   EXPECT_EQ(minimizer.minimizeAll(program.spaceNumbered(1), program.contents), 3U);
   EXPECT_EQ(minimizer.minimizeAll(program.spaceNumbered(1), program.contents), 0U) << "and nothing is forgotten";
   minimizer.undo();

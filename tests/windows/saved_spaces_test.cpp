@@ -61,7 +61,7 @@ struct SavingProgram : WindowsProgram {
   std::map<std::string, std::vector<std::string>> tabs = {{"com.apple.Safari", {"https://a.example", "about:b"}},
                                                           {"com.google.Chrome", {}}};
   std::mt19937_64 random{1};
-  SavedSpaces savedSpaces{{store, contents, windows, desktop.workspace(), storage, paths, time, desktop.log()},
+  SavedSpaces savedSpaces{{store, contents, drivenWindows, desktop.workspace(), storage, paths, time, desktop.log()},
                           {[this](const std::string& bundleID) { return tabs.contains(bundleID); },
                            [this](const std::string& bundleID) { return tabs.at(bundleID); }},
                           [this] { return random(); }};

@@ -254,8 +254,9 @@ TEST(SpaceContentsReading, LeavesOutWhatIsNoOrdinaryWindow) {
 
 TEST(SpaceContentsReading, NamesComeFromTheApplicationThenTheListThenNowhere) {
   const auto reading = readSpaceContents(
-      PropertyList::array({entry(), entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowName": null})"),
-                           entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowNumber": 201, "kCGWindowOwnerName": 5})")})),
+      readWindowList(
+          PropertyList::array({entry(), entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowName": null})"),
+                               entry(R"({"kCGWindowOwnerPID": 8, "kCGWindowNumber": 201, "kCGWindowOwnerName": 5})")})),
       lookups());
   const CGRect frame{{10.5, 20}, {300, 200}};
   EXPECT_THAT(reading.windows, ElementsAre(WindowInfo{101, 7, "org.mail", "Mail", "Inbox", frame, 1},

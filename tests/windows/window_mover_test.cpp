@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/windows/windows_program.h"
+#include "windows/driven/ax.h"
+#include "windows/driven/window_drag.h"
 
 namespace tallowin {
 namespace {

@@ -34,12 +34,12 @@ struct WindowsProgram : StoringProgram {
   SpaceSwitcher switcher{{nullptr, &driven, desktop.events(), desktop.displays(), preferences, desktop.system(), time,
                           time, settings, desktop.log()}};
   SpaceContents contents{
-      {spaces, windows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
+      {spaces, drivenWindows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
   std::unique_ptr<WindowMover> mover =
-      std::make_unique<WindowMover>(WindowMover::Services{switcher, spaces, windows, &driven, desktop.workspace(),
+      std::make_unique<WindowMover>(WindowMover::Services{switcher, spaces, drivenWindows, &driven, desktop.workspace(),
                                                           desktop.events(), desktop.system(), time, desktop.log()});
-  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(
-      LayoutManager::Services{*mover, contents, windows, desktop.displays(), storage, paths, settings, time, time});
+  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(LayoutManager::Services{
+      *mover, contents, drivenWindows, desktop.displays(), storage, paths, settings, time, time});
 };
 
 /// Where layouts are on the simulated machine.
