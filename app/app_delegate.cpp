@@ -61,7 +61,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
       performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
                   noteFiles_, naming_, platform.presentation, platform.pasteboard, underWay_,
-                  [this] { return settings_.boolean("demoMode"); },
+                  [this] { return settings_.get(setting::demoMode); },
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); }}),
       feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),

@@ -17,7 +17,7 @@ void AutomaticNames::lookSoon() {
 
 void AutomaticNames::look() {
   std::map<std::string, std::string> names;
-  if (services_.settings.boolean("autoNameSpaces")) {
+  if (services_.settings.get(setting::autoNameSpaces)) {
     for (const auto& space : services_.watcher.snapshot().get().allSpaces()) {
       names.emplace(space.id, services_.store.displayName(space));
     }
@@ -50,7 +50,7 @@ std::optional<std::string> AutomaticNames::ownName(const Space& space) const {
   if (found == names.end()) {
     return std::nullopt;
   }
-  const auto given = services_.settings.textList("recentSpaceNames");
+  const auto given = services_.settings.get(setting::recentSpaceNames);
   return std::ranges::find(given, found->second) == given.end() ? std::optional(found->second) : std::nullopt;
 }
 

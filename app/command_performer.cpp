@@ -82,7 +82,7 @@ void CommandPerformer::perform(const command::SwitchTo& command, const Call& cal
     return;
   }
   const auto active = snapshot().activeSpace();
-  const bool goesBack = active && target->id == active->id && services_.settings.boolean("backAndForth");
+  const bool goesBack = active && target->id == active->id && services_.settings.get(setting::backAndForth);
   if (const auto previous = goesBack ? services_.history.previous(snapshot()) : target) {
     switchTo(*previous, call.answer);
   } else {
@@ -93,15 +93,15 @@ void CommandPerformer::perform(const command::SwitchTo& command, const Call& cal
 void CommandPerformer::perform(const command::Step& command, const Call& call) {
   const auto display = services_.switcher.displayUnderMouse(snapshot());
   const auto& settings = services_.settings;
-  const SteppingRules rules{settings.boolean("wrapAround"), settings.boolean("hideFullscreenSpaces"),
-                            settings.boolean("skipEmptyWhenCycling") || settings.boolean("hideEmptySpaces")};
+  const SteppingRules rules{settings.get(setting::wrapAround), settings.get(setting::hideFullscreenSpaces),
+                            settings.get(setting::skipEmptyWhenCycling) || settings.get(setting::hideEmptySpaces)};
   switchTo(display ? neighbour(*display, command.right, rules, services_.isSpaceEmpty) : std::nullopt, noNeighbour,
            call.answer);
 }
 
 void CommandPerformer::perform(const command::Step2D& command, const Call& call) {
   const auto display = services_.switcher.displayUnderMouse(snapshot());
-  const auto columns = services_.settings.integer("gridColumns");
+  const auto columns = services_.settings.get(setting::gridColumns);
   switchTo(display ? gridNeighbour(*display, command.up, columns) : std::nullopt, noNeighbour, call.answer);
 }
 
@@ -189,7 +189,7 @@ void CommandPerformer::perform(const command::DemoTour& /*command*/, const Call&
 }
 
 bool CommandPerformer::follows(const Call& call) const {
-  return call.options.follow || services_.settings.boolean("followMovedWindow");
+  return call.options.follow || services_.settings.get(setting::followMovedWindow);
 }
 
 void CommandPerformer::perform(const command::MoveWindow& command, const Call& call) {

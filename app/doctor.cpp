@@ -14,7 +14,7 @@ namespace {
 
 SetUpCheck httpCheck(const Settings& settings, bool isRunning, std::optional<std::uint16_t> port) {
   constexpr auto title = "HTTP";
-  if (!settings.boolean("localAPI")) {
+  if (!settings.get(setting::localAPI)) {
     return {title, true, "HTTP is off (setting localAPI)."};
   }
   if (!isRunning) {

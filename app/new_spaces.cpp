@@ -8,7 +8,7 @@ namespace tallowin {
 
 void NewSpaces::look(const SpaceSnapshot& snapshot) {
   std::erase_if(waiting_, [&](const Space& space) { return !snapshot.space(space.id); });
-  if (known_ && services_.settings.boolean("askToNameNewSpaces") && !services_.areExpected()) {
+  if (known_ && services_.settings.get(setting::askToNameNewSpaces) && !services_.areExpected()) {
     enqueue(snapshot);
   }
   learn(snapshot);

@@ -28,7 +28,7 @@ void PreviewRefresh::startRefreshTimer() {
 }
 
 bool PreviewRefresh::areWanted() const {
-  return !asleep_ && services_.settings.boolean("thumbnailsEnabled") && services_.display.wantsPreviews();
+  return !asleep_ && services_.settings.get(setting::thumbnailsEnabled) && services_.display.wantsPreviews();
 }
 
 Duration PreviewRefresh::interval() const {
@@ -38,7 +38,8 @@ Duration PreviewRefresh::interval() const {
     return Duration::zero();
   }
   // fmax makes a number of what is none.
-  const auto seconds = std::fmin(std::fmax(services_.settings.real("thumbnailRefreshInterval"), shortest), longest);
+  const auto seconds =
+      std::fmin(std::fmax(services_.settings.get(setting::thumbnailRefreshInterval), shortest), longest);
   return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
 }
 

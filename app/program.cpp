@@ -15,7 +15,7 @@ int runProgram(const CommandLine& line, const Platform& platform, Storage& stora
   Settings settings(platform.preferences);
   settings.registerDefaults();
   if (line.demo) {
-    settings.impose("demoMode", true);
+    settings.impose(setting::demoMode, true);
   }
   const SpaceProvider provider(platform.desktop, platform.clock, platform.log);
   switch (line.mode) {

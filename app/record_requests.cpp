@@ -79,7 +79,7 @@ void RecordRequests::profile(RequestJob job) const {
 
 void RecordRequests::listProfiles(const RequestJob& job) const {
   auto& profiles = services_.records.profiles;
-  const auto active = services_.settings.text("activeProfile");
+  const auto active = services_.settings.get(setting::activeProfile);
   if (job.words.namesOnly()) {
     job.printNames(profiles.names());
     return;

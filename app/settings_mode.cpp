@@ -32,13 +32,12 @@ int listSettings(const Settings& settings, std::ostream& out, std::ostream& erro
   reportFault(settings, error);
   const auto stored = settings.defaults().persistentDomain();
   for (const auto& setting : settingsTable()) {
-    const auto key = std::string(setting.key);
-    const auto value = settings.value(key);
-    const auto found = stored.find(key);
+    const auto value = settings.value(setting);
+    const auto found = stored.find(std::string(setting.key));
     const bool setByUser = found != stored.end() && valueOfType(setting.type, found->second).has_value();
     constexpr int keyWidth = 26;
     constexpr int valueWidth = 14;
-    out << (setByUser ? "* " : "  ") << std::left << std::setw(keyWidth) << key << std::setw(valueWidth)
+    out << (setByUser ? "* " : "  ") << std::left << std::setw(keyWidth) << setting.key << std::setw(valueWidth)
         << (value ? textOfSetting(setting, *value) : "") << ' ' << setting.sentence;
     for (const auto& name : setting.cases) {
       out << (&name == setting.cases.data() ? " (" : ", ") << name;
@@ -54,7 +53,7 @@ int getSetting(const Settings& settings, const std::string& key, std::ostream& o
     return usageError(error, unknownSettingMessage(key));
   }
   reportFault(settings, error);
-  const auto value = settings.value(key);
+  const auto value = settings.value(*setting);
   if (!value) {
     return exit_status::failure;
   }

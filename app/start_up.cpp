@@ -125,9 +125,8 @@ void AppDelegate::settingsChanged() {
 }
 
 void AppDelegate::runOnboardingIfNeeded() {
-  constexpr auto shownKey = "didShowOnboarding";
-  if (!settings_.boolean(shownKey) && platform_.presentation.tour.welcome()) {
-    platform_.preferences.setObject(shownKey, true);
+  if (!settings_.get(setting::didShowOnboarding) && platform_.presentation.tour.welcome()) {
+    settings_.set(setting::didShowOnboarding, true);
   }
 }
 

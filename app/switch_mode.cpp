@@ -62,7 +62,7 @@ bool observeSwitch(std::int64_t number, RunLoop& runLoop, const SpaceProvider& p
 
 int runSwitch(const SwitchRequest& request, const Platform& platform, const SpaceProvider& provider,
               const Settings& settings, std::ostream& out, std::ostream& error) {
-  if (request.classic && !platform.preferences.setObject("switchMode", storedText(SwitchMode::classic))) {
+  if (request.classic && !settings.set(setting::switchMode, SwitchMode::classic)) {
     error << "tallowin: the setting switchMode could not be stored\n";
     return exit_status::cannotCreate;
   }

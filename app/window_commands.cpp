@@ -40,7 +40,7 @@ void WindowCommands::moveFrontWindow(const Space& target, bool follow, const Com
 void WindowCommands::moveFrontWindowStep(bool right, bool follow, const CommandAnswer& answer) {
   const auto display = services_.switcher.displayUnderMouse(snapshot());
   const auto& settings = services_.settings;
-  const SteppingRules rules{settings.boolean("wrapAround"), settings.boolean("hideFullscreenSpaces"), false};
+  const SteppingRules rules{settings.get(setting::wrapAround), settings.get(setting::hideFullscreenSpaces), false};
   if (const auto target = display ? neighbour(*display, right, rules, {}) : std::nullopt) {
     moveFrontWindow(*target, follow, answer);
   } else {

@@ -103,7 +103,7 @@ void WindowRequests::pin(RequestJob job) const {
     job.fail(notFoundMessage(ref).value_or(noActiveSpace));
   } else {
     pinApplication(*bundleID, *space, services_.store);
-    if (!services_.settings.boolean("applyAppRules")) {
+    if (!services_.settings.get(setting::applyAppRules)) {
       job.caller->err("tallowin: windows stay where they open while the setting applyAppRules is off\n");
     }
     job.succeedOnceSaved(services_.storage);

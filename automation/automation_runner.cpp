@@ -40,7 +40,7 @@ AutomationRunner::AutomationRunner(Services services, IsSpaceEmpty isSpaceEmpty,
       steps_(services.mainQueue) {}
 
 void AutomationRunner::spaceChanged(const std::optional<Space>& from, const Space& to) {
-  if (!services_.settings.boolean("runAutomations")) {
+  if (!services_.settings.get(setting::runAutomations)) {
     return;
   }
   if (from) {

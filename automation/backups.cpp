@@ -16,7 +16,6 @@ namespace tallowin {
 namespace {
 
 constexpr auto category = "Backups";
-constexpr auto activeProfileKey = "activeProfile";
 constexpr unsigned privateFolder = 0700;
 constexpr unsigned privateFile = 0600;
 
@@ -50,7 +49,7 @@ std::vector<std::pair<int, std::filesystem::path>> Backups::files() const {
 void Backups::keep(const std::string& reason) {
   auto copy = services_.transfer.bundle(services_.store);
   copy["reason"] = reason;
-  copy[activeProfileKey] = services_.settings.text(activeProfileKey);
+  copy[setting::activeProfile.key] = services_.settings.get(setting::activeProfile);
   if (const auto places = services_.places.places()) {
     copy["places"] = *places;
   }
@@ -104,8 +103,8 @@ std::optional<Backups::Restored> Backups::restore(std::size_t number) {
   if (!services_.transfer.takeOver(content, services_.store, [this] { keep("before restore"); })) {
     return std::nullopt;
   }
-  services_.settings.defaults().setObject(
-      activeProfileKey, property_list::member(content, activeProfileKey, property_list::text).value_or(""));
+  const auto profile = property_list::member(content, setting::activeProfile.key, property_list::text);
+  services_.settings.set(setting::activeProfile, profile.value_or(""));
   const bool complete = !places || !services_.places.places() || services_.places.restore(*places);
   return complete ? Restored::all : Restored::withoutDesktops;
 }

@@ -9,8 +9,6 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto activeKey = "activeProfile";
-
 /// The elements are records that have been looked at, so they have a name.
 auto hasName(const std::string& name) {
   return [&name](const PropertyList& record) { return record.at("name") == name; };
@@ -68,7 +66,7 @@ void ProfileStore::save(const std::string& name) {
 
 void ProfileStore::saveCurrent(const std::string& name) {
   save(name);
-  services_.settings.defaults().setObject(activeKey, name);
+  services_.settings.set(setting::activeProfile, name);
 }
 
 std::optional<std::string> ProfileStore::activate(std::string_view name) {
@@ -76,11 +74,11 @@ std::optional<std::string> ProfileStore::activate(std::string_view name) {
   if (!profile) {
     return std::nullopt;
   }
-  if (const auto active = services_.settings.text(activeKey); !active.empty() && active != profile->name) {
+  if (const auto active = services_.settings.get(setting::activeProfile); !active.empty() && active != profile->name) {
     save(active);
   }
   services_.store.replaceAll(std::move(profile->metas));
-  services_.settings.defaults().setObject(activeKey, profile->name);
+  services_.settings.set(setting::activeProfile, profile->name);
   return profile->name;
 }
 
@@ -92,8 +90,8 @@ bool ProfileStore::remove(const std::string& name) {
   if (removed) {
     write(kept);
   }
-  if (removed && services_.settings.text(activeKey) == name) {
-    services_.settings.defaults().setObject(activeKey, "");
+  if (removed && services_.settings.get(setting::activeProfile) == name) {
+    services_.settings.set(setting::activeProfile, "");
   }
   return removed;
 }

@@ -1,8 +1,5 @@
 #include "automation/settings_transfer.h"
 
-#include <algorithm>
-#include <array>
-
 #include "base/date_text.h"
 #include "base/desktop_places.h"
 #include "base/json_text.h"
@@ -29,7 +26,9 @@ struct Bundle {
 
 /// The value of an exported setting: the first element of the list that the text holds.
 std::optional<PropertyList> settingIn(const std::string& key, const std::string& text) {
-  const auto list = isExported(key) ? parseJSON(text) : std::unexpected(std::string());
+  const auto* const setting = findSetting(key);
+  const bool isExported = setting != nullptr && setting->exported == Exported::yes;
+  const auto list = isExported ? parseJSON(text) : std::unexpected(std::string());
   return list && list->is_array() && !list->empty() ? std::optional(list->front()) : std::nullopt;
 }
 
@@ -66,12 +65,6 @@ bool isBundle(const PropertyList& json) {
   return bundleFromJson(json).has_value();
 }
 
-bool isExported(std::string_view settingKey) {
-  constexpr auto kept = std::to_array<std::string_view>(
-      {"didShowOnboarding", "activeProfile", "profileByDisplaySetup", "recentSpaceNames", "demoMode"});
-  return findSetting(settingKey) != nullptr && std::ranges::find(kept, settingKey) == kept.end();
-}
-
 std::string SettingsTransfer::exportData(const SpaceStore& store) const {
   return prettyJSON(bundle(store));
 }
@@ -79,7 +72,7 @@ std::string SettingsTransfer::exportData(const SpaceStore& store) const {
 PropertyList SettingsTransfer::bundle(const SpaceStore& store) const {
   auto settings = PropertyList::object();
   for (const auto& setting : settingsTable()) {
-    const auto value = isExported(setting.key) ? services_.settings.value(setting.key) : std::nullopt;
+    const auto value = setting.exported == Exported::yes ? services_.settings.value(setting) : std::nullopt;
     if (value) {
       settings[std::string(setting.key)] = compactJSON(PropertyList::array({*value}));
     }
@@ -137,7 +130,7 @@ std::string SettingsTransfer::diagnostics(const SpaceSnapshot& snapshot,
   facts.health = s.desktop.health();
   facts.accessibility = s.windows.mayChange();
   facts.screenRecording = s.screenCapture.CGPreflightScreenCaptureAccess();
-  facts.switchMode = s.settings.switchMode();
+  facts.switchMode = s.settings.get(setting::switchMode);
   facts.displays = snapshot.displays.size();
   facts.spaces = snapshot.allSpaces().size();
   facts.checks = s.setUpChecks();

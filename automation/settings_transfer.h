@@ -78,7 +78,4 @@ class SettingsTransfer {
 /// Whether it is what SettingsTransfer::bundle() gives.
 [[nodiscard]] bool isBundle(const PropertyList& json);
 
-/// Whether the setting with this key travels; those that belong to one machine do not.
-[[nodiscard]] bool isExported(std::string_view settingKey);
-
 }  // namespace tallowin

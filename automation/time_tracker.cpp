@@ -6,7 +6,6 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto trackingKey = "timeTracking";
 constexpr auto saveDelay = std::chrono::seconds(5);
 /// Longer intervals are sleep that was not noticed, or a clock that was set.
 constexpr double dropped = 6 * 3600;
@@ -18,7 +17,7 @@ TimeTracker::TimeTracker(Services services)
       file_(services.storage, services.paths.supportDirectory() / "stats.json", "TimeTracker",
             {.delay = saveDelay, .limit = std::nullopt, .isOwed = false, .queue = "tallowin.times"}),
       since_(services.clock.now()),
-      tracking_(services.settings.boolean(trackingKey)) {
+      tracking_(services.settings.get(setting::timeTracking)) {
   const auto parse = [](std::string_view text) -> std::expected<TimeRecord, std::string> {
     auto record = timeRecordFromJSON(text);
     return record ? std::expected<TimeRecord, std::string>(*std::move(record))
@@ -47,13 +46,13 @@ void TimeTracker::setCurrentID(std::optional<std::string> id) {
 }
 
 void TimeTracker::flush() {
-  tracking_ = services_.settings.boolean(trackingKey);
+  tracking_ = services_.settings.get(setting::timeTracking);
   takeInterval(tracking_);
 }
 
 void TimeTracker::settingsChanged() {
   // The time until the change counts by what was set before.
-  if (services_.settings.boolean(trackingKey) != tracking_) {
+  if (services_.settings.get(setting::timeTracking) != tracking_) {
     takeInterval(tracking_);
     tracking_ = !tracking_;
   }

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <type_traits>
 
-#include "base/setting_enumerations.h"
 #include "base/settings_table.h"
 #include "platform/preferences.h"
 
@@ -21,38 +19,43 @@ class Settings {
   explicit Settings(Preferences& preferences) : preferences_(preferences) {}
 
   /// Registers the table's defaults. They are not written anywhere. Called once, before any setting is read.
-  void registerDefaults();
+  void registerDefaults() { areDefaultsRegistered_ = true; }
 
   /// Gives the setting this value for as long as the process lives, whatever is stored. It is not written anywhere.
-  void impose(std::string_view key, PropertyList value);
+  void impose(const Setting& setting, PropertyList value);
 
-  /// The setting's value, of its type; nothing when it is neither set nor registered, or no such setting exists.
-  [[nodiscard]] std::optional<PropertyList> value(std::string_view key) const;
+  /// The setting's value, of its type; nothing when it is neither set nor registered.
+  [[nodiscard]] std::optional<PropertyList> value(const Setting& setting) const;
 
-  /// Readers for keys of the table. Without a value they answer false, 0, an empty text, list or map.
-  [[nodiscard]] bool boolean(std::string_view key) const;
-  [[nodiscard]] double real(std::string_view key) const;
-  [[nodiscard]] std::int64_t integer(std::string_view key) const;
-  [[nodiscard]] std::string text(std::string_view key) const;
-  [[nodiscard]] std::vector<std::string> textList(std::string_view key) const;
-  [[nodiscard]] std::map<std::string, std::string> profileByDisplaySetup() const;
+  /// The setting's value; without one false, 0, an empty text, list or map. A text that names no case reads as its
+  /// enumeration says.
+  template <typename Value>
+  [[nodiscard]] Value get(const SettingOf<Value>& setting) const {
+    const auto found = value(setting);
+    if constexpr (std::is_enum_v<Value>) {
+      return caseOfStoredText<Value>(found ? found->template get<std::string>() : "");
+    } else {
+      return found ? found->template get<Value>() : Value();
+    }
+  }
 
-  [[nodiscard]] SwitchMode switchMode() const;
-  [[nodiscard]] DesktopShortcutModifier desktopShortcutModifier() const;
-  [[nodiscard]] OverlayHotKeyPreset overlayHotKey() const;
-  [[nodiscard]] HUDPosition hudPosition() const;
-  [[nodiscard]] DesktopLabelPosition desktopLabelPosition() const;
-  [[nodiscard]] HUDSize hudSize() const;
-  [[nodiscard]] MenuBarStyle menuBarStyle() const;
-  [[nodiscard]] HotCorner hotCorner() const;
+  /// Stores a value for the user, with the result of Preferences::setObject().
+  template <typename Value>
+  bool set(const SettingOf<Value>& setting, const std::type_identity_t<Value>& value) const {
+    if constexpr (std::is_enum_v<Value>) {
+      return preferences_.setObject(setting.key, storedText(value));
+    } else {
+      return preferences_.setObject(setting.key, value);
+    }
+  }
 
   /// The store behind the settings, for whoever writes one.
   [[nodiscard]] Preferences& defaults() const { return preferences_; }
 
  private:
   Preferences& preferences_;
-  std::map<std::string, PropertyList, std::less<>> registered_;
-  std::map<std::string, PropertyList, std::less<>> imposed_;
+  bool areDefaultsRegistered_ = false;
+  std::map<std::string_view, PropertyList> imposed_;  ///< by key
 };
 
 }  // namespace tallowin

@@ -61,7 +61,7 @@ LocalAPI::LocalAPI(Services services, std::uint16_t port)
       tokenFile_(services.paths.supportDirectory() / "api-token.txt") {}
 
 void LocalAPI::refresh() {
-  const bool wanted = services_.settings.boolean("localAPI");
+  const bool wanted = services_.settings.get(setting::localAPI);
   if (wanted && listener_ == nullptr) {
     start();
   } else if (!wanted) {

@@ -14,7 +14,6 @@ constexpr auto category = "SpaceStore";
 constexpr auto saveDelay = std::chrono::milliseconds(300);
 constexpr int iconSize = 128;
 constexpr std::size_t recentNames = 20;
-constexpr auto recentNamesKey = "recentSpaceNames";
 constexpr std::string_view fullscreenPrefix = "fs:";
 constexpr std::string_view managedPrefix = "managed-";
 constexpr unsigned privateFile = 0600;
@@ -25,7 +24,7 @@ std::optional<std::string> unlessEmpty(const std::string& text) {
 
 /// The sample that an ordinary desktop takes in the demonstration mode.
 const SampleSpace* sample(const Space& space, const Settings& settings) {
-  const bool applies = !space.isFullscreen && space.desktopNumber.value_or(0) >= 1 && settings.boolean("demoMode");
+  const bool applies = !space.isFullscreen && space.desktopNumber.value_or(0) >= 1 && settings.get(setting::demoMode);
   return applies ? &sampleSpaces.at(static_cast<std::size_t>(*space.desktopNumber - 1) % sampleSpaces.size()) : nullptr;
 }
 
@@ -153,11 +152,11 @@ void SpaceStore::replaceAll(SpaceMetas metas) {
 }
 
 void SpaceStore::remember(const std::string& name) {
-  auto names = services_.settings.textList(recentNamesKey);
+  auto names = services_.settings.get(setting::recentSpaceNames);
   std::erase_if(names, [&](const std::string& old) { return equalIgnoringCase(old, name); });
   names.insert(names.begin(), name);
   names.resize(std::min(names.size(), recentNames));
-  services_.settings.defaults().setObject(recentNamesKey, names);
+  services_.settings.set(setting::recentSpaceNames, names);
 }
 
 std::optional<RunningApplication> SpaceStore::fullscreenOwner(const Space& space) const {
@@ -177,7 +176,7 @@ std::string SpaceStore::displayName(const Space& space) const {
     const auto owner = fullscreenOwner(space);
     return owner && owner->localizedName ? *owner->localizedName : "Full Screen";
   }
-  if (autoNameProvider && services_.settings.boolean("autoNameSpaces")) {
+  if (autoNameProvider && services_.settings.get(setting::autoNameSpaces)) {
     if (const auto name = autoNameProvider(space)) {
       return *name;
     }

@@ -13,7 +13,7 @@ RulesByApplication appRules(const SpaceSnapshot& snapshot, const SpaceStore& sto
 }
 
 void AppRules::apply(const std::vector<WindowInfo>& newWindows, const SpaceSnapshot& snapshot) {
-  if (newWindows.empty() || !services_.settings.boolean("applyAppRules")) {
+  if (newWindows.empty() || !services_.settings.get(setting::applyAppRules)) {
     return;
   }
   const auto rules = appRules(snapshot, services_.store);

@@ -16,7 +16,7 @@ void FocusMemory::leaving(const Space& space) {
 
 void FocusMemory::entered(const Space& space, const SpaceContents& contents) {
   waiting_.cancel();
-  if (services_.settings.boolean("restoreFocus")) {
+  if (services_.settings.get(setting::restoreFocus)) {
     waiting_ = services_.mainQueue.after(delay, [this, space, &contents] { restore(space, contents); });
   }
 }

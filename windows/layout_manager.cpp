@@ -95,7 +95,7 @@ void LayoutManager::startAutoSave(std::function<SpaceSnapshot()> snapshot) {
 
 void LayoutManager::autoSave() {
   autoSaveDue_ = autoSaveHolds_ > 0;
-  if (!autoSaveDue_ && services_.settings.boolean("autoSaveLayout")) {
+  if (!autoSaveDue_ && services_.settings.get(setting::autoSaveLayout)) {
     save(layout_name::automatic, snapshot_());
   }
 }

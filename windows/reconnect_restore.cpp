@@ -36,7 +36,7 @@ void ReconnectRestore::displaysChanged(std::size_t before, std::size_t now) {
 
 void ReconnectRestore::settle() {
   const auto hold = std::move(autoSaveHold_);
-  if (latest_->identifiers.size() > fewest_ && services_.settings.boolean("restoreOnDisplayReconnect")) {
+  if (latest_->identifiers.size() > fewest_ && services_.settings.get(setting::restoreOnDisplayReconnect)) {
     if (const auto layout = services_.layouts.load(layout_name::reconnect, latest_->key())) {
       restore(*layout);
     }

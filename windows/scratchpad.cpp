@@ -17,7 +17,7 @@ bool isShown(const RunningApplication& application) {
 }  // namespace
 
 Outcome Scratchpad::toggle(const SpaceSnapshot& snapshot, Toasts& toasts) {
-  const auto bundleID = services_.settings.text("scratchpadApp");
+  const auto bundleID = services_.settings.get(setting::scratchpadApp);
   if (bundleID.empty()) {
     constexpr auto message = "Choose a scratchpad app in Settings > Windows";
     toasts.show({message, std::nullopt, true});

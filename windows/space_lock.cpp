@@ -13,7 +13,7 @@ void SpaceLock::start() {
 
 bool SpaceLock::spaceChanged(const std::optional<Space>& from, const Space& to, bool initiatedByTallowin) {
   const bool concerned = !initiatedByTallowin && from && from->displayID == to.displayID && onPulledAway;
-  if (!concerned || !services_.settings.boolean("spaceLock") || !wasPulled()) {
+  if (!concerned || !services_.settings.get(setting::spaceLock) || !wasPulled()) {
     return false;
   }
   RunningApplication ended;

@@ -37,7 +37,7 @@ bool SpaceDriver::drive(const std::string& displayID, const Space& active, const
 
 bool SpaceDriver::switchesClassically() const {
   // A drag with the button held ends when the trackpad seems to be swiped.
-  return services_.settings.switchMode() == SwitchMode::classic || bounces_.prefersClassicAfterBounces() ||
+  return services_.settings.get(setting::switchMode) == SwitchMode::classic || bounces_.prefersClassicAfterBounces() ||
          (services_.events.pressedMouseButtons() & leftButton) != 0;
 }
 

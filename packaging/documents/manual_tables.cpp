@@ -79,10 +79,10 @@ std::string exitStatuses() {
 }
 
 std::string defaultOf(const Setting& setting) {
-  if (setting.registeredDefault.is_null()) {
+  if (setting.registeredDefault().is_null()) {
     return "not set";
   }
-  const auto value = textOfSetting(setting, setting.registeredDefault);
+  const auto value = textOfSetting(setting, setting.registeredDefault());
   return value.empty() ? "empty" : "\\fB" + roff(value) + "\\fR";
 }
 

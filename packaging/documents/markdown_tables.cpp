@@ -13,10 +13,10 @@ std::string inCode(std::string_view text) {
 }
 
 std::string defaultOf(const Setting& setting) {
-  if (setting.registeredDefault.is_null()) {
+  if (setting.registeredDefault().is_null()) {
     return "not set";
   }
-  const auto value = textOfSetting(setting, setting.registeredDefault);
+  const auto value = textOfSetting(setting, setting.registeredDefault());
   return value.empty() ? "empty" : inCode(value);
 }
 

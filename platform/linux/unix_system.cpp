@@ -1,7 +1,6 @@
 #include "platform/linux/unix_system.h"
 
 #include <cstdio>
-#include <fstream>
 #include <sys/random.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -9,20 +8,6 @@
 namespace tallowin {
 
 namespace {
-
-/// The name of the distribution for people, os-release(5).
-std::string distribution() {
-  constexpr std::string_view key = "PRETTY_NAME=";
-  std::ifstream file("/etc/os-release");
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with(key)) {
-      line.erase(0, key.size());
-      std::erase(line, '"');
-      return line;
-    }
-  }
-  return "Unix";
-}
 
 utsname kernel() {
   utsname names{};
@@ -43,8 +28,7 @@ std::string UnixSystem::operatingSystemName() {
 }
 
 std::string UnixSystem::operatingSystemVersionString() {
-  const auto names = kernel();
-  return distribution() + ", " + names.sysname + " " + names.release;
+  return kernel().release;
 }
 
 std::uint64_t UnixSystem::randomBits() {

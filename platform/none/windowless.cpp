@@ -56,7 +56,7 @@ class NoHUD : public Lacking<HUD> {
  public:
   using Lacking::Lacking;
   void show(const ShownSpace& /*space*/) override {
-    shortcomings_.lack(shortcomings_.settings().boolean("hudEnabled"), "The pop-up on every switch is");
+    shortcomings_.lack(shortcomings_.settings().get(setting::hudEnabled), "The pop-up on every switch is");
   }
 };
 
@@ -102,7 +102,7 @@ class NoFeedback : public Lacking<Feedback> {
   using Lacking::Lacking;
   void spaceChanged(const ShownSpace& /*to*/) override {
     const auto& settings = shortcomings_.settings();
-    shortcomings_.lack(!settings.text("switchSound").empty() || settings.boolean("speakSpaceNames"),
+    shortcomings_.lack(!settings.get(setting::switchSound).empty() || settings.get(setting::speakSpaceNames),
                        "The sound of a switch is");
   }
 };
@@ -112,7 +112,7 @@ class NoDockGuard : public Lacking<DockGuard> {
   using Lacking::Lacking;
   void setBounceBack(std::function<void(const std::string& spaceID)> /*bounceBack*/) override {}
   void refresh(const std::string& /*currentSpaceID*/) override {
-    shortcomings_.lack(shortcomings_.settings().boolean("dockClickProtection"), "Protection from Dock clicks is");
+    shortcomings_.lack(shortcomings_.settings().get(setting::dockClickProtection), "Protection from Dock clicks is");
   }
   bool spaceChanged(const std::string& /*toSpaceID*/) override { return false; }
 };
@@ -121,7 +121,7 @@ class NoDesktopLabel : public Lacking<DesktopLabel> {
  public:
   using Lacking::Lacking;
   void update(const std::map<std::string, ShownSpace>& /*active*/) override {
-    shortcomings_.lack(shortcomings_.settings().boolean("desktopLabel"), "The label on the desktop is");
+    shortcomings_.lack(shortcomings_.settings().get(setting::desktopLabel), "The label on the desktop is");
   }
 };
 
@@ -129,7 +129,7 @@ class NoSpaceDock : public Lacking<SpaceDock> {
  public:
   using Lacking::Lacking;
   void update(const std::vector<std::string>& /*applications*/) override {
-    shortcomings_.lack(shortcomings_.settings().boolean("spaceDock"), "The Space dock is");
+    shortcomings_.lack(shortcomings_.settings().get(setting::spaceDock), "The Space dock is");
   }
 };
 
@@ -139,7 +139,7 @@ class NoEdges : public Lacking<OverviewTrigger> {
   void setHandler(std::function<void()> /*pulled*/) override {}
   void refresh() override {
     const auto& settings = shortcomings_.settings();
-    shortcomings_.lack(settings.hotCorner() != HotCorner::none || settings.boolean("notchHover"),
+    shortcomings_.lack(settings.get(setting::hotCorner) != HotCorner::none || settings.get(setting::notchHover),
                        "Opening the overview at the screen's edge is");
   }
 };
@@ -149,7 +149,7 @@ class NoTouch : public Lacking<OverviewTrigger> {
   using Lacking::Lacking;
   void setHandler(std::function<void()> /*pulled*/) override {}
   void refresh() override {
-    shortcomings_.lack(shortcomings_.settings().boolean("fourFingerTap"), "Opening the overview by touch is");
+    shortcomings_.lack(shortcomings_.settings().get(setting::fourFingerTap), "Opening the overview by touch is");
   }
 };
 
@@ -164,7 +164,7 @@ class NoPreviews : public Lacking<PreviewDisplay> {
  public:
   using Lacking::Lacking;
   [[nodiscard]] bool wantsPreviews() override {
-    shortcomings_.lack(shortcomings_.settings().boolean("thumbnailsEnabled"), "Showing previews is");
+    shortcomings_.lack(shortcomings_.settings().get(setting::thumbnailsEnabled), "Showing previews is");
     return false;
   }
 };

@@ -48,8 +48,8 @@ TEST(Backups, PutBackWhatWasThereAndKeepWhatIs) {
   EXPECT_EQ(program.backups.restore(2), std::nullopt);
   EXPECT_EQ(program.backups.restore(1), Backups::Restored::all);
   EXPECT_EQ(store.meta("managed-2").name, "B");
-  EXPECT_EQ(program.settings.text("activeProfile"), "Work");
-  EXPECT_FALSE(program.settings.boolean("wrapAround"));
+  EXPECT_EQ(program.settings.get(setting::activeProfile), "Work");
+  EXPECT_FALSE(program.settings.get(setting::wrapAround));
   EXPECT_EQ(program.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
   EXPECT_EQ(program.backups.listText(),
             "1  2026-03-02 14:30  before restore\n2  2026-03-02 14:30  before removing desktop 2\n");

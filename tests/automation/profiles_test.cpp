@@ -23,7 +23,7 @@ const std::string templatesFile = supportFolder + "templates.json";
 struct ProfilesProgram : StoringProgram {
   ProfilesProgram() : StoringProgram(R"({"start": "2026-03-02T09:00:00Z"})") {}
 
-  [[nodiscard]] std::string active() const { return settings.text("activeProfile"); }
+  [[nodiscard]] std::string active() const { return settings.get(setting::activeProfile); }
   [[nodiscard]] std::string name() const { return store.displayName(space(1)); }
   void setName(const std::string& name) { store.setName(name, id(1)); }
 
@@ -128,7 +128,7 @@ TEST(SpaceTemplates, FillTheDesktopsThatThereAre) {
   EXPECT_EQ(metas.at("U2").automation, existing);
   EXPECT_EQ(metas.at("U2").note, "Docs, PRs, localhost");
   EXPECT_EQ(metas.at("F").name, "Full");
-  EXPECT_THAT(program.settings.textList("recentSpaceNames"), ElementsAre("Chat", "Browser", "Code"));
+  EXPECT_THAT(program.settings.get(setting::recentSpaceNames), ElementsAre("Chat", "Browser", "Code"));
 
   const SpaceTemplate blank{"Blank", "", {{" \u00A0\n", {}, {}, " \t\u2003x\r\n", {"../evil"}, {"https://a.example"}}}};
   EXPECT_EQ(program.templates.apply(blank, program.snapshot()), (SpaceTemplates::Outcome{1, 0}));

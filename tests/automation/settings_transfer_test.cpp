@@ -71,7 +71,7 @@ TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
                                                                                          {"hudEnabled", nullptr},
                                                                                          {"localAPI", "yes"},
                                                                                          {"notchHover", true}}));
-  EXPECT_FALSE(program.settings.boolean("localAPI")) << "it is of the wrong type";
+  EXPECT_FALSE(program.settings.get(setting::localAPI)) << "it is of the wrong type";
 }
 
 TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
@@ -116,7 +116,7 @@ TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
   TransferProgram program;
   program.files().setRoom(0);
   EXPECT_TRUE(program.transfer.importData(bundle({{"wrapAround", "[false]"}}), program.store));
-  EXPECT_FALSE(program.settings.boolean("wrapAround"));
+  EXPECT_FALSE(program.settings.get(setting::wrapAround));
   EXPECT_FALSE(program.storage.isSound()) << "what asked for it is told so";
 }
 

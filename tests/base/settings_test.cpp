@@ -38,17 +38,17 @@ class SettingsTest : public testing::Test {
 TEST_F(SettingsTest, AFreshInstallReadsItsDefaultsAndWritesNothing) {
   std::size_t registered = 0;
   for (const auto& setting : settingsTable()) {
-    registered += setting.registeredDefault.is_null() ? 0 : 1;
-    const auto value = settings.value(setting.key);
+    registered += setting.registeredDefault().is_null() ? 0 : 1;
+    const auto value = settings.value(setting);
     EXPECT_EQ(value.value_or(nullptr), setting.registeredDefault) << setting.key;
-    EXPECT_TRUE(setting.registeredDefault.is_null() || valueOfType(setting.type, setting.registeredDefault));
+    EXPECT_TRUE(setting.registeredDefault().is_null() || valueOfType(setting.type, setting.registeredDefault));
     EXPECT_FALSE(setting.sentence.empty()) << setting.key;
   }
   EXPECT_EQ(registered, 48U);
-  EXPECT_EQ(settings.real("hudDuration"), 1.2);
-  EXPECT_EQ(settings.integer("gridColumns"), 0);
-  EXPECT_EQ(settings.desktopShortcutModifier(), DesktopShortcutModifier::controlOption);
-  EXPECT_TRUE(settings.profileByDisplaySetup().empty());
+  EXPECT_EQ(settings.get(setting::hudDuration), 1.2);
+  EXPECT_EQ(settings.get(setting::gridColumns), 0);
+  EXPECT_EQ(settings.get(setting::desktopShortcutModifier), DesktopShortcutModifier::controlOption);
+  EXPECT_TRUE(settings.get(setting::profileByDisplaySetup).empty());
   EXPECT_FALSE(files.exists(file));
 }
 
@@ -57,36 +57,36 @@ TEST_F(SettingsTest, UnknownCasesFallBackAsTheirEnumerationSays) {
   preferences.setObject("desktopShortcutModifier", "super");
   preferences.setObject("overlayHotKey", "");
   preferences.setObject("menuBarStyle", "Dots");
-  EXPECT_EQ(settings.switchMode(), SwitchMode::instant);
-  EXPECT_EQ(settings.desktopShortcutModifier(), DesktopShortcutModifier::off);
-  EXPECT_EQ(settings.overlayHotKey(), OverlayHotKeyPreset::optionTab);
-  EXPECT_EQ(settings.menuBarStyle(), MenuBarStyle::name);
+  EXPECT_EQ(settings.get(setting::switchMode), SwitchMode::instant);
+  EXPECT_EQ(settings.get(setting::desktopShortcutModifier), DesktopShortcutModifier::off);
+  EXPECT_EQ(settings.get(setting::overlayHotKey), OverlayHotKeyPreset::optionTab);
+  EXPECT_EQ(settings.get(setting::menuBarStyle), MenuBarStyle::name);
   preferences.setObject("switchMode", "classic");
   preferences.setObject("menuBarStyle", "dots");
   preferences.setObject("hotCorner", "bottomRight");
   preferences.setObject("hudSize", "large");
-  EXPECT_EQ(settings.switchMode(), SwitchMode::classic);
-  EXPECT_TRUE(showsAllSpaces(settings.menuBarStyle()));
-  EXPECT_EQ(settings.hotCorner(), HotCorner::bottomRight);
-  EXPECT_EQ(settings.hudSize(), HUDSize::large);
+  EXPECT_EQ(settings.get(setting::switchMode), SwitchMode::classic);
+  EXPECT_TRUE(showsAllSpaces(settings.get(setting::menuBarStyle)));
+  EXPECT_EQ(settings.get(setting::hotCorner), HotCorner::bottomRight);
+  EXPECT_EQ(settings.get(setting::hudSize), HUDSize::large);
 }
 
 TEST_F(SettingsTest, AValueOfTheWrongTypeReadsAsNotSet) {
   edit(R"({"hudEnabled": 0, "hudDuration": 2, "gridColumns": 3.0, "switchSound": ["x"], "recentSpaceNames": ["a", 1],
            "profileByDisplaySetup": {"A+B": "Desk"}})");
-  EXPECT_TRUE(settings.boolean("hudEnabled"));
-  EXPECT_EQ(settings.real("hudDuration"), 2.0);
-  EXPECT_EQ(settings.integer("gridColumns"), 0);
-  EXPECT_EQ(settings.text("switchSound"), "");
-  EXPECT_TRUE(settings.textList("recentSpaceNames").empty());
-  EXPECT_EQ(settings.profileByDisplaySetup().at("A+B"), "Desk");
+  EXPECT_TRUE(settings.get(setting::hudEnabled));
+  EXPECT_EQ(settings.get(setting::hudDuration), 2.0);
+  EXPECT_EQ(settings.get(setting::gridColumns), 0);
+  EXPECT_EQ(settings.get(setting::switchSound), "");
+  EXPECT_TRUE(settings.get(setting::recentSpaceNames).empty());
+  EXPECT_EQ(settings.get(setting::profileByDisplaySetup).at("A+B"), "Desk");
 }
 
 TEST_F(SettingsTest, AnEditByHandTakesEffectInTheNextTurnAndSurvivesTheNextWrite) {
   preferences.setObject("hudEnabled", false);
   edit(R"({"hudEnabled": true, "wrapAround": false, "somebody else's": [1]})");
-  EXPECT_TRUE(settings.boolean("hudEnabled"));
-  EXPECT_FALSE(settings.boolean("wrapAround"));
+  EXPECT_TRUE(settings.get(setting::hudEnabled));
+  EXPECT_FALSE(settings.get(setting::wrapAround));
   int told = 0;
   const auto observer = preferences.observe([&told] { ++told; });
   EXPECT_TRUE(preferences.setObject("gridColumns", 4));
@@ -94,17 +94,17 @@ TEST_F(SettingsTest, AnEditByHandTakesEffectInTheNextTurnAndSurvivesTheNextWrite
   EXPECT_EQ(stored(), PropertyList::parse(
                           R"({"hudEnabled": true, "wrapAround": false, "somebody else's": [1], "gridColumns": 4})"));
   files.take(file);
-  EXPECT_FALSE(settings.boolean("wrapAround")) << "it was looked at in this turn";
+  EXPECT_FALSE(settings.get(setting::wrapAround)) << "it was looked at in this turn";
   time.advance(Duration::zero());
-  EXPECT_TRUE(settings.boolean("wrapAround"));
+  EXPECT_TRUE(settings.get(setting::wrapAround));
 }
 
 TEST_F(SettingsTest, AFileThatCannotBeUnderstoodIsReportedOnceAndKeptAsideByTheNextWrite) {
   preferences.setObject("wrapAround", false);
   for (const auto* bad : {"{\"wrapAround\": tru", "[1, 2]", "\xff\xfe", ""}) {
     edit(bad);
-    EXPECT_FALSE(settings.boolean("wrapAround")) << "the value read before stays in force";
-    EXPECT_FALSE(settings.boolean("wrapAround"));
+    EXPECT_FALSE(settings.get(setting::wrapAround)) << "the value read before stays in force";
+    EXPECT_FALSE(settings.get(setting::wrapAround));
     EXPECT_EQ(files.read(file).value_or("nothing"), bad) << "reading moves nothing";
     ASSERT_EQ(log.lines.size(), 1U);
     EXPECT_EQ(preferences.fault(), log.lines.front());
@@ -147,7 +147,7 @@ TEST_F(SettingsTest, ObserversMissNoEdit) {
   const auto observer = preferences.observe([&told] { ++told; });
   time.advance(std::chrono::seconds(1));
   edit(R"({"wrapAround": false})");
-  EXPECT_FALSE(settings.boolean("wrapAround")) << "who reads it first takes nothing from the observers";
+  EXPECT_FALSE(settings.get(setting::wrapAround)) << "who reads it first takes nothing from the observers";
   time.advance(std::chrono::seconds(2));
   EXPECT_EQ(told, 1) << "there was no file before";
   edit(R"({"wrapAround": true})");
@@ -164,8 +164,8 @@ TEST_F(SettingsTest, WhatCannotBeWrittenIsInForceAndComesIntoTheFileAsThatStands
   EXPECT_FALSE(preferences.setObject("gridColumns", 3));
   EXPECT_FALSE(preferences.removeObject("hudDuration"));
   EXPECT_FALSE(preferences.removeObject("hudDuration")) << "it still stands in the file";
-  EXPECT_EQ(settings.integer("gridColumns"), 3);
-  EXPECT_EQ(settings.real("hudDuration"), 1.2);
+  EXPECT_EQ(settings.get(setting::gridColumns), 3);
+  EXPECT_EQ(settings.get(setting::hudDuration), 1.2);
   EXPECT_EQ(log.lines.size(), 1U) << "said once";
   edit(R"({"gridColumns": 2, "hudDuration": 2.0, "wrapAround": false})");
   files.setRoom(std::nullopt);
@@ -174,7 +174,7 @@ TEST_F(SettingsTest, WhatCannotBeWrittenIsInForceAndComesIntoTheFileAsThatStands
   EXPECT_EQ(log.lines.size(), 2U);
   EXPECT_TRUE(preferences.removeObject("gridColumns"));
   EXPECT_TRUE(preferences.removeObject("gridColumns"));
-  EXPECT_EQ(settings.integer("gridColumns"), 0);
+  EXPECT_EQ(settings.get(setting::gridColumns), 0);
 }
 
 TEST_F(SettingsTest, ABadFileThatCannotBeKeptAsideIsNeverReplaced) {

@@ -164,7 +164,7 @@ TEST(SpaceStore, RecentNamesAreTwentyAndDifferInMoreThanCase) {
     program.store.remember("Name " + std::to_string(i));
   }
   program.store.remember("NAME 10");
-  const auto names = program.settings.textList("recentSpaceNames");
+  const auto names = program.settings.get(setting::recentSpaceNames);
   EXPECT_EQ(names.size(), 20U);
   EXPECT_EQ(names.at(0), "NAME 10");
   EXPECT_EQ(names.at(1), "Name 24");

@@ -101,7 +101,7 @@ void readSpaces(Machine& machine) {
 void readPreferences(Machine& machine) {
   auto values = machine.preferences.persistentDomain();
   for (const auto& setting : settingsTable()) {
-    if (const auto value = machine.settings.value(setting.key)) {
+    if (const auto value = machine.settings.value(setting)) {
       const auto text = textOfSetting(setting, *value);
       const auto read = settingFromText(setting, text);
       require(read && textOfSetting(setting, *read) == text, "a setting can be set to what it is said to be");

@@ -56,7 +56,7 @@ class TheSpacesAreKnown : public Invariant {
       const auto& space = all[i];
       expected[i].update({{"id", space.id}, {"display", space.display}, {"isActive", space.active}});
       expected[i]["number"] = space.number == 0 ? Json() : Json(space.number);
-      if (isCalm_ && space.number != 0 && !run_.program.settings.boolean("demoMode")) {
+      if (isCalm_ && space.number != 0 && !run_.program.settings.get(setting::demoMode)) {
         const auto words = said.value(space.id, Json::object());
         expected[i]["name"] = words.value("name", "Desktop " + std::to_string(space.number));
         expected[i]["note"] = words.value("note", Json());

@@ -202,7 +202,7 @@ class TimesAreThoseOfTheVisits : public Invariant {
     return times;
   }
 
-  [[nodiscard]] bool isCounting() const { return run_.program.settings.boolean("timeTracking"); }
+  [[nodiscard]] bool isCounting() const { return run_.program.settings.get(setting::timeTracking); }
 
   void enter(const std::string& id) {
     counts_ = isCounting();

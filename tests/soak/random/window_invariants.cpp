@@ -161,7 +161,7 @@ class SwitchesArrive : public Invariant {
     if (space == all.end() || space->number > lastWithHotKey) {
       return {};
     }
-    return space->id == run_.activeID() && run_.program.settings.boolean("backAndForth") ? previous() : *space;
+    return space->id == run_.activeID() && run_.program.settings.get(setting::backAndForth) ? previous() : *space;
   }
 
   /// Where the user has been before, as far as it is still there.
