@@ -14,19 +14,6 @@ namespace tallowin {
 
 namespace {
 
-/// The modes by the argument that asks for them. The first one found runs.
-constexpr auto modes = std::to_array<std::pair<std::string_view, Mode>>({
-    {"--probe", Mode::probe},
-    {"--switch", Mode::switchSpace},
-    {"--capture", Mode::capture},
-    {"--help", Mode::help},
-    {"--version", Mode::version},
-    {"--settings-list", Mode::listSettings},
-    {"--get", Mode::getSetting},
-    {"--set", Mode::setSetting},
-    {"--unset", Mode::unsetSetting},
-});
-
 constexpr auto platforms = std::to_array<std::pair<std::string_view, PlatformChoice>>({
     {"auto", PlatformChoice::automatic},
     {"x11", PlatformChoice::x11},
@@ -40,36 +27,32 @@ constexpr std::string_view request;
 /// Options that were given, with what followed each. The last one wins.
 using Given = std::map<std::string_view, std::vector<std::string>>;
 
-/// The first of these that stands anywhere among the arguments, as an operand or a value too, is what is done. Unknown
-/// words, and options without their values, are passed over then.
-constexpr auto diagnosticModes = std::span(modes).first(3);
-
-const std::pair<std::string_view, Mode>* findDiagnosticMode(std::span<const std::string> arguments) {
-  const auto found = std::ranges::find_if(
-      diagnosticModes, [&](const auto& mode) { return std::ranges::find(arguments, mode.first) != arguments.end(); });
-  return found != diagnosticModes.end() ? &*found : nullptr;
+/// The diagnostic mode that is done: the first of the table that stands anywhere among the arguments, as an operand or
+/// a value too. Unknown words, and options without their values, are passed over then.
+std::optional<Mode> findDiagnosticMode(std::span<const std::string> arguments) {
+  for (const auto& option : commandLineOptions()) {
+    if (isDiagnostic(option.name) && std::ranges::find(arguments, option.name) != arguments.end()) {
+      return option.mode;
+    }
+  }
+  return std::nullopt;
 }
 
-bool isDiagnosticMode(const std::string& argument) {
-  return std::ranges::find(diagnosticModes, argument, &std::pair<std::string_view, Mode>::first) !=
-         diagnosticModes.end();
-}
-
-std::expected<Given, std::string> gather(std::span<const std::string> arguments, bool isDiagnostic) {
+std::expected<Given, std::string> gather(std::span<const std::string> arguments, bool diagnoses) {
   Given given;
   bool optionsEnded = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     optionsEnded = optionsEnded || arguments[i] == "--";
-    const auto option = std::ranges::find(commandLineOptions(), arguments[i], &CommandLineOption::name);
+    const auto* const option = findOption(arguments[i]);
     // Behind a word of a request it may be anything, a name for instance.
     const bool isPlain = arguments[i] == "classic" && given.contains(request);
-    if (option == commandLineOptions().end() || isPlain || optionsEnded) {
+    if (option == nullptr || isPlain || optionsEnded) {
       given[request].push_back(arguments[i]);
       continue;
     }
-    const auto values = arguments.subspan(i + 1, std::min(option->values.size(), arguments.size() - i - 1));
-    const bool isComplete = values.size() == option->values.size();
-    if (isDiagnostic && (!isComplete || std::ranges::any_of(values, isDiagnosticMode))) {
+    const auto values = arguments.subspan(i + 1, std::min(option->values().size(), arguments.size() - i - 1));
+    const bool isComplete = values.size() == option->values().size();
+    if (diagnoses && (!isComplete || std::ranges::any_of(values, isDiagnostic))) {
       continue;
     }
     if (!isComplete) {
@@ -118,15 +101,18 @@ std::string readSwitch(const Given& given, CommandLine& line) {
 
 /// The same.
 std::string readMode(const Given& given, CommandLine& line) {
-  const auto mode = std::ranges::find_if(modes, [&](const auto& entry) { return given.contains(entry.first); });
-  line.mode = mode != modes.end() ? mode->second : Mode::resident;
+  const auto asked = std::ranges::find_if(commandLineOptions(), [&](const CommandLineOption& option) {
+    return option.mode && given.contains(option.name);
+  });
   if (given.contains("classic")) {
     return "classic goes with --switch N";
   }
-  if (const auto setting = mode != modes.end() ? given.find(mode->first) : given.end();
-      setting != given.end() && !setting->second.empty()) {
-    line.settingKey = setting->second.front();
-    line.settingValue = setting->second.back();
+  if (asked != commandLineOptions().end()) {
+    line.mode = *asked->mode;
+    if (const auto& values = given.find(asked->name)->second; !values.empty()) {
+      line.settingKey = values.front();
+      line.settingValue = values.back();
+    }
   }
   return "";
 }
@@ -180,9 +166,11 @@ std::string readRequest(const Given& given, CommandLine& line) {
 
 /// The same, for settings, which go alone.
 std::string settingsContradiction(const Given& given) {
-  const auto isAsked = [&](const auto& mode) { return given.contains(mode.first); };
-  const auto isSetting = [&](const auto& mode) { return isAsked(mode) && isSettingsMode(mode.second); };
-  if (std::ranges::any_of(modes, isSetting) && std::ranges::count_if(modes, isAsked) > 1) {
+  const auto asks = [&](const CommandLineOption& option) { return option.mode && given.contains(option.name); };
+  const auto asksSetting = [&](const CommandLineOption& option) {
+    return asks(option) && isSettingsMode(*option.mode);
+  };
+  if (std::ranges::any_of(commandLineOptions(), asksSetting) && std::ranges::count_if(commandLineOptions(), asks) > 1) {
     return "--settings-list, --get, --set and --unset go alone, one at a time";
   }
   return "";
@@ -227,39 +215,13 @@ std::string readRest(const Given& given, const std::optional<std::string>& envir
 
 }  // namespace
 
-const std::vector<CommandLineOption>& commandLineOptions() {
-  static const std::vector<CommandLineOption> table = {
-      {"--probe", {}, "Print what the desktop reports about its Spaces."},
-      {"--switch", {"N"}, "Switch to desktop N, and wait until that is seen."},
-      {"classic", {}, "With --switch N, by the desktop's own shortcuts from now on."},
-      {"--capture", {}, "Write a preview image of each visible Space."},
-      {"--settings-list", {}, "List every setting with its value."},
-      {"--get", {"KEY"}, "Print a setting."},
-      {"--set", {"KEY", "VALUE"}, "Change a setting."},
-      {"--unset", {"KEY"}, "Go back to a setting's default."},
-      {"--version", {}, "Print the version."},
-      {"--help", {}, "Print this text."},
-      {"--platform", {"auto|x11|simulated|none"}, "Which desktop to work on (or set TALLOWIN_PLATFORM)."},
-      {"--scenario", {"FILE"}, "Work on a simulated desktop, in real time."},
-      {"--simulate", {"FILE"}, "Work on a simulated desktop, in virtual time; its files stay in memory."},
-      {"--journal", {"FILE"}, "Write its journal there; without a mode it is printed."},
-      {"--home", {"DIR"}, "Keep data and settings below DIR."},
-      {"--port", {"N"}, "Open the HTTP interface (setting localAPI) on this port, not on 57301."},
-      {"--settings", {"TAB"}, "Open the settings window once started."},
-      {"--demo", {}, "Start in demonstration mode."},
-      {"--no-start", {}, "Do not start Tallowin when it is not running."},
-      {"--verbose", {}, "Log to standard error too."},
-  };
-  return table;
-}
-
 std::string_view nameOf(PlatformChoice platform) {
   return std::ranges::find(platforms, platform, &std::pair<std::string_view, PlatformChoice>::second)->first;
 }
 
 std::string usageOf(const CommandLineOption& option) {
   std::string text(option.name);
-  for (const auto value : option.values) {
+  for (const auto value : option.values()) {
     text.append(" ").append(value);
   }
   return text;
@@ -267,14 +229,14 @@ std::string usageOf(const CommandLineOption& option) {
 
 std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::string> arguments,
                                                          const std::optional<std::string>& environmentPlatform) {
-  const auto* diagnostic = findDiagnosticMode(arguments);
-  const auto given = gather(arguments, diagnostic != nullptr);
+  const auto diagnostic = findDiagnosticMode(arguments);
+  const auto given = gather(arguments, diagnostic.has_value());
   if (!given) {
     return std::unexpected(given.error());
   }
   CommandLine line;
   for (const auto& [argument, mode] : {std::pair("--help", Mode::help), std::pair("--version", Mode::version)}) {
-    if (given->contains(argument) && diagnostic == nullptr) {  // they need nothing else to be right
+    if (given->contains(argument) && !diagnostic) {  // they need nothing else to be right
       line.mode = mode;
       return line;
     }
@@ -285,8 +247,8 @@ std::expected<CommandLine, std::string> parseCommandLine(std::span<const std::st
   line.home = valueOf(*given, "--home");
   line.verbose = given->contains("--verbose");
   line.noStart = given->contains("--no-start");
-  const auto fault = diagnostic != nullptr ? readDiagnostic(*given, diagnostic->second, environmentPlatform, line)
-                                           : readRest(*given, environmentPlatform, line);
+  const auto fault = diagnostic ? readDiagnostic(*given, *diagnostic, environmentPlatform, line)
+                                : readRest(*given, environmentPlatform, line);
   if (!fault.empty()) {
     return std::unexpected(fault);
   }

@@ -9,29 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "app/front/option_table.h"
 #include "commands/local_api.h"
 
 namespace tallowin {
-
-/// What the program is asked to do.
-enum class Mode {
-  resident,
-  probe,
-  switchSpace,
-  capture,
-  listSettings,
-  getSetting,
-  setSetting,
-  unsetSetting,
-  version,
-  help,
-  doctor  ///< where no instance runs that could be asked
-};
-
-/// Whether the mode reads or changes settings.
-[[nodiscard]] constexpr bool isSettingsMode(Mode mode) {
-  return mode >= Mode::listSettings && mode <= Mode::unsetSetting;
-}
 
 /// Which desktop it works on. `automatic` is x11 where a window manager that speaks EWMH runs (for the resident
 /// program: where there is an X server, as it can wait for one), else none.
@@ -66,17 +47,6 @@ struct CommandLine {
 /// holds when the arguments name no platform. The error is one line that says what is wrong and what would be right.
 [[nodiscard]] std::expected<CommandLine, std::string> parseCommandLine(
     std::span<const std::string> arguments, const std::optional<std::string>& environmentPlatform);
-
-/// An argument that is understood, declared once: what reads the command line, --help, the manual and shells'
-/// completions use the same table.
-struct CommandLineOption {
-  std::string_view name;
-  std::vector<std::string_view> values;  ///< the names of what must follow it
-  std::string_view sentence;             ///< what it does, for people
-};
-
-/// All of them, in the order in which they are listed: first those that ask for a mode, then the others.
-[[nodiscard]] const std::vector<CommandLineOption>& commandLineOptions();
 
 /// The option with what must follow it, such as "--get KEY".
 [[nodiscard]] std::string usageOf(const CommandLineOption& option);

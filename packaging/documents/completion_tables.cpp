@@ -89,7 +89,7 @@ DocumentTables tables(CaseWriter writer) {
   }
   for (const auto& option : commandLineOptions()) {
     options.emplace_back(option.name, option.sentence);
-    tables["option-value-cases"] += printing(writer, option.name, {option.values.begin(), option.values.end()});
+    tables["option-value-cases"] += printing(writer, option.name, {option.values().begin(), option.values().end()});
   }
   for (const auto& url : commandURLs()) {
     urls.emplace_back(urlStart(url), url.sentence);

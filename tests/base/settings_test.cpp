@@ -40,8 +40,8 @@ TEST_F(SettingsTest, AFreshInstallReadsItsDefaultsAndWritesNothing) {
   for (const auto& setting : settingsTable()) {
     registered += setting.registeredDefault().is_null() ? 0 : 1;
     const auto value = settings.value(setting);
-    EXPECT_EQ(value.value_or(nullptr), setting.registeredDefault) << setting.key;
-    EXPECT_TRUE(setting.registeredDefault().is_null() || valueOfType(setting.type, setting.registeredDefault));
+    EXPECT_EQ(value.value_or(nullptr), setting.registeredDefault()) << setting.key;
+    EXPECT_TRUE(setting.registeredDefault().is_null() || valueOfType(setting.type, setting.registeredDefault()));
     EXPECT_FALSE(setting.sentence.empty()) << setting.key;
   }
   EXPECT_EQ(registered, 48U);
