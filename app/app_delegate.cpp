@@ -9,7 +9,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "AppDelegate";
+constexpr auto appDelegateCategory = "AppDelegate";
 
 /// A change of the active Space sooner than this after a switch that this program started is its own doing.
 constexpr auto switchTime = std::chrono::seconds(1);
@@ -182,7 +182,7 @@ std::optional<URLFault> AppDelegate::handleURLEvent(const std::string& text) {
 /// A URL that must not be. Whoever sent it is answered first.
 void AppDelegate::endOn(const std::string& mistake) {
   error_ << "tallowin: " << mistake << std::endl;
-  platform_.log.error(category, mistake);
+  platform_.log.error(appDelegateCategory, mistake);
   ending_ = platform_.mainQueue.after(Duration::zero(), [this] {
     static_cast<void>(storage_.saveNow());
     platform_.system.terminate(exit_status::badData);

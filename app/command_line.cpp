@@ -22,7 +22,7 @@ constexpr auto platforms = std::to_array<std::pair<std::string_view, PlatformCho
 });
 
 /// The words that are no options, among those that were given.
-constexpr std::string_view request;
+constexpr std::string_view anyRequest;
 
 /// Options that were given, with what followed each. The last one wins.
 using Given = std::map<std::string_view, std::vector<std::string>>;
@@ -45,9 +45,9 @@ std::expected<Given, std::string> gather(std::span<const std::string> arguments,
     optionsEnded = optionsEnded || arguments[i] == "--";
     const auto* const option = findOption(arguments[i]);
     // Behind a word of a request it may be anything, a name for instance.
-    const bool isPlain = arguments[i] == "classic" && given.contains(request);
+    const bool isPlain = arguments[i] == "classic" && given.contains(anyRequest);
     if (option == nullptr || isPlain || optionsEnded) {
-      given[request].push_back(arguments[i]);
+      given[anyRequest].push_back(arguments[i]);
       continue;
     }
     const auto values = arguments.subspan(i + 1, std::min(option->values().size(), arguments.size() - i - 1));
@@ -93,7 +93,7 @@ std::string readSwitch(const Given& given, CommandLine& line) {
     return "--switch needs the number of a desktop, such as --switch 3" + (number ? ", not \"" + *number + "\"" : "");
   }
   line.desktopNumber = *read;
-  const auto words = given.find(request);
+  const auto words = given.find(anyRequest);
   line.classic = given.contains("classic") ||
                  (words != given.end() && std::ranges::find(words->second, "classic") != words->second.end());
   return "";
@@ -152,7 +152,7 @@ std::string readPort(const Given& given, CommandLine& line) {
 
 /// The same, for the words of a request.
 std::string readRequest(const Given& given, CommandLine& line) {
-  if (const auto words = given.find(request); words != given.end()) {
+  if (const auto words = given.find(anyRequest); words != given.end()) {
     line.request = words->second;
   }
   if (const auto words = readRequestWords(line.request); !words) {

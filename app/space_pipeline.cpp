@@ -7,7 +7,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "AppDelegate";
+constexpr auto spacePipelineCategory = "AppDelegate";
 
 /// The windows of the Space are known by then.
 constexpr Duration spaceDockDelay = std::chrono::milliseconds(300);
@@ -42,7 +42,7 @@ void SpacePipeline::record(const std::optional<Space>& from, const Space& to) {
 void SpacePipeline::show(const Space& to) {
   const auto& presentation = services_.presentation;
   const auto shown = shownSpace(to, services_.store);
-  services_.log.info(category, "active Space: " + shown.name);
+  services_.log.info(spacePipelineCategory, "active Space: " + shown.name);
   if (!presentation.overview.isShown()) {
     presentation.hud.show(shown);
   }

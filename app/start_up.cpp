@@ -8,7 +8,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "AppDelegate";
+constexpr auto startUpCategory = "AppDelegate";
 
 constexpr Duration settingsWindowDelay = std::chrono::milliseconds(500);
 constexpr Duration onboardingDelay = std::chrono::milliseconds(1500);
@@ -44,7 +44,7 @@ void AppDelegate::openSettingsIfAsked() {
 
 void AppDelegate::presentDegradedAlert() {
   const auto health = platform_.desktop.health();
-  platform_.log.info(category, "bridge health: " + std::to_string(health.bits()));
+  platform_.log.info(startUpCategory, "bridge health: " + std::to_string(health.bits()));
   if (!health.healthy()) {
     error_ << "tallowin: there are no desktops to watch here yet; --platform simulated makes some up\n";
     platform_.alerts.show({"Tallowin cannot see your Spaces",

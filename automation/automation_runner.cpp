@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto category = "Automation";
+constexpr auto automationRunnerCategory = "Automation";
 constexpr auto shell = "/bin/zsh";
 constexpr auto shortcutsTool = "/usr/bin/shortcuts";
 
@@ -102,7 +102,7 @@ void AutomationRunner::launch(const SpaceAutomation& automation) {
     configuration.activates = true;
     services_.workspace.openApplicationAtURL(path, configuration, [&log = services_.log, path](const auto& result) {
       if (!result) {
-        log.error(category, "launch " + path + ": " + result.error());
+        log.error(automationRunnerCategory, "launch " + path + ": " + result.error());
       }
     });
   }
@@ -136,7 +136,7 @@ void AutomationRunner::runScript(const std::string& command, const Space& space)
 
 void AutomationRunner::run(const ProcessRequest& request) {
   if (const auto started = services_.processes.launch(request); !started) {
-    services_.log.error(category, "run " + request.executable + ": " + started.error());
+    services_.log.error(automationRunnerCategory, "run " + request.executable + ": " + started.error());
   }
 }
 

@@ -15,8 +15,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "Backups";
-constexpr unsigned privateFolder = 0700;
+constexpr auto backupsCategory = "Backups";
 constexpr unsigned privateFile = 0600;
 
 std::optional<Backups::Copy> copyFrom(const PropertyList& json) {
@@ -60,12 +59,12 @@ void Backups::keep(const std::string& reason) {
                                                               prettyJSON(copy), privateFile)
                             : made;
   if (!written) {
-    services_.log.error(category, "kept no copy " + reason + ": " + written.error().description);
+    services_.log.error(backupsCategory, "kept no copy " + reason + ": " + written.error().description);
     return;
   }
   for (std::size_t index = most - 1; index < present.size(); ++index) {
     if (const auto removed = services_.files.remove(present[index].second); !removed) {
-      services_.log.error(category,
+      services_.log.error(backupsCategory,
                           "cannot remove " + present[index].second.string() + ": " + removed.error().description);
     }
   }
@@ -79,7 +78,7 @@ std::vector<Backups::Found> Backups::read() const {
     if (auto copy = json ? copyFrom(*json) : std::nullopt) {
       all.push_back({*std::move(copy), *std::move(json)});
     } else {
-      services_.log.error(category, "passed over " + path.string() + ": " + (json ? "it is no copy" : json.error()));
+      services_.log.error(backupsCategory, "passed over " + path.string() + ": " + (json ? "it is no copy" : json.error()));
     }
   }
   return all;

@@ -4,12 +4,6 @@
 
 namespace tallowin {
 
-namespace {
-
-constexpr unsigned privateFolder = 0700;
-
-}  // namespace
-
 std::filesystem::path AppPaths::made(std::filesystem::path folder) const {
   // Whoever uses a folder that could not be made finds out then.
   std::ignore = files_.createDirectory(folder, privateFolder);

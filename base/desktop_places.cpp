@@ -12,7 +12,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "DesktopPlaces";
+constexpr auto desktopPlacesCategory = "DesktopPlaces";
 constexpr Duration savingDelay = std::chrono::milliseconds(300);
 
 /// Far beyond any number of desktops, and far from an overflow.
@@ -128,7 +128,7 @@ std::optional<IDs> desktopIDsFromJson(const PropertyList& json) {
 }
 
 KeptDesktopPlaces::KeptDesktopPlaces(Storage& storage, std::filesystem::path path, bool writing) : writing_(writing) {
-  file_.emplace(storage, std::move(path), category, SaveRule{.delay = savingDelay});
+  file_.emplace(storage, std::move(path), desktopPlacesCategory, SaveRule{.delay = savingDelay});
   const auto parse = [](std::string_view text) -> std::expected<DesktopPlaces, std::string> {
     const auto json = parseJSON(text);
     auto places = json ? DesktopPlaces::fromJson(*json) : std::nullopt;

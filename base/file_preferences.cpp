@@ -6,12 +6,6 @@
 
 namespace tallowin {
 
-namespace {
-
-constexpr unsigned privateFolder = 0700;
-
-}  // namespace
-
 FilePreferences::FilePreferences(Storage& storage, Files& files, MainQueue& mainQueue, std::filesystem::path file,
                                  GlobalPreferences global)
     : files_(files),

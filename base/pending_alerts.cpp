@@ -10,7 +10,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "PendingAlerts";
+constexpr auto pendingAlertsCategory = "PendingAlerts";
 
 bool isLetterOrDigit(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
@@ -47,7 +47,7 @@ std::string joined(const std::vector<std::string>& buttons) {
 void PendingAlerts::show(const Alert& alert, std::function<void(std::optional<std::size_t>)> answered) {
   const auto how = howToAnswer(alert);
   const auto separator = alert.informativeText.empty() ? " " : " " + alert.informativeText + " ";
-  log_.info(category, alert.messageText + separator + how);
+  log_.info(pendingAlertsCategory, alert.messageText + separator + how);
   const auto id = ++lastID_;
   auto displayed = display_.show(alert, how, [this, id](std::optional<std::size_t> button) { close(id, button); });
   open_.push_back({id, alert, std::move(answered), std::move(displayed)});
@@ -109,8 +109,8 @@ void PendingAlerts::close(std::uint64_t id, std::optional<std::size_t> button) {
   auto question = std::move(*found);
   open_.erase(found);
   question.displayed.cancel();
-  log_.info(category, question.alert.messageText +
-                          (button ? " " + question.alert.buttons[*button] : " Closed without an answer"));
+  log_.info(pendingAlertsCategory, question.alert.messageText +
+                                       (button ? " " + question.alert.buttons[*button] : " Closed without an answer"));
   question.answered(button);
 }
 

@@ -10,7 +10,6 @@ namespace tallowin {
 
 namespace {
 
-constexpr unsigned privateFolder = 0700;
 constexpr unsigned privateFile = 0600;
 constexpr Duration firstRetry = std::chrono::seconds(1);
 constexpr Duration longestRetry = std::chrono::seconds(30);

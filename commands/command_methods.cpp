@@ -12,7 +12,7 @@ namespace {
 using Argument = CommandMethod::Argument;
 using Maker = SpaceCommand (*)(const PropertyList& arguments);
 
-constexpr Argument space{"s", "space"};
+constexpr Argument spaceArgument{"s", "space"};
 
 template <typename Command, typename... Commands>
 consteval std::size_t indexAmong(const std::variant<Commands...>* /*vocabulary*/) {
@@ -37,7 +37,7 @@ constexpr CommandMethod onSpace(std::string_view name) {
   const Maker make = [](const PropertyList& arguments) -> SpaceCommand {
     return Command{ScriptingBridge::ref(arguments[0])};
   };
-  return {name, indexOf<Command>, false, {space}, make};
+  return {name, indexOf<Command>, false, {spaceArgument}, make};
 }
 
 template <typename Command>
@@ -45,7 +45,7 @@ constexpr CommandMethod onSpaceWithText(std::string_view name, std::string_view 
   const Maker make = [](const PropertyList& arguments) -> SpaceCommand {
     return Command{ScriptingBridge::ref(arguments[0]), text(arguments[1])};
   };
-  return {name, indexOf<Command>, false, {space, Argument{"s", textName}}, make};
+  return {name, indexOf<Command>, false, {spaceArgument, Argument{"s", textName}}, make};
 }
 
 template <typename Command>
@@ -53,7 +53,7 @@ constexpr CommandMethod onSpaceWithoutText(std::string_view name) {
   const Maker make = [](const PropertyList& arguments) -> SpaceCommand {
     return Command{ScriptingBridge::ref(arguments[0]), std::nullopt};
   };
-  return {name, indexOf<Command>, true, {space}, make};
+  return {name, indexOf<Command>, true, {spaceArgument}, make};
 }
 
 template <typename Command>

@@ -9,7 +9,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "LocalAPI";
+constexpr auto localApiCategory = "LocalAPI";
 constexpr unsigned privateFile = 0600;
 
 std::string failed(std::string_view status, std::string_view error) {
@@ -75,8 +75,8 @@ void LocalAPI::start() {
     listener_ = *std::move(listener);
     return;
   }
-  services_.log.error(category, "could not open port " + std::to_string(port_));
-  services_.log.debug(category, listener.error());
+  services_.log.error(localApiCategory, "could not open port " + std::to_string(port_));
+  services_.log.debug(localApiCategory, listener.error());
 }
 
 std::string LocalAPI::respond(std::string_view bytes) {
@@ -144,7 +144,7 @@ std::optional<std::string> LocalAPI::token() {
   const auto kept = services_.files.read(tokenFile_);
   if (kept && isValidUTF8(*kept) && !trimmed(*kept).empty()) {
     if (const auto restricted = services_.files.restrictMode(tokenFile_, privateFile); !restricted) {
-      services_.log.error(category,
+      services_.log.error(localApiCategory,
                           "others may read " + tokenFile_.filename().string() + ": " + restricted.error().description);
     }
     return std::string(trimmed(*kept));
@@ -154,7 +154,8 @@ std::optional<std::string> LocalAPI::token() {
     return made;
   }
   if (!std::exchange(saidThatThereIsNoToken_, true)) {
-    services_.log.error(category, "could not write " + tokenFile_.filename().string() + ", so no command is let in");
+    services_.log.error(localApiCategory,
+                        "could not write " + tokenFile_.filename().string() + ", so no command is let in");
   }
   return std::nullopt;
 }

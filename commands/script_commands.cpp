@@ -8,19 +8,20 @@ namespace tallowin {
 
 namespace {
 
-using Argument = std::optional<std::string>;
+using ArgumentText = std::optional<std::string>;
 
 constexpr ScriptCommand commands[] = {
     {"TWSwitchCommand", "",
-     [](const SpaceRef& space, const Argument&) -> SpaceCommand { return command::SwitchTo{space}; }},
-    {"TWNextCommand", "", [](const SpaceRef&, const Argument&) -> SpaceCommand { return command::Step{true}; }},
-    {"TWPreviousCommand", "", [](const SpaceRef&, const Argument&) -> SpaceCommand { return command::Step{false}; }},
-    {"TWBackCommand", "", [](const SpaceRef&, const Argument&) -> SpaceCommand { return command::Back{}; }},
-    {"TWOverviewCommand", "", [](const SpaceRef&, const Argument&) -> SpaceCommand { return command::Overview{}; }},
+     [](const SpaceRef& space, const ArgumentText&) -> SpaceCommand { return command::SwitchTo{space}; }},
+    {"TWNextCommand", "", [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Step{true}; }},
+    {"TWPreviousCommand", "",
+     [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Step{false}; }},
+    {"TWBackCommand", "", [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Back{}; }},
+    {"TWOverviewCommand", "", [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Overview{}; }},
     {"TWMoveWindowCommand", "",
-     [](const SpaceRef& space, const Argument&) -> SpaceCommand { return command::MoveWindow{space}; }},
+     [](const SpaceRef& space, const ArgumentText&) -> SpaceCommand { return command::MoveWindow{space}; }},
     {"TWRenameCommand", "name",
-     [](const SpaceRef& space, const Argument& name) -> SpaceCommand { return command::Rename{space, name}; }},
+     [](const SpaceRef& space, const ArgumentText& name) -> SpaceCommand { return command::Rename{space, name}; }},
 };
 
 }  // namespace

@@ -6,12 +6,12 @@ namespace tallowin {
 
 namespace {
 
-struct TextMember {
+struct MetaText {
   const char* key;
   std::optional<std::string> SpaceMeta::* member;
 };
 
-constexpr TextMember textMembers[] = {
+constexpr MetaText metaTexts[] = {
     {"name", &SpaceMeta::name}, {"symbol", &SpaceMeta::symbol},     {"colorHex", &SpaceMeta::colorHex},
     {"note", &SpaceMeta::note}, {"iconFile", &SpaceMeta::iconFile}, {"group", &SpaceMeta::group},
 };
@@ -19,7 +19,7 @@ constexpr auto automationKey = "automation";
 
 PropertyList metaToJson(const SpaceMeta& meta) {
   auto json = meta.others;
-  for (const auto& [key, member] : textMembers) {
+  for (const auto& [key, member] : metaTexts) {
     if (const auto& value = meta.*member) {
       json[key] = *value;
     }
@@ -37,7 +37,7 @@ std::optional<SpaceMeta> metaFromJson(const PropertyList& json) {
   }
   SpaceMeta meta;
   meta.others = json;
-  for (const auto& [key, member] : textMembers) {
+  for (const auto& [key, member] : metaTexts) {
     meta.*member = reader.text(key);
     meta.others.erase(key);
   }

@@ -10,7 +10,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "SpaceStore";
+constexpr auto spaceStoreCategory = "SpaceStore";
 constexpr auto saveDelay = std::chrono::milliseconds(300);
 constexpr int iconSize = 128;
 constexpr std::size_t recentNames = 20;
@@ -31,7 +31,8 @@ const SampleSpace* sample(const Space& space, const Settings& settings) {
 }  // namespace
 
 SpaceStore::SpaceStore(Services services, Storage& storage, std::filesystem::path file)
-    : services_(services), file_(storage, std::move(file), category, {.delay = saveDelay, .queue = "tallowin.store"}) {
+    : services_(services),
+      file_(storage, std::move(file), spaceStoreCategory, {.delay = saveDelay, .queue = "tallowin.store"}) {
   const auto parse = [](std::string_view text) -> std::expected<SpaceMetas, std::string> {
     const auto json = parseJSON(text);
     auto metas = json ? metasFromJson(*json) : std::nullopt;
@@ -120,7 +121,7 @@ std::optional<std::string> SpaceStore::iconFrom(const std::filesystem::path& ima
 
 void SpaceStore::removeIcon(const std::string& fileName) {
   if (const auto removed = services_.files.remove(iconPath(fileName)); !removed && !removed.error().notFound) {
-    services_.log.error(category, "cannot remove an icon: " + removed.error().description);
+    services_.log.error(spaceStoreCategory, "cannot remove an icon: " + removed.error().description);
   }
 }
 

@@ -6,7 +6,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "SpaceWatcher";
+constexpr auto spaceWatcherCategory = "SpaceWatcher";
 constexpr auto debounce = std::chrono::milliseconds(40);
 constexpr auto spacesPreferences = "Library/Preferences/com.apple.spaces.plist";
 
@@ -34,7 +34,7 @@ void SpaceWatcher::observeDesktop() {
     }
   });
   if (!complete) {
-    services_.log.error(category, "WindowServer notifications unavailable, relying on fallbacks");
+    services_.log.error(spaceWatcherCategory, "WindowServer notifications unavailable, relying on fallbacks");
   }
 }
 
@@ -49,7 +49,7 @@ void SpaceWatcher::observeNotifications() {
 }
 
 void SpaceWatcher::requestRefresh(std::string_view reason) {
-  services_.log.debug(category, "refresh asked for by " + std::string(reason));
+  services_.log.debug(spaceWatcherCategory, "refresh asked for by " + std::string(reason));
   pendingRefresh_ = services_.mainQueue.after(debounce, [this] { refresh(); });
 }
 

@@ -34,6 +34,9 @@ struct FileEvents {
   bool renamed = false;
 };
 
+/// The mode of folders that are nobody else's business.
+inline constexpr unsigned privateFolder = 0700;
+
 /// What becomes of the mode of a file that is written anew.
 enum class OldMode { kept, replaced };
 

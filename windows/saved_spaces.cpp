@@ -10,7 +10,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "SavedSpaces";
+constexpr auto savedSpacesCategory = "SavedSpaces";
 constexpr auto closingPatience = std::chrono::milliseconds(300);
 
 }  // namespace
@@ -19,7 +19,7 @@ SavedSpaces::SavedSpaces(Services services, BrowserTabsReader browserTabs, Rando
     : services_(services),
       browserTabs_(std::move(browserTabs)),
       random_(std::move(random)),
-      file_(services.storage, services.paths.supportDirectory() / "saved-spaces.json", category) {}
+      file_(services.storage, services.paths.supportDirectory() / "saved-spaces.json", savedSpacesCategory) {}
 
 std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::save(const Space& space) {
   const auto windows = services_.contents.windows(space.managedID);
@@ -94,7 +94,7 @@ void SavedSpaces::restore(const SavedSpace& space) {
     if (!opensByTabs(space, bundleID)) {
       OpenConfiguration configuration;
       configuration.opensNewWindow = true;
-      openApplication(bundleID, services_.workspace, services_.log, category, configuration);
+      openApplication(bundleID, services_.workspace, services_.log, savedSpacesCategory, configuration);
     }
   }
   for (const auto& url : space.urls) {

@@ -8,7 +8,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "Scratchpad";
+constexpr auto scratchpadCategory = "Scratchpad";
 
 bool isShown(const RunningApplication& application) {
   return application.isActive && !application.isHidden;
@@ -26,7 +26,7 @@ Outcome Scratchpad::toggle(const SpaceSnapshot& snapshot, Toasts& toasts) {
   const auto running = services_.workspace.runningApplicationsWithBundleIdentifier(bundleID);
   const auto shown = std::ranges::find_if(running, isShown);
   if (running.empty()) {
-    return openApplication(bundleID, services_.workspace, services_.log, category)
+    return openApplication(bundleID, services_.workspace, services_.log, scratchpadCategory)
                ? Outcome::done()
                : Outcome::refused("The application " + bundleID + " is not installed");
   }

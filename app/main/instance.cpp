@@ -16,8 +16,8 @@ namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-using Outcome = HandOver::Outcome;
+using SteadyClock = std::chrono::steady_clock;
+using HandOverOutcome = HandOver::Outcome;
 
 /// Another instance may be about to listen, or about to end.
 constexpr auto patience = 5s;
@@ -34,12 +34,12 @@ Instance ended(int status, const std::string& message = "") {
 std::optional<Instance> handedOver(const std::string& folder, const std::vector<std::string>& request) {
   auto result = handOver(folder, request);
   switch (result.outcome) {
-    case Outcome::answered:
+    case HandOverOutcome::answered:
       std::cerr << remarksOn(result.answerer, TALLOWIN_VERSION, std::getenv("DISPLAY"));
       return ended(result.status);
-    case Outcome::unreachable:
+    case HandOverOutcome::unreachable:
       return ended(exit_status::unavailable, result.why);
-    case Outcome::notRunning:
+    case HandOverOutcome::notRunning:
       break;
   }
   return std::nullopt;
@@ -62,8 +62,8 @@ std::optional<Instance> refusal(const CommandLine& line, const RequestWords& wor
 
 /// Makes this process the instance, or finds that there is one.
 Instance becomeInstance(const std::string& folder, const CommandLine& line) {
-  const auto end = Clock::now() + patience;
-  while (Clock::now() < end) {
+  const auto end = SteadyClock::now() + patience;
+  while (SteadyClock::now() < end) {
     auto lock = std::make_unique<InstanceLock>(folder);
     if (lock->state() == InstanceLock::State::failed) {
       std::cerr << "tallowin: no other program can reach this one: " << lock->error() << '\n';
@@ -83,14 +83,14 @@ Instance becomeInstance(const std::string& folder, const CommandLine& line) {
 /// Whether the instance in the folder has Spaces to do something to.
 bool seesSpaces(const std::string& folder) {
   const auto asked = handOver(folder, {"list"}, {.silent = true});
-  return asked.outcome == Outcome::answered && asked.status == exit_status::success;
+  return asked.outcome == HandOverOutcome::answered && asked.status == exit_status::success;
 }
 
 /// Starts the instance in the background, and hands the request over as soon as it has Spaces.
 Instance startAndAsk(const std::string& folder, const CommandLine& line) {
   ResidentStart start(line, folder);
-  const auto end = Clock::now() + patience;
-  for (; Clock::now() < end; std::this_thread::sleep_for(pause)) {
+  const auto end = SteadyClock::now() + patience;
+  for (; SteadyClock::now() < end; std::this_thread::sleep_for(pause)) {
     if (const auto advanced = start.advance(); !advanced) {
       return ended(exit_status::unavailable, advanced.error());
     }
@@ -105,8 +105,8 @@ Instance startAndAsk(const std::string& folder, const CommandLine& line) {
 
 /// Asks whoever is about to listen, or to end; starts the instance when there is nobody.
 Instance ask(const std::string& folder, const CommandLine& line, const RequestWords& words) {
-  const auto end = Clock::now() + patience;
-  for (; Clock::now() < end; std::this_thread::sleep_for(pause)) {
+  const auto end = SteadyClock::now() + patience;
+  for (; SteadyClock::now() < end; std::this_thread::sleep_for(pause)) {
     if (auto answered = handedOver(folder, line.request)) {
       return *std::move(answered);
     }

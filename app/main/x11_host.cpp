@@ -22,8 +22,8 @@ std::string displayName() {
   return name != nullptr ? name : "";
 }
 
-struct Driven {
-  Driven(X11Desktop& x11, MainQueue& queue)
+struct DrivenByX11 {
+  DrivenByX11(X11Desktop& x11, MainQueue& queue)
       : services{x11.windowServer(), x11.accessibility(), x11.windowList()},
         desktop(x11.windowServer(), queue),
         windows(services) {}
@@ -119,7 +119,7 @@ class X11Host : public Host {
   std::unique_ptr<X11Desktop> desktop_;
   // Once there is a desktop:
   std::optional<MachineFacts> facts_;
-  std::optional<Driven> driven_;
+  std::optional<DrivenByX11> driven_;
 };
 
 }  // namespace

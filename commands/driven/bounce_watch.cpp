@@ -4,7 +4,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "Switcher";
+constexpr auto bounceWatchCategory = "Switcher";
 /// Later than this a return to the old Space is somebody's wish. In ticks.
 constexpr std::uint64_t bounceWindow = 350'000'000;
 constexpr int bouncesTolerated = 2;
@@ -37,7 +37,7 @@ void BounceWatch::countBounce() {
   ++bounceCount_;
   if (bounceCount_ >= bouncesTolerated && !prefersClassicAfterBounces_) {
     prefersClassicAfterBounces_ = true;
-    log_.error(category, "gesture switches bounce back, using classic switching for this session");
+    log_.error(bounceWatchCategory, "gesture switches bounce back, using classic switching for this session");
   }
 }
 

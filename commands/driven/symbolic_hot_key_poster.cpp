@@ -6,7 +6,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "Switcher";
+constexpr auto symbolicHotKeyPosterCategory = "Switcher";
 constexpr auto restoreDelay = std::chrono::milliseconds(1500);
 
 }  // namespace
@@ -18,7 +18,7 @@ SymbolicHotKeyPoster::~SymbolicHotKeyPoster() {
 bool SymbolicHotKeyPoster::postSymbolicHotKey(int hotKey) {
   const auto binding = services_.windowServer.CGSBridgeGetSymbolicHotKey(hotKey);
   if (!binding) {
-    services_.log.error(category, "no key binding for symbolic hot key " + std::to_string(hotKey));
+    services_.log.error(symbolicHotKeyPosterCategory, "no key binding for symbolic hot key " + std::to_string(hotKey));
     return false;
   }
   if (!services_.windowServer.CGSBridgeIsSymbolicHotKeyEnabled(hotKey) && !enable(hotKey)) {

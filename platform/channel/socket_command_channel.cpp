@@ -15,7 +15,7 @@ using channel::FrameKind;
 
 namespace {
 
-constexpr auto category = "CommandChannel";
+constexpr auto socketCommandChannelCategory = "CommandChannel";
 constexpr int busy = 69;  // EX_UNAVAILABLE (sysexits.h)
 
 /// A listening socket at the path, or a negative number and errno.
@@ -127,7 +127,7 @@ void SocketCommandChannel::acceptAll() {
 /// With no descriptors left the listener would stay readable, and nothing could be done about it at once.
 void SocketCommandChannel::pause(const std::string& why) {
   constexpr Duration soon = std::chrono::seconds(1);
-  services_.log.error(category, "cannot accept a connection: " + why);
+  services_.log.error(socketCommandChannelCategory, "cannot accept a connection: " + why);
   readable_.cancel();
   resume_ = services_.mainQueue.after(soon, [this] { setHandler(handler_); });
 }
@@ -152,7 +152,7 @@ void SocketCommandChannel::accept(int socket) {
                                                 [this, number](ChannelPeer&) { peers_->erase(number); },
                                             });
   if (peers_->size() >= maximumPeers && !dropOneThatHasNotAsked()) {
-    services_.log.error(category, "too many programs ask at once");
+    services_.log.error(socketCommandChannelCategory, "too many programs ask at once");
     peer->send(FrameKind::err, "tallowin: too many programs ask at once\n");
     peer->end(busy);
     return;

@@ -10,7 +10,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "BusService";
+constexpr auto busServiceCategory = "BusService";
 constexpr std::chrono::seconds pauseAfterFailure{30};
 constexpr std::size_t mostCalls = 1024;  ///< that wait for their answers
 
@@ -241,7 +241,7 @@ void BusService::send(sd_bus_message* reply) const {
 
 void BusService::sayOnce(std::string_view what) {
   if (std::exchange(said_, what) != what) {
-    log_.info(category, what);
+    log_.info(busServiceCategory, what);
   }
 }
 

@@ -6,7 +6,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr std::chrono::seconds pauseAfterFailure{30};
+constexpr std::chrono::seconds pauseAfterRefusal{30};
 constexpr std::chrono::milliseconds expiry{2500};
 
 }  // namespace
@@ -52,7 +52,7 @@ void NotificationToasts::sent(const std::expected<NotificationService::ID, std::
 
 void NotificationToasts::giveUp(std::string_view why) {
   log_.info("NotificationToasts", "the desktop shows no notifications: " + std::string(why));
-  retryAt_ = clock_.systemUptime() + pauseAfterFailure;
+  retryAt_ = clock_.systemUptime() + pauseAfterRefusal;
   waiting_.reset();
 }
 

@@ -14,7 +14,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto category = "TCPService";
+constexpr auto tcpServiceCategory = "TCPService";
 
 using SteadyClock = std::chrono::steady_clock;
 
@@ -146,7 +146,7 @@ void TCPService::acceptFrom(int socket) {
     add(accepted, listening_.at(socket));
   } else if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) {
     // The socket would stay readable, and nothing could be done about it at once.
-    log_.error(category, std::string("cannot accept a connection: ") + std::strerror(errno));
+    log_.error(tcpServiceCategory, std::string("cannot accept a connection: ") + std::strerror(errno));
     acceptAgain_ = SteadyClock::now() + limits_.pause;
     nextDeadline_ = std::min(nextDeadline_, acceptAgain_);
     setAccepting(false);

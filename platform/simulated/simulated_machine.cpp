@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <sstream>
 
 namespace tallowin {
 
@@ -56,8 +57,13 @@ std::vector<Screen> SimulatedMachine::screens() {
 
 std::string SimulatedMachine::operatingSystemVersionString() {
   const auto& version = state_.systemVersion;
-  return "Version " + std::to_string(version.major) + "." + std::to_string(version.minor) +
-         (version.patch > 0 ? "." + std::to_string(version.patch) : "") + " (simulated)";
+  std::ostringstream text;
+  text << "Version " << version.major << '.' << version.minor;
+  if (version.patch > 0) {
+    text << '.' << version.patch;
+  }
+  text << " (simulated)";
+  return text.str();
 }
 
 PropertyList SimulatedMachine::CGSessionCopyCurrentDictionary() {

@@ -12,12 +12,12 @@ namespace tallowin {
 
 namespace {
 
-struct Modifier {
+struct HotKeyModifier {
   std::uint64_t flag;
   Keysym keysym;
 };
 
-constexpr Modifier modifierKeys[] = {
+constexpr HotKeyModifier modifierKeys[] = {
     {CGEventFlag::command, XK_Super_L},
     {CGEventFlag::alternate, XK_Alt_L},
 };

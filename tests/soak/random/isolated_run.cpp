@@ -13,8 +13,6 @@ namespace tallowin {
 
 namespace {
 
-using Json = nlohmann::json;
-
 [[noreturn]] void judgeAndExit(const std::string& scenarioJSON, bool twice, bool loud, int writer) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (!loud) {
@@ -24,8 +22,8 @@ using Json = nlohmann::json;
   }
   const auto verdict = judge(scenarioJSON, twice);
   constexpr std::size_t longest = 4000;  // a pipe takes it at once, and it arrives at once
-  const auto text = Json{verdict.invariant, verdict.detail.substr(0, longest), verdict.journal}.dump(
-      -1, ' ', false, Json::error_handler_t::replace);
+  const auto text = nlohmann::json{verdict.invariant, verdict.detail.substr(0, longest), verdict.journal}.dump(
+      -1, ' ', false, nlohmann::json::error_handler_t::replace);
   const auto written = write(writer, text.data(), text.size());
   _exit(written == static_cast<ssize_t>(text.size()) ? EXIT_SUCCESS : EXIT_FAILURE);
 }
@@ -53,7 +51,7 @@ Verdict judgeIsolated(const std::string& scenarioJSON, bool twice, bool loud) {
   close(ends[0]);
   int status = 0;
   waitpid(process, &status, 0);
-  const auto json = Json::parse(text, nullptr, false);
+  const auto json = nlohmann::json::parse(text, nullptr, false);
   if (isLate) {
     return {"the program ends", "it still runs after three minutes", 0};
   }
