@@ -103,8 +103,10 @@ class SimulatedProgram {
   SimulatedDesktop desktop{scenario, time, time, images, journal};
   CGSBridge bridge{desktop.loader(), desktop.coreFoundation()};
   DrivenServices driven{bridge, desktop.accessibility(), desktop.windowList()};
-  DrivenDesktop spaces{bridge, time};
+  DrivenDesktop drivenSpaces{bridge, time};
   DrivenWindows drivenWindows{driven};
+  Desktop& spaces = desktop.asked() != nullptr ? static_cast<Desktop&>(*desktop.asked()) : drivenSpaces;
+  Windows& windowService = desktop.asked() != nullptr ? desktop.windows() : drivenWindows;
   Storage& storage = desktop.storage();
   FilePreferences preferences{storage, desktop.files(), time, "/home/user/.config/tallowin/preferences.json",
                               [this](std::string_view key) { return desktop.globalPreference(key); }};

@@ -109,6 +109,11 @@ class SimulatedHost : public Host {
 
   [[nodiscard]] SimulatedDesktop& desktop() { return *desktop_; }
   [[nodiscard]] Driven& driven() { return *driven_; }
+  /// Asked or driven, as the scenario says.
+  [[nodiscard]] Desktop& spaces() {
+    return desktop_->asked() != nullptr ? static_cast<Desktop&>(*desktop_->asked()) : driven_->desktop;
+  }
+  [[nodiscard]] Windows& windows() { return desktop_->asked() != nullptr ? desktop_->windows() : driven_->windows; }
 
  private:
   const Scenario scenario_;
@@ -139,14 +144,13 @@ class VirtualTimeHost : public SimulatedHost {
   Storage& storage() override { return desktop().storage(); }
 
   Platform platform() override {
-    return simulatedPlatform(desktop(), driven().desktop, driven().services, driven().windows, *preferences_, images_,
-                             time_);
+    return simulatedPlatform(desktop(), spaces(), driven().services, windows(), *preferences_, images_, time_);
   }
 
   void begin() override { desktop().start(); }
 
   int end(int status) override {
-    const auto reading = driven().desktop.read();
+    const auto reading = spaces().read();
     auto state = endState(reading ? std::optional(SpaceProvider::displays(*reading)) : std::nullopt, *preferences_);
     state["files"] = desktop().parts().files.contents();
     state["status"] = status;
@@ -194,10 +198,10 @@ class RealTimeHost : public SimulatedHost {
 
   Platform platform() override {
     auto& simulated = desktop();
-    return {.desktop = driven().desktop,
-            .asked = nullptr,
-            .driven = &driven().services,
-            .windows = driven().windows,
+    return {.desktop = spaces(),
+            .asked = simulated.asked(),
+            .driven = simulated.asked() == nullptr ? &driven().services : nullptr,
+            .windows = windows(),
             .desktopNames = simulated.desktopNames(),
             .spacePlaces = simulated.spacePlaces(),
             .events = simulated.events(),
@@ -224,7 +228,7 @@ class RealTimeHost : public SimulatedHost {
             .listeners = machine_.listeners,
             .system = simulated.system(),
             .desktopFacts = simulated.desktopFacts(),
-            .desktopKind = DesktopKind::driven,
+            .desktopKind = simulated.kind(),
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = desktopQueues_,

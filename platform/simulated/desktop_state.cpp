@@ -36,6 +36,27 @@ bool DesktopState::isOnScreen(const SimulatedWindow& window) const {
          std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return spaces.isActive(space); });
 }
 
+bool DesktopState::raise(WindowNumber number) {
+  const auto window = std::ranges::find(windows, number, &SimulatedWindow::number);
+  if (window == windows.end()) {
+    return false;
+  }
+  const auto* const owner = application(window->pid);
+  const bool isActive = owner != nullptr && owner->isActive;
+  const auto first = isActive ? windows.begin() : std::ranges::find(windows, window->pid, &SimulatedWindow::pid);
+  std::rotate(first, window, std::next(window));
+  return true;
+}
+
+bool DesktopState::close(WindowNumber number) {
+  const auto* const closing = window(number);
+  const auto* const owner = closing != nullptr ? application(closing->pid) : nullptr;
+  if (owner != nullptr && !owner->refusesClose) {
+    std::erase_if(windows, [number](const SimulatedWindow& candidate) { return candidate.number == number; });
+  }
+  return owner != nullptr;
+}
+
 std::vector<ManagedSpaceID> DesktopState::activeSpacesAt(CGPoint point) const {
   const auto* const display = displayAt(point);
   std::optional<ManagedSpaceID> first;

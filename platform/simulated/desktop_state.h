@@ -61,6 +61,24 @@ struct SimulatedWindow {
   bool operator==(const SimulatedWindow&) const = default;
 };
 
+/// When an asked desktop tells that its Spaces have changed.
+enum class SignTiming {
+  exact,  ///< at once, when everything can be read
+  early,  ///< when the list of Spaces can be read and which of them is active cannot yet, and once more when it can
+  never,
+};
+
+/// What comes of the requests to an asked desktop. Requests are called as in the journal, such as "add-space".
+struct RequestBehaviour {
+  Duration time = std::chrono::milliseconds{1};   ///< from a request to what comes of it
+  std::set<std::string, std::less<>> impossible;  ///< abilities that the window manager lacks
+  std::set<std::string, std::less<>> ignored;     ///< accepted, and nothing comes of them
+  std::set<std::string, std::less<>> partly;      ///< carried out by half
+  SignTiming signs = SignTiming::exact;
+  Duration tornFor = std::chrono::milliseconds{5};  ///< between an early sign and the next
+  bool operator==(const RequestBehaviour&) const = default;
+};
+
 /// What happens when a child process is started from a file.
 struct SimulatedChild {
   std::string output;    ///< printed to standard output when it runs to its end
@@ -75,6 +93,8 @@ struct DesktopState {
   ProcessID ownProcess = 500;
   ConnectionID connection = 1;
   RawSpaces spaces;
+  bool isAsked = false;       ///< switches and the like are asked for; else they are driven
+  RequestBehaviour requests;  ///< where they are asked for
   /// Desktops are known by their places only: there is a number of them, on the first display, whose ids are kept by
   /// KeptDesktopPlaces.
   bool desktopsByPlace = false;
@@ -109,6 +129,11 @@ struct DesktopState {
   [[nodiscard]] std::string applicationName(ProcessID pid) const;
   /// Whether a window can be seen: it is on an active Space, not minimised, and its application not hidden.
   [[nodiscard]] bool isOnScreen(const SimulatedWindow& window) const;
+  /// Puts a window in front of the others of its application; in front of all when that is the active one. False when
+  /// there is no such window.
+  bool raise(WindowNumber number);
+  /// Closes a window as its close button does, unless its application refuses. False when there is none.
+  bool close(WindowNumber number);
   /// The active Space of the display that holds a point, else of the first display; none without Spaces.
   [[nodiscard]] std::vector<ManagedSpaceID> activeSpacesAt(CGPoint point) const;
   /// The display that holds a point, or null.

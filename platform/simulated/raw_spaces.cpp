@@ -105,6 +105,28 @@ std::vector<DesktopRow> RawSpaces::rows() const {
   return rows;
 }
 
+std::vector<DesktopDisplay> RawSpaces::displays() const {
+  std::vector<DesktopDisplay> displays;
+  for (const auto& entry : list_.is_array() ? list_ : PropertyList::array()) {
+    if (!isDisplay(entry)) {
+      continue;
+    }
+    auto& display = displays.emplace_back(DesktopDisplay{entry[identifierKey], {}, currentOf(entry), false});
+    std::int64_t index = 0;
+    for (const auto& space : entry[spacesKey]) {
+      if (const auto id = idOf(space)) {
+        const auto uuid = space.find("uuid");
+        const auto pid = isOrdinary(space) ? std::nullopt : integerAt(space, "pid");
+        display.spaces.push_back(
+            {*id, uuid != space.end() && uuid->is_string() ? uuid->get<std::string>() : "", index, !isOrdinary(space),
+             pid && std::in_range<ProcessID>(*pid) ? std::optional(static_cast<ProcessID>(*pid)) : std::nullopt});
+      }
+      ++index;
+    }
+  }
+  return displays;
+}
+
 std::optional<std::string> RawSpaces::displayOf(ManagedSpaceID space) const {
   for (const auto& row : rows()) {
     if (std::ranges::find(row.spaces, space, &DockSpace::id) != row.spaces.end()) {
@@ -183,7 +205,7 @@ std::optional<ManagedSpaceID> RawSpaces::addDesktop(std::string_view display) {
   return id;
 }
 
-std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
+std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space, std::optional<ManagedSpaceID> chosen) {
   auto* const entry = entryWith(space);
   if (entry == nullptr) {
     return std::nullopt;
@@ -194,7 +216,7 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space) {
   if (row.size() < 2 || (at->ordinary && ordinary < 2)) {
     return std::nullopt;
   }
-  const auto heir = at == row.begin() ? std::next(at)->id : std::prev(at)->id;
+  const auto heir = chosen ? *chosen : at == row.begin() ? std::next(at)->id : std::prev(at)->id;
   auto& spaces = (*entry)[spacesKey];
   if (currentOf(*entry) == space) {
     (*entry)[currentKey] = *spaceIn(spaces, heir);

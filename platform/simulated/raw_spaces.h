@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/desktop.h"
 #include "platform/emulated/desktop_operations.h"
 #include "platform/property_list.h"
 
@@ -25,6 +26,9 @@ class RawSpaces {
   /// The well-formed displays with their well-formed Spaces.
   [[nodiscard]] std::vector<DesktopRow> rows() const;
 
+  /// The same with all that there is to say of them; no display is the menu bar's.
+  [[nodiscard]] std::vector<DesktopDisplay> displays() const;
+
   /// The identifier of the display that has this Space, or nothing.
   [[nodiscard]] std::optional<std::string> displayOf(ManagedSpaceID space) const;
 
@@ -40,10 +44,10 @@ class RawSpaces {
   /// that ever was in use here. Nothing when there is no such display.
   std::optional<ManagedSpaceID> addDesktop(std::string_view display);
 
-  /// Removes a Space; when it was the current one, a neighbour becomes it. Returns the Space that takes its windows:
-  /// the one before it, else the one behind it. Nothing, and no change, for the last desktop of a display and for a
-  /// Space that does not exist.
-  std::optional<ManagedSpaceID> remove(ManagedSpaceID space);
+  /// Removes a Space; when it was the current one, its heir becomes it. Returns the Space that takes its windows: this
+  /// heir, else the one before it, else the one behind it. Nothing, and no change, for the last desktop of a display
+  /// and for a Space that does not exist.
+  std::optional<ManagedSpaceID> remove(ManagedSpaceID space, std::optional<ManagedSpaceID> heir = {});
 
   /// Gives the Spaces of the first display these ids, from left to right, and no other identity; each gets the id of
   /// the same place. Answers the ids that they had.

@@ -82,6 +82,16 @@ void readManagedDisplaySpaces(const Value& value, Scenario& scenario) {
   scenario.desktop.spaces = RawSpaces(value.json());
 }
 
+void readKind(const Value& value, Scenario& scenario) {
+  constexpr std::pair<std::string_view, bool> kinds[] = {{"driven", false}, {"asked", true}};
+  scenario.desktop.isAsked = value.oneOf(kinds);
+}
+
+void readRequests(const Value& value, Scenario& scenario) {
+  ScenarioObject object(value);
+  readRequests(object).applyTo(scenario.desktop.requests);
+}
+
 void readMenuBarDisplay(const Value& value, Scenario& scenario) {
   scenario.desktop.menuBarDisplay = value.isNull() ? std::nullopt : std::optional(value.text());
 }
@@ -122,12 +132,8 @@ void readApplications(const Value& value, Scenario& scenario) {
 
 void readPermissions(const Value& value, Scenario& scenario) {
   ScenarioObject object(value);
-  if (const auto allowed = object.find("accessibility")) {
-    scenario.desktop.accessibilityAllowed = allowed->boolean();
-  }
-  if (const auto allowed = object.find("screenRecording")) {
-    scenario.desktop.screenRecordingAllowed = allowed->boolean();
-  }
+  object.read("accessibility", scenario.desktop.accessibilityAllowed);
+  object.read("screenRecording", scenario.desktop.screenRecordingAllowed);
 }
 
 void readPreferences(const Value& value, Scenario& scenario) {
@@ -168,58 +174,35 @@ void readFiles(const Value& value, Scenario& scenario) {
     } else {
       ScenarioObject object(entry);
       file.bytes = readBytes(object);
-      const auto missing = object.find("missing");
-      file.missing = missing && missing->boolean();
-      const auto unwritable = object.find("unwritable");
-      file.unwritable = unwritable && unwritable->boolean();
+      object.read("missing", file.missing);
+      object.read("unwritable", file.unwritable);
     }
     scenario.files.push_back(std::move(file));
   }
 }
 
 void readDisk(const Value& value, Scenario& scenario) {
-  ScenarioObject object(value);
-  const auto full = object.find("full");
-  scenario.diskFull = full && full->boolean();
+  ScenarioObject(value).read("full", scenario.diskFull);
 }
 
 void readDock(const Value& value, Scenario& scenario) {
   ScenarioObject object(value);
-  if (const auto time = object.find("switchTime")) {
-    scenario.dock.switchTime = time->seconds();
-  }
+  object.read("switchTime", scenario.dock.switchTime);
   if (const auto bounces = object.find("bounces")) {
     ScenarioObject members(*bounces);
     scenario.dock.bounces = members.require("count").integer<std::uint16_t>();
-    if (const auto after = members.find("after")) {
-      scenario.dock.bounceAfter = after->seconds();
-    }
+    members.read("after", scenario.dock.bounceAfter);
   }
 }
 
 void readMissionControl(const Value& value, Scenario& scenario) {
   ScenarioObject object(value);
   auto& behaviour = scenario.missionControl;
-  if (const auto time = object.find("openingTime")) {
-    behaviour.openingTime = time->seconds();
-  }
-  if (const auto time = object.find("hoverTime")) {
-    behaviour.hoverTime = time->seconds();
-  }
-  const std::pair<const char*, bool*> flags[] = {{"opens", &behaviour.opens},
-                                                 {"addButton", &behaviour.hasAddButton},
-                                                 {"closeButtons", &behaviour.hasCloseButtons}};
-  for (const auto& [name, flag] : flags) {
-    if (const auto member = object.find(name)) {
-      *flag = member->boolean();
-    }
-  }
-}
-
-void readNotificationFailures(const Value& value, Scenario& scenario) {
-  for (const auto& event : value.list()) {
-    scenario.notificationFailures.insert(event.integer<std::uint32_t>());
-  }
+  object.read("openingTime", behaviour.openingTime);
+  object.read("hoverTime", behaviour.hoverTime);
+  object.read("opens", behaviour.opens);
+  object.read("addButton", behaviour.hasAddButton);
+  object.read("closeButtons", behaviour.hasCloseButtons);
 }
 
 void readIgnoredMoves(const Value& value, Scenario& scenario) {
@@ -243,14 +226,8 @@ void readWindowManager(const Value& value, Scenario& scenario) {
   ScenarioObject object(value);
   auto& manager = scenario.desktop.windowManager.emplace();
   manager.name = object.require("name").text();
-  if (const auto version = object.find("version")) {
-    manager.version = version->text();
-  }
-  if (const auto hints = object.find("missingHints")) {
-    for (const auto& hint : hints->list()) {
-      manager.missingHints.push_back(hint.text());
-    }
-  }
+  object.read("version", manager.version);
+  object.read("missingHints", manager.missingHints);
 }
 
 void readTakenHotKeys(const Value& value, Scenario& scenario) {
@@ -262,31 +239,17 @@ void readTakenHotKeys(const Value& value, Scenario& scenario) {
   }
 }
 
-void readTakenPorts(const Value& value, Scenario& scenario) {
-  for (const auto& element : value.list()) {
-    scenario.desktop.takenPorts.insert(element.integer<std::uint16_t>());
-  }
-}
-
 void readPrograms(const Value& value, Scenario& scenario) {
   for (const auto& [path, entry] : value.entries()) {
     ScenarioObject object(entry);
-    auto& program = scenario.desktop.programs[path];
-    if (const auto output = object.find("output")) {
-      program.output = output->text();
-    }
-    if (const auto missing = object.find("missing")) {
-      program.missing = missing->boolean();
-    }
+    object.read("output", scenario.desktop.programs[path].output);
+    object.read("missing", scenario.desktop.programs[path].missing);
   }
 }
 
 void readAppleScripts(const Value& value, Scenario& scenario) {
   for (const auto& [source, result] : value.entries()) {
-    auto& texts = scenario.desktop.appleScripts[source];
-    for (const auto& text : result.list()) {
-      texts.push_back(text.text());
-    }
+    result.into(scenario.desktop.appleScripts[source]);
   }
 }
 
@@ -329,6 +292,12 @@ void readScript(const Value& value, Scenario& scenario) {
   }
 }
 
+/// A reader of a member that is just a value of the machine's state.
+template <auto member>
+void state(const Value& value, Scenario& scenario) {
+  value.into(scenario.desktop.*member);
+}
+
 struct Member {
   const char* name;
   void (*read)(const Value&, Scenario&);
@@ -338,37 +307,33 @@ struct Member {
 constexpr Member members[] = {
     {"start", readStart},
     {"timeZone", readTimeZone},
-    {"uptime", [](const Value& value, Scenario& scenario) { scenario.clock.uptime = value.seconds(); }},
+    {"uptime", [](const Value& value, Scenario& scenario) { value.into(scenario.clock.uptime); }},
     {"systemVersion", readSystemVersion},
-    {"processID",
-     [](const Value& value, Scenario& scenario) { scenario.desktop.ownProcess = value.integer<ProcessID>(); }},
-    {"connection",
-     [](const Value& value, Scenario& scenario) { scenario.desktop.connection = value.integer<ConnectionID>(); }},
+    {"processID", state<&DesktopState::ownProcess>},
+    {"connection", state<&DesktopState::connection>},
     {"managedDisplaySpaces", readManagedDisplaySpaces},
-    {"desktopsByPlace",
-     [](const Value& value, Scenario& scenario) { scenario.desktop.desktopsByPlace = value.boolean(); }},
+    {"desktop", readKind},
+    {"requests", readRequests},
+    {"desktopsByPlace", state<&DesktopState::desktopsByPlace>},
     {"menuBarDisplay", readMenuBarDisplay},
     {"missingFunctions", readMissingFunctions},
-    {"notificationFailures", readNotificationFailures},
+    {"notificationFailures", [](const Value& value, Scenario& scenario) { value.into(scenario.notificationFailures); }},
     {"displays", readDisplays},
     {"applications", readApplications},
     {"windows", readWindows},
     {"permissions", readPermissions},
-    {"screenLocked", [](const Value& value, Scenario& scenario) { scenario.desktop.screenLocked = value.boolean(); }},
+    {"screenLocked", state<&DesktopState::screenLocked>},
     {"preferences", readPreferences},
     {"globalPreferences", readGlobalPreferences},
     {"naturalScrolling",
      [](const Value& value, Scenario& scenario) {
        scenario.desktop.globalPreferences[naturalScrollingKey] = value.boolean();
      }},
-    {"pointer", [](const Value& value, Scenario& scenario) { scenario.desktop.pointer = value.point(); }},
-    {"pressedMouseButtons",
-     [](const Value& value, Scenario& scenario) {
-       scenario.desktop.pressedMouseButtons = value.integer<std::uint32_t>();
-     }},
+    {"pointer", state<&DesktopState::pointer>},
+    {"pressedMouseButtons", state<&DesktopState::pressedMouseButtons>},
     {"symbolicHotKeys", readSymbolicHotKeys},
     {"takenHotKeys", readTakenHotKeys},
-    {"takenPorts", readTakenPorts},
+    {"takenPorts", state<&DesktopState::takenPorts>},
     {"windowManager", readWindowManager},
     {"ignoredMoves", readIgnoredMoves},
     {"trackpads", readTrackpads},
@@ -379,7 +344,7 @@ constexpr Member members[] = {
     {"dock", readDock},
     {"missionControl", readMissionControl},
     {"script", readScript},
-    {"end", [](const Value& value, Scenario& scenario) { scenario.end = value.seconds(); }},
+    {"end", [](const Value& value, Scenario& scenario) { value.into(scenario.end); }},
 };
 
 /// What a simulated machine is like when the scenario does not say.

@@ -1,7 +1,6 @@
 #include "platform/simulated/scenario_records.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/simulated/byte_text.h"
 #include "platform/simulated/simulated_files.h"
@@ -10,22 +9,27 @@ namespace tallowin {
 
 namespace {
 
-struct PolicyName {
-  std::string_view name;
-  ActivationPolicy policy;
-};
-constexpr std::array policyNames = {PolicyName{"regular", ActivationPolicy::regular},
-                                    PolicyName{"accessory", ActivationPolicy::accessory},
-                                    PolicyName{"prohibited", ActivationPolicy::prohibited}};
+constexpr std::pair<std::string_view, ActivationPolicy> policies[] = {{"regular", ActivationPolicy::regular},
+                                                                      {"accessory", ActivationPolicy::accessory},
+                                                                      {"prohibited", ActivationPolicy::prohibited}};
+constexpr std::pair<std::string_view, SignTiming> signTimings[] = {
+    {"exact", SignTiming::exact}, {"early", SignTiming::early}, {"never", SignTiming::never}};
 
-ActivationPolicy readPolicy(const ScenarioValue& value) {
-  const auto* const found =
-      value.isText() ? std::ranges::find(policyNames, value.text(), &PolicyName::name) : policyNames.end();
-  if (found == policyNames.end()) {
-    value.expected("\"regular\", \"accessory\" or \"prohibited\"");
-    return ActivationPolicy::regular;
-  }
-  return found->policy;
+/// What may come of requests, and of which.
+struct RequestFate {
+  std::string_view name;
+  std::set<std::string, std::less<>> RequestBehaviour::* requests;
+  std::vector<std::string_view> known;
+};
+const std::vector<RequestFate>& requestFates() {
+  static const std::vector<RequestFate> fates = {
+      {"impossible", &RequestBehaviour::impossible, {"add-space", "remove-space", "move-window"}},
+      {"ignored",
+       &RequestBehaviour::ignored,
+       {"switch", "add-space", "remove-space", "move-window", "raise-window", "set-frame", "minimize-window",
+        "unminimize-window", "close-window"}},
+      {"partly", &RequestBehaviour::partly, {"remove-space", "set-frame"}}};
+  return fates;
 }
 
 }  // namespace
@@ -41,39 +45,27 @@ DisplayRecord readDisplay(ScenarioObject& object) {
   if (display.bounds.size.width > longestSide || display.bounds.size.height > longestSide) {
     bounds.fail("a display has at most 10000 points a side");
   }
-  const auto name = object.find("name");
-  display.name = name ? name->text() : "Display " + std::to_string(display.id);
-  const auto builtin = object.find("builtin");
-  display.builtin = builtin && builtin->boolean();
-  const auto main = object.find("main");
-  record.main = main && main->boolean();
+  display.name = "Display " + std::to_string(display.id);
+  object.read("name", display.name);
+  object.read("builtin", display.builtin);
+  object.read("main", record.main);
   return record;
 }
 
 SimulatedApplication readApplication(ScenarioObject& object) {
   SimulatedApplication application;
   application.name = object.require("name").text();
-  if (const auto pid = object.find("pid")) {
-    application.pid = pid->integer<ProcessID>();
-  }
-  if (const auto bundle = object.find("bundleID")) {
-    application.bundleIdentifier = bundle->text();
-  }
+  object.read("pid", application.pid);
+  object.read("bundleID", application.bundleIdentifier);
   if (const auto policy = object.find("activationPolicy")) {
-    application.activationPolicy = readPolicy(*policy);
+    application.activationPolicy = policy->oneOf(policies);
   }
-  if (const auto active = object.find("active")) {
-    application.isActive = active->boolean();
-  }
-  if (const auto hidden = object.find("hidden")) {
-    application.isHidden = hidden->boolean();
-  }
+  object.read("active", application.isActive);
+  object.read("hidden", application.isHidden);
   if (const auto time = object.find("responseTime")) {
     application.responseTime = readResponseTime(*time);
   }
-  if (const auto refuses = object.find("refusesClose")) {
-    application.refusesClose = refuses->boolean();
-  }
+  object.read("refusesClose", application.refusesClose);
   return application;
 }
 
@@ -105,15 +97,11 @@ WindowRecord readWindow(ScenarioObject& object) {
   window.title = title ? title->text() : "";
   const auto frame = object.find("frame");
   window.frame = frame ? frame->rect() : CGRect{{100, 100}, {800, 600}};
-  if (const auto layer = object.find("layer")) {
-    window.layer = layer->integer<std::int64_t>();
-  }
+  object.read("layer", window.layer);
   if (const auto alpha = object.find("alpha")) {
     window.alpha = alpha->number();
   }
-  if (const auto minimized = object.find("minimized")) {
-    window.minimized = minimized->boolean();
-  }
+  object.read("minimized", window.minimized);
   auto spaces = readSpaces(object);
   record.onActiveSpace = !spaces;
   window.spaces = std::move(spaces).value_or(std::vector<ManagedSpaceID>());
@@ -161,6 +149,37 @@ HotKeyRecord readHotKey(ScenarioObject& object) {
 void HotKeyRecord::applyTo(SymbolicHotKeys& hotKeys, int hotKey) const {
   hotKeys.bind(hotKey, binding);
   hotKeys.setEnabled(hotKey, enabled);
+}
+
+void RequestRecord::applyTo(RequestBehaviour& behaviour) const {
+  behaviour.time = time.value_or(behaviour.time);
+  behaviour.tornFor = tornFor.value_or(behaviour.tornFor);
+  behaviour.signs = signs.value_or(behaviour.signs);
+  for (const auto& fate : requestFates()) {
+    if (const auto found = requests.find(fate.name); found != requests.end()) {
+      behaviour.*fate.requests = found->second;
+    }
+  }
+}
+
+RequestRecord readRequests(ScenarioObject& object) {
+  RequestRecord record;
+  object.read("time", record.time);
+  object.read("tornFor", record.tornFor);
+  if (const auto signs = object.find("signs")) {
+    record.signs = signs->oneOf(signTimings);
+  }
+  for (const auto& [fate, member, known] : requestFates()) {
+    const auto list = object.find(fate);
+    auto* const requests = list ? &record.requests[fate] : nullptr;
+    for (const auto& request : list ? list->list() : std::vector<ScenarioValue>()) {
+      if (std::ranges::find(known, request.text()) == known.end()) {
+        request.expected("a request that can be " + std::string(fate == "partly" ? "carried out partly" : fate));
+      }
+      requests->insert(request.text());
+    }
+  }
+  return record;
 }
 
 std::string readBytes(ScenarioObject& object) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/simulated/desktop_state.h"
@@ -48,6 +50,17 @@ struct HotKeyRecord {
   void applyTo(SymbolicHotKeys& hotKeys, int hotKey) const;
 };
 [[nodiscard]] HotKeyRecord readHotKey(ScenarioObject& object);
+
+/// What comes of requests to a desktop that is asked. What the object does not say stays as it is.
+struct RequestRecord {
+  std::optional<Duration> time;
+  std::optional<Duration> tornFor;
+  std::optional<SignTiming> signs;
+  std::map<std::string_view, std::set<std::string, std::less<>>> requests;  ///< by what comes of them
+
+  void applyTo(RequestBehaviour& behaviour) const;
+};
+[[nodiscard]] RequestRecord readRequests(ScenarioObject& object);
 
 /// "text" or "base64"; empty without either.
 [[nodiscard]] std::string readBytes(ScenarioObject& object);

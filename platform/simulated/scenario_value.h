@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -42,6 +43,44 @@ class ScenarioValue {
                                                                      ? static_cast<std::int64_t>(Limits::max())
                                                                      : std::numeric_limits<std::int64_t>::max()));
   }
+  /// Puts it where it belongs, as what belongs there; the elements of a list are put behind those that are there.
+  template <typename Target>
+  void into(Target& target) const {
+    if constexpr (std::is_same_v<Target, bool>) {
+      target = boolean();
+    } else if constexpr (std::is_integral_v<Target>) {
+      target = integer<Target>();
+    } else if constexpr (std::is_same_v<Target, std::string>) {
+      target = text();
+    } else if constexpr (std::is_same_v<Target, Duration>) {
+      target = seconds();
+    } else if constexpr (std::is_same_v<Target, CGPoint>) {
+      target = point();
+    } else if constexpr (std::is_same_v<Target, CGRect>) {
+      target = rect();
+    } else if constexpr (requires { target.has_value(); }) {
+      into(target.emplace());
+    } else {
+      for (const auto& element : list()) {
+        typename Target::value_type value{};
+        element.into(value);
+        target.insert(target.end(), std::move(value));
+      }
+    }
+  }
+  /// What one of these names stands for; the first where it is none of them.
+  template <typename Meaning, std::size_t count>
+  [[nodiscard]] Meaning oneOf(const std::pair<std::string_view, Meaning> (&names)[count]) const {
+    std::string known;
+    for (std::size_t i = 0; i < count; ++i) {
+      if (isText() && json_->get_ref<const std::string&>() == names[i].first) {
+        return names[i].second;
+      }
+      known += (i == 0 ? "\"" : i + 1 < count ? ", \"" : " or \"") + std::string(names[i].first) + '"';
+    }
+    expected(known);
+    return names[0].second;
+  }
   [[nodiscard]] std::vector<ScenarioValue> list() const;
   /// The members of an object whose names are free, such as file paths.
   [[nodiscard]] std::vector<std::pair<std::string, ScenarioValue>> entries() const;
@@ -77,6 +116,13 @@ class ScenarioObject {
 
   /// The member, when it is there.
   [[nodiscard]] std::optional<ScenarioValue> find(std::string_view name);
+  /// Puts the member, when it is there, where it belongs.
+  template <typename Target>
+  void read(std::string_view name, Target& target) {
+    if (const auto member = find(name)) {
+      member->into(target);
+    }
+  }
   /// The member; without it the mistake is noted, and the answer reads as null.
   [[nodiscard]] ScenarioValue require(std::string_view name);
 

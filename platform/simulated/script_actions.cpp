@@ -60,6 +60,11 @@ ScriptAction setMenuBarDisplay(Arguments& arguments) {
   });
 }
 
+ScriptAction setRequests(Arguments& arguments) {
+  return onParts(
+      [record = readRequests(arguments)](SimulatedParts& desktop) { record.applyTo(desktop.state.requests); });
+}
+
 ScriptAction bounceDock(Arguments& arguments) {
   const auto after = arguments.find("after");
   return onParts([count = arguments.require("count").integer<std::uint16_t>(),
@@ -142,14 +147,8 @@ ScriptAction failDisk(Arguments& arguments) {
                                                                        {"flush", WriteStage::flush},
                                                                        {"rename", WriteStage::rename},
                                                                        {"folder", WriteStage::folder}};
-  const auto stage = arguments.require("stage");
-  const auto name = stage.text();
-  const auto* const found = std::ranges::find(stages, name, &std::pair<std::string_view, WriteStage>::first);
-  if (found == std::end(stages)) {
-    stage.expected("\"open\", \"write\", \"flush\", \"rename\" or \"folder\"");
-    return nullptr;
-  }
-  return onParts([found](SimulatedParts& desktop) { desktop.files.failAt(found->second); });
+  return onParts(
+      [stage = arguments.require("stage").oneOf(stages)](SimulatedParts& desktop) { desktop.files.failAt(stage); });
 }
 
 void freeDisk(SimulatedParts& desktop) {
@@ -158,14 +157,12 @@ void freeDisk(SimulatedParts& desktop) {
 }
 
 ScriptAction setPermission(Arguments& arguments) {
-  const auto permission = arguments.require("permission");
-  const auto name = permission.text();
-  if (name != "accessibility" && name != "screenRecording") {
-    permission.expected("\"accessibility\" or \"screenRecording\"");
-  }
-  return onParts([name, allowed = arguments.require("allowed").boolean()](SimulatedParts& desktop) {
-    auto& state = desktop.state;
-    (name == "accessibility" ? state.accessibilityAllowed : state.screenRecordingAllowed) = allowed;
+  static constexpr std::pair<std::string_view, bool DesktopState::*> permissions[] = {
+      {"accessibility", &DesktopState::accessibilityAllowed},
+      {"screenRecording", &DesktopState::screenRecordingAllowed}};
+  return onParts([permission = arguments.require("permission").oneOf(permissions),
+                  allowed = arguments.require("allowed").boolean()](SimulatedParts& desktop) {
+    desktop.state.*permission = allowed;
   });
 }
 
@@ -194,14 +191,10 @@ ScriptAction answerRenameDialog(Arguments& arguments) {
 }
 
 ScriptAction pullTrigger(Arguments& arguments) {
-  const auto trigger = arguments.require("trigger");
-  const auto name = trigger.text();
-  if (name != "edges" && name != "touch") {
-    trigger.expected("\"edges\" or \"touch\"");
-  }
-  return onParts([name](SimulatedParts& desktop) {
-    auto& user = desktop.user;
-    (name == "edges" ? user.edges : user.touch).pull();
+  static constexpr std::pair<std::string_view, SimulatedTrigger SimulatedUser::*> triggers[] = {
+      {"edges", &SimulatedUser::edges}, {"touch", &SimulatedUser::touch}};
+  return onParts([trigger = arguments.require("trigger").oneOf(triggers)](SimulatedParts& desktop) {
+    (desktop.user.*trigger).pull();
   });
 }
 
@@ -400,6 +393,7 @@ constexpr Entry actions[] = {
     {"setMenuBarDisplay", setMenuBarDisplay},
     {"setPermission", setPermission},
     {"setPreference", setPreference},
+    {"setRequests", setRequests},
     {"setResponseTime", setResponseTime},
     {"setSymbolicHotKey", setSymbolicHotKey},
     {"sleepScreens", plain<post<NotificationName::NSWorkspaceScreensDidSleepNotification>>},

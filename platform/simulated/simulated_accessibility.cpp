@@ -14,16 +14,7 @@ class CloseButton : public ApplicationPart {
     return name == "AXRole" ? AXValue("AXButton") : AXValue();
   }
 
-  bool perform(std::string_view action) const override {
-    const auto* const application = state().application(pid());
-    if (action != "AXPress" || application == nullptr || state().window(window_) == nullptr) {
-      return false;
-    }
-    if (!application->refusesClose) {
-      std::erase_if(state().windows, [this](const SimulatedWindow& window) { return window.number == window_; });
-    }
-    return true;
-  }
+  bool perform(std::string_view action) const override { return action == "AXPress" && state().close(window_); }
 
  private:
   const WindowNumber window_;
@@ -72,30 +63,16 @@ class OrdinaryWindow : public WindowElement {
       window->minimized = *flag;
       return true;
     }
-    return flag != nullptr && name == "AXMain" && (!*flag || raise());
+    return flag != nullptr && name == "AXMain" && (!*flag || state().raise(number()));
   }
 
-  bool perform(std::string_view action) const override { return action == "AXRaise" && raise(); }
+  bool perform(std::string_view action) const override { return action == "AXRaise" && state().raise(number()); }
 
  private:
   [[nodiscard]] bool isFirstOfItsApplication(const SimulatedWindow& window) const {
     const auto& windows = state().windows;
     const auto first = std::ranges::find(windows, window.pid, &SimulatedWindow::pid);
     return first != windows.end() && first->number == window.number;
-  }
-
-  /// In front of the other windows of its application; in front of all when that is the active one.
-  [[nodiscard]] bool raise() const {
-    auto& windows = state().windows;
-    const auto window = std::ranges::find(windows, number(), &SimulatedWindow::number);
-    if (window == windows.end()) {
-      return false;
-    }
-    const auto* const owner = state().application(window->pid);
-    const bool isActive = owner != nullptr && owner->isActive;
-    const auto first = isActive ? windows.begin() : std::ranges::find(windows, window->pid, &SimulatedWindow::pid);
-    std::rotate(first, window, std::next(window));
-    return true;
   }
 };
 

@@ -39,9 +39,11 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       machine(state, journal),
       files(queue, clock, journal),
       preferencesFile(files, scenario.preferences),
-      spaces(state, scenario.dock, queue, journal, workspaceNotifications),
+      spaces(state, scenario.dock, queue, journal),
       dock(spaces, state.hotKeys, queue, clock, machine, dockBehaviour(state)),
       missionControl(spaces, queue, boundsIn(state), scenario.missionControl),
+      windows(state, queue, journal),
+      asked(state, spaces, windows, queue, journal),
       dragging(state),
       events(clock, dock, missionControl, dragging, state, journal),
       windowList(state),
@@ -97,8 +99,18 @@ void SimulatedParts::placeFiles(const Scenario& scenario) {
 }
 
 void SimulatedParts::connectParts() {
-  spaces.onServerEvent = [this](WindowServerEvent event) { windowServer.notify(event); };
-  spaces.onListChanged = [this] { files.replace(spacesFile(), ""); };
+  if (state.isAsked) {
+    spaces.onServerEvent = [this](WindowServerEvent event) { asked.spacesChanged(event); };
+    workspace.onChange = [this] { windows.tellChanges(); };
+  } else {
+    spaces.onServerEvent = [this](WindowServerEvent event) {
+      windowServer.notify(event);
+      if (event == SimulatedSpaces::activeSpaceEvent) {
+        workspaceNotifications.post({NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, std::nullopt});
+      }
+    };
+    spaces.onListChanged = [this] { files.replace(spacesFile(), ""); };
+  }
   spaces.onArrival = [this](const std::string& display, ManagedSpaceID space) {
     dock.activeSpaceChanged(display);
     if (spaces.displayUnderPointer() == display) {
@@ -156,6 +168,7 @@ void SimulatedDesktop::start() {
     script_.push_back(queue_.after(entry.at, [this, &entry] {
       journal_.record("script", entry.journalled);
       entry.perform(*this);
+      parts_.windows.tellChanges();
     }));
   }
 }
@@ -173,8 +186,8 @@ std::optional<PropertyList> SimulatedDesktop::globalPreference(std::string_view 
 Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven, Windows& windows,
                            Preferences& preferences, Images& images, VirtualTime& time) {
   return {.desktop = desktop,
-          .asked = nullptr,
-          .driven = &driven,
+          .asked = simulated.asked(),
+          .driven = simulated.asked() == nullptr ? &driven : nullptr,
           .windows = windows,
           .desktopNames = simulated.desktopNames(),
           .spacePlaces = simulated.spacePlaces(),
@@ -202,7 +215,7 @@ Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, Driven
           .listeners = simulated.listeners(),
           .system = simulated.system(),
           .desktopFacts = simulated.desktopFacts(),
-          .desktopKind = DesktopKind::driven,
+          .desktopKind = simulated.kind(),
           .mainQueue = time,
           .workQueues = time,
           .desktopQueues = time,

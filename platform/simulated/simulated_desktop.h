@@ -12,6 +12,7 @@
 #include "platform/emulated/emulated_dock.h"
 #include "platform/emulated/mission_control.h"
 #include "platform/platform.h"
+#include "platform/simulated/asked_desktop.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_accessibility.h"
@@ -59,6 +60,8 @@ struct SimulatedParts {
   SimulatedSpaces spaces;
   EmulatedDock dock;
   MissionControl missionControl;
+  AskedWindows windows;
+  SimulatedAskedDesktop asked;
   WindowDragging dragging;
   SimulatedEvents events;
   SimulatedWindowList windowList;
@@ -106,6 +109,11 @@ class SimulatedDesktop {
   /// any, and is where the script's actions on preferences take place. Before start().
   void usePreferencesFile(const std::filesystem::path& path);
 
+  /// The desktop where the scenario says that it is asked; else null: it is driven by what follows.
+  AskedDesktop* asked() { return parts_.state.isAsked ? &parts_.asked : nullptr; }
+  DesktopKind kind() { return parts_.state.isAsked ? DesktopKind::asked : DesktopKind::driven; }
+  /// The windows of one that is asked.
+  Windows& windows() { return parts_.windows; }
   Accessibility& accessibility() { return parts_.accessibility; }
   Events& events() { return parts_.events; }
   Displays& displays() { return parts_.machine; }
@@ -154,8 +162,8 @@ class SimulatedDesktop {
   std::vector<WorkItem> script_;
 };
 
-/// A simulated desktop in virtual time as the program sees it. All that is handed in stands on the same
-/// desktop. Everything must outlive the answer.
+/// A simulated desktop in virtual time as the program sees it. All that is handed in stands on the same desktop;
+/// `driven` counts only where it is driven. Everything must outlive the answer.
 [[nodiscard]] Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,
                                          Windows& windows, Preferences& preferences, Images& images, VirtualTime& time);
 

@@ -48,7 +48,6 @@ void SimulatedSpaces::announceActive(const std::string& display, ManagedSpaceID 
   journal_.record("activeSpace", {{"display", display}, {"space", space}});
   onArrival(display, space);
   onServerEvent(activeSpaceEvent);
-  workspaceNotifications_.post({NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, std::nullopt});
 }
 
 void SimulatedSpaces::arrive(const std::string& display, ManagedSpaceID space, SwitchCause cause) {
@@ -85,10 +84,10 @@ bool SimulatedSpaces::addDesktop(const std::string& display) {
   return true;
 }
 
-bool SimulatedSpaces::removeDesktop(ManagedSpaceID space) {
+bool SimulatedSpaces::removeDesktop(ManagedSpaceID space, std::optional<ManagedSpaceID> heir) {
   const auto display = state_.spaces.displayOf(space);
   const auto active = display ? state_.spaces.activeOn(*display) : std::nullopt;
-  if (!takeAway(space)) {
+  if (!takeAway(space, heir)) {
     return false;
   }
   if (places_) {
@@ -102,8 +101,8 @@ bool SimulatedSpaces::removeDesktop(ManagedSpaceID space) {
 }
 
 /// A neighbour gets the windows. False when it has to stay.
-bool SimulatedSpaces::takeAway(ManagedSpaceID space) {
-  const auto heir = state_.spaces.remove(space);
+bool SimulatedSpaces::takeAway(ManagedSpaceID space, std::optional<ManagedSpaceID> chosen) {
+  const auto heir = state_.spaces.remove(space, chosen);
   for (auto& window : state_.windows) {
     std::ranges::replace(window.spaces, space, heir.value_or(space));
   }
@@ -115,7 +114,6 @@ void SimulatedSpaces::announceCount(const std::string& display, bool activeHasGo
   if (activeHasGone && active) {
     onArrival(display, *active);
     onServerEvent(activeSpaceEvent);
-    workspaceNotifications_.post({NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, std::nullopt});
   }
   announceList();
 }

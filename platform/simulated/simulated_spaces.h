@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "base/desktop_places.h"
-#include "platform/emulated/broadcast_notification_center.h"
 #include "platform/emulated/desktop_operations.h"
 #include "platform/main_queue.h"
 #include "platform/simulated/desktop_state.h"
@@ -28,15 +27,13 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
   static constexpr WindowServerEvent activeSpaceEvent = 1401;
   static constexpr WindowServerEvent listEvent = 1329;
 
-  SimulatedSpaces(DesktopState& state, const ScenarioDock& dock, MainQueue& queue, Journal& journal,
-                  BroadcastNotificationCenter& workspaceNotifications)
+  SimulatedSpaces(DesktopState& state, const ScenarioDock& dock, MainQueue& queue, Journal& journal)
       : state_(state),
         switchTime_(dock.switchTime),
         bounceAfter_(dock.bounceAfter),
         bounces_(dock.bounces),
         queue_(queue),
-        journal_(journal),
-        workspaceNotifications_(workspaceNotifications) {}
+        journal_(journal) {}
 
   /// Told of window-server events, of a display whose active Space changed, and of changes of the list that the system
   /// saves to its preference file.
@@ -49,7 +46,9 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
   std::optional<std::string> displayUnderPointer() override;
   void switchTo(ManagedSpaceID space, SwitchCause cause) override;
   bool addDesktop(const std::string& display) override;
-  bool removeDesktop(ManagedSpaceID space) override;
+  bool removeDesktop(ManagedSpaceID space) override { return removeDesktop(space, std::nullopt); }
+  /// The same, with this Space as the one that gets the windows, and the user where he looked at it.
+  bool removeDesktop(ManagedSpaceID space, std::optional<ManagedSpaceID> heir);
 
   std::optional<std::vector<ManagedSpaceID>> places() override;
   std::vector<ManagedSpaceID> parked() override;
@@ -80,7 +79,7 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
   void announceActive(const std::string& display, ManagedSpaceID space);
   void announceList();
   void announceCount(const std::string& display, bool activeHasGone);
-  bool takeAway(ManagedSpaceID space);
+  bool takeAway(ManagedSpaceID space, std::optional<ManagedSpaceID> heir = {});
   void renumber();
 
   DesktopState& state_;
@@ -89,7 +88,6 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
   int bounces_;
   MainQueue& queue_;
   Journal& journal_;
-  BroadcastNotificationCenter& workspaceNotifications_;
   std::optional<KeptDesktopPlaces> places_;   ///< where desktops are known by their places
   std::map<std::string, WorkItem> underWay_;  ///< by display: a switch or a bounce
 };

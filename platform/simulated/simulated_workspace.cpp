@@ -57,6 +57,7 @@ bool SimulatedWorkspace::setHidden(ProcessID pid, bool hidden) {
     return false;
   }
   application->isHidden = hidden;
+  onChange();
   if (hidden && application->isActive) {
     activateFrontmostOwner();
   }
@@ -174,6 +175,7 @@ bool SimulatedWorkspace::quit(ProcessID pid) {
 
 void SimulatedWorkspace::tell(NotificationName name, ProcessID pid) {
   notifications_.post({name, pid});
+  onChange();
 }
 
 }  // namespace tallowin

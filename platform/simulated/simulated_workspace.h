@@ -29,6 +29,9 @@ class SimulatedWorkspace : public Workspace {
   bool openURL(std::string_view url) override;
   std::optional<std::string> iconForFile(const std::filesystem::path& /*file*/) override { return std::nullopt; }
 
+  /// Told when applications or their windows have become others.
+  std::function<void()> onChange = [] {};
+
   /// Makes an application the active one; its windows come to the front in their order. False when it does not run.
   bool activate(ProcessID pid);
   /// Hides an application or shows it again. One that is hidden while active leaves that to the owner of the then

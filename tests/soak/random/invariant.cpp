@@ -39,19 +39,10 @@ bool isFaultyRecord(const Json& record) {
 }  // namespace
 
 bool SoakRun::isCalm() const {
-  static const std::set<std::string> calmMembers = {"start",
-                                                    "timeZone",
-                                                    "systemVersion",
-                                                    "uptime",
-                                                    "preferences",
-                                                    "displays",
-                                                    "managedDisplaySpaces",
-                                                    "menuBarDisplay",
-                                                    "desktopsByPlace",
-                                                    "files",
-                                                    "windows",
-                                                    "applications",
-                                                    "script"};
+  static const std::set<std::string> calmMembers = {
+      "start",       "timeZone", "systemVersion",        "uptime",         "desktop",
+      "preferences", "displays", "managedDisplaySpaces", "menuBarDisplay", "desktopsByPlace",
+      "files",       "windows",  "applications",         "script"};
   const auto members = scenario.items();
   return hasIntactSpaces() &&
          std::ranges::all_of(members,

@@ -54,6 +54,11 @@ constexpr Part faults[] = {
     {12, R"({"dock": {"switchTime": "$moment", "bounces": {"count": "$few", "after": "$moment"}}})"},
     {12, R"({"missionControl": {"opens": "$flag", "openingTime": "$while", "addButton": "$flag",
         "closeButtons": "$flag"}})"},
+    {15, R"({"requests": {"time": "$moment"}})"},
+    {12, R"({"requests": {"signs": "?early|never", "tornFor": "$moment"}})"},
+    {12, R"({"requests": {"ignored": ["?switch|add-space|remove-space|move-window|set-frame|close-window"]}})"},
+    {8, R"({"requests": {"impossible": ["?add-space|remove-space|move-window"]}})"},
+    {8, R"({"requests": {"partly": ["?remove-space|set-frame"]}})"},
     {10, R"({"symbolicHotKeys": {"118": {"keyCode": 18, "modifiers": 262144, "enabled": false},
         "119": {"keyCode": 19, "modifiers": 262144, "enabled": false}}})"},
     {6, R"({"managedDisplaySpaces": "$malformed"})"},
@@ -163,6 +168,9 @@ Json drawDesktop(Dice& dice, bool calm) {
     if (!calm && dice.chance(part.percent)) {
       add(dice, part, scenario);
     }
+  }
+  if (dice.chance(50)) {
+    scenario["desktop"] = "asked";
   }
   return scenario;
 }

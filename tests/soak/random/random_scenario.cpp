@@ -82,6 +82,10 @@ constexpr Event faultyEvents[] = {
     {1, R"({"do": "setManagedDisplaySpaces", "list": null})"},
     {1, R"({"do": "setMenuBarDisplay", "display": "D15B0000-0000-4000-8000-00000000000$id"})"},
     {2, R"({"do": "setResponseTime", "pid": "$pid", "responseTime": null})"},
+    {3, R"({"do": "setRequests", "ignored": ["?switch|add-space|remove-space|move-window|raise-window"]})"},
+    {2, R"({"do": "setRequests", "time": "$while", "partly": ["?remove-space|set-frame"]})"},
+    {2, R"({"do": "setRequests", "signs": "?exact|early|never", "tornFor": "$moment"})"},
+    {2, R"({"do": "setRequests", "time": 0.001, "impossible": [], "ignored": [], "partly": [], "signs": "exact"})"},
     {1, R"({"do": "setSymbolicHotKey", "hotKey": "$key", "binding": null})"},
     {1, R"({"do": "interruptCommand", "caller": "$caller"})"},
     {1, R"({"do": "httpRequest", "text": "?GET|POST /command HTTP/1.1"})"},
@@ -94,6 +98,7 @@ constexpr Event faultyEvents[] = {
 };
 
 constexpr auto mending = R"json([{"do": "freeDisk"}, {"do": "unlockScreen"},
+    {"do": "setRequests", "time": 0.001, "impossible": [], "ignored": [], "partly": [], "signs": "exact"},
     {"do": "makeWritable", "path": "~/.local/share/Tallowin"},
     {"do": "makeWritable", "path": "~/.local/share/Tallowin/spaces.json"},
     {"do": "makeWritable", "path": "~/.local/share/Tallowin/stats.json"},

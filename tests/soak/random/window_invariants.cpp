@@ -26,6 +26,8 @@ class ReportedMovesHappened : public Invariant {
       ask(record["windows"], compatID_[record["workspace"]]);
     } else if (op == "SLSMoveWindowsToManagedSpace" || op == "SLSBridgedMoveWindowsToManagedSpaceOperation") {
       ask(record["windows"], record["space"]);
+    } else if (op == "move-window") {
+      ask({record["window"]}, record["space"]);
     } else if (op == "toast" && record["text"].get<std::string>().starts_with("Moved App") && !oneHappened()) {
       run_.fail("moves that are reported have happened", record.dump());
     }
@@ -64,13 +66,18 @@ class WindowsAreSavedBeforeTheyAreClosed : public Invariant {
   void hear(const Json& record) override {
     if (record["op"] == "writeAtomically" && record["path"] == supportFolder + "saved-spaces.json") {
       savedAt_ = record.contains("error") ? Duration(-1) : run_.now();
-    } else if (record["op"] == "AXUIElementPerformAction" && record["action"] == "AXPress" &&
-               record["element"] == Json{{"role", "AXButton"}} && savedAt_ != run_.now()) {
+    } else if (closes(record) && savedAt_ != run_.now()) {
       run_.fail("windows are saved before they are closed", record.dump());
     }
   }
 
  private:
+  static bool closes(const Json& record) {
+    return record["op"] == "close-window" ||
+           (record["op"] == "AXUIElementPerformAction" && record["action"] == "AXPress" &&
+            record["element"] == Json{{"role", "AXButton"}});
+  }
+
   Duration savedAt_{-1};
 };
 
