@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include "app/doctor.h"
-#include "app/exit_status.h"
+#include "app/program_version.h"
+#include "commands/exit_status.h"
 
 namespace tallowin {
 
@@ -40,7 +41,8 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                 },
                 [this](const Space& space) { performer_.switchTo(space); }}),
       automaticNames_({watcher_, store_, windows_.contents, platform.desktopNames, settings, platform.mainQueue}),
-      records_({platform_, storage, settings, paths_, store_, watcher_, windows_.contents, windows_.management}),
+      records_({platform_, storage, settings, paths_, store_, watcher_, windows_.contents, windows_.management,
+                programVersion()}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
            platform.folders, settings, platform.log},
@@ -70,7 +72,11 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
                       appNames(windows_.contents)}),
       windowRequests_({windows_, watcher_, store_, storage, platform.workspace, settings, platform.clock}),
-      recordRequests_({records_, performer_, watcher_, store_, storage, settings, platform.files}),
+      recordRequests_({records_,
+                       [this](const SpaceCommand& command, OutcomeHandler done) {
+                         performer_.perform(command, {}, std::move(done));
+                       },
+                       watcher_, store_, storage, settings, platform.files}),
       editRequests_(
           {watcher_, store_, storage, automation_, platform.files, platform.images, appNames(windows_.contents)}),
       requests_(answers(), underWay_),

@@ -1,8 +1,8 @@
 #include "app/capture_mode.h"
 
-#include "app/exit_status.h"
-#include "app/words.h"
 #include "base/app_paths.h"
+#include "base/words.h"
+#include "commands/exit_status.h"
 #include "core/preview_service.h"
 
 namespace tallowin {

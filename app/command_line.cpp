@@ -6,8 +6,8 @@
 #include <map>
 #include <vector>
 
-#include "app/request_words.h"
 #include "base/decimal_integer.h"
+#include "commands/cli/request_words.h"
 #include "platform/settings_window.h"
 
 namespace tallowin {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "app/front/option_table.h"
-#include "commands/local_api.h"
+#include "commands/http/local_api.h"
 
 namespace tallowin {
 

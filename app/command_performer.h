@@ -3,21 +3,21 @@
 #include <functional>
 #include <map>
 
-#include "app/record_services.h"
 #include "app/space_naming.h"
-#include "app/stepping.h"
-#include "app/window_commands.h"
 #include "automation/note_files.h"
+#include "automation/record_services.h"
 #include "base/settings.h"
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
+#include "commands/stepping.h"
 #include "core/space_history.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/pasteboard.h"
 #include "platform/presentation.h"
 #include "platform/toasts.h"
+#include "windows/window_commands.h"
 
 namespace tallowin {
 

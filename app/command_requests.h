@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "app/command_performer.h"
-#include "app/request_job.h"
-#include "app/url_command.h"
+#include "commands/cli/request_job.h"
+#include "commands/url_command.h"
 
 namespace tallowin {
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "app/exit_status.h"
 #include "app/program_version.h"
-#include "app/record_services.h"
+#include "automation/record_services.h"
 #include "base/json_text.h"
 #include "base/unicode.h"
+#include "commands/exit_status.h"
 
 namespace tallowin {
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "app/command_line.h"
-#include "app/request_job.h"
 #include "base/settings.h"
+#include "commands/cli/request_job.h"
 #include "platform/platform.h"
 
 namespace tallowin {

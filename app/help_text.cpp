@@ -3,8 +3,8 @@
 #include <array>
 
 #include "app/command_line.h"
-#include "app/exit_status.h"
-#include "app/request_words.h"
+#include "commands/cli/request_words.h"
+#include "commands/exit_status.h"
 
 namespace tallowin {
 

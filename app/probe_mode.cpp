@@ -3,8 +3,8 @@
 #include <bitset>
 #include <string>
 
-#include "app/exit_status.h"
-#include "app/words.h"
+#include "base/words.h"
+#include "commands/exit_status.h"
 #include "core/display_lookup.h"
 
 namespace tallowin {

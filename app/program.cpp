@@ -2,11 +2,11 @@
 
 #include "app/capture_mode.h"
 #include "app/doctor.h"
-#include "app/exit_status.h"
 #include "app/probe_mode.h"
 #include "app/resident_mode.h"
 #include "app/settings_mode.h"
 #include "app/switch_mode.h"
+#include "commands/exit_status.h"
 
 namespace tallowin {
 

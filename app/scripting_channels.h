@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/desktop_object.h"
-#include "commands/scripting_bridge.h"
+#include "commands/dbus/desktop_object.h"
+#include "commands/scripting/scripting_bridge.h"
 #include "platform/script_events.h"
 
 namespace tallowin {

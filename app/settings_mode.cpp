@@ -2,8 +2,8 @@
 
 #include <iomanip>
 
-#include "app/exit_status.h"
 #include "base/setting_text.h"
+#include "commands/exit_status.h"
 
 namespace tallowin {
 

@@ -1,6 +1,6 @@
 #include "app/space_naming.h"
 
-#include "app/shown_spaces.h"
+#include "core/shown_spaces.h"
 
 namespace tallowin {
 

@@ -1,7 +1,7 @@
 #include "app/space_pipeline.h"
 
-#include "app/shown_spaces.h"
 #include "automation/state_exporter.h"
+#include "core/shown_spaces.h"
 
 namespace tallowin {
 

@@ -5,10 +5,10 @@
 #include <ios>
 #include <string_view>
 
-#include "app/exit_status.h"
-#include "app/words.h"
 #include "base/property_list_reading.h"
+#include "base/words.h"
 #include "commands/driven/space_driver.h"
+#include "commands/exit_status.h"
 #include "commands/space_switcher.h"
 
 namespace tallowin {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "automation/diagnostics_text.h"
-#include "automation/foreign_json.h"
+#include "base/foreign_json.h"
 #include "base/settings.h"
 #include "core/space_store.h"
 #include "platform/desktop.h"

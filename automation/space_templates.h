@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/foreign_json.h"
 #include "automation/space_template.h"
 #include "base/app_paths.h"
+#include "base/foreign_json.h"
 #include "base/record_file.h"
 #include "core/space_store.h"
 #include "platform/workspace.h"

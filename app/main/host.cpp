@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "app/exit_status.h"
+#include "commands/exit_status.h"
 #include "platform/x11/x11_desktop.h"
 
 namespace tallowin {

@@ -5,10 +5,10 @@
 #include <iostream>
 #include <thread>
 
-#include "app/exit_status.h"
 #include "app/main/resident_start.h"
-#include "app/request_words.h"
-#include "app/url_command.h"
+#include "commands/cli/request_words.h"
+#include "commands/exit_status.h"
+#include "commands/url_command.h"
 #include "platform/channel/channel_client.h"
 
 namespace tallowin {

@@ -7,11 +7,11 @@
 
 #include "app/command_line.h"
 #include "app/doctor.h"
-#include "app/exit_status.h"
 #include "app/help_text.h"
 #include "app/main/host.h"
 #include "app/main/instance.h"
 #include "app/program.h"
+#include "commands/exit_status.h"
 
 namespace {
 

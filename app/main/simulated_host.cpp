@@ -4,11 +4,11 @@
 #include <system_error>
 
 #include "app/end_state.h"
-#include "app/exit_status.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
 #include "base/main_thread_work_queues.h"
 #include "base/standard_folders.h"
+#include "commands/exit_status.h"
 #include "core/driven/cgs_bridge.h"
 #include "core/driven/driven_desktop.h"
 #include "core/space_provider.h"

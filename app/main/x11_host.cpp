@@ -1,12 +1,12 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "app/exit_status.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
 #include "app/main/machine_facts.h"
 #include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
+#include "commands/exit_status.h"
 #include "core/driven/driven_desktop.h"
 #include "platform/none/neutral.h"
 #include "platform/none/windowless.h"

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "app/command_line.h"
-#include "app/request_words.h"
 #include "base/settings_table.h"
+#include "commands/cli/request_words.h"
 #include "commands/command_url.h"
 #include "packaging/documents/document_tables.h"
 

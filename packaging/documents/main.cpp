@@ -5,7 +5,7 @@
 #include <iterator>
 #include <vector>
 
-#include "app/exit_status.h"
+#include "commands/exit_status.h"
 #include "packaging/documents/document_template.h"
 
 namespace {

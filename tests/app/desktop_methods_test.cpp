@@ -1,6 +1,6 @@
 // The methods by which other programs give commands.
 
-#include "app/desktop_methods.h"
+#include "commands/dbus/desktop_methods.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/desktop_name_mirror.h"
+#include "core/desktop_name_mirror.h"
 
 #include <gmock/gmock.h>
 #include <optional>

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "commands/command_methods.h"
 #include "commands/command_url.h"
+#include "commands/dbus/command_methods.h"
 #include "tests/resident_program.h"
 
 namespace tallowin {

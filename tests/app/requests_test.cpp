@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "app/front/front_arguments.h"
-#include "app/request_words.h"
+#include "commands/cli/request_words.h"
 
 namespace tallowin {
 namespace {

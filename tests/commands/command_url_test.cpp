@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "commands/intents.h"
-#include "commands/script_commands.h"
+#include "commands/scripting/intents.h"
+#include "commands/scripting/script_commands.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {

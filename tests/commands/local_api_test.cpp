@@ -1,6 +1,6 @@
 // The HTTP interface as a function of bytes, and the token.
 
-#include "commands/local_api.h"
+#include "commands/http/local_api.h"
 
 #include <gtest/gtest.h>
 

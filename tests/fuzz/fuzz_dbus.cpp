@@ -6,11 +6,11 @@
 #include <array>
 #include <sys/socket.h>
 
-#include "app/desktop_methods.h"
-#include "app/exit_status.h"
-#include "app/request_words.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
+#include "commands/cli/request_words.h"
+#include "commands/dbus/desktop_methods.h"
+#include "commands/exit_status.h"
 #include "platform/dbus/bus_handles.h"
 #include "platform/dbus/bus_values.h"
 #include "tests/fuzz/fuzzing.h"

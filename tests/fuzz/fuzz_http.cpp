@@ -1,7 +1,7 @@
 // Any bytes may come in over HTTP.
 
 #include "base/json_text.h"
-#include "commands/local_api.h"
+#include "commands/http/local_api.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/storing_program.h"
 

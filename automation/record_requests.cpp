@@ -1,0 +1,232 @@
+#include "automation/record_requests.h"
+
+#include <array>
+
+#include "automation/time_text.h"
+#include "base/decimal_integer.h"
+#include "base/json_text.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr std::int64_t defaultDays = 7;
+constexpr std::int64_t mostDays = 36'600;  // a hundred years
+constexpr std::size_t terminalWidth = 80;
+
+/// What can be done to one kind of thing, by the word that asks for it.
+template <typename Requests>
+struct Action {
+  std::string_view word;
+  void (Requests::*withoutName)(const RequestJob&) const;
+  void (Requests::*withName)(const RequestJob&, const std::string&) const;
+};
+
+/// Does what the first operand asks for, to what the second names if it takes one.
+template <typename Requests, std::size_t count>
+void dispatch(const RequestJob& job, const Requests& requests, const std::array<Action<Requests>, count>& actions) {
+  const auto& operands = job.words.operands;
+  for (const auto& [word, withoutName, withName] : actions) {
+    if (word != operands.front()) {
+      continue;
+    }
+    if (withoutName != nullptr && operands.size() == 1) {
+      (requests.*withoutName)(job);
+      return;
+    }
+    if (withName != nullptr && operands.size() == 2 && !operands.back().empty()) {
+      (requests.*withName)(job, operands.back());
+      return;
+    }
+  }
+  std::string known;
+  for (const auto& action : actions) {
+    known.append(known.empty() ? "" : ", ").append(action.word).append(action.withName != nullptr ? " NAME" : "");
+  }
+  job.fail("what can be asked for: " + known, exit_status::usage);
+}
+
+}  // namespace
+
+void RecordRequests::addTo(RequestTable& table) {
+  const auto add = [&](RequestKind kind, void (RecordRequests::*member)(RequestJob) const) {
+    table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
+  };
+  add(RequestKind::profile, &RecordRequests::profile);
+  add(RequestKind::layTemplate, &RecordRequests::layTemplate);
+  add(RequestKind::exportFile, &RecordRequests::exportFile);
+  add(RequestKind::importFile, &RecordRequests::importFile);
+  add(RequestKind::restore, &RecordRequests::restore);
+  add(RequestKind::time, &RecordRequests::time);
+  add(RequestKind::diagnostics, &RecordRequests::diagnostics);
+}
+
+void RecordRequests::profile(RequestJob job) const {
+  static constexpr std::array<Action<RecordRequests>, 5> actions = {{
+      {"list", &RecordRequests::listProfiles, nullptr},
+      {"save", nullptr, &RecordRequests::saveProfile},
+      {"use", nullptr, &RecordRequests::useProfile},
+      {"use-automatically", &RecordRequests::useNoProfileAutomatically, &RecordRequests::useProfileAutomatically},
+      {"delete", nullptr, &RecordRequests::deleteProfile},
+  }};
+  // It stands in the place of a name.
+  if (job.words.has("--never") != (job.words.operands == std::vector<std::string>{"use-automatically"})) {
+    job.fail("use-automatically takes a profile or --never, which nothing else takes", exit_status::usage);
+    return;
+  }
+  dispatch(job, *this, actions);
+}
+
+void RecordRequests::listProfiles(const RequestJob& job) const {
+  auto& profiles = services_.records.profiles;
+  const auto active = services_.settings.get(setting::activeProfile);
+  if (job.words.namesOnly()) {
+    job.printNames(profiles.names());
+    return;
+  }
+  job.print(job.words.json() ? prettyJSON(profileRecords(profiles.list(), active))
+                             : profileList(profiles.names(), active));
+}
+
+void RecordRequests::saveProfile(const RequestJob& job, const std::string& name) const {
+  services_.records.profiles.saveCurrent(name);
+  job.succeedOnceSaved(services_.storage);
+}
+
+void RecordRequests::deleteProfile(const RequestJob& job, const std::string& name) const {
+  if (services_.records.profiles.remove(name)) {
+    job.succeedOnceSaved(services_.storage);
+  } else {
+    job.fail("no profile of exactly this name was deleted: " + name);
+  }
+}
+
+void RecordRequests::useProfile(const RequestJob& job, const std::string& name) const {
+  services_.perform(command::Profile{name}, [job](const Outcome& outcome) { job.end(outcome); });
+}
+
+void RecordRequests::useProfileAutomatically(const RequestJob& job, const std::string& name) const {
+  const auto profile = services_.records.profiles.named(name);
+  if (!profile) {
+    job.fail("No profile is called " + name);
+  } else {
+    chooseProfile(job, profile->name);
+  }
+}
+
+void RecordRequests::useNoProfileAutomatically(const RequestJob& job) const {
+  chooseProfile(job, std::nullopt);
+}
+
+void RecordRequests::chooseProfile(const RequestJob& job, const std::optional<std::string>& name) const {
+  if (services_.records.automaticProfile.choose(name, services_.watcher.snapshot().get())) {
+    job.succeed();
+  } else {
+    job.fail("the settings could not be written", exit_status::cannotCreate);
+  }
+}
+
+void RecordRequests::layTemplate(RequestJob job) const {
+  static constexpr std::array<Action<RecordRequests>, 3> actions = {{
+      {"list", &RecordRequests::listTemplates, nullptr},
+      {"apply", nullptr, &RecordRequests::applyTemplate},
+      {"import", nullptr, &RecordRequests::importTemplate},
+  }};
+  dispatch(job, *this, actions);
+}
+
+void RecordRequests::listTemplates(const RequestJob& job) const {
+  const auto templates = services_.records.templates.list();
+  if (job.words.namesOnly()) {
+    job.printNames(namesOf(templates));
+    return;
+  }
+  if (!job.words.json()) {
+    job.print(templateList(templates));
+    return;
+  }
+  auto records = PropertyList::array();
+  for (const auto& each : templates) {
+    records.push_back(toJson(each));
+  }
+  job.print(prettyJSON(records));
+}
+
+void RecordRequests::applyTemplate(const RequestJob& job, const std::string& name) const {
+  services_.perform(command::Template{name}, [job](const Outcome& outcome) { job.end(outcome); });
+}
+
+void RecordRequests::importTemplate(const RequestJob& job, const std::string& file) const {
+  if (const auto imported = services_.records.templates.importFile(job.path(file))) {
+    job.succeedOnceSaved(services_.storage);
+  } else {
+    job.fail(imported.error());
+  }
+}
+
+void RecordRequests::exportFile(RequestJob job) const {
+  const auto path = job.path(job.words.operands.front());
+  if (const auto exported = services_.records.transfer.exportFile(services_.store, path); !exported) {
+    job.fail("Export failed: " + exported.error().description, exit_status::cannotCreate);
+  } else if (job.save(services_.storage)) {
+    job.print(printable("Exported to " + path.filename().string()) + "\n");
+  }
+}
+
+void RecordRequests::importFile(RequestJob job) const {
+  const auto path = job.path(job.words.operands.front());
+  const auto keepCopy = [&] { services_.records.backups.keep("before import of " + path.filename().string()); };
+  if (const auto imported = services_.records.transfer.importFile(path, services_.store, keepCopy); !imported) {
+    job.fail(imported.error());
+  } else if (job.save(services_.storage)) {
+    job.print(printable("Imported " + path.filename().string()) + "\n");
+  }
+}
+
+void RecordRequests::restore(RequestJob job) const {
+  auto& backups = services_.records.backups;
+  if (job.words.operands.empty()) {
+    job.print(job.words.json() ? prettyJSON(backupRecords(backups.list())) : backups.listText());
+    return;
+  }
+  const auto& operand = job.words.operands.front();
+  const auto number = decimalInteger(operand);
+  const auto restored = number && *number > 0 ? backups.restore(static_cast<std::size_t>(*number)) : std::nullopt;
+  if (!restored) {
+    job.fail("there is no copy " + operand + "; \"tallowin restore\" lists them");
+  } else if (*restored == Backups::Restored::all) {
+    job.succeedOnceSaved(services_.storage);
+  } else if (job.save(services_.storage)) {
+    job.fail("everything is back, but desktops that were removed were not seen to come back");
+  }
+}
+
+void RecordRequests::time(RequestJob job) const {
+  auto& tracker = services_.records.tracker;
+  const auto& options = job.words.options;
+  const auto names = namesOfTimes(services_.watcher.snapshot().get(), services_.store);
+  if (const auto file = options.find("--csv"); file != options.end()) {
+    constexpr unsigned onlyTheUser = 0600;
+    if (const auto written =
+            services_.files.writeAtomically(job.path(file->second), tracker.csv(names) + "\n", onlyTheUser)) {
+      job.succeed();
+    } else {
+      job.fail("cannot write " + file->second + ": " + written.error().description, exit_status::cannotCreate);
+    }
+    return;
+  }
+  const auto given = options.find("--days");
+  const auto days = given == options.end() ? std::optional(defaultDays) : decimalInteger(given->second);
+  if (!days || *days < 1 || *days > mostDays) {
+    job.fail("--days takes a number from 1", exit_status::usage);
+    return;
+  }
+  const auto rows = timeRows(tracker.totals(*days), names);
+  job.print(job.words.json() ? prettyJSON(toJson(rows)) : timeTable(rows, terminalWidth));
+}
+
+void RecordRequests::diagnostics(RequestJob job) const {
+  job.print(services_.records.transfer.diagnostics(services_.watcher.snapshot().get(), {}) + "\n");
+}
+
+}  // namespace tallowin

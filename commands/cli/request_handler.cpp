@@ -1,0 +1,26 @@
+#include "commands/cli/request_handler.h"
+
+namespace tallowin {
+
+void RequestHandler::handle(const Request& request, std::unique_ptr<Caller> caller) const {
+  auto words = readRequestWords(request.arguments);
+  const RequestJob job{words.value_or(RequestWords()), std::move(caller), request.workingDirectory};
+  if (!words) {
+    job.fail(words.error(), exit_status::usage);
+    return;
+  }
+  auto answer = [this, job] { answers_.at(job.words.kind)(job); };
+  switch (job.words.nature()) {
+    case RequestNature::control:
+      answer();
+      break;
+    case RequestNature::action:
+      underWay_.whenStarted(std::move(answer));
+      break;
+    case RequestNature::query:
+      underWay_.whenSettled(std::move(answer));
+      break;
+  }
+}
+
+}  // namespace tallowin

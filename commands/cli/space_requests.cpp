@@ -1,0 +1,132 @@
+#include "commands/cli/space_requests.h"
+
+#include "base/json_text.h"
+#include "base/unicode.h"
+#include "base/url.h"
+#include "commands/space_ref.h"
+#include "core/space_format.h"
+#include "core/space_list.h"
+
+namespace tallowin {
+
+namespace {
+
+/// The URL that switches to a Space of this name; a name that would be taken for something else gives way to the
+/// number.
+std::string switchURL(const std::string& name, const Space& space) {
+  const bool isPlain = spaceRefFromText(name) == SpaceRef::name(name);
+  return "tallowin://switch/" + (isPlain ? percentEncoded(name) : desktopNumberText(space));
+}
+
+constexpr auto formatOption = "--format";
+
+/// What --format asks for; nothing where it is not understood, which has been answered then.
+std::optional<SpaceFormat> formatOf(const RequestJob& job) {
+  auto format = SpaceFormat::parse(job.words.options.at(formatOption));
+  if (!format) {
+    job.fail(format.error(), exit_status::usage);
+    return std::nullopt;
+  }
+  return *std::move(format);
+}
+
+}  // namespace
+
+void SpaceRequests::addTo(RequestTable& table) {
+  const auto add = [&](RequestKind kind, void (SpaceRequests::*member)(RequestJob) const) {
+    table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
+  };
+  add(RequestKind::list, &SpaceRequests::list);
+  add(RequestKind::current, &SpaceRequests::current);
+  add(RequestKind::watch, &SpaceRequests::watch);
+  add(RequestKind::answer, &SpaceRequests::answer);
+  add(RequestKind::quit, &SpaceRequests::quit);
+  table[RequestKind::start] = [](const RequestJob& job) {
+    job.caller->err("tallowin: already running\n");
+    job.succeed();
+  };
+}
+
+/// Whether there are Spaces to tell of; if not, that has been answered.
+bool SpaceRequests::haveSpaces(const RequestJob& job) const {
+  const bool have = !services_.watcher.snapshot().get().displays.empty();
+  if (!have) {
+    job.fail("there are no desktops here; \"tallowin doctor\" tells what is missing", exit_status::unavailable);
+  }
+  return have;
+}
+
+void SpaceRequests::list(RequestJob job) const {
+  if (!haveSpaces(job)) {
+    return;
+  }
+  const auto& snapshot = services_.watcher.snapshot().get();
+  if (job.words.has(formatOption)) {
+    if (const auto format = formatOf(job)) {
+      std::string lines;
+      for (const auto& space : snapshot.allSpaces()) {
+        lines += format->line(space, services_.store);
+      }
+      job.print(lines);
+    }
+    return;
+  }
+  if (job.words.namesOnly() || job.words.has("--urls")) {
+    std::vector<std::string> lines;
+    for (const auto& space : snapshot.allSpaces()) {
+      const auto name = services_.store.displayName(space);
+      lines.push_back(job.words.namesOnly() ? name : switchURL(name, space));
+    }
+    job.printNames(lines);
+    return;
+  }
+  job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services_.store, services_.apps, services_.clock.now()))
+                             : spaceList(snapshot, services_.store));
+}
+
+void SpaceRequests::current(RequestJob job) const {
+  if (!haveSpaces(job)) {
+    return;
+  }
+  const auto space = services_.watcher.snapshot().get().activeSpace();
+  if (!space) {
+    job.fail(noActiveSpace);
+    return;
+  }
+  if (job.words.has(formatOption)) {
+    if (const auto format = formatOf(job)) {
+      job.print(format->line(*space, services_.store));
+    }
+    return;
+  }
+  job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, services_.apps))
+                             : printable(services_.store.displayName(*space)) + "\n");
+}
+
+void SpaceRequests::watch(RequestJob job) const {
+  std::optional<SpaceFormat> format;
+  if (job.words.has(formatOption) && !(format = formatOf(job))) {
+    return;
+  }
+  services_.feed.add(std::move(job.caller), {job.words.json(), std::move(format)});
+}
+
+void SpaceRequests::answer(RequestJob job) const {
+  if (const auto taken = services_.alerts.answer(job.words.operands.front())) {
+    job.print(printable(*taken) + "\n");
+  } else {
+    job.fail(taken.error());
+  }
+}
+
+/// The caller ends when this process does, and is told what is lost by that.
+void SpaceRequests::quit(RequestJob job) const {
+  const auto saved = services_.storage.saveNow();
+  if (!saved) {
+    job.caller->err("tallowin: cannot save: " + saved.error().description + "\n");
+  }
+  job.caller->exitAtEnd(saved ? exit_status::success : exit_status::cannotCreate);
+  services_.runLoop.stop(exit_status::success);
+}
+
+}  // namespace tallowin

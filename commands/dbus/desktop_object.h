@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "base/subscriptions.h"
+#include "commands/commands_under_way.h"
+#include "commands/dbus/desktop_methods.h"
+#include "core/space_store.h"
+#include "core/space_watcher.h"
+#include "platform/folders.h"
+#include "platform/main_queue.h"
+
+namespace tallowin {
+
+/// The program as an object that other programs call and ask: a method for every command and intent, the Spaces as
+/// properties, and word of every change of these. Main thread only.
+class DesktopObject {
+ public:
+  struct Services {
+    DesktopService& service;
+    MainQueue& mainQueue;
+    SpaceWatcher& watcher;
+    SpaceStore& store;
+    const ScriptingBridge& bridge;
+    OpenURL openURL;
+    CommandChannel::Handler request;
+    CommandsUnderWay& underWay;
+    const Folders& folders;
+  };
+
+  explicit DesktopObject(Services services);
+  DesktopObject(const DesktopObject&) = delete;
+  DesktopObject& operator=(const DesktopObject&) = delete;
+
+  /// From now on others can find it.
+  void offer();
+
+  /// What it consists of.
+  [[nodiscard]] ServiceDescription description() const;
+
+ private:
+  /// A property, and the value that was told last.
+  struct Property {
+    std::string name;
+    std::string type;
+    PropertyList (DesktopObject::*read)() const;
+    PropertyList told = nullptr;
+  };
+
+  [[nodiscard]] PropertyList spaces() const;
+  [[nodiscard]] PropertyList current() const;
+  [[nodiscard]] PropertyList names() const;
+  [[nodiscard]] PropertyList value(const std::string& property) const;
+  void lookSoon();
+  void tellChanges();
+
+  const Services services_;
+  const std::vector<DesktopMethod> methods_;
+  std::array<Property, 3> properties_;
+  WorkItem soon_;
+  Subscriptions observers_;
+  Subscription offered_;
+};
+
+}  // namespace tallowin
