@@ -116,10 +116,12 @@ std::vector<DesktopDisplay> RawSpaces::displays() const {
     for (const auto& space : entry[spacesKey]) {
       if (const auto id = idOf(space)) {
         const auto uuid = space.find("uuid");
-        const auto pid = isOrdinary(space) ? std::nullopt : integerAt(space, "pid");
-        display.spaces.push_back(
-            {*id, uuid != space.end() && uuid->is_string() ? uuid->get<std::string>() : "", index, !isOrdinary(space),
-             pid && std::in_range<ProcessID>(*pid) ? std::optional(static_cast<ProcessID>(*pid)) : std::nullopt});
+        std::optional<ProcessID> fullscreenPID;
+        if (const auto pid = integerAt(space, "pid"); pid && !isOrdinary(space) && std::in_range<ProcessID>(*pid)) {
+          fullscreenPID = static_cast<ProcessID>(*pid);
+        }
+        display.spaces.push_back({*id, uuid != space.end() && uuid->is_string() ? uuid->get<std::string>() : "", index,
+                                  !isOrdinary(space), fullscreenPID});
       }
       ++index;
     }
