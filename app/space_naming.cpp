@@ -12,17 +12,14 @@ void SpaceNaming::give(const std::string& name, const std::string& spaceID) {
 }
 
 Shown SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> answered) {
-  return dialog_.present(shownSpace(space, store_), isNew,
-                         [this, alive = std::weak_ptr(alive_), id = space.id,
-                          answered = std::move(answered)](const std::optional<std::string>& name) {
-                           if (alive.expired()) {
-                             return;
-                           }
-                           if (name) {
-                             give(*name, id);
-                           }
-                           answered();
-                         });
+  return dialog_.present(
+      shownSpace(space, store_), isNew,
+      lifetime_.bound([this, id = space.id, answered = std::move(answered)](const std::optional<std::string>& name) {
+        if (name) {
+          give(*name, id);
+        }
+        answered();
+      }));
 }
 
 }  // namespace tallowin

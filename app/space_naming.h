@@ -1,9 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 
+#include "base/lifetime.h"
 #include "core/space_store.h"
 #include "platform/rename_dialog.h"
 
@@ -25,8 +25,7 @@ class SpaceNaming {
  private:
   SpaceStore& store_;
   RenameDialog& dialog_;
-  // Held weakly by a dialog that is open.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

@@ -1,10 +1,10 @@
 #include "automation/note_files.h"
 
-#include <algorithm>
 #include <tuple>
 
-#include "automation/openable_url.h"
+#include "base/app_paths.h"
 #include "base/unicode.h"
+#include "base/url.h"
 
 namespace tallowin {
 
@@ -23,8 +23,7 @@ std::filesystem::path NoteFiles::folder() const {
 
 /// Control characters were once part of the name: such a file is found under it.
 std::filesystem::path NoteFiles::file(const std::string& title) const {
-  auto name = title;
-  std::ranges::replace_if(name, [](char c) { return c == '/' || c == ':'; }, '-');
+  const auto name = asFileName(title, "/:");
   const auto nameOf = [](std::string_view text) {
     return std::string(charactersWithin(text, longestName - suffix.size())).append(suffix);
   };

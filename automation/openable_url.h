@@ -6,9 +6,6 @@
 
 namespace tallowin {
 
-/// The "file" URL of an absolute path (RFC 8089).
-[[nodiscard]] std::string fileURL(const std::filesystem::path& path);
-
 /// The URL to open for what a user wrote: a URL when there is "://" in it, else a file path, in which a leading "~"
 /// stands for the home folder and which begins there when it is relative. Nothing when it is empty or no valid URL.
 [[nodiscard]] std::optional<std::string> openableURL(const std::string& text, const std::filesystem::path& home);

@@ -39,11 +39,11 @@ void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Out
   const Alert question{layout.name + " needs " + std::to_string(missing) + " more desktop" + (missing == 1 ? "" : "s"),
                        "Tallowin set up " + std::to_string(outcome.applied) + std::string(services_.texts.askToAdd),
                        {"Add Desktops", "Not Now"}};
-  services_.alerts.show(question, [this, alive = std::weak_ptr(alive_), layout](std::optional<std::size_t> button) {
-    if (!alive.expired() && button == std::size_t{0}) {
+  services_.alerts.show(question, lifetime_.bound([this, layout](std::optional<std::size_t> button) {
+    if (button == std::size_t{0}) {
       addMissing(layout);
     }
-  });
+  }));
 }
 
 /// Others may have added desktops, or removed some, since the question was asked.
@@ -60,21 +60,17 @@ void TemplateCommands::addMissing(const SpaceTemplate& layout) {
 
 void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted) {
   adding_ = true;
-  services_.management.addDesktop(
-      [this, alive = std::weak_ptr(alive_), layout, count, wanted](SpaceManagement::Result result) {
-        if (alive.expired()) {
-          return;
-        }
-        if (!result) {
-          adding_ = false;
-          services_.toasts.show({std::string(additionFailure(result.error(), services_.texts)), std::nullopt, true});
-        } else if (count > 1) {
-          waiting_ =
-              services_.mainQueue.after(closingTime, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
-        } else {
-          applyWhenThere(layout, wanted, patience);
-        }
-      });
+  services_.management.addDesktop(lifetime_.bound([this, layout, count, wanted](SpaceManagement::Result result) {
+    if (!result) {
+      adding_ = false;
+      services_.toasts.show({std::string(additionFailure(result.error(), services_.texts)), std::nullopt, true});
+    } else if (count > 1) {
+      waiting_ =
+          services_.mainQueue.after(closingTime, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
+    } else {
+      applyWhenThere(layout, wanted, patience);
+    }
+  }));
 }
 
 void TemplateCommands::applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft) {

@@ -2,12 +2,12 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "automation/space_templates.h"
 #include "base/desktop_texts.h"
+#include "base/lifetime.h"
 #include "commands/outcome.h"
 #include "platform/alerts.h"
 #include "platform/main_queue.h"
@@ -56,8 +56,7 @@ class TemplateCommands {
   const Services services_;
   WorkItem waiting_;
   bool adding_ = false;
-  // Shared with the alert and with Mission Control, whose answers may come after the commands have gone.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 /// What the settings window says of a template that was applied, on such a desktop.

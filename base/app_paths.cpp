@@ -1,8 +1,14 @@
 #include "base/app_paths.h"
 
+#include <algorithm>
 #include <tuple>
 
 namespace tallowin {
+
+std::string asFileName(std::string text, std::string_view replaced) {
+  std::ranges::replace_if(text, [replaced](char c) { return replaced.find(c) != std::string_view::npos; }, '-');
+  return text;
+}
 
 std::filesystem::path AppPaths::made(std::filesystem::path folder) const {
   // Whoever uses a folder that could not be made finds out then.

@@ -1,11 +1,16 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <string_view>
 
 #include "platform/files.h"
 #include "platform/folders.h"
 
 namespace tallowin {
+
+/// The text as the name of one file, which leads to no other folder: each of these characters becomes "-".
+[[nodiscard]] std::string asFileName(std::string text, std::string_view replaced = "/");
 
 /// The program's data folders. Each is made with its parents on every access; a failure to make it leaves the path as
 /// it is and is not reported. Main thread only.

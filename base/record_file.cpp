@@ -182,15 +182,10 @@ void RecordFile::writeInBackground(Text text) {
     queue_ = services_.workQueues.make(std::string(rule_.queue));
   }
   queue_->after(Duration::zero(),
-                [this, alive = std::weak_ptr(alive_), &files = services_.files, &mainQueue = services_.mainQueue,
-                 path = path_, text = std::move(text), change = changes_] {
-                  auto written = replace(files, path, text());
-                  mainQueue.async([this, alive, change, written = std::move(written)] {
-                    if (!alive.expired()) {
-                      static_cast<void>(finished(change, written));
-                    }
-                  });
-                });
+                [&files = services_.files, &mainQueue = services_.mainQueue, path = path_, text = std::move(text),
+                 done = lifetime_.bound([this, change = changes_](std::expected<void, FileError> written) {
+                   static_cast<void>(finished(change, std::move(written)));
+                 })] { mainQueue.async([done, written = replace(files, path, text())] { done(written); }); });
 }
 
 /// An attempt to write the content as it was after so many changes has ended. Answers how.

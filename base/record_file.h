@@ -10,6 +10,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "base/lifetime.h"
 #include "base/storage.h"
 #include "platform/property_list.h"
 
@@ -134,8 +135,7 @@ class RecordFile {
   WorkItem attempt_;                        ///< after the delay, or after a failure
   WorkItem latest_;                         ///< at the limit
   std::unique_ptr<WorkQueue> queue_;        ///< made for the first write on it
-  /// Shared with writes under way, which look whether the file still exists.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

@@ -125,20 +125,24 @@ std::optional<URL> URL::parseReference(std::string_view whole) {
   return url;
 }
 
-std::string percentEncoded(std::string_view text) {
+std::string percentEncoded(std::string_view text, std::string_view kept) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
   constexpr unsigned base = 16;
   std::string encoded;
   for (const char character : text) {
     const auto byte = static_cast<unsigned char>(character);
-    if (unreserved.find(character) != std::string_view::npos) {
+    if (unreserved.find(character) != std::string_view::npos || kept.find(character) != std::string_view::npos) {
       encoded += character;
     } else {
       encoded.append("%").append(1, digits[byte / base]).append(1, digits[byte % base]);
     }
   }
   return encoded;
+}
+
+std::string fileURL(const std::filesystem::path& path) {
+  return "file://" + percentEncoded(path.string(), "/");
 }
 
 }  // namespace tallowin

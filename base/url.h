@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,7 +33,10 @@ struct URL {
   [[nodiscard]] static std::optional<URL> parseReference(std::string_view text);
 };
 
-/// The text as a part of a URL, with everything but letters, digits and "-._~" escaped.
-[[nodiscard]] std::string percentEncoded(std::string_view text);
+/// The text as a part of a URL, with everything but letters, digits, "-._~" and what is in `kept` escaped.
+[[nodiscard]] std::string percentEncoded(std::string_view text, std::string_view kept = "");
+
+/// The "file" URL of an absolute path (RFC 8089).
+[[nodiscard]] std::string fileURL(const std::filesystem::path& path);
 
 }  // namespace tallowin

@@ -1,7 +1,5 @@
 #include "core/preview_service.h"
 
-#include <algorithm>
-
 #include "core/display_lookup.h"
 
 namespace tallowin {
@@ -15,9 +13,7 @@ constexpr int previewQuality = 80;
 
 std::filesystem::path PreviewService::imageFile(const Space& space) const {
   // An id is whatever the window server says, and must not lead out of the folder.
-  auto name = space.id;
-  std::ranges::replace(name, '/', '-');
-  return services_.paths.thumbnailsDirectory() / (name + ".jpg");
+  return services_.paths.thumbnailsDirectory() / (asFileName(space.id) + ".jpg");
 }
 
 void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot, Duration delay,

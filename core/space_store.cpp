@@ -127,9 +127,7 @@ void SpaceStore::removeIcon(const std::string& fileName) {
 
 std::filesystem::path SpaceStore::iconPath(const std::string& fileName) const {
   // Ids and files come from outside, and must not lead out of the folder.
-  auto name = fileName;
-  std::ranges::replace(name, '/', '-');
-  return services_.paths.iconsDirectory() / name;
+  return services_.paths.iconsDirectory() / asFileName(fileName);
 }
 
 std::optional<Image> SpaceStore::customIcon(const Space& space) {

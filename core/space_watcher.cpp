@@ -28,11 +28,8 @@ void SpaceWatcher::start() {
 }
 
 void SpaceWatcher::observeDesktop() {
-  const bool complete = services_.desktop.observe([this, alive = std::weak_ptr(alive_)](const DesktopSign& sign) {
-    if (!alive.expired()) {
-      requestRefresh(sign.reason);
-    }
-  });
+  const bool complete =
+      services_.desktop.observe(lifetime_.bound([this](const DesktopSign& sign) { requestRefresh(sign.reason); }));
   if (!complete) {
     services_.log.error(spaceWatcherCategory, "WindowServer notifications unavailable, relying on fallbacks");
   }

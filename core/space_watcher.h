@@ -1,10 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string_view>
 
+#include "base/lifetime.h"
 #include "base/published.h"
 #include "base/replaced_file_watch.h"
 #include "base/subscriptions.h"
@@ -65,8 +65,7 @@ class SpaceWatcher {
   Subscriptions observers_;
   WorkItem pendingRefresh_;
   bool started_ = false;
-  // Held weakly by the desktop, which tells of its signs for longer.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

@@ -1,8 +1,8 @@
 #include "windows/layout_file_name.h"
 
-#include <algorithm>
 #include <functional>
 
+#include "base/app_paths.h"
 #include "base/fnv1a.h"
 #include "base/unicode.h"
 
@@ -15,8 +15,7 @@ constexpr std::size_t keptCharacters = 60;
 
 template <typename Hash>
 std::string fileName(std::string_view name, std::string_view displaySetup, Hash hash) {
-  auto base = std::string(name) + "--" + std::string(displaySetup);
-  std::ranges::replace(base, '/', '-');
+  auto base = asFileName(std::string(name) + "--" + std::string(displaySetup));
   if (firstCharacters(base, longest).size() < base.size()) {
     base = std::string(firstCharacters(base, keptCharacters)) + std::to_string(hash(base));
   }

@@ -79,13 +79,11 @@ void LayoutManager::move(const WindowInfo& window, const Space& space, const Spa
 /// A tally that holds automatic saving until it is complete: a layout saved half way would be the wrong one.
 MoveTally LayoutManager::tallyFor(Completion completion) {
   auto hold = std::make_shared<Subscription>(holdAutoSave());
-  return MoveTally([this, hold, alive = std::weak_ptr(alive_), completion = std::move(completion)](std::size_t moved) {
-    if (!alive.expired()) {
-      services_.contents.refresh();
-      completion(moved);
-    }
+  return MoveTally(lifetime_.bound([this, hold, completion = std::move(completion)](std::size_t moved) {
+    services_.contents.refresh();
+    completion(moved);
     hold->cancel();
-  });
+  }));
 }
 
 void LayoutManager::startAutoSave(std::function<SpaceSnapshot()> snapshot) {
@@ -102,12 +100,12 @@ void LayoutManager::autoSave() {
 
 Subscription LayoutManager::holdAutoSave() {
   ++autoSaveHolds_;
-  return Subscription([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired() && --autoSaveHolds_ == 0 && autoSaveDue_) {
+  return Subscription(lifetime_.bound([this] {
+    if (--autoSaveHolds_ == 0 && autoSaveDue_) {
       services_.contents.readNow();
       autoSave();
     }
-  });
+  }));
 }
 
 void LayoutManager::ejectExternalDisplays(const SpaceSnapshot& snapshot, Completion completion) {

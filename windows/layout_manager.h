@@ -1,12 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/delayed_steps.h"
+#include "base/lifetime.h"
 #include "core/space.h"
 #include "platform/clock.h"
 #include "platform/displays.h"
@@ -88,8 +88,7 @@ class LayoutManager {
   WorkItem autoSaveTimer_;
   int autoSaveHolds_ = 0;     ///< so many hold automatic saving
   bool autoSaveDue_ = false;  ///< a save was due meanwhile
-  // Shared with moves under way and with those who hold automatic saving, which look whether the manager still exists.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

@@ -19,12 +19,11 @@ void RestartOffer::offer() {
       "Put your windows back on their Spaces?",
       "Tallowin saved where " + std::to_string(layout->entries.size()) + std::string(services_.texts.beforeRestart),
       {"Restore", "Not Now"}};
-  services_.alerts.show(question,
-                        [this, alive = std::weak_ptr(alive_), layout = *layout](std::optional<std::size_t> button) {
-                          if (!alive.expired() && button == std::size_t{0}) {
-                            restore(layout);
-                          }
-                        });
+  services_.alerts.show(question, lifetime_.bound([this, layout = *layout](std::optional<std::size_t> button) {
+    if (button == std::size_t{0}) {
+      restore(layout);
+    }
+  }));
 }
 
 void RestartOffer::restore(const WindowLayout& layout) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/desktop_texts.h"
+#include "base/lifetime.h"
 #include "platform/alerts.h"
 #include "platform/clock.h"
 #include "platform/system.h"
@@ -45,8 +46,7 @@ class RestartOffer {
 
   const Services services_;
   WorkItem waiting_;
-  // Shared with the alert, whose answer may come after the offer has gone.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

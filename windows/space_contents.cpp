@@ -47,17 +47,16 @@ void SpaceContents::refresh() {
   if (std::exchange(pending_, true)) {
     return;
   }
-  queue_->after(coalescing,
-                [this, services = services_, ownPID = ownPID_, begun = begun_, alive = std::weak_ptr(alive_)] {
-                  const auto number = ++*begun;
-                  services.mainQueue.async([this, alive, number, found = reading(services, ownPID)]() mutable {
-                    if (!alive.expired()) {
-                      pending_ = false;
-                      publish(std::move(found), number);
-                      reportNewWindows();
-                    }
-                  });
-                });
+  queue_->after(coalescing, [services = services_, ownPID = ownPID_, begun = begun_,
+                             arrived = lifetime_.bound([this](SpaceContentsReading found, std::uint64_t number) {
+                               pending_ = false;
+                               publish(std::move(found), number);
+                               reportNewWindows();
+                             })] {
+    const auto number = ++*begun;
+    services.mainQueue.async(
+        [arrived, number, found = reading(services, ownPID)]() mutable { arrived(std::move(found), number); });
+  });
 }
 
 void SpaceContents::readNow() {

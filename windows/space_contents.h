@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "base/published.h"
 #include "base/subscriptions.h"
 #include "platform/desktop.h"
@@ -85,8 +86,7 @@ class SpaceContents {
   bool pending_ = false;
   Subscriptions observers_;
   WorkItem timer_;
-  // Shared with readings on their way back from the queue, which look on the main thread whether we still exist.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
   // How many readings have begun, which numbers them. Shared with the queue, on which they may begin.
   std::shared_ptr<std::atomic<std::uint64_t>> begun_ = std::make_shared<std::atomic<std::uint64_t>>(0);
   // Goes first: its destructor waits for the reading that is running.

@@ -27,11 +27,9 @@ SpaceManagement::~SpaceManagement() = default;
 
 /// Tells what became of a request to the desktop, unless this object has gone.
 AskedDesktop::Completion SpaceManagement::told(Completion completion) const {
-  return [alive = std::weak_ptr(alive_), completion = std::move(completion)](auto result) {
-    if (!alive.expired()) {
-      completion(result ? Result() : std::unexpected(failureOf(result.error())));
-    }
-  };
+  return lifetime_.bound([completion = std::move(completion)](auto result) {
+    completion(result ? Result() : std::unexpected(failureOf(result.error())));
+  });
 }
 
 void SpaceManagement::addDesktop(Completion completion) {

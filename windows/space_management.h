@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/desktop_texts.h"
+#include "base/lifetime.h"
 #include "platform/desktop.h"
 #include "platform/driven_services.h"
 #include "platform/events.h"
@@ -55,8 +56,7 @@ class SpaceManagement {
 
   AskedDesktop* const asked_;
   const std::unique_ptr<MissionControlDriver> driver_;  ///< null where the desktop is asked
-  // Held weakly by requests under way, which the desktop may complete later.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 /// What the user of such a desktop is told of a failure to add or to remove one.

@@ -161,11 +161,7 @@ std::optional<std::string> LocalAPI::token() {
 }
 
 void LocalAPI::onMainThread(std::function<void()> work) {
-  services_.mainQueue.async([alive = std::weak_ptr(alive_), work = std::move(work)] {
-    if (!alive.expired()) {
-      work();
-    }
-  });
+  services_.mainQueue.async(lifetime_.bound(std::move(work)));
 }
 
 }  // namespace tallowin

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "base/app_paths.h"
+#include "base/lifetime.h"
 #include "base/settings.h"
 #include "commands/command_url.h"
 #include "commands/http/http_message.h"
@@ -82,7 +83,7 @@ class LocalAPI {
 
   std::mutex tokenMutex_;                ///< held while the token is read or made
   bool saidThatThereIsNoToken_ = false;  ///< guarded by it
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
   std::unique_ptr<TCPListener> listener_;  ///< last, so that its thread has left when the others go
 };
 

@@ -74,13 +74,9 @@ std::optional<ManagedSpaceID> DrivenDesktop::activeSpace() {
 bool DrivenDesktop::observe(std::function<void(const DesktopSign&)> observer) {
   observer_ = std::move(observer);
   return windowServer_.CGSBridgeRegisterSpaceNotifications(
-      [this, &queue = mainQueue_, alive = std::weak_ptr(alive_)](WindowServerEvent event) {
-        queue.async([this, alive, event] {
-          if (!alive.expired()) {
-            observer_({"ws:" + std::to_string(event)});
-          }
-        });
-      });
+      [&queue = mainQueue_, told = lifetime_.bound([this](WindowServerEvent event) {
+        observer_({"ws:" + std::to_string(event)});
+      })](WindowServerEvent event) { queue.async([told, event] { told(event); }); });
 }
 
 }  // namespace tallowin

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <memory>
-
+#include "base/lifetime.h"
 #include "platform/desktop.h"
 #include "platform/main_queue.h"
 #include "platform/window_server.h"
@@ -38,8 +37,7 @@ class DrivenDesktop : public Desktop {
   WindowServer& windowServer_;
   MainQueue& mainQueue_;
   std::function<void(const DesktopSign&)> observer_;
-  // Shared with calls on their way from the window server's threads, which look whether the desktop still exists.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

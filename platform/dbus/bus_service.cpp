@@ -175,27 +175,21 @@ void BusService::answerCall(const std::shared_ptr<const Offered>& offered, BusMe
   for (const auto& argument : method.in) {
     arguments.push_back(readArgument(call.get(), argument.type));
   }
-  offered->handlers.call(interfaceName, methodName, arguments,
-                         [this, alive = std::weak_ptr(alive_), offered, &results = method.out,
-                          call = std::shared_ptr<sd_bus_message>(std::move(call))](const Result& result) {
-                           if (alive.expired()) {
-                             return;
-                           }
-                           if (result) {
-                             reply(call.get(),
-                                   [&](sd_bus_message* message) { return appendResults(message, results, *result); });
-                           } else {
-                             refuse(call.get(), result.error());
-                           }
-                         });
+  offered->handlers.call(
+      interfaceName, methodName, arguments,
+      lifetime_.bound([this, offered, &results = method.out,
+                       call = std::shared_ptr<sd_bus_message>(std::move(call))](const Result& result) {
+        if (result) {
+          reply(call.get(), [&](sd_bus_message* message) { return appendResults(message, results, *result); });
+        } else {
+          refuse(call.get(), result.error());
+        }
+      }));
 }
 
 void BusService::answerReading(const std::shared_ptr<const Offered>& offered, BusMessage call) {
   offered->handlers.whenSettled(
-      [this, alive = std::weak_ptr(alive_), offered, call = std::shared_ptr<sd_bus_message>(std::move(call))] {
-        if (alive.expired()) {
-          return;
-        }
+      lifetime_.bound([this, offered, call = std::shared_ptr<sd_bus_message>(std::move(call))] {
         sd_bus_message_rewind(call.get(), 1);
         const auto interface = readArgument(call.get(), "s").get<std::string>();
         std::vector<NamedBusValue> values;
@@ -209,7 +203,7 @@ void BusService::answerReading(const std::shared_ptr<const Offered>& offered, Bu
           const auto& read = find(values, readArgument(call.get(), "s").get<std::string>());
           return appendVariant(message, read.type, read.value);
         });
-      });
+      }));
 }
 
 bool BusService::canReply(sd_bus_message* call) const {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/lifetime.h"
 #include "platform/clock.h"
 #include "platform/dbus/bus_handles.h"
 #include "platform/dbus/bus_link.h"
@@ -78,8 +79,7 @@ class BusService : public DesktopService {
   WorkItem answering_;
   std::optional<std::chrono::nanoseconds> retryAt_;  ///< in system uptime
   std::string said_;
-  // Held weakly by answers that come later.
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin
