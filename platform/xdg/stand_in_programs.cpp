@@ -24,6 +24,18 @@ bool isProgramFile(const std::filesystem::path& path) {
   return findProgram(path.string(), {}).has_value();
 }
 
+std::string userShell() {
+  std::vector<std::string> shells;
+  if (const auto* variable = std::getenv("SHELL")) {
+    shells.emplace_back(variable);
+  }
+  const auto* user = ::getpwuid(::getuid());
+  if (user != nullptr && user->pw_shell != nullptr) {
+    shells.emplace_back(user->pw_shell);
+  }
+  return chooseShell(shells, isProgramFile);
+}
+
 bool isFileName(const std::string& name) {
   return !name.starts_with('.') && !name.empty() && name.find('/') == name.npos;
 }
@@ -50,8 +62,8 @@ bool StandInPrograms::replacesShortcuts(const ProcessRequest& request) const {
 std::expected<ProcessRequest, std::string> StandInPrograms::translated(const ProcessRequest& request) const {
   auto other = request;
   if (request.executable == shellProgram) {
-    other.executable = machine_.shell;
-    other.workingDirectory = machine_.home;
+    other.executable = machine_.shell();
+    other.workingDirectory = machine_.home();
   } else if (replacesShortcuts(request)) {
     const bool isRun = request.arguments.size() == 2 && request.arguments[0] == "run";
     if (!isRun) {
@@ -64,7 +76,7 @@ std::expected<ProcessRequest, std::string> StandInPrograms::translated(const Pro
     }
     other.executable = file.string();
     other.arguments.clear();
-    other.workingDirectory = machine_.home;
+    other.workingDirectory = machine_.home();
   }
   return other;
 }
@@ -86,15 +98,7 @@ std::string StandInPrograms::shortcutNames() const {
 }
 
 StandInPrograms::Machine standInMachine(const std::filesystem::path& configuration) {
-  std::vector<std::string> shells;
-  if (const auto* variable = std::getenv("SHELL")) {
-    shells.emplace_back(variable);
-  }
-  const auto* user = ::getpwuid(::getuid());
-  if (user != nullptr && user->pw_shell != nullptr) {
-    shells.emplace_back(user->pw_shell);
-  }
-  return {configuration / "tallowin/shortcuts", chooseShell(shells, isProgramFile), homeFolder(), isProgramFile};
+  return {configuration / "tallowin/shortcuts", userShell, homeFolder, isProgramFile};
 }
 
 std::string homeFolder() {

@@ -18,8 +18,9 @@ class StandInPrograms : public Processes {
  public:
   struct Machine {
     std::filesystem::path shortcutsFolder;
-    std::string shell;  ///< absolute path
-    std::string home;   ///< the same, of an existing folder
+    // Asked when something is started: finding out whose shell it is takes as long as much of a short command.
+    std::function<std::string()> shell;  ///< absolute path
+    std::function<std::string()> home;   ///< the same, of an existing folder
     /// Whether there is a program with this absolute path.
     std::function<bool(const std::filesystem::path&)> isProgram;
   };

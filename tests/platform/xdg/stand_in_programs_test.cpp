@@ -54,8 +54,8 @@ TEST(StandInPrograms, TakeTheCallsOfMissingPrograms) {
   };
   for (const auto& [programs, request, expected] : cases) {
     EchoingProcesses processes;
-    StandInPrograms standIns(processes,
-                             {"/s", "/bin/fish", "/h", [&](const auto& path) { return programs.contains(path); }});
+    StandInPrograms standIns(processes, {"/s", [] { return "/bin/fish"; }, [] { return "/h"; },
+                                         [&](const auto& path) { return programs.contains(path); }});
     const auto started = standIns.run(request);
     EXPECT_EQ(started ? *started : started.error(), expected);
     EXPECT_EQ(standIns.launch(request).has_value(), started.has_value()) << expected;
@@ -81,7 +81,7 @@ TEST(StandInPrograms, ShortcutsAreTheExecutableFilesOfAFolder) {
   }
   EXPECT_EQ(standIns.run({"/usr/bin/shortcuts", {"list"}, {}}), "Focus Off\nZoom\n");
   EXPECT_TRUE(standIns.launch({"/usr/bin/shortcuts", {"run", "Zoom"}, {}}));
-  EXPECT_EQ(processes.started, (folder / "Zoom").string() + " in " + machine.home);
+  EXPECT_EQ(processes.started, (folder / "Zoom").string() + " in " + machine.home());
   std::filesystem::remove_all(configuration);
 }
 
