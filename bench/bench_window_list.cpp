@@ -6,23 +6,17 @@
 // Spaces of each, as the contents of the Spaces are read.
 
 #include <iostream>
+#include <map>
+#include <memory>
 #include <string>
 
 #include "bench/side_by_side.h"
 #include "bench/stopwatch.h"
-#include "platform/x11/x11_desktop_operations.h"
-#include "platform/x11/x11_window_list.h"
-#include "platform/x11/x11_window_server.h"
-#include "platform/x11/x11_workspace.h"
+#include "platform/x11/x11_session.h"
 #include "tests/platform/x11/stepped_loop.h"
 
 namespace tallowin {
 namespace {
-
-class SilentLog : public Log {
- public:
-  void write(Level /*level*/, std::string_view /*category*/, std::string_view /*message*/) override {}
-};
 
 class NoProcesses : public Processes {
  public:
@@ -30,41 +24,25 @@ class NoProcesses : public Processes {
   std::expected<std::string, std::string> run(const ProcessRequest& /*request*/) override { return {}; }
 };
 
-/// The services that are asked.
+/// A session that is asked.
 struct Services {
-  explicit Services(X11Connection& on) : connection(on) {}
-
-  std::optional<PropertyList> readList() {
-    return list.CGWindowListCopyWindowInfo(CGWindowListOption::excludeDesktopElements, 0);
-  }
+  std::optional<std::vector<DesktopWindow>> readList() { return session->windows().list(WindowScope::all); }
 
   void readContents() {
-    const auto found = readList();
     std::map<ProcessID, int> windowsOf;
-    for (const auto& window : found.value_or(PropertyList::array())) {
-      const auto pid = window["kCGWindowOwnerPID"].get<ProcessID>();
-      workspace.runningApplicationWithProcessIdentifier(pid);
-      windowServer.CGSBridgeCopySpacesForWindow(window["kCGWindowNumber"].get<WindowNumber>());
-      ++windowsOf[pid];
+    for (const auto& window : readList().value_or(std::vector<DesktopWindow>())) {
+      session->workspace().runningApplicationWithProcessIdentifier(window.pid);
+      ++windowsOf[window.pid];
     }
     for (const auto& [pid, count] : windowsOf) {
-      workspace.runningApplicationWithProcessIdentifier(pid);
+      session->workspace().runningApplicationWithProcessIdentifier(pid);
     }
   }
 
-  X11Connection& connection;
   SteppedLoop loop;
-  SilentLog log;
   NoProcesses processes;
-  SymbolicHotKeys hotKeys;
   KeptDesktopPlaces places;
-  X11DesktopReader desktops{connection, places};
-  X11Windows windows{connection, desktops, processes, loop, 0};
-  X11DesktopOperations operations{connection, desktops, places, windows, loop};
-  EmulatedDock dock{operations, hotKeys, loop, loop, log, {}};
-  X11WindowServer windowServer{connection, desktops, hotKeys, dock, windows, [](std::string_view) {}};
-  X11WindowList list{connection, windows.reader, windows.applications};
-  X11Workspace workspace{loop, windows.launcher, windows.context};
+  std::unique_ptr<X11Session> session;
 };
 
 }  // namespace
@@ -73,12 +51,15 @@ struct Services {
 int main(int argc, char** argv) {
   using namespace tallowin::bench;
   const Turns turns(argc, argv);  // its first "command" is what to read
-  const auto connection = tallowin::X11Connection::open();
-  if (!connection || turns.commands.size() != 2) {
+  tallowin::Services services;
+  if (auto connected = tallowin::X11Session::connect(services.loop, services.loop, services.loop, services.processes,
+                                                     services.places, 0, [] {})) {
+    services.session = *std::move(connected);
+  }
+  if (!services.session || turns.commands.size() != 2) {
     std::cerr << "usage: bench_window_list RUNS list|contents COMMAND, on an X server\n";
     return 64;
   }
-  tallowin::Services services(**connection);
   const bool withContents = turns.commands[0] == "contents";
   const auto take = [&](std::size_t subject, std::size_t /*turn*/) -> std::optional<double> {
     services.loop.runReady();

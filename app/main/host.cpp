@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "commands/exit_status.h"
-#include "platform/x11/x11_desktop.h"
+#include "platform/x11/x11_session.h"
 
 namespace tallowin {
 
@@ -22,7 +22,7 @@ constexpr auto noWayland =
 /// The resident program may be started before the window manager is, and then waits for it.
 bool isX11Desktop(const CommandLine& line) {
   const bool canWait = (line.mode == Mode::resident || line.mode == Mode::doctor) && !isWayland();
-  return canWait ? !X11Desktop::whyNoServer() : X11Desktop::windowManagerPresent();
+  return canWait ? !X11Session::whyNoServer() : X11Session::windowManagerPresent();
 }
 
 HostResult makeAutomaticHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
@@ -51,10 +51,10 @@ std::optional<HostError> whyNoDesktop(const CommandLine& line) {
   if (line.platform == PlatformChoice::simulated || line.platform == PlatformChoice::none) {
     return std::nullopt;
   }
-  if (line.platform == PlatformChoice::automatic && isWayland() && !X11Desktop::windowManagerPresent()) {
+  if (line.platform == PlatformChoice::automatic && isWayland() && !X11Session::windowManagerPresent()) {
     return HostError{noWayland, exit_status::unavailable};
   }
-  const auto fault = X11Desktop::whyNoServer();
+  const auto fault = X11Session::whyNoServer();
   return fault ? std::optional(HostError{*fault, exit_status::unavailable}) : std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <iostream>
+#include <unistd.h>
 
 #include "app/main/host.h"
 #include "app/main/machine.h"
@@ -7,11 +8,9 @@
 #include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
 #include "commands/exit_status.h"
-#include "core/driven/driven_desktop.h"
 #include "platform/none/neutral.h"
 #include "platform/none/windowless.h"
-#include "platform/x11/x11_desktop.h"
-#include "windows/driven/driven_windows.h"
+#include "platform/x11/x11_session.h"
 
 namespace tallowin {
 
@@ -22,17 +21,6 @@ std::string displayName() {
   return name != nullptr ? name : "";
 }
 
-struct DrivenByX11 {
-  DrivenByX11(X11Desktop& x11, MainQueue& queue)
-      : services{x11.windowServer(), x11.accessibility(), x11.windowList()},
-        desktop(x11.windowServer(), queue),
-        windows(services) {}
-
-  DrivenServices services;
-  DrivenDesktop desktop;
-  DrivenWindows windows;
-};
-
 class X11Host : public Host {
  public:
   X11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
@@ -40,14 +28,13 @@ class X11Host : public Host {
 
   /// An empty text when connected, else why not.
   std::string connect() {
-    auto connected = X11Desktop::connect(machine_.mainQueue, machine_.clock, machine_.log, machine_.mainQueue,
-                                         machine_.processes, places_, [this] { connectionLost(); });
+    auto connected = X11Session::connect(machine_.mainQueue, machine_.clock, machine_.mainQueue, machine_.processes,
+                                         places_, getpid(), [this] { connectionLost(); });
     if (!connected) {
       return connected.error();
     }
-    desktop_ = *std::move(connected);
-    facts_.emplace(desktop_->desktopFacts());
-    driven_.emplace(*desktop_, machine_.mainQueue);
+    session_ = *std::move(connected);
+    facts_.emplace(session_->desktopFacts());
     return "";
   }
 
@@ -60,18 +47,18 @@ class X11Host : public Host {
   Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
-    return {.desktop = driven_->desktop,
-            .asked = nullptr,
-            .driven = &driven_->services,
-            .windows = driven_->windows,
-            .desktopNames = desktop_->desktopNames(),
-            .spacePlaces = desktop_->spacePlaces(),
-            .events = desktop_->events(),
-            .displays = desktop_->displays(),
-            .workspace = desktop_->workspace(),
-            .workspaceNotifications = desktop_->workspaceNotifications(),
-            .defaultNotifications = desktop_->defaultNotifications(),
-            .screenCapture = desktop_->screenCapture(),
+    return {.desktop = session_->desktop(),
+            .asked = &session_->desktop(),
+            .driven = nullptr,
+            .windows = session_->windows(),
+            .desktopNames = session_->desktopNames(),
+            .spacePlaces = session_->desktop(),
+            .events = session_->events(),
+            .displays = session_->displays(),
+            .workspace = session_->workspace(),
+            .workspaceNotifications = session_->workspaceNotifications(),
+            .defaultNotifications = session_->defaultNotifications(),
+            .screenCapture = session_->screenCapture(),
             .images = machine_.images,
             .preferences = machine_.preferences,
             .files = machine_.files,
@@ -81,8 +68,8 @@ class X11Host : public Host {
             .toasts = machine_.toasts(line_.mode),
             .alerts = machine_.alerts(line_.mode),
             .presentation = windowless_.presentation(),
-            .pasteboard = desktop_->pasteboard(),
-            .globalHotKeys = desktop_->globalHotKeys(),
+            .pasteboard = session_->pasteboard(),
+            .globalHotKeys = session_->globalHotKeys(),
             .urlEvents = urlEvents_,
             .commandChannel = machine_.commandChannel(),
             .scriptEvents = machine_.scriptEvents,
@@ -102,7 +89,7 @@ class X11Host : public Host {
  private:
   void connectionLost() {
     std::cerr << "tallowin: the X server has gone away\n";
-    machine_.log.error("X11Desktop", "the X server has gone away");
+    machine_.log.error("X11Session", "the X server has gone away");
     machine_.mainQueue.stop(exit_status::unavailable);
   }
 
@@ -116,10 +103,8 @@ class X11Host : public Host {
   KeptDesktopPlaces places_{machine_.storage,
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
-  std::unique_ptr<X11Desktop> desktop_;
-  // Once there is a desktop:
-  std::optional<MachineFacts> facts_;
-  std::optional<DrivenByX11> driven_;
+  std::unique_ptr<X11Session> session_;
+  std::optional<MachineFacts> facts_;  ///< once there is a session
 };
 
 }  // namespace

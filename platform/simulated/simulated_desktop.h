@@ -8,7 +8,7 @@
 
 #include "base/main_thread_work_queues.h"
 #include "base/storage.h"
-#include "platform/emulated/broadcast_notification_center.h"
+#include "base/broadcast_notification_center.h"
 #include "platform/emulated/emulated_dock.h"
 #include "platform/emulated/mission_control.h"
 #include "platform/platform.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/emulated/broadcast_notification_center.h"
+#include "base/broadcast_notification_center.h"
 #include "platform/main_queue.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"

@@ -1,6 +1,7 @@
 #include "platform/x11/x11_applications.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 #include "platform/x11/x11_process_identity.h"
@@ -69,46 +70,22 @@ const X11Application* X11ApplicationSnapshot::owner(xcb_window_t window) const {
 }
 
 X11Applications::Snapshot X11Applications::refresh() {
-  unsigned changes = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    changes = changes_;
-  }
-  const auto stamp = moment_.now();
+  readAt_ = connection_.moment();
   auto made = std::make_shared<X11ApplicationSnapshot>();
   made->screen = reader_.read();
   made->applications = groupByProcess(made->screen.windows, *installed_.current());
-  const std::lock_guard lock(mutex_);
-  latest_ = made;
-  madeAt_ = stamp;
-  stale_ = changes != changes_;
-  return made;
-}
-
-X11Applications::Snapshot X11Applications::latest() {
-  {
-    const std::lock_guard lock(mutex_);
-    if (!stale_) {
-      return latest_;
-    }
-  }
-  return refresh();
+  latest_ = std::move(made);
+  isStale_ = false;
+  return latest_;
 }
 
 X11Applications::Snapshot X11Applications::present() {
-  const std::lock_guard lock(mutex_);
-  return !stale_ && moment_.lasts(madeAt_) ? latest_ : nullptr;
+  return !isStale_ && readAt_ == connection_.moment() ? latest_ : nullptr;
 }
 
 xcb_window_t X11Applications::activeWindow() {
   const auto reading = present();
-  return reading == nullptr ? glance_.present()->activeWindow : reading->screen.active;
-}
-
-void X11Applications::invalidate() {
-  const std::lock_guard lock(mutex_);
-  stale_ = true;
-  ++changes_;
+  return reading == nullptr ? desktops_.present().activeWindow : reading->screen.view.activeWindow;
 }
 
 RunningApplication X11Applications::running(const X11Application& application) {
@@ -120,42 +97,111 @@ RunningApplication X11Applications::running(const X11Application& application) {
   }
   running.activationPolicy = application.policy;
   running.isActive = std::ranges::find(application.windows, activeWindow()) != application.windows.end();
-  running.isHidden = isHidden(application.pid, present());
+  running.isHidden = isHidden(application.pid);
   return running;
 }
 
-void X11Applications::setHidden(ProcessID pid, std::vector<xcb_window_t> windows) {
-  const std::lock_guard lock(mutex_);
-  hidden_[pid] = std::move(windows);
-}
-
 std::vector<xcb_window_t> X11Applications::takeHidden(ProcessID pid) {
-  const std::lock_guard lock(mutex_);
   const auto node = hidden_.extract(pid);
   return node.empty() ? std::vector<xcb_window_t>() : std::move(node.mapped());
 }
 
+xcb_window_t X11Applications::takeMainWindow(ProcessID pid) {
+  const auto node = mainWindows_.extract(pid);
+  return node.empty() ? xcb_window_t{XCB_WINDOW_NONE} : node.mapped();
+}
+
 /// Whether it was hidden and the user has not got a window of it back since.
-bool X11Applications::isHidden(ProcessID pid, const Snapshot& present) {
-  std::vector<xcb_window_t> windows;
-  {
-    const std::lock_guard lock(mutex_);
-    const auto found = hidden_.find(pid);
-    if (found == hidden_.end()) {
-      return false;
-    }
-    windows = found->second;
+bool X11Applications::isHidden(ProcessID pid) {
+  const auto found = hidden_.find(pid);
+  if (found == hidden_.end()) {
+    return false;
   }
+  const auto reading = present();
   bool any = false;
-  for (const auto number : windows) {
-    const auto read = present == nullptr ? reader_.read(number) : std::nullopt;
-    const auto* window = present != nullptr ? present->screen.find(number) : read ? &*read : nullptr;
+  for (const auto number : found->second) {
+    const auto read = reading == nullptr ? reader_.read(number) : std::nullopt;
+    const auto* window = reading != nullptr ? reading->screen.find(number) : read ? &*read : nullptr;
     if (window != nullptr && !window->hidden) {
       return false;
     }
     any = any || window != nullptr;
   }
   return any;
+}
+
+X11ApplicationChanges::X11ApplicationChanges(X11Connection& connection, X11WindowReader& reader,
+                                             X11Applications& applications, MainQueue& queue,
+                                             BroadcastNotificationCenter& notifications)
+    : connection_(connection),
+      reader_(reader),
+      applications_(applications),
+      queue_(queue),
+      notifications_(notifications) {
+  // A turn later, as reading which applications are installed takes its time: what a command came for goes first.
+  work_ = queue_.after(Duration::zero(), [this] {
+    work_.cancel();
+    updateSoon();
+  });
+}
+
+void X11ApplicationChanges::handle(const xcb_generic_event_t& event) {
+  if (reader_.numbers().handle(event)) {
+    applications_.invalidate();
+  }
+  if (x11EventType(event) != XCB_PROPERTY_NOTIFY) {
+    return;
+  }
+  const auto& changed = x11EventAs<xcb_property_notify_event_t>(event);
+  if (changed.window != connection_.root()) {
+    return;
+  }
+  if (changed.atom == connection_.atom(X11Atom::netClientList)) {
+    applications_.invalidate();
+    updateSoon();
+  } else if (changed.atom == connection_.atom(X11Atom::netActiveWindow)) {
+    updateSoon();
+  }
+}
+
+void X11ApplicationChanges::updateSoon() {
+  if (!work_) {
+    work_ = queue_.after(Duration::zero(), [this] {
+      work_.cancel();
+      update();
+    });
+  }
+}
+
+void X11ApplicationChanges::update() {
+  const auto snapshot = applications_.latest();
+  const auto active = applications_.activeWindow();
+  std::set<ProcessID> running;
+  for (const auto& application : snapshot->applications) {
+    running.insert(application.pid);
+  }
+  std::vector<ProcessID> gone;
+  std::vector<ProcessID> come;
+  std::ranges::set_difference(running_, running, std::back_inserter(gone));
+  std::ranges::set_difference(running, running_, std::back_inserter(come));
+  running_ = std::move(running);
+  const auto* front = snapshot->owner(active);
+  const auto before = active_;
+  active_ = front == nullptr ? active_ : front->pid;
+  if (!std::exchange(known_, true)) {
+    return;
+  }
+  // Posted when everything is as it is now, as observers look around.
+  const bool activated = front != nullptr && front->pid != before;
+  for (const auto pid : gone) {
+    notifications_.post({NotificationName::NSWorkspaceDidTerminateApplicationNotification, pid});
+  }
+  for (const auto pid : come) {
+    notifications_.post({NotificationName::NSWorkspaceDidLaunchApplicationNotification, pid});
+  }
+  if (activated) {
+    notifications_.post({NotificationName::NSWorkspaceDidActivateApplicationNotification, active_});
+  }
 }
 
 }  // namespace tallowin

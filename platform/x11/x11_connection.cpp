@@ -9,7 +9,6 @@ namespace tallowin {
 
 namespace {
 
-constexpr std::uint32_t pagerSource = 2;  // EWMH, source indication: a direct action of the user
 constexpr std::uint32_t longestProperty = longestPropertyBytes / 4;  // GetProperty counts in units of four bytes
 
 const xcb_screen_t* findScreen(xcb_connection_t* connection, int number) {
@@ -82,7 +81,7 @@ bool X11Connection::succeeded(xcb_void_cookie_t cookie) {
 }
 
 void X11Connection::flush() {
-  ++sendings_;
+  endMoment();
   xcb_flush(connection_);
   readObserver_();
 }
@@ -103,8 +102,15 @@ X11Property X11Connection::takeProperty(xcb_get_property_cookie_t cookie) {
   return {answer->format, std::string(static_cast<const char*>(xcb_get_property_value(answer.get())), length)};
 }
 
-void X11Connection::sendToWindowManager(xcb_window_t window, X11Atom message,
-                                        const std::array<std::uint32_t, 5>& data) {
+void X11Connection::selectEvents(xcb_window_t window, std::uint32_t mask) {
+  if (window == root()) {
+    mask = rootEvents_ |= mask;
+  }
+  xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &mask);
+}
+
+void X11Connection::writeToWindowManager(xcb_window_t window, X11Atom message,
+                                         const std::array<std::uint32_t, 5>& data) {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
@@ -115,11 +121,60 @@ void X11Connection::sendToWindowManager(xcb_window_t window, X11Atom message,
   static_assert(sizeof event == 32);
   xcb_send_event(connection_, 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&event));
+}
+
+void X11Connection::sendToWindowManager(xcb_window_t window, X11Atom message,
+                                        const std::array<std::uint32_t, 5>& data) {
+  writeToWindowManager(window, message, data);
   flush();
 }
 
-void X11Connection::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
-  sendToWindowManager(window, X11Atom::netWmDesktop, {desktop, pagerSource, 0, 0, 0});
+void X11Connection::writeMoveToDesktop(xcb_window_t window, std::uint32_t desktop) {
+  writeToWindowManager(window, X11Atom::netWmDesktop, {desktop, pagerSource, 0, 0, 0});
+}
+
+X11EventPump::X11EventPump(X11Connection& connection, MainQueue& queue, Descriptors& descriptors, Handlers handlers)
+    : connection_(connection),
+      queue_(queue),
+      handlers_(std::move(handlers)),
+      self_(std::make_shared<X11EventPump*>(this)) {
+  watch_ = descriptors.watchReadable(xcb_get_file_descriptor(connection_.raw()), [this] { drain(); });
+  connection_.setReadObserver([this] { drainSoon(); });
+  connection_.flush();
+}
+
+X11EventPump::~X11EventPump() {
+  connection_.setReadObserver([] {});
+}
+
+void X11EventPump::drainSoon() {
+  if (std::exchange(isDraining_, true)) {
+    return;
+  }
+  queue_.async([weak = std::weak_ptr(self_)] {
+    if (const auto self = weak.lock()) {
+      (*self)->isDraining_ = false;
+      (*self)->drain();
+    }
+  });
+}
+
+void X11EventPump::drain() {
+  connection_.endMoment();
+  bool any = false;
+  while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.raw())}) {
+    any = true;
+    handlers_.event(*event);
+  }
+  if (any) {
+    handlers_.allHandled();
+  }
+  if (!connection_.alive()) {
+    watch_.cancel();
+    if (auto tell = std::exchange(handlers_.connectionLost, nullptr)) {
+      queue_.async(std::move(tell));
+    }
+  }
 }
 
 }  // namespace tallowin

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <expected>
@@ -12,8 +11,10 @@
 #include <utility>
 #include <xcb/xcb.h>
 
-#include "platform/x11/root_properties.h"
+#include "platform/descriptors.h"
+#include "platform/main_queue.h"
 #include "platform/x11/x11_atoms.h"
+#include "platform/x11/x11_properties.h"
 
 namespace tallowin {
 
@@ -26,8 +27,8 @@ struct FreeMemory {
 template <typename T>
 using XcbPtr = std::unique_ptr<T, FreeMemory>;
 
-/// A connection to an X server and what is fixed for its life. Requests may be sent and replies taken on any thread.
-/// Once the server is gone every reply is null, every property absent, and sending does nothing.
+/// A connection to an X server and what is fixed for its life. Once the server is gone every reply is null, every
+/// property absent, and sending does nothing. Main thread only.
 class X11Connection {
  public:
   /// Connects to the server that $DISPLAY names. The error is one sentence for a user.
@@ -52,9 +53,8 @@ class X11Connection {
   /// The number of the extension's first event; nothing when the server lacks the extension.
   [[nodiscard]] std::optional<int> firstEvent(xcb_extension_t& extension) const;
 
-  /// `observer` runs after every reply and every flush, on the thread that did it: both read whatever the server has
-  /// sent, and events among it wait in memory with nothing more to read from the descriptor. Set before other threads
-  /// start.
+  /// `observer` runs after every reply and every flush: both read whatever the server has sent, and events among it
+  /// wait in memory with nothing more to read from the descriptor.
   void setReadObserver(std::function<void()> observer) { readObserver_ = std::move(observer); }
 
   /// Waits for the reply to a checked request, as in `reply(xcb_get_geometry_reply, cookie)`. Null on any error.
@@ -72,21 +72,31 @@ class X11Connection {
 
   /// Sends what waits to be sent. Whoever asks for something without waiting for an answer does this.
   void flush();
-  /// So often was flush() called, wrapping around.
-  [[nodiscard]] unsigned sendings() const { return sendings_; }
+
+  /// What was read from the server stands for the present for as long as this number stays: nothing has been sent, no
+  /// event has been handled, and the turn of the main queue has not ended since.
+  [[nodiscard]] unsigned moment() const { return moment_; }
+  void endMoment() { ++moment_; }
 
   /// Asks for a property of the given type, of which at most 64 KiB are read.
   xcb_get_property_cookie_t requestProperty(xcb_window_t window, X11Atom property, xcb_atom_t type);
   /// Waits for it.
   X11Property takeProperty(xcb_get_property_cookie_t cookie);
 
-  /// Sends the window manager a message about `window` (EWMH, root window messages) and flushes.
+  /// Asks for the events of a window, beside those of the root window that were asked for before.
+  void selectEvents(xcb_window_t window, std::uint32_t mask);
+
+  /// Writes the window manager a message about `window` (EWMH, root window messages); flush() sends it.
+  void writeToWindowManager(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data);
+  /// Writes it and flushes.
   void sendToWindowManager(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data);
 
+  /// EWMH, source indication: a direct action of the user.
+  static constexpr std::uint32_t pagerSource = 2;
   /// What stands for all desktops (EWMH, _NET_WM_DESKTOP).
   static constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
-  /// Asks for a window to be moved to the desktop of this index, or to be shown on all of them.
-  void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
+  /// Writes the request to move a window to the desktop of this index, or to show it on all of them; flush() sends it.
+  void writeMoveToDesktop(xcb_window_t window, std::uint32_t desktop);
 
  private:
   X11Connection(xcb_connection_t* connection, const xcb_screen_t* screen);
@@ -95,7 +105,50 @@ class X11Connection {
   const xcb_screen_t* const screen_;
   std::array<xcb_atom_t, x11AtomNames.size()> atoms_{};
   std::function<void()> readObserver_ = [] {};
-  std::atomic<unsigned> sendings_ = 0;
+  unsigned moment_ = 0;
+  std::uint32_t rootEvents_ = 0;  ///< the mask of those that were asked for
+};
+
+/// An event of the server as what its type says it is.
+template <typename Event>
+[[nodiscard]] const Event& x11EventAs(const xcb_generic_event_t& event) {
+  return reinterpret_cast<const Event&>(event);
+}
+
+/// Its type, without the bit that tells events that another client has sent.
+[[nodiscard]] inline int x11EventType(const xcb_generic_event_t& event) {
+  return event.response_type & 0x7F;
+}
+
+/// Brings the server's events to the main thread, and notices when the server is gone. Constructed and destroyed on the
+/// main thread, outside the handlers.
+class X11EventPump {
+ public:
+  struct Handlers {
+    /// Runs for every event, errors of unchecked requests included (response_type 0).
+    std::function<void(const xcb_generic_event_t&)> event;
+    /// Runs after the last of the events that had come together.
+    std::function<void()> allHandled;
+    /// Runs once, from the main queue, when the server is gone; no event comes after that.
+    std::function<void()> connectionLost;
+  };
+
+  X11EventPump(X11Connection& connection, MainQueue& queue, Descriptors& descriptors, Handlers handlers);
+  ~X11EventPump();
+  X11EventPump(const X11EventPump&) = delete;
+  X11EventPump& operator=(const X11EventPump&) = delete;
+
+ private:
+  void drain();
+  void drainSoon();
+
+  X11Connection& connection_;
+  MainQueue& queue_;
+  Handlers handlers_;
+  Subscription watch_;
+  bool isDraining_ = false;  ///< a drain waits in the queue
+  /// Owned by the pump, and by a queued drain while it runs; a drain that finds it gone does nothing.
+  std::shared_ptr<X11EventPump*> self_;
 };
 
 }  // namespace tallowin

@@ -1,106 +1,135 @@
 #pragma once
 
+#include <cstdint>
+#include <deque>
 #include <expected>
 #include <functional>
-#include <memory>
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
+#include <xcb/xcb.h>
 
-#include "platform/clock.h"
-#include "platform/descriptors.h"
-#include "platform/emulated/broadcast_notification_center.h"
-#include "platform/emulated/emulated_dock.h"
-#include "platform/emulated/mission_control.h"
-#include "platform/emulated/symbolic_hot_keys.h"
-#include "platform/log.h"
+#include "platform/desktop.h"
 #include "platform/main_queue.h"
-#include "platform/processes.h"
-#include "platform/x11/x11_accessibility.h"
-#include "platform/x11/x11_application_changes.h"
-#include "platform/x11/x11_changes.h"
+#include "platform/space_places.h"
+#include "platform/x11/x11_applications.h"
 #include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_desktop_facts.h"
 #include "platform/x11/x11_desktop_names.h"
-#include "platform/x11/x11_desktop_operations.h"
 #include "platform/x11/x11_desktop_reader.h"
-#include "platform/x11/x11_displays.h"
-#include "platform/x11/x11_event_pump.h"
-#include "platform/x11/x11_events.h"
-#include "platform/x11/x11_global_hot_keys.h"
-#include "platform/x11/x11_pasteboard.h"
-#include "platform/x11/x11_screen_capture.h"
-#include "platform/x11/x11_window_list.h"
-#include "platform/x11/x11_window_server.h"
-#include "platform/x11/x11_windows.h"
-#include "platform/x11/x11_workspace.h"
+#include "platform/x11/x11_window_actions.h"
+#include "platform/x11/x11_window_carrier.h"
 
 namespace tallowin {
 
-/// The services of a real desktop, on one connection to the X server. Main thread only, as far as the services do not
-/// say otherwise.
-class X11Desktop {
+/// The desktops of an EWMH window manager as the Spaces of one display, "Main", as all monitors switch together. A
+/// desktop's managed id belongs to its place (DesktopPlaces); where desktops are dynamic it comes from the desktop's
+/// name (namedSpaceIDs), and desktops are neither added nor removed: they come by being used. Main thread only.
+///
+/// EWMH knows a number of desktops only: the last one goes, and another one comes at the right end. For all else the
+/// number is changed first, and once that has happened all windows are moved to where their desktops stand then, and
+/// the view with them. Such requests are carried out one after the other, each on the list that the one before leaves.
+class X11Desktop : public AskedDesktop, public SpacePlaces {
  public:
-  /// Nothing when $DISPLAY names a server that can be reached; else one line for a user.
-  [[nodiscard]] static std::optional<std::string> whyNoServer();
+  static constexpr auto mainDisplay = "Main";
 
-  /// Whether there is one, and an EWMH window manager is running there.
-  [[nodiscard]] static bool windowManagerPresent();
+  /// What it works with, and `names`, who is told of changes first.
+  struct Services {
+    X11Connection& connection;
+    X11DesktopReader& desktops;
+    X11WindowReader& windows;
+    X11Applications& applications;
+    X11WindowActions& actions;
+    X11Refusals& refusals;
+    X11DesktopNames& names;
+    KeptDesktopPlaces& places;
+    MainQueue& queue;
+  };
 
-  /// Connects to the server that $DISPLAY names; no window manager is needed, one that comes later is noticed. The
-  /// error is one sentence for a user. `onConnectionLost` runs once from the main queue when the server is gone; every
-  /// operation answers its neutral result from then on, and the desktop may be destroyed in it.
-  [[nodiscard]] static std::expected<std::unique_ptr<X11Desktop>, std::string> connect(
-      MainQueue& queue, const Clock& clock, Log& log, Descriptors& descriptors, Processes& processes,
-      KeptDesktopPlaces& places, std::function<void()> onConnectionLost);
+  explicit X11Desktop(const Services& services);
 
-  WindowServer& windowServer() { return windowServer_; }
-  Events& events() { return events_; }
-  Displays& displays() { return displays_; }
-  Accessibility& accessibility() { return accessibility_; }
-  WindowList& windowList() { return windowList_; }
-  Workspace& workspace() { return workspace_; }
-  GlobalHotKeys& globalHotKeys() { return globalHotKeys_; }
-  Pasteboard& pasteboard() { return pasteboard_; }
-  ScreenCapture& screenCapture() { return screenCapture_; }
-  DesktopNames& desktopNames() { return desktopNames_; }
-  SpacePlaces& spacePlaces() { return operations_; }
-  DesktopFacts& desktopFacts() { return desktopFacts_; }
-  NotificationCenter& workspaceNotifications() { return workspaceNotifications_; }
-  NotificationCenter& defaultNotifications() { return defaultNotifications_; }
+  /// While a switch of our own is under way its target counts as the current Space, so that the next one is counted
+  /// from there however soon it comes.
+  std::optional<DesktopReading> read() override;
+  std::optional<ManagedSpaceID> activeSpace() override;
+  CGSBridgeHealth health() override;
+  /// One sign for all changes that were heard of together. Also when a switch of our own has not come in time.
+  bool observe(std::function<void(const DesktopSign&)> observer) override;
+  /// Answers from the reading of all windows that has just been made, where there is one; else in one round trip.
+  std::optional<std::vector<ManagedSpaceID>> spacesOfWindow(WindowNumber window) override;
+  bool moveWindow(WindowNumber window, ManagedSpaceID space) override;
+
+  DesktopAbilities abilities() override;
+  /// A window whose title bar is being dragged comes along, which takes a fifth of a second.
+  bool switchTo(ManagedSpaceID space) override;
+  void addSpace(const std::string& display, Completion completion) override;
+  void removeSpace(ManagedSpaceID space, Completion completion) override;
+
+  std::optional<std::vector<ManagedSpaceID>> places() override;
+  std::vector<ManagedSpaceID> parked() override { return services_.places.get().parked(); }
+  void adopt(const std::vector<ManagedSpaceID>& spaces) override;
+  /// Waits a tenth of a second at most. What has not happened by then is taken in when it has.
+  bool restore(const std::vector<ManagedSpaceID>& spaces) override;
+
+  /// Takes an event of the server.
+  void handle(const xcb_generic_event_t& event);
+  /// To be called when all events that have come were handled.
+  void allHandled();
 
  private:
-  X11Desktop(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Log& log,
-             Descriptors& descriptors, Processes& processes, KeptDesktopPlaces& places,
-             std::function<void()> onConnectionLost);
+  using Spaces = std::vector<ManagedSpaceID>;
+  /// What the list is to be, from how it is.
+  using Plan = std::function<std::expected<Spaces, DesktopRefusal>(const X11DesktopState&)>;
 
-  void handle(const xcb_generic_event_t& event);
-  void notifyDock(std::string_view notification);
+  struct Request {
+    Plan plan;
+    Completion completion;
+  };
 
-  DockBehaviour dockBehaviour();
+  /// A change of the desktops that takes several requests.
+  struct Change {
+    Spaces wanted;
+    Completion completion;
+    std::map<xcb_window_t, std::uint32_t> targets = {};  ///< the desktops, by index, of windows that still have to move
+    std::optional<std::uint32_t> current = {};           ///< the index that the desktop in front gets, if another one
+    X11DesktopState before = {};
+    bool counted = false;  ///< there are as many desktops as wanted
+    WorkItem end = {};
+  };
 
-  const std::unique_ptr<X11Connection> connection_;
-  BroadcastNotificationCenter workspaceNotifications_;
-  BroadcastNotificationCenter defaultNotifications_;
-  SymbolicHotKeys hotKeys_;
-  X11DesktopReader desktops_;
-  X11Windows windows_;
-  X11DesktopOperations operations_;
-  EmulatedDock dock_;
-  X11Displays displays_;
-  MissionControl missionControl_;
-  X11WindowServer windowServer_;
-  X11Events events_;
-  X11Accessibility accessibility_;
-  X11WindowList windowList_;
-  X11Workspace workspace_;
-  X11GlobalHotKeys globalHotKeys_;
-  X11Pasteboard pasteboard_;
-  X11ScreenCapture screenCapture_;
-  X11DesktopNames desktopNames_;
-  X11DesktopFacts desktopFacts_;
-  X11Changes changes_;
-  X11ApplicationChanges applicationChanges_;
-  X11EventPump pump_;
+  /// A switch of our own.
+  struct Switch {
+    ManagedSpaceID target = 0;
+    std::optional<ManagedSpaceID> origin;  ///< what was active before
+    WorkItem end;
+  };
+
+  [[nodiscard]] std::optional<ManagedSpaceID> shown(const X11DesktopState& desktops);
+  void send(std::uint32_t desktop);
+  void switchPlainly(ManagedSpaceID space);
+  [[nodiscard]] bool canChangeCount(const X11DesktopState& desktops);
+  void request(Plan plan, Completion completion);
+  void nextRequest();
+  void begin(const X11DesktopState& before, Spaces wanted, Completion completion);
+  void advance();
+  void countChanged();
+  void finish(std::expected<void, DesktopRefusal> result);
+  void windowManagerChanged();
+  void rootPropertyChanged(const xcb_property_notify_event_t& event);
+  void tell(const char* reason);
+
+  const Services services_;
+  X11Connection& connection_;
+  X11DesktopReader& desktops_;
+  X11WindowCarrier carrier_;
+  std::function<void(const DesktopSign&)> observer_;
+  const char* sign_ = nullptr;  ///< the reason of the sign that is to be given
+  bool mayAdvance_ = false;     ///< something was heard that the change under way may wait for
+  std::optional<Switch> switch_;
+  std::deque<Request> requests_;
+  std::optional<Change> change_;                ///< under way
+  xcb_window_t checkWindow_ = XCB_WINDOW_NONE;  ///< the window whose life and properties are watched
+  std::uint64_t managers_ = 0;                  ///< so many window managers were seen to come
 };
 
 }  // namespace tallowin

@@ -1,42 +1,184 @@
 #include "platform/x11/x11_desktop_reader.h"
 
+#include <algorithm>
+#include <charconv>
+#include <set>
+
+#include "base/fnv1a.h"
+#include "platform/x11/x11_desktop_names_plan.h"
+
 namespace tallowin {
 
-X11DesktopReader::CheckWindowCookies X11DesktopReader::requestCheckWindow(xcb_window_t window) {
+namespace {
+
+constexpr std::uint64_t hashedBase = std::uint64_t{1} << 48;
+
+std::optional<ManagedSpaceID> leadingNumber(std::string_view name) {
+  std::int32_t number = 0;
+  if (name.empty() || name[0] < '0' || name[0] > '9') {
+    return std::nullopt;
+  }
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
+  return error == std::errc() && number > 0 ? std::optional<ManagedSpaceID>(number) : std::nullopt;
+}
+
+ManagedSpaceID hashedID(std::string_view text) {
+  const auto hash = fnv1a(text);
+  // Folding is how FNV is shortened; cutting bits off would lose their part of the mixing.
+  return static_cast<ManagedSpaceID>(hashedBase + ((hash >> 48) ^ (hash & (hashedBase - 1))));
+}
+
+/// What stands for a desktop without a name: no name can equal it, as none contains a zero byte.
+std::string positionText(std::size_t index) {
+  std::string text(1, '\0');
+  text += std::to_string(index);
+  return text;
+}
+
+std::vector<ManagedSpaceID> numberedSpaceIDs(std::size_t count) {
+  std::vector<ManagedSpaceID> ids;
+  for (std::size_t index = 0; index < count; ++index) {
+    ids.push_back(static_cast<ManagedSpaceID>(index + 1));
+  }
+  return ids;
+}
+
+/// The Spaces of desktops that are known by the names which the window manager gave them.
+std::vector<ManagedSpaceID> dynamicSpaceIDs(const X11DesktopProperties& properties, std::size_t count) {
+  const auto record = parseDesktopNamesRecord(properties.desktopNamesRecord);
+  return namedSpaceIDs(ownDesktopNames(parseDesktopNames(properties.desktopNames), record, true), count);
+}
+
+}  // namespace
+
+std::vector<ManagedSpaceID> namedSpaceIDs(const std::vector<std::string>& names, std::size_t count) {
+  std::vector<ManagedSpaceID> ids;
+  std::set<ManagedSpaceID> taken;
+  for (std::size_t index = 0; index < count; ++index) {
+    const std::string name = index < names.size() ? names[index] : std::string();
+    auto id = leadingNumber(name);
+    if (!id || taken.contains(*id)) {
+      id = hashedID(name.empty() ? positionText(index) : name);
+    }
+    while (!taken.insert(*id).second) {
+      ++*id;
+    }
+    ids.push_back(*id);
+  }
+  return ids;
+}
+
+X11DesktopState readX11DesktopState(const X11DesktopProperties& properties) {
+  X11DesktopState state;
+  const auto named = parseCardinal(properties.supportingWmCheck);
+  if (!named || *named == 0 || *named != properties.checkWindow ||
+      parseCardinal(properties.checkWindowCheck) != named) {
+    return state;
+  }
+  state.checkWindow = *named;
+  state.managerName = properties.checkWindowName.format == 8 ? properties.checkWindowName.bytes : "";
+  // i3 numbers its workspaces by their rank among those that exist.
+  state.dynamic = state.managerName == "i3";
+  if (const auto count = parseDesktopCount(properties.numberOfDesktops)) {
+    state.spaces = state.dynamic ? dynamicSpaceIDs(properties, *count) : numberedSpaceIDs(*count);
+  }
+  if (const auto current = parseCardinal(properties.currentDesktop); current && *current < state.spaces.size()) {
+    state.current = *current;
+  }
+  return state;
+}
+
+std::optional<std::size_t> X11DesktopState::indexOf(ManagedSpaceID space) const {
+  const auto found = std::ranges::find(spaces, space);
+  return found == spaces.end() ? std::nullopt
+                               : std::optional<std::size_t>(static_cast<std::size_t>(found - spaces.begin()));
+}
+
+std::optional<ManagedSpaceID> X11DesktopState::active() const {
+  return current ? std::optional<ManagedSpaceID>(spaces[*current]) : std::nullopt;
+}
+
+X11DesktopReader::Cookies X11DesktopReader::request() {
+  const auto root = connection_.root();
+  const auto property = [&](X11Atom atom, xcb_atom_t type) { return connection_.requestProperty(root, atom, type); };
+  const auto text = connection_.atom(X11Atom::utf8String);
+  const auto [likelyCheck, likelyName] = requestCheckWindow(likelyCheckWindow_);
+  return {.moment = connection_.moment(),
+          .likelyCheckWindow = likelyCheckWindow_,
+          .count = property(X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL),
+          .current = property(X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL),
+          .names = property(X11Atom::netDesktopNames, text),
+          .record = property(X11Atom::tallowinDesktopNames, text),
+          .check = property(X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW),
+          .likelyCheck = likelyCheck,
+          .likelyName = likelyName,
+          .active = property(X11Atom::netActiveWindow, XCB_ATOM_WINDOW),
+          .pointer = xcb_query_pointer(connection_.raw(), root),
+          .size = xcb_get_geometry(connection_.raw(), root)};
+}
+
+X11DesktopProperties X11DesktopReader::readProperties() {
+  const auto cookies = request();
+  for (const auto sequence : {cookies.active.sequence, cookies.pointer.sequence, cookies.size.sequence}) {
+    xcb_discard_reply(connection_.raw(), sequence);
+  }
+  return takeProperties(cookies);
+}
+
+X11DesktopProperties X11DesktopReader::takeProperties(const Cookies& cookies) {
+  X11DesktopProperties properties;
+  properties.checkWindow = cookies.likelyCheckWindow;
+  takeCheckWindow(cookies.likelyCheck, cookies.likelyName, properties);
+  properties.numberOfDesktops = connection_.takeProperty(cookies.count);
+  properties.currentDesktop = connection_.takeProperty(cookies.current);
+  properties.desktopNames = connection_.takeProperty(cookies.names);
+  properties.desktopNamesRecord = connection_.takeProperty(cookies.record);
+  properties.supportingWmCheck = connection_.takeProperty(cookies.check);
+  const auto named = parseCardinal(properties.supportingWmCheck);
+  if (named && *named != properties.checkWindow) {
+    const auto [check, name] = requestCheckWindow(*named);
+    properties.checkWindow = likelyCheckWindow_ = *named;
+    takeCheckWindow(check, name, properties);
+  }
+  return properties;
+}
+
+std::pair<xcb_get_property_cookie_t, xcb_get_property_cookie_t> X11DesktopReader::requestCheckWindow(
+    xcb_window_t window) {
   return {connection_.requestProperty(window, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW),
           connection_.requestProperty(window, X11Atom::netWmName, connection_.atom(X11Atom::utf8String))};
 }
 
-void X11DesktopReader::takeCheckWindow(CheckWindowCookies cookies, xcb_window_t window,
+void X11DesktopReader::takeCheckWindow(xcb_get_property_cookie_t check, xcb_get_property_cookie_t name,
                                        X11DesktopProperties& properties) {
-  properties.checkWindow = window;
-  properties.checkWindowCheck = connection_.takeProperty(cookies.check);
-  properties.checkWindowName = connection_.takeProperty(cookies.name);
+  properties.checkWindowCheck = connection_.takeProperty(check);
+  properties.checkWindowName = connection_.takeProperty(name);
 }
 
-X11DesktopProperties X11DesktopReader::readProperties() {
-  const auto root = connection_.root();
-  const auto likely = likelyCheckWindow_;
-  const auto count = connection_.requestProperty(root, X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL);
-  const auto current = connection_.requestProperty(root, X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL);
-  const auto names = connection_.requestProperty(root, X11Atom::netDesktopNames, connection_.atom(X11Atom::utf8String));
-  const auto record =
-      connection_.requestProperty(root, X11Atom::tallowinDesktopNames, connection_.atom(X11Atom::utf8String));
-  const auto check = connection_.requestProperty(root, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW);
-  const auto likelyCookies = requestCheckWindow(likely);
-
-  X11DesktopProperties properties;
-  properties.numberOfDesktops = connection_.takeProperty(count);
-  properties.currentDesktop = connection_.takeProperty(current);
-  properties.desktopNames = connection_.takeProperty(names);
-  properties.desktopNamesRecord = connection_.takeProperty(record);
-  properties.supportingWmCheck = connection_.takeProperty(check);
-  takeCheckWindow(likelyCookies, likely, properties);
-  if (const auto named = parseCardinal(properties.supportingWmCheck); named && *named != likely) {
-    takeCheckWindow(requestCheckWindow(*named), *named, properties);
-    likelyCheckWindow_ = *named;
+X11View X11DesktopReader::take(const Cookies& cookies) {
+  X11View view;
+  view.desktops = stateOf(takeProperties(cookies));
+  view.activeWindow = parseCardinal(connection_.takeProperty(cookies.active)).value_or(XCB_WINDOW_NONE);
+  if (const auto pointer = connection_.reply(xcb_query_pointer_reply, cookies.pointer)) {
+    view.pointer = {static_cast<double>(pointer->root_x), static_cast<double>(pointer->root_y)};
+    view.held = pointer->mask;
+    view.underPointer = pointer->child;
   }
-  return properties;
+  if (const auto size = connection_.reply(xcb_get_geometry_reply, cookies.size)) {
+    view.rootSize = {static_cast<double>(size->width), static_cast<double>(size->height)};
+  }
+  readAt_ = cookies.moment;
+  latest_ = view;
+  return view;
+}
+
+X11View X11DesktopReader::present() {
+  return readAt_ == connection_.moment() ? latest_ : look();
+}
+
+void X11DesktopReader::release() {
+  held_.reset();
+  readAt_.reset();
 }
 
 X11DesktopState X11DesktopReader::stateOf(const X11DesktopProperties& properties) {

@@ -2,14 +2,64 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
+#include <numeric>
 #include <optional>
-
-#include "platform/x11/edid.h"
 
 namespace tallowin {
 
 namespace {
+
+/// Docking a computer changes its outputs one after the other.
+constexpr Duration screensBurst = std::chrono::milliseconds(50);
+
+// The base block's layout, by byte offsets.
+constexpr std::size_t blockLength = 128;
+constexpr std::string_view header("\x00\xFF\xFF\xFF\xFF\xFF\xFF\x00", 8);
+constexpr std::size_t makerOffset = 8;     // three letters of five bits, big-endian, A is 1
+constexpr std::size_t productOffset = 10;  // 16 bits, little-endian
+constexpr std::size_t serialOffset = 12;   // 32 bits, little-endian
+constexpr std::size_t descriptorsOffset = 54;
+constexpr std::size_t descriptorLength = 18;
+constexpr std::string_view serialTextTag("\x00\x00\x00\xFF\x00", 5);
+
+std::uint32_t byteAt(std::string_view bytes, std::size_t offset) {
+  return static_cast<unsigned char>(bytes[offset]);
+}
+
+void appendHexadecimal(std::string& text, std::string_view littleEndian) {
+  static constexpr auto digits = "0123456789ABCDEF";
+  for (std::size_t i = littleEndian.size(); i > 0; --i) {
+    text += digits[byteAt(littleEndian, i - 1) >> 4];
+    text += digits[byteAt(littleEndian, i - 1) & 15];
+  }
+}
+
+std::string maker(std::string_view edid) {
+  const auto packed = byteAt(edid, makerOffset) << 8 | byteAt(edid, makerOffset + 1);
+  std::string letters;
+  for (const unsigned shift : {10U, 5U, 0U}) {
+    letters += static_cast<char>('A' - 1 + (packed >> shift & 31));
+  }
+  return letters;
+}
+
+/// The printable characters of the serial descriptor up to its line feed; empty when there is none.
+std::string serialText(std::string_view edid) {
+  std::string text;
+  for (auto offset = descriptorsOffset; offset + descriptorLength < blockLength; offset += descriptorLength) {
+    const auto descriptor = edid.substr(offset, descriptorLength);
+    if (descriptor.starts_with(serialTextTag)) {
+      const auto line = descriptor.substr(serialTextTag.size());
+      std::ranges::copy_if(line.substr(0, line.find('\n')), std::back_inserter(text),
+                           [](char character) { return character > ' ' && character <= '~'; });
+    }
+  }
+  return text;
+}
 
 constexpr std::array<std::string_view, 3> panelConnectors = {"eDP", "LVDS", "DSI"};
 constexpr std::uint32_t longestEdid = 32 * 1024 / 4;  // 256 blocks of 128 bytes, in units of four bytes
@@ -68,11 +118,47 @@ std::optional<CGRect> parseWorkArea(const X11Property& property) {
 
 }  // namespace
 
-X11Displays::X11Displays(X11Connection& connection, X11Glance& glance) : connection_(connection), glance_(glance) {
-  if (connection_.hasExtension(xcb_randr_id)) {
+std::optional<std::string> monitorIdentity(std::string_view edid) {
+  const auto block = edid.substr(0, blockLength);
+  const auto add = [](unsigned sum, char byte) { return sum + static_cast<unsigned char>(byte); };
+  if (block.size() < blockLength || !block.starts_with(header) ||
+      std::accumulate(block.begin(), block.end(), 0U, add) % 256 != 0) {
+    return std::nullopt;
+  }
+  std::string identity = maker(block) + '-';
+  appendHexadecimal(identity, block.substr(productOffset, 2));
+  identity += '-';
+  appendHexadecimal(identity, block.substr(serialOffset, 4));
+  if (const auto text = serialText(block); !text.empty()) {
+    identity += '-' + text;
+  }
+  return identity;
+}
+
+X11Displays::X11Displays(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
+                         BroadcastNotificationCenter& notifications)
+    : connection_(connection),
+      desktops_(desktops),
+      queue_(queue),
+      notifications_(notifications),
+      randrEvent_(connection.firstEvent(xcb_randr_id)) {
+  if (randrEvent_) {
     // A server answers in the oldest version that it has not been told is understood. Its own version does not matter:
     // a request that it does not know fails.
     xcb_discard_reply(connection_.raw(), xcb_randr_query_version(connection_.raw(), 1, 5).sequence);
+    xcb_randr_select_input(
+        connection_.raw(), connection_.root(),
+        XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+  }
+}
+
+void X11Displays::handle(const xcb_generic_event_t& event) {
+  const int type = x11EventType(event);
+  if (randrEvent_ &&
+      (type == *randrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == *randrEvent_ + XCB_RANDR_NOTIFY)) {
+    telling_ = queue_.after(screensBurst, [this] {
+      notifications_.post({NotificationName::NSApplicationDidChangeScreenParametersNotification, std::nullopt});
+    });
   }
 }
 
@@ -81,7 +167,7 @@ DisplayID X11Displays::CGMainDisplayID() {
 }
 
 CGRect X11Displays::CGDisplayBounds(DisplayID display) {
-  return display == mainDisplay ? CGRect{{0, 0}, glance_.present()->rootSize} : CGRect{};
+  return display == mainDisplay ? CGRect{{0, 0}, desktops_.present().rootSize} : CGRect{};
 }
 
 DisplayID X11Displays::CGDisplayGetDisplayIDFromUUID(std::string_view /*uuid*/) {
@@ -119,7 +205,7 @@ std::vector<Monitor> X11Displays::monitors() {
 }
 
 std::vector<X11Displays::Described> X11Displays::describedMonitors() {
-  if (!connection_.hasExtension(xcb_randr_id)) {
+  if (!randrEvent_) {
     return {};
   }
   const auto area = connection_.requestProperty(connection_.root(), X11Atom::netWorkarea, XCB_ATOM_CARDINAL);

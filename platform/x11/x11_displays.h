@@ -1,20 +1,33 @@
 #pragma once
 
+#include <optional>
+#include <string>
+#include <string_view>
 #include <xcb/randr.h>
 
+#include "base/broadcast_notification_center.h"
 #include "platform/displays.h"
+#include "platform/main_queue.h"
 #include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_glance.h"
+#include "platform/x11/x11_desktop_reader.h"
 
 namespace tallowin {
 
+/// What tells a monitor from every other one: its maker, product and serial number, and the serial text where it has
+/// one, such as "DEL-40F3-0001E240-7MT0167B2YNL". Nothing when the bytes do not begin with a well-formed base block
+/// (VESA E-EDID, 128 bytes with a checksum).
+[[nodiscard]] std::optional<std::string> monitorIdentity(std::string_view edid);
+
 /// EWMH has one set of desktops for all monitors, so all monitors together are one display, number 1, which is as large
-/// as the root window. Its name and what identifies the set come from the monitors that RandR knows.
+/// as the root window. Its name and what identifies the set come from the monitors that RandR knows. Changed monitors
+/// are posted as NSApplicationDidChangeScreenParametersNotification, once for each burst. Main thread only.
 class X11Displays : public Displays {
  public:
   static constexpr DisplayID mainDisplay = 1;
 
-  X11Displays(X11Connection& connection, X11Glance& glance);
+  /// `notifications` are the application's.
+  X11Displays(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
+              BroadcastNotificationCenter& notifications);
 
   DisplayID CGMainDisplayID() override;
   CGRect CGDisplayBounds(DisplayID display) override;
@@ -27,6 +40,9 @@ class X11Displays : public Displays {
   /// Empty without RandR 1.5.
   std::vector<Monitor> monitors() override;
 
+  /// Takes an event of the server.
+  void handle(const xcb_generic_event_t& event);
+
  private:
   struct Described {
     Monitor monitor;
@@ -35,7 +51,11 @@ class X11Displays : public Displays {
   std::vector<Described> describedMonitors();
 
   X11Connection& connection_;
-  X11Glance& glance_;
+  X11DesktopReader& desktops_;
+  MainQueue& queue_;
+  BroadcastNotificationCenter& notifications_;
+  const std::optional<int> randrEvent_;  ///< the number of RandR's first event, nothing without RandR
+  WorkItem telling_;
 };
 
 }  // namespace tallowin

@@ -2,41 +2,38 @@
 
 #include <X11/keysym.h>
 #include <algorithm>
-#include <cmath>
-#include <limits>
+#include <memory>
 #include <ranges>
 #include <utility>
 #include <xcb/xtest.h>
-
-#include "platform/x11/x11_keyboard.h"
 
 namespace tallowin {
 
 namespace {
 
-struct Modifier {
+struct HeldModifier {
   std::uint64_t flag;
   Keysym keysym;
 };
 
-constexpr Modifier modifiers[] = {
+constexpr HeldModifier heldModifiers[] = {
     {CGEventFlag::command, XK_Super_L},
     {CGEventFlag::alternate, XK_Alt_L},
     {CGEventFlag::control, XK_Control_L},
     {CGEventFlag::shift, XK_Shift_L},
 };
 
-constexpr std::uint8_t leftButton = 1;
-
 /// The bits of the core keyboard state that hold the layout in force (X Keyboard Extension, effective group).
 constexpr unsigned groupShift = 13;
 constexpr unsigned groupMask = 3;
 
-std::int16_t coordinate(double value) {
-  constexpr double lowest = std::numeric_limits<std::int16_t>::min();
-  constexpr double highest = std::numeric_limits<std::int16_t>::max();
-  return static_cast<std::int16_t>(std::fmin(std::fmax(std::round(value), lowest), highest));
-}
+struct KeyEvent : CGEvent {
+  KeyEvent(VirtualKeyCode code, bool isDown) : keyCode(code), down(isDown) {}
+
+  VirtualKeyCode keyCode;
+  bool down;
+  std::uint64_t flags = 0;
+};
 
 /// Everything to press for a key, in order, itself last; nothing when the keyboard cannot give it.
 std::vector<std::uint8_t> keycodesToPress(const KeyMap& map, VirtualKeyCode keyCode, std::uint64_t flags,
@@ -46,7 +43,7 @@ std::vector<std::uint8_t> keycodesToPress(const KeyMap& map, VirtualKeyCode keyC
     return {};
   }
   std::vector<Keysym> held;
-  for (const auto& modifier : modifiers) {
+  for (const auto& modifier : heldModifiers) {
     if ((flags & modifier.flag) != 0 || (modifier.flag == CGEventFlag::shift && key->shift)) {
       held.push_back(modifier.keysym);
     }
@@ -74,43 +71,25 @@ X11Events::~X11Events() {
   }
 }
 
-CGPoint X11Events::pointerLocation() {
-  return glance_.present()->pointer;
+CGEventPtr X11Events::CGEventCreateKeyboardEvent(VirtualKeyCode keyCode, bool down) {
+  return std::make_unique<KeyEvent>(keyCode, down);
 }
 
-CGPoint X11Events::mouseLocation() {
-  const auto view = glance_.present();
-  return {view->pointer.x, view->rootSize.height - view->pointer.y};
+void X11Events::CGEventSetFlags(CGEvent& event, std::uint64_t flags) {
+  if (auto* const key = dynamic_cast<KeyEvent*>(&event)) {
+    key->flags = flags;
+  }
 }
 
-std::uint32_t X11Events::pressedMouseButtons() {
-  const std::uint32_t mask = glance_.present()->held;
-  return ((mask & XCB_BUTTON_MASK_1) != 0 ? 1U : 0U) | ((mask & XCB_BUTTON_MASK_3) != 0 ? 2U : 0U) |
-         ((mask & XCB_BUTTON_MASK_2) != 0 ? 4U : 0U);
-}
-
-void X11Events::CGWarpMouseCursorPosition(CGPoint position) {
-  xcb_warp_pointer(connection_.raw(), XCB_WINDOW_NONE, connection_.root(), 0, 0, 0, 0, coordinate(position.x),
-                   coordinate(position.y));
-  connection_.flush();
-}
-
-void X11Events::postInput(const EmulatedEvent& event) {
-  if (!connection_.hasExtension(xcb_test_id)) {
+void X11Events::CGEventPost(CGEventTap /*tap*/, const CGEvent& event) {
+  const auto* const key = dynamic_cast<const KeyEvent*>(&event);
+  if (key == nullptr || !connection_.hasExtension(xcb_test_id)) {
     return;
   }
-  const auto keyCode = static_cast<VirtualKeyCode>(event.integer(EmulatedEvent::keyCodeField));
-  switch (event.type()) {
-    case EmulatedEvent::keyDown:
-      if (!missionControl_.keyDown(keyCode)) {
-        pressKey(keyCode, event.flags);
-      }
-      break;
-    case EmulatedEvent::keyUp:
-      releaseKey(keyCode);
-      break;
-    default:
-      postMouse(static_cast<CGMouseEventType>(event.type()), event.location);
+  if (key->down) {
+    pressKey(key->keyCode, key->flags);
+  } else {
+    releaseKey(key->keyCode);
   }
   connection_.flush();
 }
@@ -119,9 +98,11 @@ void X11Events::pressKey(VirtualKeyCode keyCode, std::uint64_t flags) {
   if (held_.contains(keyCode)) {
     return;
   }
-  const auto cookie = requestKeyMap(connection_);
-  const unsigned group = glance_.look()->held >> groupShift & groupMask;
-  const auto map = takeKeyMap(connection_, cookie);
+  const auto mapCookie = requestKeyMap(connection_);
+  const auto pointerCookie = xcb_query_pointer(connection_.raw(), connection_.root());
+  const auto map = takeKeyMap(connection_, mapCookie);
+  const auto pointer = connection_.reply(xcb_query_pointer_reply, pointerCookie);
+  const unsigned group = pointer ? pointer->mask >> groupShift & groupMask : 0;
   auto keycodes = keycodesToPress(map, keyCode, flags, group);
   for (const auto keycode : keycodes) {
     fake(XCB_KEY_PRESS, keycode);
@@ -141,42 +122,8 @@ void X11Events::releaseKey(VirtualKeyCode keyCode) {
   }
 }
 
-void X11Events::postMouse(CGMouseEventType type, CGPoint location) {
-  const bool down = type == CGMouseEventType::leftMouseDown;
-  const bool up = type == CGMouseEventType::leftMouseUp;
-  const bool dragged = type == CGMouseEventType::leftMouseDragged;
-  if (!down && !up && !dragged && type != CGMouseEventType::mouseMoved) {
-    return;
-  }
-  if (dragged) {
-    drag(location);
-  } else {
-    fake(XCB_MOTION_NOTIFY, 0, location);
-  }
-  missionControl_.pointerMoved(location);
-  if (down) {
-    // What is pressed on Mission Control is released on it.
-    clicking_ = missionControl_.isOpen();
-  }
-  if (up && std::exchange(clicking_, false)) {
-    missionControl_.clicked(location);
-  } else if (down ? !clicking_ : up) {
-    fake(down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, leftButton);
-  }
-}
-
-/// Window managers begin to move a window after several motions, the farthest of which is beyond their threshold; a
-/// single one is not enough however far it goes.
-void X11Events::drag(CGPoint location) {
-  for (const double ahead : {4.0, 8.0, 12.0, 16.0, 12.0, 8.0, 4.0}) {
-    fake(XCB_MOTION_NOTIFY, 0, {location.x + ahead, location.y});
-  }
-  fake(XCB_MOTION_NOTIFY, 0, location);
-}
-
-void X11Events::fake(std::uint8_t type, std::uint8_t detail, CGPoint location) {
-  xcb_test_fake_input(connection_.raw(), type, detail, XCB_CURRENT_TIME, connection_.root(), coordinate(location.x),
-                      coordinate(location.y), 0);
+void X11Events::fake(std::uint8_t type, std::uint8_t keycode) {
+  xcb_test_fake_input(connection_.raw(), type, keycode, XCB_CURRENT_TIME, connection_.root(), 0, 0, 0);
 }
 
 }  // namespace tallowin

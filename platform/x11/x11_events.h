@@ -2,49 +2,36 @@
 
 #include <cstdint>
 #include <map>
-#include <optional>
 #include <vector>
 #include <xcb/xcb.h>
 
-#include "platform/emulated/emulated_events.h"
-#include "platform/emulated/mission_control.h"
-#include "platform/x11/key_map.h"
+#include "platform/none/neutral.h"
 #include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_glance.h"
+#include "platform/x11/x11_keyboard.h"
 
 namespace tallowin {
 
-/// Input through the XTEST extension. A key goes to where the keyboard's layout has it, with Command as the left Super
-/// key, Option as left Alt; its modifiers are held until its release is posted. A drag is posted as several motions.
-/// Escape, motions and clicks are offered to the emulated Mission Control while it is open. Without XTEST nothing is
-/// posted.
-class X11Events : public EmulatedEvents {
+/// Key presses through the XTEST extension; all else that events can do is neutral. A key goes to where the keyboard's
+/// layout has it, with Command as the left Super key, Option as left Alt; its modifiers are held until its release is
+/// posted. Without XTEST nothing is posted. Main thread only.
+class X11Events : public NeutralEvents {
  public:
-  X11Events(X11Connection& connection, X11Glance& glance, const Clock& clock, EmulatedDock& dock,
-            MissionControl& missionControl)
-      : EmulatedEvents(clock, dock), connection_(connection), glance_(glance), missionControl_(missionControl) {}
+  explicit X11Events(X11Connection& connection) : connection_(connection) {}
   /// Releases what is still held.
   ~X11Events() override;
+  X11Events(const X11Events&) = delete;
+  X11Events& operator=(const X11Events&) = delete;
 
-  void CGWarpMouseCursorPosition(CGPoint position) override;
-  std::uint32_t pressedMouseButtons() override;
-  CGPoint mouseLocation() override;
-
- protected:
-  CGPoint pointerLocation() override;
-  void postInput(const EmulatedEvent& event) override;
+  CGEventPtr CGEventCreateKeyboardEvent(VirtualKeyCode keyCode, bool down) override;
+  void CGEventSetFlags(CGEvent& event, std::uint64_t flags) override;
+  void CGEventPost(CGEventTap tap, const CGEvent& event) override;
 
  private:
   void pressKey(VirtualKeyCode keyCode, std::uint64_t flags);
   void releaseKey(VirtualKeyCode keyCode);
-  void postMouse(CGMouseEventType type, CGPoint location);
-  void drag(CGPoint location);
-  void fake(std::uint8_t type, std::uint8_t detail, CGPoint location = {});
+  void fake(std::uint8_t type, std::uint8_t keycode);
 
   X11Connection& connection_;
-  X11Glance& glance_;
-  MissionControl& missionControl_;
-  bool clicking_ = false;  ///< the left button is held on Mission Control
   /// The keycodes that were pressed for each key that is held, in the order of pressing.
   std::map<VirtualKeyCode, std::vector<std::uint8_t>> held_;
 };

@@ -7,8 +7,8 @@
 #include <xcb/xcb.h>
 
 #include "platform/global_hot_keys.h"
-#include "platform/x11/key_map.h"
 #include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_keyboard.h"
 
 namespace tallowin {
 

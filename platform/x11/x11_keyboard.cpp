@@ -1,6 +1,107 @@
 #include "platform/x11/x11_keyboard.h"
 
+#include <X11/keysym.h>
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
 namespace tallowin {
+
+namespace {
+
+/// A key of the ANSI keyboard, what it gives there, and the keycode of its place on every keyboard of that shape
+/// (xkeyboard-config, keycodes/evdev); 0 for keys that every layout has.
+struct KeyEntry {
+  VirtualKeyCode keyCode;
+  Keysym keysym;
+  std::uint8_t position;
+};
+
+// HIToolbox/Events.h, kVK_ANSI_* and the keys that do not depend on the layout.
+constexpr KeyEntry keyEntries[] = {
+    {0, XK_a, 38},      {1, XK_s, 39},          {2, XK_d, 40},
+    {3, XK_f, 41},      {4, XK_h, 43},          {5, XK_g, 42},
+    {6, XK_z, 52},      {7, XK_x, 53},          {8, XK_c, 54},
+    {9, XK_v, 55},      {11, XK_b, 56},         {12, XK_q, 24},
+    {13, XK_w, 25},     {14, XK_e, 26},         {15, XK_r, 27},
+    {16, XK_y, 29},     {17, XK_t, 28},         {18, XK_1, 10},
+    {19, XK_2, 11},     {20, XK_3, 12},         {21, XK_4, 13},
+    {22, XK_6, 15},     {23, XK_5, 14},         {24, XK_equal, 21},
+    {25, XK_9, 18},     {26, XK_7, 16},         {27, XK_minus, 20},
+    {28, XK_8, 17},     {29, XK_0, 19},         {30, XK_bracketright, 35},
+    {31, XK_o, 32},     {32, XK_u, 30},         {33, XK_bracketleft, 34},
+    {34, XK_i, 31},     {35, XK_p, 33},         {36, XK_Return, 0},
+    {37, XK_l, 46},     {38, XK_j, 44},         {39, XK_apostrophe, 48},
+    {40, XK_k, 45},     {41, XK_semicolon, 47}, {42, XK_backslash, 51},
+    {43, XK_comma, 59}, {44, XK_slash, 61},     {45, XK_n, 57},
+    {46, XK_m, 58},     {47, XK_period, 60},    {48, XK_Tab, 0},
+    {49, XK_space, 0},  {50, XK_grave, 49},     {51, XK_BackSpace, 0},
+    {53, XK_Escape, 0}, {96, XK_F5, 0},         {97, XK_F6, 0},
+    {98, XK_F7, 0},     {99, XK_F3, 0},         {100, XK_F8, 0},
+    {101, XK_F9, 0},    {103, XK_F11, 0},       {109, XK_F10, 0},
+    {111, XK_F12, 0},   {118, XK_F4, 0},        {120, XK_F2, 0},
+    {122, XK_F1, 0},    {123, XK_Left, 0},      {124, XK_Right, 0},
+    {125, XK_Down, 0},  {126, XK_Up, 0},
+};
+
+/// How a column of the core keyboard map is reached (X Keyboard Extension, core keyboard mapping).
+struct Column {
+  unsigned group;
+  std::size_t index;
+  bool shift;
+  bool level3;
+};
+
+constexpr Column columns[] = {
+    {0, 0, false, false}, {0, 1, true, false}, {0, 4, false, true}, {0, 5, true, true},
+    {1, 2, false, false}, {1, 3, true, false}, {1, 6, false, true}, {1, 7, true, true},
+};
+
+std::optional<std::uint8_t> keycodeInColumn(const KeyMap& map, Keysym keysym, std::size_t column) {
+  if (column >= map.keysymsPerKeycode) {
+    return std::nullopt;
+  }
+  auto keycode = static_cast<unsigned>(map.firstKeycode);
+  for (std::size_t at = column; at < map.keysyms.size() && keycode < 256; at += map.keysymsPerKeycode, ++keycode) {
+    if (map.keysyms[at] == keysym) {
+      return static_cast<std::uint8_t>(keycode);
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<KeyPosition> findKeyInGroup(const KeyMap& map, Keysym keysym, unsigned group) {
+  for (const auto& column : columns) {
+    if (column.group != group) {
+      continue;
+    }
+    if (const auto keycode = keycodeInColumn(map, keysym, column.index)) {
+      return KeyPosition{*keycode, column.shift, column.level3};
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Keysym> keysymFor(VirtualKeyCode keyCode) {
+  const auto found = std::ranges::find(keyEntries, keyCode, &KeyEntry::keyCode);
+  return found == std::end(keyEntries) ? std::nullopt : std::optional<Keysym>(found->keysym);
+}
+
+std::optional<KeyPosition> findVirtualKey(const KeyMap& map, VirtualKeyCode keyCode, unsigned group) {
+  const auto entry = std::ranges::find(keyEntries, keyCode, &KeyEntry::keyCode);
+  if (entry == std::end(keyEntries)) {
+    return std::nullopt;
+  }
+  const auto key = findKey(map, entry->keysym, group);
+  return key || entry->position == 0 ? key : KeyPosition{entry->position};
+}
+
+std::optional<KeyPosition> findKey(const KeyMap& map, Keysym keysym, unsigned group) {
+  const auto here = findKeyInGroup(map, keysym, group);
+  return here ? here : findKeyInGroup(map, keysym, group == 0 ? 1 : 0);
+}
 
 xcb_get_keyboard_mapping_cookie_t requestKeyMap(X11Connection& connection) {
   const auto* setup = xcb_get_setup(connection.raw());

@@ -20,7 +20,7 @@ std::vector<std::string> localMachineNames() {
 }
 
 std::optional<ProcessID> processOf(const ProcessEvidence& evidence, const std::vector<std::string>& localNames) {
-  const auto isPid = [](std::optional<std::uint32_t> pid) { return pid && *pid > 0 && *pid < dockPid; };
+  const auto isPid = [](std::optional<std::uint32_t> pid) { return pid && *pid > 0 && *pid < firstStandInPid; };
   const auto isLocal = [&](const std::string& name) { return std::ranges::find(localNames, name) != localNames.end(); };
   const bool local = isLocal(evidence.machine) || isLocal(evidence.machine.substr(0, evidence.machine.find('.')));
   if (!local && !evidence.machine.empty()) {
@@ -37,7 +37,7 @@ ProcessID standInPid(std::uint32_t window, std::uint32_t resourceMask) {
 }
 
 std::string programName(ProcessID pid) {
-  if (pid <= 0 || pid >= dockPid) {
+  if (pid <= 0 || pid >= firstStandInPid) {
     return {};
   }
   std::error_code error;

@@ -22,9 +22,6 @@ struct ProcessEvidence {
 /// positive, as callers take negative ones for applications that are not running.
 inline constexpr ProcessID firstStandInPid = 1 << 30;
 
-/// Stands for the emulated Dock.
-inline constexpr ProcessID dockPid = firstStandInPid - 1;
-
 /// The names under which clients on this machine may give it: the host name, whole and up to its first dot, and
 /// "localhost".
 [[nodiscard]] std::vector<std::string> localMachineNames();

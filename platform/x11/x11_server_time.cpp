@@ -8,7 +8,7 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto patience = std::chrono::milliseconds(100);
+constexpr auto timePatience = std::chrono::milliseconds(100);
 
 }  // namespace
 
@@ -37,7 +37,7 @@ xcb_timestamp_t X11ServerTime::now() {
   xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window_, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
                       nullptr);
   xcb_flush(connection_.get());
-  const auto end = std::chrono::steady_clock::now() + patience;
+  const auto end = std::chrono::steady_clock::now() + timePatience;
   for (;;) {
     while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
       if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY) {

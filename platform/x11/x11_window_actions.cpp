@@ -4,13 +4,12 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/x11/x11_window_properties.h"
+#include "platform/x11/x11_properties.h"
 
 namespace tallowin {
 
 namespace {
 
-constexpr std::uint32_t pagerSource = 2;         // EWMH, source indication: a direct action of the user
 constexpr std::uint32_t iconicState = 3;         // ICCCM, WM_STATE
 constexpr std::uint32_t addProperty = 1;         // EWMH, _NET_WM_STATE_ADD
 constexpr std::uint32_t removeProperty = 0;      // EWMH, _NET_WM_STATE_REMOVE
@@ -19,11 +18,17 @@ constexpr std::uint32_t northWestGravity = 1;    // X protocol, bit gravity: the
 constexpr std::uint32_t staticGravity = 10;      // the client's own corner
 constexpr std::uint32_t positionGiven = 3 << 8;  // EWMH, _NET_MOVERESIZE_WINDOW
 constexpr std::uint32_t sizeGiven = 12 << 8;
-constexpr std::uint32_t fromPager = pagerSource << 12;
+constexpr std::uint32_t fromPager = X11Connection::pagerSource << 12;
 
 constexpr Duration untilOrdinary = std::chrono::milliseconds(50);
-constexpr Duration untilShown = std::chrono::milliseconds(40);
-constexpr Duration untilInFront = std::chrono::milliseconds(100);
+constexpr Duration untilRestored = std::chrono::milliseconds(40);
+constexpr Duration requestPatience = std::chrono::milliseconds(100);
+
+/// Whether the window manager writes down a minimised window's move without making it (fluxbox): what it says and where
+/// the window is differ for good then, so such a window has to be shown first.
+bool losesMinimizedWindows(const X11DesktopState& state) {
+  return state.managerName == "Fluxbox";
+}
 
 /// What a request carries for a coordinate, negative ones as two's complement.
 std::uint32_t word(double value) {
@@ -35,113 +40,154 @@ std::uint32_t word(double value) {
 
 }  // namespace
 
+bool X11Refusals::isRefused(Request request, const X11DesktopState& desktops) {
+  // The number alone is no guide: one that is started after another is often given the ids of the one before.
+  if (std::pair running(desktops.checkWindow, desktops.managerName); running != windowManager_) {
+    windowManager_ = std::move(running);
+    worked_.clear();
+  }
+  const auto found = worked_.find(request);
+  // i3 knows no minimised windows.
+  return found != worked_.end() ? !found->second : desktops.dynamic && request == Request::minimize;
+}
+
 void X11WindowActions::send(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data) {
   connection_.sendToWindowManager(window, message, data);
 }
 
 void X11WindowActions::removeState(xcb_window_t window, X11Atom first, std::optional<X11Atom> second) {
-  send(window, X11Atom::netWmState,
-       {removeProperty, connection_.atom(first), second ? connection_.atom(*second) : 0, pagerSource, 0});
+  send(
+      window, X11Atom::netWmState,
+      {removeProperty, connection_.atom(first), second ? connection_.atom(*second) : 0, X11Connection::pagerSource, 0});
 }
 
-bool X11WindowActions::minimize(xcb_window_t window) {
-  return reader_.read(window) && minimize(std::vector{window});
+bool X11WindowActions::isHere(const X11Window& window) {
+  return !window.desktop || window.desktop == X11Connection::allDesktops ||
+         window.desktop == desktops_.present().desktops.current;
 }
 
-bool X11WindowActions::minimize(const std::vector<xcb_window_t>& windows) {
-  for (const auto window : windows) {
-    send(window, X11Atom::wmChangeState, {iconicState, 0, 0, 0, 0});
-    // openbox takes a window on another desktop for minimised already, and hears this only.
-    send(window, X11Atom::netWmState, {addProperty, connection_.atom(X11Atom::netWmStateHidden), 0, pagerSource, 0});
-  }
-  return refusals_.confirm(X11Refusals::Request::minimize, [&] {
-    return std::ranges::all_of(windows, [&](xcb_window_t number) {
-      const auto window = reader_.read(number);
-      return !window || window->hidden;
-    });
-  });
-}
-
-bool X11WindowActions::restore(xcb_window_t number) {
+bool X11WindowActions::minimize(xcb_window_t number) {
   const auto window = reader_.read(number);
-  if (!window || !window->hidden) {
-    return window.has_value();
+  if (!window || window->hidden) {
+    return false;
   }
-  const auto shown = [&] {
+  const bool isRefused = refusals_.isRefused(X11Refusals::Request::minimize, desktops_.present().desktops);
+  minimize(std::vector{number});  // another window may have been refused for a reason of its own
+  return !isRefused && connection_.alive();
+}
+
+void X11WindowActions::minimize(const std::vector<xcb_window_t>& windows) {
+  for (const auto window : windows) {
+    connection_.writeToWindowManager(window, X11Atom::wmChangeState, {iconicState, 0, 0, 0, 0});
+    // openbox takes a window on another desktop for minimised already, and hears this only.
+    connection_.writeToWindowManager(
+        window, X11Atom::netWmState,
+        {addProperty, connection_.atom(X11Atom::netWmStateHidden), 0, X11Connection::pagerSource, 0});
+  }
+  connection_.flush();
+  const auto isMinimized = [this](xcb_window_t number) {
+    const auto window = reader_.read(number);
+    return !window || window->hidden;
+  };
+  waits_.until([=] { return std::ranges::any_of(windows, isMinimized); }, requestPatience,
+               [this](bool happened) { refusals_.note(X11Refusals::Request::minimize, happened); });
+}
+
+bool X11WindowActions::restore(xcb_window_t number, std::function<void()> then) {
+  const auto window = reader_.read(number);
+  if (!window) {
+    return false;
+  }
+  const auto isShown = [this, number] {
     const auto now = reader_.read(number);
     return now && !now->hidden;
   };
-  const bool here =
-      !window->desktop || window->desktop == X11Connection::allDesktops || window->desktop == desktops_.read().current;
-  if (here) {
-    makeActive(number);
-    if (waitUntil(shown, untilShown)) {
-      return true;
+  if (!window->hidden) {
+    if (then) {
+      then();
     }
+  } else if (isHere(*window)) {
+    makeActive(number);
+    waits_.until(isShown, untilRestored, [this, window = *window, then = std::move(then)](bool happened) {
+      if (!happened) {
+        mapAgain(window, then);
+      } else if (then) {
+        then();
+      }
+    });
+  } else {
+    mapAgain(*window, then);
   }
-  // A client that maps its window again wants it back (ICCCM, Changing Window State); some window managers hear of that
-  // only, others of the state only.
-  removeState(number, X11Atom::netWmStateHidden);
-  xcb_map_window(connection_.raw(), number);
+  return connection_.alive();
+}
+
+/// A client that maps its window again wants it back (ICCCM, Changing Window State); some window managers hear of that
+/// only, others of the state only.
+void X11WindowActions::mapAgain(const X11Window& window, const std::function<void()>& then) {
+  removeState(window.id, X11Atom::netWmStateHidden);
+  xcb_map_window(connection_.raw(), window.id);
   connection_.flush();
-  const bool restored = waitUntil(shown, untilShown);
-  if (restored && window->desktop) {
-    connection_.moveToDesktop(number, *window->desktop);  // metacity fetches it to the desktop in front
-  }
-  return restored;
+  const auto isShown = [this, number = window.id] {
+    const auto now = reader_.read(number);
+    return now && !now->hidden;
+  };
+  waits_.until(isShown, untilRestored, [this, window, then](bool happened) {
+    if (happened && window.desktop) {
+      connection_.writeMoveToDesktop(window.id, *window.desktop);  // metacity fetches it to the desktop in front
+      connection_.flush();
+    }
+    if (then) {
+      then();
+    }
+  });
 }
 
 void X11WindowActions::moveToDesktop(xcb_window_t number, std::uint32_t index, const X11DesktopState& state) {
   const auto window = losesMinimizedWindows(state) ? reader_.read(number) : std::nullopt;
-  const bool minimized = window && window->hidden;
-  if (minimized) {
-    restore(number);
-  }
-  connection_.moveToDesktop(number, index);
-  if (minimized) {
-    minimize(number);
+  if (window && window->hidden) {
+    restore(number, [this, number, index] {
+      connection_.writeMoveToDesktop(number, index);
+      minimize(std::vector{number});
+    });
+  } else {
+    connection_.writeMoveToDesktop(number, index);
+    connection_.flush();
   }
 }
 
-bool X11WindowActions::setPosition(xcb_window_t number, CGPoint position) {
-  const auto window = readOrdinary(number);
+bool X11WindowActions::setFrame(xcb_window_t number, const CGRect& frame) {
+  const auto window = reader_.read(number);
   if (!window) {
     return false;
   }
-  // Where the decoration is not known the frame is the client's own rectangle.
-  const auto gravity = window->extents ? northWestGravity : staticGravity;
-  send(number, X11Atom::netMoveresizeWindow,
-       {gravity | positionGiven | fromPager, word(position.x), word(position.y), 0, 0});
-  return connection_.alive();
-}
-
-bool X11WindowActions::setSize(xcb_window_t number, CGSize size) {
-  const auto window = readOrdinary(number);
-  if (!window) {
-    return false;
-  }
-  const auto client = clientSize(size, window->extents.value_or(FrameExtents{}));
-  send(number, X11Atom::netMoveresizeWindow,
-       {northWestGravity | sizeGiven | fromPager, 0, 0, word(client.width), word(client.height)});
-  return connection_.alive();
-}
-
-std::optional<X11Window> X11WindowActions::readOrdinary(xcb_window_t number) {
-  auto window = reader_.read(number);
-  const auto isOrdinary = [&] { return !window || (!window->maximized && !window->fullscreen); };
-  if (isOrdinary()) {
-    return window;
+  if (!window->maximized && !window->fullscreen) {
+    if (window->frame != frame) {
+      moveResize(*window, frame);
+    }
+    return connection_.alive();
   }
   removeState(number, X11Atom::netWmStateMaximizedVert, X11Atom::netWmStateMaximizedHorz);
   removeState(number, X11Atom::netWmStateFullscreen);
+  const auto isOrdinary = [this, number] {
+    const auto now = reader_.read(number);
+    return !now || (!now->maximized && !now->fullscreen);
+  };
   // One that keeps its state may take the frame all the same.
-  (void)waitUntil(
-      [&] {
-        window = reader_.read(number);
-        return isOrdinary();
-      },
-      untilOrdinary);
-  return window;
+  waits_.until(isOrdinary, untilOrdinary, [this, number, frame](bool /*happened*/) {
+    if (const auto now = reader_.read(number)) {
+      moveResize(*now, frame);
+    }
+  });
+  return connection_.alive();
+}
+
+void X11WindowActions::moveResize(const X11Window& window, const CGRect& frame) {
+  const auto client = clientSize(frame.size, window.extents.value_or(FrameExtents{}));
+  // Where the decoration is not known the frame is the client's own rectangle.
+  const auto gravity = window.extents ? northWestGravity : staticGravity;
+  send(window.id, X11Atom::netMoveresizeWindow,
+       {gravity | positionGiven | sizeGiven | fromPager, word(frame.origin.x), word(frame.origin.y), word(client.width),
+        word(client.height)});
 }
 
 bool X11WindowActions::raise(xcb_window_t number) {
@@ -149,19 +195,28 @@ bool X11WindowActions::raise(xcb_window_t number) {
   if (!window) {
     return false;
   }
+  const auto activateIfHere = [this](const X11Window& which) {
+    if (isHere(which)) {
+      makeActive(which.id);
+    }
+  };
+  if (refusals_.isRefused(X11Refusals::Request::restack, desktops_.present().desktops)) {
+    activateIfHere(*window);
+    return connection_.alive();
+  }
   if (isInFront(number)) {
     return true;  // also so that this is not taken for an effect of the request
   }
-  send(number, X11Atom::netRestackWindow, {pagerSource, 0, above, 0, 0});
-  if (refusals_.confirm(X11Refusals::Request::restack, [&] { return isInFront(number); })) {
-    return true;
-  }
-  const bool here =
-      !window->desktop || window->desktop == X11Connection::allDesktops || window->desktop == desktops_.read().current;
-  if (here) {
-    makeActive(number);
-  }
-  return here;
+  send(number, X11Atom::netRestackWindow, {X11Connection::pagerSource, 0, above, 0, 0});
+  const auto activations = activations_;
+  waits_.until([this, number] { return isInFront(number); }, requestPatience,
+               [this, window = *window, activateIfHere, activations](bool happened) {
+                 refusals_.note(X11Refusals::Request::restack, happened);
+                 if (!happened && activations == activations_) {
+                   activateIfHere(window);
+                 }
+               });
+  return connection_.alive();
 }
 
 /// Whether it is the first of the ordinary windows of its desktop. Windows that are kept above the others do not count.
@@ -180,32 +235,33 @@ bool X11WindowActions::isInFront(xcb_window_t number) {
 
 bool X11WindowActions::activate(xcb_window_t number) {
   const auto window = reader_.read(number);
-  if (!window || !bringDesktop(*window)) {
+  if (!window) {
     return false;
   }
-  makeActive(number);
+  const auto activation = ++activations_;
+  if (isHere(*window) || !desktops_.present().desktops.current) {
+    makeActive(number);
+    return connection_.alive();
+  }
+  send(connection_.root(), X11Atom::netCurrentDesktop, {*window->desktop, time_.now(), 0, 0, 0});
+  waits_.until([this, desktop = *window->desktop] { return desktops_.read().current == desktop; }, requestPatience,
+               [this, number, activation](bool happened) {
+                 if (happened && activation == activations_) {
+                   makeActive(number);
+                 }
+               });
   return connection_.alive();
 }
 
-bool X11WindowActions::bringDesktop(const X11Window& window) {
-  const auto state = desktops_.read();
-  if (!window.desktop || *window.desktop == X11Connection::allDesktops || !state.current ||
-      *window.desktop == *state.current) {
-    return true;
-  }
-  send(connection_.root(), X11Atom::netCurrentDesktop, {*window.desktop, time_.now(), 0, 0, 0});
-  return waitUntil([&] { return desktops_.read().current == *window.desktop; }, untilInFront);
-}
-
 void X11WindowActions::makeActive(xcb_window_t window) {
-  send(window, X11Atom::netActiveWindow, {pagerSource, time_.now(), XCB_WINDOW_NONE, 0, 0});
+  send(window, X11Atom::netActiveWindow, {X11Connection::pagerSource, time_.now(), XCB_WINDOW_NONE, 0, 0});
 }
 
 bool X11WindowActions::close(xcb_window_t window) {
   if (!reader_.read(window)) {
     return false;
   }
-  send(window, X11Atom::netCloseWindow, {time_.now(), pagerSource, 0, 0, 0});
+  send(window, X11Atom::netCloseWindow, {time_.now(), X11Connection::pagerSource, 0, 0, 0});
   return connection_.alive();
 }
 

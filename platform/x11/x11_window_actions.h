@@ -1,47 +1,70 @@
 #pragma once
 
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/geometry.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
-#include "platform/x11/x11_refusals.h"
 #include "platform/x11/x11_server_time.h"
+#include "platform/x11/x11_waits.h"
 #include "platform/x11/x11_window_reader.h"
 
 namespace tallowin {
 
-/// What can be done to a managed window. Each operation asks the window manager and, where it says so, waits until that
-/// is seen to have happened, at most about a seventh of a second. False for windows that do not exist. Main thread
-/// only.
+/// What the running window manager was seen to do and to ignore. What it says of itself (_NET_SUPPORTED) is no guide,
+/// so every request is followed by a look at its effect; what was never seen to work is not waited for long again. Main
+/// thread only.
+class X11Refusals {
+ public:
+  enum class Request { minimize, restack, desktopCount };
+
+  /// Whether the request was ignored by this window manager and has never worked.
+  [[nodiscard]] bool isRefused(Request request, const X11DesktopState& desktops);
+  /// How long to wait for it: a tenth of that where it is refused.
+  [[nodiscard]] Duration patience(Request request, Duration usual, const X11DesktopState& desktops) {
+    return isRefused(request, desktops) ? usual / 10 : usual;
+  }
+  /// The request was seen to work, or not to.
+  void note(Request request, bool worked) { worked_[request] = worked_[request] || worked; }
+
+ private:
+  std::pair<std::uint32_t, std::string> windowManager_;
+  std::map<Request, bool> worked_;  ///< nothing for what was not tried
+};
+
+/// What can be done to a managed window. Each operation asks the window manager and does not wait; what has to follow
+/// follows when the server's events tell that it happened, or after at most a tenth of a second. False for windows that
+/// do not exist. Main thread only.
 class X11WindowActions {
  public:
   X11WindowActions(X11Connection& connection, X11WindowReader& reader, X11DesktopReader& desktops,
-                   X11Refusals& refusals)
-      : connection_(connection), reader_(reader), desktops_(desktops), refusals_(refusals) {}
+                   X11Refusals& refusals, X11Waits& waits)
+      : connection_(connection), reader_(reader), desktops_(desktops), refusals_(refusals), waits_(waits) {}
 
-  /// True when the window is seen to be minimised.
+  /// False too for a window that is minimised, and where the window manager ignores the request.
   bool minimize(xcb_window_t window);
-  /// Asks for all of them first. True when all that still exist are seen to be minimised.
-  bool minimize(const std::vector<xcb_window_t>& windows);
+  void minimize(const std::vector<xcb_window_t>& windows);
   /// Shows a minimised window where it was. On the desktop in front that makes it active, as no other way works under
-  /// every window manager. True when it is seen not to be minimised.
-  bool restore(xcb_window_t window);
+  /// every window manager. `then`, if any, runs when it is shown, or not in time.
+  bool restore(xcb_window_t window, std::function<void()> then = {});
 
   /// Asks that a window be on the desktop with this index. Where the window manager loses minimised windows, such a one
   /// is shown for the move, and minimised again. `state` is the desktops as they are.
   void moveToDesktop(xcb_window_t window, std::uint32_t index, const X11DesktopState& state);
 
-  /// Frames include the decoration. A window that is maximised or full-screen is made an ordinary one first. True when
-  /// the window manager was asked.
-  bool setPosition(xcb_window_t window, CGPoint position);
-  bool setSize(xcb_window_t window, CGSize size);
+  /// The frame includes the decoration. A window that is maximised or full-screen is made an ordinary one first.
+  bool setFrame(xcb_window_t window, const CGRect& frame);
 
   /// Brings a window to the front without making it active where the window manager can do that; else makes it active
-  /// if it is on the desktop in front. True when it is in front, or was asked to be made active.
+  /// if it is on the desktop in front.
   bool raise(xcb_window_t window);
   /// Switches to the window's desktop, waits until that is in front, and makes the window active: in another order, one
-  /// window manager or another fetches the window or only marks it. False when the desktop does not come.
+  /// window manager or another fetches the window or only marks it. A desktop that does not come, and another window
+  /// that is to be made active meanwhile, end that.
   bool activate(xcb_window_t window);
   /// Asks the application to close the window, which it may refuse.
   bool close(xcb_window_t window);
@@ -49,17 +72,19 @@ class X11WindowActions {
  private:
   void send(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data);
   void removeState(xcb_window_t window, X11Atom first, std::optional<X11Atom> second = {});
-  bool bringDesktop(const X11Window& window);
+  [[nodiscard]] bool isHere(const X11Window& window);
+  [[nodiscard]] bool isInFront(xcb_window_t window);
+  void mapAgain(const X11Window& window, const std::function<void()>& then);
   void makeActive(xcb_window_t window);
-  bool isInFront(xcb_window_t window);
-  /// The window as it is once it is neither maximised nor full-screen.
-  std::optional<X11Window> readOrdinary(xcb_window_t window);
+  void moveResize(const X11Window& window, const CGRect& frame);
 
   X11Connection& connection_;
   X11WindowReader& reader_;
   X11DesktopReader& desktops_;
   X11Refusals& refusals_;
+  X11Waits& waits_;
   X11ServerTime time_;
+  int activations_ = 0;  ///< so often activate() was called
 };
 
 }  // namespace tallowin

@@ -15,9 +15,9 @@ constexpr int deepestNesting = 8;
 
 }  // namespace
 
-X11WindowCarrier::X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, X11Glance& glance,
-                                   MainQueue& queue, std::function<void(ManagedSpaceID)> switchTo)
-    : connection_(connection), desktops_(desktops), glance_(glance), queue_(queue), switchTo_(std::move(switchTo)) {}
+X11WindowCarrier::X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
+                                   std::function<void(ManagedSpaceID)> switchTo)
+    : connection_(connection), desktops_(desktops), queue_(queue), switchTo_(std::move(switchTo)) {}
 
 X11WindowCarrier::~X11WindowCarrier() {
   if (carried_) {
@@ -33,7 +33,7 @@ bool X11WindowCarrier::carryTo(ManagedSpaceID space) {
     return false;
   }
   target_ = space;
-  connection_.moveToDesktop(*carried_, X11Connection::allDesktops);
+  moveToDesktop(X11Connection::allDesktops);
   next_ = queue_.after(untilOnAllDesktops, [this] {
     switchTo_(target_);
     next_ = queue_.after(untilSwitched, [this] { settle(); });
@@ -45,20 +45,25 @@ void X11WindowCarrier::settle() {
   const auto state = desktops_.read();
   const auto index = state.indexOf(target_);
   // A desktop that has gone in the meantime must not leave the window on all of the others.
-  connection_.moveToDesktop(*carried_, static_cast<std::uint32_t>(index.value_or(state.current.value_or(0))));
+  moveToDesktop(static_cast<std::uint32_t>(index.value_or(state.current.value_or(0))));
   carried_.reset();
+}
+
+void X11WindowCarrier::moveToDesktop(std::uint32_t desktop) {
+  connection_.writeMoveToDesktop(*carried_, desktop);
+  connection_.flush();
 }
 
 /// The active window, when the left button is held over its frame: over the window itself it does something else.
 std::optional<xcb_window_t> X11WindowCarrier::draggedWindow() {
-  const auto view = glance_.present();
-  const auto active = view->activeWindow;
-  if ((view->held & XCB_BUTTON_MASK_1) == 0 || view->underPointer == XCB_WINDOW_NONE || active == XCB_WINDOW_NONE) {
+  const auto view = desktops_.present();
+  const auto active = view.activeWindow;
+  if ((view.held & XCB_BUTTON_MASK_1) == 0 || view.underPointer == XCB_WINDOW_NONE || active == XCB_WINDOW_NONE) {
     return std::nullopt;
   }
   const auto insideCookie =
       xcb_translate_coordinates(connection_.raw(), connection_.root(), active,
-                                static_cast<std::int16_t>(view->pointer.x), static_cast<std::int16_t>(view->pointer.y));
+                                static_cast<std::int16_t>(view.pointer.x), static_cast<std::int16_t>(view.pointer.y));
   const auto sizeCookie = xcb_get_geometry(connection_.raw(), active);
   const auto inside = connection_.reply(xcb_translate_coordinates_reply, insideCookie);
   const auto size = connection_.reply(xcb_get_geometry_reply, sizeCookie);
@@ -67,7 +72,7 @@ std::optional<xcb_window_t> X11WindowCarrier::draggedWindow() {
   }
   const bool overWindow =
       inside->dst_x >= 0 && inside->dst_y >= 0 && inside->dst_x < size->width && inside->dst_y < size->height;
-  return !overWindow && topLevelOf(active) == view->underPointer ? std::optional(active) : std::nullopt;
+  return !overWindow && topLevelOf(active) == view.underPointer ? std::optional(active) : std::nullopt;
 }
 
 std::optional<xcb_window_t> X11WindowCarrier::topLevelOf(xcb_window_t window) {

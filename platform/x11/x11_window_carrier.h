@@ -8,7 +8,6 @@
 #include "platform/main_queue.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
-#include "platform/x11/x11_glance.h"
 
 namespace tallowin {
 
@@ -19,7 +18,7 @@ namespace tallowin {
 class X11WindowCarrier {
  public:
   /// `switchTo` switches plainly.
-  X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, X11Glance& glance, MainQueue& queue,
+  X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
                    std::function<void(ManagedSpaceID)> switchTo);
   /// Settles the window that is under way.
   ~X11WindowCarrier();
@@ -34,10 +33,10 @@ class X11WindowCarrier {
   std::optional<xcb_window_t> draggedWindow();
   std::optional<xcb_window_t> topLevelOf(xcb_window_t window);
   void settle();
+  void moveToDesktop(std::uint32_t desktop);
 
   X11Connection& connection_;
   X11DesktopReader& desktops_;
-  X11Glance& glance_;
   MainQueue& queue_;
   const std::function<void(ManagedSpaceID)> switchTo_;
 

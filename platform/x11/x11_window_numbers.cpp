@@ -31,7 +31,6 @@ bool isBefore(std::uint32_t sequence, std::uint32_t other) {
 }  // namespace
 
 void X11WindowNumbers::noteManaged(const std::vector<xcb_window_t>& windows) {
-  const std::lock_guard lock(mutex_);
   for (const auto window : windows) {
     if (numbered_.contains(window)) {
       continue;
@@ -48,7 +47,6 @@ void X11WindowNumbers::noteManaged(const std::vector<xcb_window_t>& windows) {
 std::vector<xcb_window_t> X11WindowNumbers::missingFrom(const std::vector<xcb_window_t>& windows) const {
   const std::set present(windows.begin(), windows.end());
   std::vector<xcb_window_t> missing;
-  const std::lock_guard lock(mutex_);
   for (const auto& [window, numbered] : numbered_) {
     if (!present.contains(window)) {
       missing.push_back(window);
@@ -58,7 +56,6 @@ std::vector<xcb_window_t> X11WindowNumbers::missingFrom(const std::vector<xcb_wi
 }
 
 void X11WindowNumbers::noteGone(xcb_window_t window) {
-  const std::lock_guard lock(mutex_);
   end(window);
 }
 
@@ -67,7 +64,6 @@ bool X11WindowNumbers::handle(const xcb_generic_event_t& event) {
   if (!window) {
     return false;
   }
-  const std::lock_guard lock(mutex_);
   const auto found = numbered_.find(*window);
   if (found == numbered_.end() || isBefore(event.full_sequence, found->second.watchedSince)) {
     return false;
@@ -77,13 +73,11 @@ bool X11WindowNumbers::handle(const xcb_generic_event_t& event) {
 }
 
 std::optional<WindowNumber> X11WindowNumbers::number(xcb_window_t window) const {
-  const std::lock_guard lock(mutex_);
   const auto found = numbered_.find(window);
   return found == numbered_.end() ? std::nullopt : std::optional(found->second.number);
 }
 
 std::optional<xcb_window_t> X11WindowNumbers::window(WindowNumber number) const {
-  const std::lock_guard lock(mutex_);
   if (number >= firstThatIsNoID) {
     const auto found = windows_.find(number);
     return found == windows_.end() ? std::nullopt : std::optional(found->second);

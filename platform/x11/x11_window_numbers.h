@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <vector>
 #include <xcb/xcb.h>
@@ -14,7 +13,7 @@ namespace tallowin {
 
 /// The numbers under which windows are known outside the X11 binding. The server gives the id of a window that has gone
 /// to the next one, at once when a client ends; a number belongs to one window only. It is the window's id, unless that
-/// id may have belonged to another one before: then it is a number that no id can be. Any thread.
+/// id may have belonged to another one before: then it is a number that no id can be. Main thread only.
 class X11WindowNumbers {
  public:
   /// No X resource has an id with one of the top three bits set (X11 protocol, Common Types).
@@ -54,7 +53,6 @@ class X11WindowNumbers {
   const std::uint32_t resourceMask_;
   const Watch watch_;
 
-  mutable std::mutex mutex_;  ///< guards what follows
   std::map<xcb_window_t, Numbered> numbered_;
   std::map<WindowNumber, xcb_window_t> windows_;  ///< for the numbers that are no ids
   /// The highest id of a window that has gone, for each client's bits: clients count upwards, and a number too many

@@ -5,7 +5,6 @@
 #include <xcb/res.h>
 
 #include "platform/x11/x11_process_identity.h"
-#include "platform/x11/x11_window_properties.h"
 
 namespace tallowin {
 
@@ -74,14 +73,15 @@ bool has(const std::vector<std::uint32_t>& atoms, xcb_atom_t atom) {
 
 }  // namespace
 
-X11WindowReader::X11WindowReader(X11Connection& connection, ProcessID self)
+X11WindowReader::X11WindowReader(X11Connection& connection, X11DesktopReader& desktops, ProcessID self)
     : connection_(connection),
+      desktops_(desktops),
       self_(self),
       resourceMask_(connection.alive() ? xcb_get_setup(connection.raw())->resource_id_mask : 0),
       knowsPids_(connection.hasExtension(xcb_res_id)),
       localNames_(localMachineNames()),
       numbers_(resourceMask_, [this](xcb_window_t window) {
-        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
         return xcb_change_window_attributes(connection_.raw(), window, XCB_CW_EVENT_MASK, &mask).sequence;
       }) {}
 
@@ -200,15 +200,12 @@ X11WindowReader::Pids X11WindowReader::takePids(std::optional<std::uint32_t> seq
 }
 
 X11WindowSnapshot X11WindowReader::read() {
-  const auto root = connection_.root();
-  const auto listCookie = connection_.requestProperty(root, X11Atom::netClientList, XCB_ATOM_WINDOW);
-  const auto activeCookie = connection_.requestProperty(root, X11Atom::netActiveWindow, XCB_ATOM_WINDOW);
-  const auto currentCookie = connection_.requestProperty(root, X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL);
-  const auto treeCookie = xcb_query_tree(connection_.raw(), root);
+  const auto listCookie = connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW);
+  const auto treeCookie = xcb_query_tree(connection_.raw(), connection_.root());
+  const auto viewCookies = desktops_.request();
   X11WindowSnapshot snapshot;
   const auto listed = parseWords(connection_.takeProperty(listCookie));
-  snapshot.active = parseCardinal(connection_.takeProperty(activeCookie)).value_or(0);
-  snapshot.currentDesktop = parseCardinal(connection_.takeProperty(currentCookie));
+  snapshot.view = desktops_.take(viewCookies);
   const auto places = takePlaces(connection_, treeCookie);
 
   numbers_.noteManaged(listed);
@@ -255,10 +252,57 @@ std::optional<X11Window> X11WindowReader::read(xcb_window_t window) {
   return read;
 }
 
-xcb_window_t X11WindowReader::activeWindow() {
-  return parseCardinal(connection_.takeProperty(
-                           connection_.requestProperty(connection_.root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW)))
-      .value_or(0);
+std::map<xcb_window_t, std::uint32_t> X11WindowReader::desktopsOfWindows() {
+  const auto listed = parseWords(connection_.takeProperty(
+      connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW)));
+  numbers_.noteManaged(listed);
+  return desktopsOf(listed);
+}
+
+std::map<xcb_window_t, std::uint32_t> X11WindowReader::desktopsOf(const std::vector<xcb_window_t>& windows) {
+  std::map<xcb_window_t, xcb_get_property_cookie_t> cookies;
+  for (const auto window : windows) {
+    cookies[window] = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  }
+  std::map<xcb_window_t, std::uint32_t> desktops;
+  for (const auto& [window, cookie] : cookies) {
+    if (const auto desktop = parseCardinal(connection_.takeProperty(cookie))) {
+      desktops[window] = *desktop;
+    }
+  }
+  return desktops;
+}
+
+std::optional<std::vector<ManagedSpaceID>> X11WindowReader::spacesOf(xcb_window_t window) {
+  const auto desktopCookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
+  const auto statesCookie = connection_.requestProperty(window, X11Atom::netWmState, XCB_ATOM_ATOM);
+  const auto desktops = desktops_.read();
+  const auto desktop = parseCardinal(connection_.takeProperty(desktopCookie));
+  const auto states = parseWords(connection_.takeProperty(statesCookie));
+  return spacesShowing(desktops, desktop, has(states, connection_.atom(X11Atom::netWmStateSticky)));
+}
+
+bool X11WindowSnapshot::isOnScreen(const X11Window& window) const {
+  return !window.hidden && (!window.desktop || window.desktop == view.desktops.current ||
+                            window.desktop == X11Connection::allDesktops || window.sticky);
+}
+
+const X11Window* X11WindowSnapshot::find(xcb_window_t id) const {
+  const auto found = std::ranges::find(windows, id, &X11Window::id);
+  return found == windows.end() ? nullptr : &*found;
+}
+
+std::optional<std::vector<ManagedSpaceID>> spacesShowing(const X11DesktopState& desktops,
+                                                         std::optional<std::uint32_t> desktop, bool sticky) {
+  // i3 says by the state alone that a window is on all desktops; others leave it set when that is over.
+  const bool everywhere = (sticky && desktops.dynamic) || desktop == X11Connection::allDesktops;
+  if (desktop && everywhere && !desktops.spaces.empty()) {
+    return desktops.spaces;
+  }
+  if (!desktop || *desktop >= desktops.spaces.size()) {
+    return std::nullopt;
+  }
+  return std::vector{desktops.spaces[*desktop]};
 }
 
 }  // namespace tallowin

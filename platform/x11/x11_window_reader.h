@@ -6,19 +6,57 @@
 #include <vector>
 #include <xcb/xcb.h>
 
+#include "platform/geometry.h"
+#include "platform/identifiers.h"
 #include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_window.h"
+#include "platform/x11/x11_desktop_reader.h"
 #include "platform/x11/x11_window_numbers.h"
 
 namespace tallowin {
 
+/// A managed window at one moment.
+struct X11Window {
+  xcb_window_t id = 0;  ///< X11WindowNumbers knows under which number others know it
+  ProcessID pid = 0;    ///< a stand-in where the process is not known (standInPid)
+  std::string title;
+  std::string instance;                  ///< the first part of WM_CLASS
+  std::string className;                 ///< the second part
+  std::optional<std::uint32_t> desktop;  ///< as _NET_WM_DESKTOP has it
+  int layer = 0;                         ///< see windowLayer
+  bool hidden = false;                   ///< minimised
+  bool sticky = false;                   ///< has _NET_WM_STATE_STICKY, which not every window manager keeps true
+  bool above = false;                    ///< kept above others
+  bool maximized = false;                ///< in at least one direction
+  bool fullscreen = false;
+  double alpha = 1;                     ///< 0 is invisible
+  CGRect frame;                         ///< with decoration, origin at the top left of the root window
+  std::optional<FrameExtents> extents;  ///< nothing when the window manager does not tell: `frame` is without them then
+  bool operator==(const X11Window&) const = default;
+};
+
+/// All managed windows of other programs at one moment.
+struct X11WindowSnapshot {
+  std::vector<X11Window> windows;  ///< front to back, on all desktops
+  X11View view;                    ///< the desktops at that moment, and the active window
+
+  /// Whether a window is on the desktop in front, and not minimised.
+  [[nodiscard]] bool isOnScreen(const X11Window& window) const;
+  [[nodiscard]] const X11Window* find(xcb_window_t id) const;
+};
+
+/// The Spaces that show a window with this desktop (_NET_WM_DESKTOP) and, or not, the state of being sticky. Nothing
+/// for one that is not managed, or is where there is no desktop.
+[[nodiscard]] std::optional<std::vector<ManagedSpaceID>> spacesShowing(const X11DesktopState& desktops,
+                                                                       std::optional<std::uint32_t> desktop,
+                                                                       bool sticky);
+
 /// Reads managed windows from the server. Windows of this process are left out, and those that the window manager does
 /// not manage. Every window that it has seen has a number. A window that goes away while it is being read is left out,
-/// at no cost to the others. Any thread.
+/// at no cost to the others. Main thread only.
 class X11WindowReader {
  public:
   /// `self` is the process whose windows are left out.
-  X11WindowReader(X11Connection& connection, ProcessID self);
+  X11WindowReader(X11Connection& connection, X11DesktopReader& desktops, ProcessID self);
 
   /// All windows, in at most three round trips however many they are: the lists, then everything about every window,
   /// then the frames of those that lie two deep in one. The order is that of the top-level windows, as what window
@@ -29,8 +67,12 @@ class X11WindowReader {
   /// One window, in one round trip. Nothing when it is not managed.
   std::optional<X11Window> read(xcb_window_t window);
 
-  /// The active window, in one round trip; 0 for none.
-  xcb_window_t activeWindow();
+  /// The desktops, by index, of all windows, in two round trips.
+  std::map<xcb_window_t, std::uint32_t> desktopsOfWindows();
+  /// Those of these windows, in one; a window that has gone has none.
+  std::map<xcb_window_t, std::uint32_t> desktopsOf(const std::vector<xcb_window_t>& windows);
+  /// The Spaces that show a window, in one round trip.
+  std::optional<std::vector<ManagedSpaceID>> spacesOf(xcb_window_t window);
 
   /// The numbers of the windows that were read. Must be told of the server's events.
   [[nodiscard]] X11WindowNumbers& numbers() { return numbers_; }
@@ -50,6 +92,7 @@ class X11WindowReader {
   [[nodiscard]] std::uint32_t baseOf(xcb_window_t window) const { return window & ~resourceMask_; }
 
   X11Connection& connection_;
+  X11DesktopReader& desktops_;
   const ProcessID self_;
   const std::uint32_t resourceMask_;
   const bool knowsPids_;

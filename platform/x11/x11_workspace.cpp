@@ -4,22 +4,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/x11/x11_process_identity.h"
-
 namespace tallowin {
 
 namespace {
-
-constexpr std::string_view dockIdentifier = "com.apple.dock";
-
-RunningApplication dock() {
-  RunningApplication application;
-  application.pid = dockPid;
-  application.bundleIdentifier = dockIdentifier;
-  application.localizedName = "Dock";
-  application.activationPolicy = ActivationPolicy::accessory;
-  return application;
-}
 
 /// The window to make active with its application; 0 when it has no ordinary one.
 xcb_window_t windowToActivate(const X11WindowSnapshot& screen, const X11Application& application) {
@@ -41,45 +28,39 @@ xcb_window_t windowToActivate(const X11WindowSnapshot& screen, const X11Applicat
 
 std::vector<RunningApplication> X11Workspace::runningApplications() {
   std::vector<RunningApplication> running;
-  const auto snapshot = context_->applications.latest();
+  const auto snapshot = applications_.latest();
   for (const auto& application : snapshot->applications) {
-    running.push_back(context_->applications.running(application));
+    running.push_back(applications_.running(application));
   }
   return running;
 }
 
 std::optional<RunningApplication> X11Workspace::runningApplicationWithProcessIdentifier(ProcessID pid) {
-  if (pid == dockPid) {
-    return dock();
-  }
-  const auto snapshot = context_->applications.latest();
+  const auto snapshot = applications_.latest();
   const auto* application = snapshot->find(pid);
-  return application == nullptr ? std::nullopt : std::optional(context_->applications.running(*application));
+  return application == nullptr ? std::nullopt : std::optional(applications_.running(*application));
 }
 
 std::vector<RunningApplication> X11Workspace::runningApplicationsWithBundleIdentifier(std::string_view bundle) {
-  if (bundle == dockIdentifier) {
-    return {dock()};
-  }
   std::vector<RunningApplication> running;
-  const auto snapshot = context_->applications.latest();
+  const auto snapshot = applications_.latest();
   for (const auto& application : snapshot->applications) {
     if (application.bundleIdentifier == bundle) {
-      running.push_back(context_->applications.running(application));
+      running.push_back(applications_.running(application));
     }
   }
   return running;
 }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() {
-  const auto active = context_->applications.activeWindow();
-  const auto snapshot = active == 0 ? nullptr : context_->applications.latest();
+  const auto active = applications_.activeWindow();
+  const auto snapshot = active == 0 ? nullptr : applications_.latest();
   const auto* application = snapshot == nullptr ? nullptr : snapshot->owner(active);
-  return application == nullptr ? std::nullopt : std::optional(context_->applications.running(*application));
+  return application == nullptr ? std::nullopt : std::optional(applications_.running(*application));
 }
 
 bool X11Workspace::hide(ProcessID pid) {
-  const auto snapshot = context_->applications.refresh();
+  const auto snapshot = applications_.refresh();
   const auto* application = snapshot->find(pid);
   if (application == nullptr) {
     return false;
@@ -92,31 +73,31 @@ bool X11Workspace::hide(ProcessID pid) {
     }
   }
   if (!shown.empty()) {
-    context_->actions.minimize(shown);
-    context_->applications.setHidden(pid, std::move(shown));
+    actions_.minimize(shown);
+    applications_.setHidden(pid, std::move(shown));
   }
   return true;
 }
 
 bool X11Workspace::unhide(ProcessID pid) {
-  const auto snapshot = context_->applications.latest();
-  for (const auto window : context_->applications.takeHidden(pid)) {
-    context_->actions.restore(window);
+  const auto snapshot = applications_.latest();
+  for (const auto window : applications_.takeHidden(pid)) {
+    actions_.restore(window);
   }
   return snapshot->find(pid) != nullptr;
 }
 
 bool X11Workspace::activateWithOptions(ProcessID pid) {
-  const auto snapshot = context_->applications.refresh();
+  const auto snapshot = applications_.refresh();
   const auto* application = snapshot->find(pid);
   if (application == nullptr) {
     return false;
   }
   auto window = windowToActivate(snapshot->screen, *application);
-  if (const auto main = context_->mainWindows.extract(pid); !main.empty() && snapshot->screen.find(main.mapped())) {
-    window = main.mapped();
+  if (const auto main = applications_.takeMainWindow(pid); snapshot->screen.find(main) != nullptr) {
+    window = main;
   }
-  return window != 0 && context_->actions.activate(window);
+  return window != 0 && actions_.activate(window);
 }
 
 std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleIdentifier(std::string_view bundle) {
@@ -139,7 +120,7 @@ void X11Workspace::openApplicationAtURL(const std::filesystem::path& application
 
 /// The process of an application that runs.
 std::optional<ProcessID> X11Workspace::processOf(const std::filesystem::path& application) {
-  const auto snapshot = context_->applications.latest();
+  const auto snapshot = applications_.latest();
   const auto found = std::ranges::find_if(snapshot->applications, [&](const X11Application& running) {
     return launcher_.find(running.bundleIdentifier) == application;
   });

@@ -1,21 +1,19 @@
 #pragma once
 
-#include <memory>
-
 #include "platform/main_queue.h"
 #include "platform/workspace.h"
-#include "platform/x11/x11_elements.h"
+#include "platform/x11/x11_applications.h"
 #include "platform/x11/x11_launcher.h"
+#include "platform/x11/x11_window_actions.h"
 
 namespace tallowin {
 
 /// Applications as far as they have windows: one that has none does not run. The "bundle identifier" is the desktop
-/// entry's id (X11Application), and the URL of an application is its desktop entry's file. "com.apple.dock" is the
-/// emulated Dock, which runs always and is not among the running applications.
+/// entry's id (X11Application), and the URL of an application is its desktop entry's file. Main thread only.
 class X11Workspace : public Workspace {
  public:
-  X11Workspace(MainQueue& queue, X11Launcher& launcher, std::shared_ptr<X11ElementContext> context)
-      : queue_(queue), launcher_(launcher), context_(std::move(context)) {}
+  X11Workspace(MainQueue& queue, X11Launcher& launcher, X11Applications& applications, X11WindowActions& actions)
+      : queue_(queue), launcher_(launcher), applications_(applications), actions_(actions) {}
 
   std::vector<RunningApplication> runningApplications() override;
   std::optional<RunningApplication> runningApplicationWithProcessIdentifier(ProcessID pid) override;
@@ -27,7 +25,7 @@ class X11Workspace : public Workspace {
   bool hide(ProcessID pid) override;
   /// Brings back the windows that hide() minimised.
   bool unhide(ProcessID pid) override;
-  /// Makes the window that was made its main one active, else its frontmost one on the desktop in front, else its
+  /// Makes the window that was raised last active, else its frontmost one on the desktop in front, else its
   /// frontmost one on any, to whose desktop it switches.
   bool activateWithOptions(ProcessID pid) override;
 
@@ -44,8 +42,8 @@ class X11Workspace : public Workspace {
 
   MainQueue& queue_;
   X11Launcher& launcher_;
-  // Shared with the accessibility elements' owner: what is made a main window there is what activating prefers here.
-  const std::shared_ptr<X11ElementContext> context_;
+  X11Applications& applications_;
+  X11WindowActions& actions_;
 };
 
 }  // namespace tallowin

@@ -5,9 +5,10 @@
 #include <set>
 
 #include "base/unicode.h"
-#include "platform/x11/edid.h"
 #include "platform/x11/x11_desktop_names_plan.h"
-#include "platform/x11/x11_window_properties.h"
+#include "platform/x11/x11_desktop_reader.h"
+#include "platform/x11/x11_displays.h"
+#include "platform/x11/x11_properties.h"
 #include "tests/fuzz/fuzzing.h"
 
 using namespace tallowin;

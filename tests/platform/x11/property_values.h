@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/x11/root_properties.h"
+#include "platform/x11/x11_properties.h"
 
 namespace tallowin {
 

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/x11/x11_window_numbers.h"
-#include "tests/platform/x11/x11_windows_fixture.h"
+#include "tests/platform/x11/x11_session_fixture.h"
 
 namespace tallowin {
 namespace {
@@ -13,7 +13,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
-using testing::SizeIs;
 
 constexpr std::uint32_t resourceMask = 0x1FFFFF;
 constexpr auto firstFresh = X11WindowNumbers::firstThatIsNoID;
@@ -95,52 +94,41 @@ class X11ReusedWindowsTest : public X11WindowsTest {
  protected:
   /// The only window's number in the list, nothing while there is none.
   std::optional<WindowNumber> listed() {
-    const auto list = *list_->CGWindowListCopyWindowInfo(0, 0);
-    return list.empty() ? std::nullopt : std::optional(list.at(0)["kCGWindowNumber"].get<WindowNumber>());
+    const auto list = *windows().list(WindowScope::all);
+    return list.empty() ? std::nullopt : std::optional(list.at(0).id);
   }
 };
 
 TEST_F(X11ReusedWindowsTest, TheNextClientsWindowIsAnotherOneThoughItHasTheSameID) {
-  startListening();
+  start();
   std::optional<TestClient> client(std::in_place);
   const auto window = open(*client, "First");
   EXPECT_EQ(listed(), window);
-  const auto first = element(window);
-  EXPECT_EQ(accessibility_->AXUIElementCopyAttributeValue(first, "AXTitle"), AXValue(""));
 
   // Nothing here looks at the list while the one goes and the other comes.
   client.reset();
-  ASSERT_TRUE(eventually([&] {
-    return connection_->reply(xcb_get_geometry_reply, xcb_get_geometry(connection_->raw(), window)) == nullptr;
-  }));
+  while (witness_->reply(xcb_get_geometry_reply, xcb_get_geometry(witness_->raw(), window)) != nullptr) {
+  }
   client.emplace();
   ASSERT_EQ(client->open("Second", "second"), window) << "the server gives the ids of a client that ended to the next";
-  ASSERT_TRUE(loop_.runUntil([&] { return listed().value_or(window) != window; }));
+  ASSERT_TRUE(eventually([&] { return listed().value_or(window) != window; }));
   const auto number = *listed();
   EXPECT_GE(number, X11WindowNumbers::firstThatIsNoID);
-
-  const auto info = [&](WindowNumber of) {
-    return list_->CGWindowListCopyWindowInfo(CGWindowListOption::includingWindow, of)->size();
-  };
-  EXPECT_EQ(info(window), 0U) << "that one has gone";
-  EXPECT_EQ(info(number), 1U);
-  EXPECT_FALSE(accessibility_->AXUIElementSetAttributeValue(first, "AXMinimized", true));
-  const auto application = accessibility_->AXUIElementCreateApplication(getpid());
-  const auto elements =
-      std::get<std::vector<AXUIElement>>(accessibility_->AXUIElementCopyAttributeValue(application, "AXWindows"));
-  ASSERT_THAT(elements, SizeIs(1));
-  EXPECT_EQ(dynamic_cast<const X11WindowElement&>(*elements[0]).number(), number);
-  EXPECT_TRUE(accessibility_->AXUIElementSetAttributeValue(elements[0], "AXMinimized", true));
-  EXPECT_TRUE(read(window).hidden);
+  EXPECT_EQ(windows().window(window), std::nullopt) << "that one has gone";
+  EXPECT_EQ(windows().window(number)->title, "second");
+  EXPECT_FALSE(windows().minimize(ref(window)));
+  EXPECT_EQ(windows().focused(getpid()), number);
+  EXPECT_TRUE(windows().minimize(ref(number)));
+  EXPECT_TRUE(eventually([&] { return read(window).hidden; }));
 }
 
 TEST_F(X11ReusedWindowsTest, OnlyAWindowThatTheWindowManagerLetsGoComesBackAsANewOne) {
-  startListening();
+  start();
   TestClient client;
   const auto window = open(client, "Tray");
   EXPECT_EQ(listed(), window);
-  const auto root = connection_->root();
-  xcb_delete_property(client.raw(), root, connection_->atom(X11Atom::netClientList));  // as a window manager that ends
+  const auto root = client.root();
+  xcb_delete_property(client.raw(), root, client.atom(X11Atom::netClientList));  // as a window manager that ends
   xcb_flush(client.raw());
   ASSERT_TRUE(eventually([&] { return !listed(); }));
   client.setWords(root, X11Atom::netClientList, XCB_ATOM_WINDOW, {window});  // and its successor
@@ -157,13 +145,13 @@ TEST_F(X11ReusedWindowsTest, OnlyAWindowThatTheWindowManagerLetsGoComesBackAsANe
 }
 
 TEST_F(X11WindowsTest, TellsWhichApplicationsComeAndGo) {
-  startListening();
+  start();
   TestClient client;
   open(client, "Early");
   loop_.runReady();
   std::vector<std::string> told;
   const auto observe = [&](NotificationName name, std::string_view text) {
-    return center_.addObserver(name, [&told, text](const Notification& notification) {
+    return session_->workspaceNotifications().addObserver(name, [&told, text](const Notification& notification) {
       told.push_back(std::string(text) + (*notification.application == getpid() ? " local" : " remote"));
     });
   };
@@ -199,17 +187,17 @@ TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
     processes_.launched.clear();
     configuration.arguments = arguments;
     std::string said;
-    workspace_->openApplicationAtURL(path, configuration,
-                                     [&](const auto& result) { said = result ? "opened" : result.error(); });
+    session_->workspace().openApplicationAtURL(path, configuration,
+                                               [&](const auto& result) { said = result ? "opened" : result.error(); });
     EXPECT_TRUE(loop_.runUntil([&] { return !said.empty(); }));
     return processes_.launched.empty() ? said : said + " by " + processes_.launched.back();
   };
-  EXPECT_EQ(workspace_->URLForApplicationWithBundleIdentifier("editor"), entry);
-  EXPECT_EQ(workspace_->URLForApplicationWithBundleIdentifier("no such thing"), std::nullopt);
+  EXPECT_EQ(session_->workspace().URLForApplicationWithBundleIdentifier("editor"), entry);
+  EXPECT_EQ(session_->workspace().URLForApplicationWithBundleIdentifier("no such thing"), std::nullopt);
   EXPECT_EQ(openIt(entry), "opened by true");
   EXPECT_EQ(openIt(folder / "applications/broken.desktop"), "there is no program no-such-tool");
   EXPECT_EQ(openIt("/bin/ls", {"a", "b"}), "opened by ls a b");
-  const auto chrome = workspace_->URLForApplicationWithBundleIdentifier("com.google.Chrome");
+  const auto chrome = session_->workspace().URLForApplicationWithBundleIdentifier("com.google.Chrome");
   ASSERT_EQ(chrome, folder / "applications/google-chrome.desktop");
   EXPECT_EQ(openIt(*chrome, {"--profile-directory=Profile 1"}), "opened by echo --profile-directory=Profile 1");
   for (const auto* application : {"editor", "editor.desktop", "/Applications/The Editor.app", "the editor"}) {
@@ -221,7 +209,7 @@ TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
 
   TestClient client;
   open(client, "Editor");
-  EXPECT_EQ(workspace_->runningApplicationsWithBundleIdentifier("editor").at(0).localizedName, "The Editor");
+  EXPECT_EQ(session_->workspace().runningApplicationsWithBundleIdentifier("editor").at(0).localizedName, "The Editor");
   EXPECT_EQ(openIt(entry), "opened") << "it runs: it is made the active one";
   configuration.opensNewWindow = true;
   EXPECT_EQ(openIt(entry), "opened by true") << "its Exec again";

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <optional>
 
-#include "tests/platform/x11/x11_desktop_fixture.h"
+#include "tests/platform/x11/x11_session_fixture.h"
 
 namespace tallowin {
 namespace {
@@ -61,13 +61,13 @@ class X11DesktopNamesTest : public X11DesktopTest {
     return changes;
   }
 
-  void publish(const std::map<ManagedSpaceID, std::string>& names) { desktop_->desktopNames().publish(names); }
+  void publish(const std::map<ManagedSpaceID, std::string>& names) { session_->desktopNames().publish(names); }
 
   std::vector<ManagedSpaceID> ids() {
     std::vector<ManagedSpaceID> ids;
-    const auto list = desktop_->windowServer().CGSBridgeCopyManagedDisplaySpaces();
-    for (const auto& space : list ? list->at(0)["Spaces"] : PropertyList::array()) {
-      ids.push_back(space["ManagedSpaceID"].get<ManagedSpaceID>());
+    const auto reading = desktop().read();
+    for (const auto& space : reading ? reading->displays.at(0).spaces : std::vector<DesktopSpace>()) {
+      ids.push_back(space.id);
     }
     return ids;
   }
@@ -106,7 +106,7 @@ TEST_F(X11DesktopNamesTest, MirrorsNamesAndGivesTheOldOnesBackEvenAfterBeingKill
   };
   for (const auto& [published, shown, changes, killedBefore] : steps) {
     if (killedBefore) {
-      desktop_.reset();
+      session_.reset();
       connect();
       settle();
     }
@@ -203,7 +203,7 @@ TEST_F(X11DesktopNamesTest, DynamicDesktopsStayThemselves) {
   // A new start finds everything mirrored, and hears of the next change all the same.
   manager.setDesktops(1, 0, {"1\0", 2});
   settle();
-  desktop_.reset();
+  session_.reset();
   connect();
   publish({{1, "mail"}});
   settle();

@@ -1,11 +1,10 @@
 // What the root window's properties say of the desktops, and which names are to be written over the window manager's.
 
-#include "platform/x11/x11_desktop_state.h"
-
 #include <gtest/gtest.h>
 #include <set>
 
 #include "platform/x11/x11_desktop_names_plan.h"
+#include "platform/x11/x11_desktop_reader.h"
 #include "tests/platform/x11/property_values.h"
 
 namespace tallowin {

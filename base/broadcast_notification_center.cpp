@@ -1,4 +1,4 @@
-#include "platform/emulated/broadcast_notification_center.h"
+#include "base/broadcast_notification_center.h"
 
 #include <utility>
 
