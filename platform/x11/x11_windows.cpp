@@ -60,19 +60,14 @@ std::optional<DesktopWindow> X11Windows::window(WindowNumber number) {
 }
 
 std::optional<WindowNumber> X11Windows::focused(ProcessID pid) {
-  const auto snapshot = applications_.latest();
-  const auto* application = snapshot->find(pid);
-  if (application == nullptr) {
-    return std::nullopt;
-  }
-  const auto& windows = application->windows;
   const auto active = applications_.activeWindow();
-  if (std::ranges::find(windows, active) != windows.end()) {
+  if (const auto* owner = applications_.latest()->owner(active); owner != nullptr && owner->pid == pid) {
     return reader_.numbers().number(active);
   }
-  const auto front =
-      std::ranges::find_if(windows, [&](xcb_window_t window) { return snapshot->screen.find(window)->layer == 0; });
-  return front == windows.end() ? std::nullopt : reader_.numbers().number(*front);
+  const auto snapshot = applications_.refresh();  // the order of now
+  const auto front = std::ranges::find_if(
+      snapshot->screen.windows, [pid](const X11Window& window) { return window.pid == pid && window.layer == 0; });
+  return front == snapshot->screen.windows.end() ? std::nullopt : reader_.numbers().number(front->id);
 }
 
 bool X11Windows::raise(const WindowRef& window) {

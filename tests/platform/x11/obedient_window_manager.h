@@ -38,6 +38,17 @@ class ObedientWindowManager : private ScriptedWindowManager {
   ObedientWindowManager(const ObedientWindowManager&) = delete;
   ObedientWindowManager& operator=(const ObedientWindowManager&) = delete;
 
+  /// Waits until it has done everything that it was asked for before.
+  void waitUntilIdle() {
+    const auto other = *X11Connection::open();
+    const auto mark = ++marks_;
+    other->sendToWindowManager(other->root(), X11Atom::timestamp, {mark, 0, 0, 0, 0});
+    while (parseCardinal(other->takeProperty(
+               other->requestProperty(other->root(), X11Atom::timestamp, XCB_ATOM_CARDINAL))) != mark) {
+      std::this_thread::yield();
+    }
+  }
+
   /// How often each message came.
   int count(X11Atom message) {
     const std::lock_guard lock(mutex_);
@@ -142,6 +153,9 @@ class ObedientWindowManager : private ScriptedWindowManager {
     return true;
   }
 
+  void mark(xcb_window_t /*root*/, const std::uint32_t* words) {
+    setWords(root(), X11Atom::timestamp, XCB_ATOM_CARDINAL, {words[0]});
+  }
   void moveToDesktop(xcb_window_t window, const std::uint32_t* words) {
     setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {words[0]});
   }
@@ -199,6 +213,7 @@ class ObedientWindowManager : private ScriptedWindowManager {
 
   using Action = void (ObedientWindowManager::*)(xcb_window_t, const std::uint32_t*);
   const std::map<X11Atom, Action> actions_ = {
+      {X11Atom::timestamp, &ObedientWindowManager::mark},
       {X11Atom::netWmDesktop, &ObedientWindowManager::moveToDesktop},
       {X11Atom::netCurrentDesktop, &ObedientWindowManager::switchTo},
       {X11Atom::netNumberOfDesktops, &ObedientWindowManager::setCount},
@@ -212,6 +227,7 @@ class ObedientWindowManager : private ScriptedWindowManager {
 
   const std::set<X11Atom> ignored_;
   const int depth_;
+  std::uint32_t marks_ = 0;
   std::thread thread_;
 
   // The thread's only.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <memory>
 #include <optional>
@@ -11,6 +10,7 @@
 
 #include "platform/x11/x11_session.h"
 #include "tests/platform/x11/obedient_window_manager.h"
+#include "tests/platform/x11/recording_processes.h"
 #include "tests/platform/x11/scripted_window_manager.h"
 #include "tests/platform/x11/stepped_loop.h"
 #include "tests/platform/x11/test_client.h"
@@ -18,22 +18,6 @@
 #include "tests/set_clock.h"
 
 namespace tallowin {
-
-/// Takes down what would be started.
-class RecordingProcesses : public Processes {
- public:
-  std::expected<void, std::string> launch(const ProcessRequest& request) override {
-    auto line = std::filesystem::path(request.executable).filename().string();
-    for (const auto& argument : request.arguments) {
-      line += ' ' + argument;
-    }
-    launched.push_back(line);
-    return {};
-  }
-  std::expected<std::string, std::string> run(const ProcessRequest& /*request*/) override { return ""; }
-
-  std::vector<std::string> launched;
-};
 
 /// A session on a real server, whose window manager is the test or in this process.
 template <typename Loop>
