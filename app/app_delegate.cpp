@@ -29,20 +29,18 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
              paths_.supportDirectory() / "spaces.json"),
       switcher_({platform.asked, platform.driven, platform.events, platform.displays, platform.preferences,
                  platform.system, platform.mainQueue, platform.clock, settings, platform.log}),
-      watcher_({provider, platform.desktop, platform.workspaceNotifications, platform.defaultNotifications,
-                platform.files, platform.folders, platform.mainQueue, platform.log}),
-      nameMirror_({watcher_, store_, platform.desktop, platform.desktopNames, platform.mainQueue}),
+      watcher_({provider, platform.desktop, platform.asked != nullptr ? DesktopKind::asked : DesktopKind::driven,
+                platform.workspaceNotifications, platform.defaultNotifications, platform.files, platform.folders,
+                settings, platform.mainQueue, platform.log}),
+      changes_(watcher_, store_, platform.mainQueue),
+      nameMirror_({watcher_, store_, changes_, platform.desktop, platform.desktopNames}),
       browserTabs_(platform.workspace, platform.appleScript),
-      windows_({platform_, storage, settings, paths_, store_, switcher_, browserTabs_.reader(),
-                [this] { return watcher_.snapshot().get(); },
-                [this] {
-                  watcher_.refresh();
-                  return watcher_.snapshot().get();
-                },
+      windows_({platform_, storage, settings, paths_, store_, switcher_, browserTabs_.reader(), watcher_,
                 [this](const Space& space) { performer_.switchTo(space); }}),
       automaticNames_({watcher_, store_, windows_.contents, platform.desktopNames, settings, platform.mainQueue}),
-      records_({platform_, storage, settings, paths_, store_, watcher_, windows_.contents, windows_.management,
-                programVersion()}),
+      records_(
+          {platform_, storage, settings, paths_, store_, watcher_, changes_, windows_.contents, windows_.management,
+           programVersion()}),
       automation_(
           {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
            platform.folders, settings, platform.log},
@@ -55,7 +53,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       thumbnails_(
           {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths_}),
       previews_({thumbnails_, platform.presentation.previews, platform.screenCapture, settings, platform.mainQueue,
-                 [this] { return watcher_.snapshot().get(); }}),
+                 watcher_}),
       pipeline_({watcher_, store_, windows_.contents, windows_.spaceLock, windows_.focusMemory, history_,
                  records_.tracker, automation_, previews_, platform.presentation, platform.mainQueue, platform.log,
                  [this] { return initiatedByUs(); }}),
@@ -66,7 +64,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                   [this] { return settings_.get(setting::demoMode); },
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); }}),
-      feed_({platform.clock, watcher_, store_, platform.mainQueue, appNames(windows_.contents)}),
+      feed_({platform.clock, watcher_, store_, changes_, appNames(windows_.contents)}),
       commandRequests_({performer_, underWay_, watcher_, store_, storage,
                         [this](const std::string& url) { return handleURLEvent(url); }}),
       spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
@@ -80,7 +78,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       editRequests_(
           {watcher_, store_, storage, automation_, platform.files, platform.images, appNames(windows_.contents)}),
       requests_(answers(), underWay_),
-      scripting_({platform.scriptEvents, platform.desktopService, platform.mainQueue, watcher_, store_,
+      scripting_({platform.scriptEvents, platform.desktopService, watcher_, store_, changes_,
                   [this](const std::string& url) { return handleURLEvent(url); },
                   [this](const Request& request, std::unique_ptr<Caller> caller) {
                     requests_.handle(request, std::move(caller));
@@ -92,14 +90,11 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
   localAPI_.onCommand = [this](const SpaceCommand& command) { perform(command); };
   localAPI_.onDoubledKey = [this](const DoubledQueryKey& mistake) { endOn(mistake.message()); };
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
-  automaticNames_.onChange = [this] {
-    watcher_.publish();
-    feed_.refresh();
-  };
+  automaticNames_.onChange = [this] { changes_.tell(); };
   // The profile chosen for the displays comes into use before windows go back to where they were with them.
-  windows_.reconnect.onChange = [this] { records_.automaticProfile.displaysChanged(watcher_.snapshot().get()); };
+  windows_.reconnect.onChange = [this] { records_.automaticProfile.displaysChanged(watcher_.latest()); };
   windows_.contents.onNewWindows = [this](const std::vector<WindowInfo>& windows) {
-    windows_.appRules.apply(windows, watcher_.snapshot().get());
+    windows_.appRules.apply(windows, watcher_.latest());
     pipeline_.updateSpaceDock();
   };
 }
@@ -122,10 +117,9 @@ void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
     ids.insert(space.id);
   }
   store_.prune(ids);
+  feed_.refresh();
   newSpaces_.look(snapshot);
   windows_.reconnect.look();
-  records_.stateExporter.schedule();
-  feed_.refresh();
 }
 
 bool AppDelegate::initiatedByUs() const {
@@ -133,7 +127,7 @@ bool AppDelegate::initiatedByUs() const {
 }
 
 bool AppDelegate::switchTo(const Space& space) {
-  const bool posted = switcher_.switchTo(space, watcher_.snapshot().get());
+  const bool posted = switcher_.switchTo(space, watcher_.latest());
   if (posted) {
     lastSwitch_ = platform_.clock.machAbsoluteTime();
   }
@@ -141,7 +135,7 @@ bool AppDelegate::switchTo(const Space& space) {
 }
 
 void AppDelegate::bounceBack(const std::string& spaceID) {
-  const auto spaces = watcher_.snapshot().get().allSpaces();
+  const auto spaces = watcher_.latest().allSpaces();
   if (const auto space = std::ranges::find(spaces, spaceID, &Space::id); space != spaces.end()) {
     switchTo(*space);
   }

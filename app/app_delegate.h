@@ -91,6 +91,7 @@ class AppDelegate {
   SpaceHistory history_;
   SpaceSwitcher switcher_;
   SpaceWatcher watcher_;
+  SpaceChanges changes_;
   DesktopNameMirror nameMirror_;
   BrowserTabs browserTabs_;
   WindowServices windows_;

@@ -99,7 +99,7 @@ class CommandPerformer {
   void perform(const command::SaveAndClose& command, const Call& call);
   void perform(const command::AddDesktop& command, const Call& call);
 
-  [[nodiscard]] const SpaceSnapshot& snapshot() { return services_.watcher.snapshot().get(); }
+  [[nodiscard]] const SpaceSnapshot& snapshot() { return services_.watcher.latest(); }
   [[nodiscard]] std::optional<Space> find(const SpaceRef& ref, const CommandAnswer& answer);
   void switchTo(const Space& space, const CommandAnswer& answer);
   void switchTo(const std::optional<Space>& space, std::string_view ifNone, const CommandAnswer& answer);

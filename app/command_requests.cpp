@@ -64,7 +64,7 @@ void CommandRequests::switchTo(const RequestJob& job, const command::SwitchTo& c
 
 bool CommandRequests::isActive(const SpaceRef& ref) const {
   services_.watcher.refresh();
-  const auto space = resolve(ref, services_.watcher.snapshot().get(), services_.store);
+  const auto space = resolve(ref, services_.watcher.latest(), services_.store);
   return space && space->isActive;
 }
 

@@ -13,7 +13,7 @@ constexpr Duration tolerance = std::chrono::milliseconds(200);
 
 void PreviewRefresh::capture(Duration delay) {
   if (areWanted() && services_.screenCapture.CGPreflightScreenCaptureAccess()) {
-    services_.thumbnails.captureActiveSpaces(services_.snapshot(), delay, [](const auto& /*written*/) {});
+    services_.thumbnails.captureActiveSpaces(services_.watcher.latest(), delay, [](const auto& /*written*/) {});
   }
 }
 

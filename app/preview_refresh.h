@@ -1,9 +1,8 @@
 #pragma once
 
-#include <functional>
-
 #include "base/settings.h"
 #include "core/preview_service.h"
+#include "core/space_watcher.h"
 #include "platform/main_queue.h"
 #include "platform/preview_display.h"
 #include "platform/screen_capture.h"
@@ -21,7 +20,7 @@ class PreviewRefresh {
     ScreenCapture& screenCapture;
     const Settings& settings;
     MainQueue& mainQueue;
-    std::function<SpaceSnapshot()> snapshot;  ///< answers the current one
+    SpaceWatcher& watcher;
   };
 
   explicit PreviewRefresh(Services services) : services_(std::move(services)) {}

@@ -7,7 +7,7 @@ namespace tallowin {
 
 ScriptingChannels::ScriptingChannels(Services services)
     : services_(std::move(services)),
-      object_({services_.desktopService, services_.mainQueue, services_.watcher, services_.store, bridge_,
+      object_({services_.desktopService, services_.watcher, services_.store, services_.changes, bridge_,
                services_.openURL, services_.request, services_.underWay, services_.folders}) {}
 
 ScriptingChannels::~ScriptingChannels() {
@@ -26,7 +26,7 @@ void ScriptingChannels::open(std::function<void(const SpaceCommand&)> handler) {
   };
   bridge_.allNames = [this] {
     std::vector<std::string> names;
-    for (const auto& space : services_.watcher.snapshot().get().allSpaces()) {
+    for (const auto& space : services_.watcher.latest().allSpaces()) {
       names.push_back(services_.store.displayName(space));
     }
     return names;
@@ -39,7 +39,7 @@ void ScriptingChannels::open(std::function<void(const SpaceCommand&)> handler) {
 }
 
 std::optional<Space> ScriptingChannels::current() const {
-  return services_.watcher.snapshot().get().activeSpace();
+  return services_.watcher.latest().activeSpace();
 }
 
 }  // namespace tallowin

@@ -12,9 +12,9 @@ class ScriptingChannels {
   struct Services {
     ScriptEvents& scriptEvents;
     DesktopService& desktopService;
-    MainQueue& mainQueue;
     SpaceWatcher& watcher;
     SpaceStore& store;
+    SpaceChanges& changes;
     OpenURL openURL;
     CommandChannel::Handler request;
     CommandsUnderWay& underWay;

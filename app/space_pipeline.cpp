@@ -47,13 +47,12 @@ void SpacePipeline::show(const Space& to) {
     presentation.hud.show(shown);
   }
   presentation.feedback.spaceChanged(shown);
-  services_.watcher.publish();
   services_.previews.capture(previewDelay);
-  presentation.desktopLabel.update(shownActiveSpaces(services_.watcher.snapshot().get(), services_.store));
+  presentation.desktopLabel.update(shownActiveSpaces(services_.watcher.latest(), services_.store));
 }
 
 void SpacePipeline::updateSpaceDock() {
-  if (const auto active = services_.watcher.snapshot().get().activeSpace()) {
+  if (const auto active = services_.watcher.latest().activeSpace()) {
     services_.presentation.spaceDock.update(appNames(services_.contents)(*active));
   }
 }

@@ -62,7 +62,7 @@ void AppDelegate::wireScripting() {
 void AppDelegate::startSettingsServices() {
   platform_.urlEvents.setHandler([this](const std::string& text) { static_cast<void>(handleURLEvent(text)); });
   localAPI_.refresh();
-  windows_.layouts.startAutoSave([this] { return watcher_.snapshot().get(); });
+  windows_.layouts.startAutoSave();
   windows_.restartOffer.start();
 }
 
@@ -89,7 +89,7 @@ void AppDelegate::startWatching() {
 }
 
 void AppDelegate::noteFirstSpace() {
-  if (const auto active = watcher_.snapshot().get().activeSpace()) {
+  if (const auto active = watcher_.latest().activeSpace()) {
     history_.visit(*active);
     records_.tracker.flush();
     platform_.presentation.dockGuard.refresh(active->id);
@@ -106,7 +106,7 @@ void AppDelegate::observeChanges() {
     previews_.screensDidSleep();
   });
   observe(NotificationName::NSWorkspaceScreensDidWakeNotification, [this] {
-    records_.tracker.screensDidWake(watcher_.snapshot().get());
+    records_.tracker.screensDidWake(watcher_.latest());
     previews_.screensDidWake();
   });
 }
@@ -115,7 +115,7 @@ void AppDelegate::settingsChanged() {
   const auto& presentation = platform_.presentation;
   presentation.edges.refresh();
   presentation.touch.refresh();
-  if (const auto active = watcher_.snapshot().get().activeSpace()) {
+  if (const auto active = watcher_.latest().activeSpace()) {
     presentation.dockGuard.refresh(active->id);
   }
   localAPI_.refresh();

@@ -8,7 +8,7 @@
 #include "base/setting_enumerations.h"
 #include "core/space.h"
 #include "platform/desktop_facts.h"
-#include "platform/window_server.h"
+#include "platform/desktop.h"
 
 namespace tallowin {
 

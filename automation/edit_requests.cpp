@@ -69,7 +69,7 @@ void EditRequests::addTo(RequestTable& table) {
 std::optional<Space> EditRequests::space(const RequestJob& job) const {
   const auto ref = spaceRefFromText(job.words.operands.front());
   services_.watcher.refresh();  // a number counts the desktops as they are now
-  auto found = resolve(ref, services_.watcher.snapshot().get(), services_.store);
+  auto found = resolve(ref, services_.watcher.latest(), services_.store);
   if (!found) {
     job.fail(notFoundMessage(ref).value_or(noActiveSpace));
   }

@@ -119,7 +119,7 @@ void RecordRequests::useNoProfileAutomatically(const RequestJob& job) const {
 }
 
 void RecordRequests::chooseProfile(const RequestJob& job, const std::optional<std::string>& name) const {
-  if (services_.records.automaticProfile.choose(name, services_.watcher.snapshot().get())) {
+  if (services_.records.automaticProfile.choose(name, services_.watcher.latest())) {
     job.succeed();
   } else {
     job.fail("the settings could not be written", exit_status::cannotCreate);
@@ -204,7 +204,7 @@ void RecordRequests::restore(RequestJob job) const {
 void RecordRequests::time(RequestJob job) const {
   auto& tracker = services_.records.tracker;
   const auto& options = job.words.options;
-  const auto names = namesOfTimes(services_.watcher.snapshot().get(), services_.store);
+  const auto names = namesOfTimes(services_.watcher.latest(), services_.store);
   if (const auto file = options.find("--csv"); file != options.end()) {
     constexpr unsigned onlyTheUser = 0600;
     if (const auto written =
@@ -226,7 +226,7 @@ void RecordRequests::time(RequestJob job) const {
 }
 
 void RecordRequests::diagnostics(RequestJob job) const {
-  job.print(services_.records.transfer.diagnostics(services_.watcher.snapshot().get(), {}) + "\n");
+  job.print(services_.records.transfer.diagnostics(services_.watcher.latest(), {}) + "\n");
 }
 
 }  // namespace tallowin

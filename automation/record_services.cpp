@@ -12,11 +12,7 @@ RecordServices::RecordServices(const Context& context)
       automaticProfile({profiles, profileCommands, context.settings, context.platform.displays}),
       templates({context.store, context.platform.workspace, context.platform.files, context.storage, context.paths}),
       templateCommands({templates, context.management, context.platform.alerts, context.platform.toasts,
-                        context.platform.mainQueue, desktopTexts(context.platform.desktopKind),
-                        [&watcher = context.watcher] {
-                          watcher.refresh();
-                          return watcher.snapshot().get();
-                        }}),
+                        context.platform.mainQueue, desktopTexts(context.platform.desktopKind), context.watcher}),
       transfer({context.settings, context.platform.spacePlaces, context.platform.files, context.platform.clock,
                 context.platform.system, context.platform.desktop, context.platform.windows,
                 context.platform.screenCapture, context.platform.displays, context.platform.desktopFacts,
@@ -24,8 +20,8 @@ RecordServices::RecordServices(const Context& context)
                 [platform = context.platform, &storage = context.storage] { return setUpChecks(platform, storage); }}),
       backups({transfer, context.store, context.settings, context.platform.spacePlaces, context.platform.files,
                context.paths, context.platform.clock, context.platform.log}),
-      stateExporter(
-          {context.watcher, context.store, context.contents, context.storage, context.paths, context.platform.clock}) {}
+      stateExporter({context.watcher, context.store, context.changes, context.contents, context.storage, context.paths,
+                     context.platform.clock}) {}
 
 Outcome RecordServices::useProfile(const std::string& name) {
   if (const auto profile = profiles.named(name)) {

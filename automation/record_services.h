@@ -27,6 +27,7 @@ struct RecordServices {
     const AppPaths& paths;
     SpaceStore& store;
     SpaceWatcher& watcher;
+    SpaceChanges& changes;
     SpaceContents& contents;
     SpaceManagement& management;
     const ProgramVersion version;

@@ -11,14 +11,13 @@ StateExporter::StateExporter(Services services)
       file_(services.storage, services.paths.supportDirectory() / "state.json", "StateExporter",
             {.delay = delay, .isOwed = false, .queue = "tallowin.state"}) {
   const auto changed = [this](const auto&...) { schedule(); };
-  observers_.add(services_.watcher.snapshot().observeDidChange(changed));
-  observers_.add(services_.store.observeWillChange(changed));
+  observers_.add(services_.changes.observe(changed));
   observers_.add(services_.contents.appsBySpace().observeDidChange(changed));
 }
 
 void StateExporter::schedule() {
   file_.changed([this]() -> RecordFile::Text {
-    const auto& snapshot = services_.watcher.snapshot().get();
+    const auto& snapshot = services_.watcher.latest();
     if (snapshot == SpaceSnapshot::empty()) {
       return nullptr;
     }

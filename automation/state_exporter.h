@@ -3,8 +3,8 @@
 #include "base/app_paths.h"
 #include "base/record_file.h"
 #include "base/subscriptions.h"
+#include "core/space_changes.h"
 #include "core/space_state.h"
-#include "core/space_watcher.h"
 #include "windows/space_contents.h"
 
 namespace tallowin {
@@ -18,6 +18,7 @@ class StateExporter {
   struct Services {
     SpaceWatcher& watcher;
     SpaceStore& store;
+    SpaceChanges& changes;
     SpaceContents& contents;
     Storage& storage;
     const AppPaths& paths;

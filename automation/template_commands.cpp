@@ -25,7 +25,7 @@ Outcome TemplateCommands::apply(const std::string& name) {
     services_.toasts.show({message, std::nullopt, true});
     return Outcome::refused(message);
   }
-  const auto outcome = services_.templates.apply(*layout, services_.snapshot());
+  const auto outcome = services_.templates.apply(*layout, services_.watcher.fresh());
   if (outcome.missing > 0) {
     askToAdd(*layout, outcome);
     return Outcome::notSeen();
@@ -48,7 +48,7 @@ void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Out
 
 /// Others may have added desktops, or removed some, since the question was asked.
 void TemplateCommands::addMissing(const SpaceTemplate& layout) {
-  const auto snapshot = services_.snapshot();
+  const auto snapshot = services_.watcher.fresh();
   const auto missing = SpaceTemplates::outcome(layout, snapshot).missing;
   const auto wanted = spacesOf(snapshot) + missing;
   if (missing > 0) {
@@ -65,8 +65,8 @@ void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::
       adding_ = false;
       services_.toasts.show({std::string(additionFailure(result.error(), services_.texts)), std::nullopt, true});
     } else if (count > 1) {
-      waiting_ =
-          services_.mainQueue.after(closingTime, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
+      const auto pause = services_.management.showsAtOnce() ? Duration::zero() : closingTime;
+      waiting_ = services_.mainQueue.after(pause, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
     } else {
       applyWhenThere(layout, wanted, patience);
     }
@@ -74,7 +74,7 @@ void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::
 }
 
 void TemplateCommands::applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft) {
-  const auto snapshot = services_.snapshot();
+  const auto snapshot = services_.watcher.fresh();
   if (spacesOf(snapshot) < wanted && patienceLeft > Duration::zero()) {
     waiting_ = services_.mainQueue.after(pollInterval, [this, layout, wanted, patienceLeft] {
       applyWhenThere(layout, wanted, patienceLeft - pollInterval);

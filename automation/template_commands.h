@@ -9,6 +9,7 @@
 #include "base/desktop_texts.h"
 #include "base/lifetime.h"
 #include "commands/outcome.h"
+#include "core/space_watcher.h"
 #include "platform/alerts.h"
 #include "platform/main_queue.h"
 #include "platform/toasts.h"
@@ -32,7 +33,7 @@ class TemplateCommands {
     Toasts& toasts;
     MainQueue& mainQueue;
     const DesktopTexts& texts;
-    std::function<SpaceSnapshot()> snapshot;  ///< takes one now
+    SpaceWatcher& watcher;
   };
 
   explicit TemplateCommands(Services services) : services_(std::move(services)) {}

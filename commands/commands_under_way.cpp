@@ -27,7 +27,7 @@ void CommandAnswer::tell(const Outcome& outcome) const {
 
 void CommandAnswer::doneWhen(Condition condition) const {
   if (const auto state = state_.lock()) {
-    if (condition(state->owner.watcher_.snapshot().get())) {
+    if (condition(state->owner.watcher_.latest())) {
       done();
     } else {
       state->condition = std::move(condition);
@@ -114,7 +114,7 @@ void CommandsUnderWay::lookSoon() {
 void CommandsUnderWay::look() {
   const auto states = underWay_;
   for (const auto& state : states) {
-    if (state->condition && state->condition(watcher_.snapshot().get())) {
+    if (state->condition && state->condition(watcher_.latest())) {
       finish(*state, Outcome::done());
     }
   }

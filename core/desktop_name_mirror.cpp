@@ -5,25 +5,16 @@
 namespace tallowin {
 
 DesktopNameMirror::DesktopNameMirror(Services services)
-    : services_(services),
-      snapshotObserver_(services.watcher.snapshot().observeWillChange([this](const SpaceSnapshot&) { publishSoon(); })),
-      storeObserver_(services.store.observeWillChange([this] { publishSoon(); })) {}
-
-void DesktopNameMirror::publishSoon() {
-  // Both tell before they change. Several changes in a row become one.
-  pending_ = services_.mainQueue.after(Duration::zero(), [this] { publish(); });
-}
+    : services_(services), changes_(services.changes.observe([this] { publish(); })) {}
 
 void DesktopNameMirror::publish() {
-  const auto& snapshot = services_.watcher.snapshot().get();
-  if (snapshot.displays.empty() || !services_.desktop.health().healthy()) {
+  const auto& snapshot = services_.watcher.latest();
+  auto now = names(snapshot);
+  if (snapshot.displays.empty() || published_ == now || !services_.desktop.health().healthy()) {
     return;
   }
-  auto now = names(snapshot);
-  if (published_ != now) {
-    services_.desktopNames.publish(now);
-    published_ = std::move(now);
-  }
+  services_.desktopNames.publish(now);
+  published_ = std::move(now);
 }
 
 DesktopNameMirror::Names DesktopNameMirror::names(const SpaceSnapshot& snapshot) const {

@@ -4,8 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "core/space_store.h"
-#include "core/space_watcher.h"
+#include "core/space_changes.h"
 #include "platform/desktop_names.h"
 
 namespace tallowin {
@@ -17,9 +16,9 @@ class DesktopNameMirror {
   struct Services {
     SpaceWatcher& watcher;
     SpaceStore& store;
+    SpaceChanges& changes;
     Desktop& desktop;
     DesktopNames& desktopNames;
-    MainQueue& mainQueue;
   };
 
   /// Publishes for the first time once there is a snapshot.
@@ -30,15 +29,12 @@ class DesktopNameMirror {
  private:
   using Names = std::map<ManagedSpaceID, std::string>;
 
-  void publishSoon();
   void publish();
   [[nodiscard]] Names names(const SpaceSnapshot& snapshot) const;
 
   const Services services_;
   std::optional<Names> published_;
-  WorkItem pending_;
-  Subscription snapshotObserver_;
-  Subscription storeObserver_;
+  Subscription changes_;
 };
 
 }  // namespace tallowin

@@ -40,13 +40,21 @@ std::vector<DisplaySpaces> SpaceProvider::displays(const DesktopReading& reading
   return displays;
 }
 
-std::optional<SpaceSnapshot> SpaceProvider::snapshot() const {
-  const auto reading = desktop_.read();
+std::optional<DesktopReading> SpaceProvider::read() const {
+  auto reading = desktop_.read();
   if (!reading) {
     log_.error("SpaceProvider", "CGSCopyManagedDisplaySpaces returned nothing");
   }
-  return reading && !reading->displays.empty() ? std::optional(SpaceSnapshot{displays(*reading), clock_.now()})
-                                               : std::nullopt;
+  return reading;
+}
+
+std::optional<SpaceSnapshot> SpaceProvider::snapshot(const DesktopReading& reading) const {
+  return reading.displays.empty() ? std::nullopt : std::optional(SpaceSnapshot{displays(reading), clock_.now()});
+}
+
+std::optional<SpaceSnapshot> SpaceProvider::snapshot() const {
+  const auto reading = read();
+  return reading ? snapshot(*reading) : std::nullopt;
 }
 
 std::string idOfManagedSpace(ManagedSpaceID managedID) {

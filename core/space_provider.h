@@ -20,6 +20,12 @@ class SpaceProvider {
   /// which is logged.
   [[nodiscard]] std::optional<SpaceSnapshot> snapshot() const;
 
+  /// What the desktop tells now; nothing when it does not tell, which is logged.
+  [[nodiscard]] std::optional<DesktopReading> read() const;
+
+  /// The snapshot that a reading of this moment makes; nothing without displays.
+  [[nodiscard]] std::optional<SpaceSnapshot> snapshot(const DesktopReading& reading) const;
+
   /// What the desktop tells, in terms of the program: with desktop numbers and identities.
   [[nodiscard]] static std::vector<DisplaySpaces> displays(const DesktopReading& reading);
 

@@ -1,14 +1,21 @@
 #include "core/space_watcher.h"
 
+#include <algorithm>
 #include <string>
 
 namespace tallowin {
 
 namespace {
 
-constexpr auto spaceWatcherCategory = "SpaceWatcher";
+constexpr auto watcherCategory = "SpaceWatcher";
 constexpr auto debounce = std::chrono::milliseconds(40);
 constexpr auto spacesPreferences = "Library/Preferences/com.apple.spaces.plist";
+
+/// Whether the Space that a display is said to show is one of its Spaces.
+bool showsOneOfItsSpaces(const DesktopDisplay& display) {
+  return display.current &&
+         std::ranges::find(display.spaces, *display.current, &DesktopSpace::id) != display.spaces.end();
+}
 
 }  // namespace
 
@@ -23,15 +30,17 @@ void SpaceWatcher::start() {
   }
   observeDesktop();
   observeNotifications();
-  plistSource_.start();
+  if (services_.kind == DesktopKind::driven) {
+    plistSource_.start();
+  }
   refresh();
 }
 
 void SpaceWatcher::observeDesktop() {
   const bool complete =
-      services_.desktop.observe(lifetime_.bound([this](const DesktopSign& sign) { requestRefresh(sign.reason); }));
+      services_.desktop.observe(lifetime_.bound([this](const DesktopSign& sign) { signSeen(sign); }));
   if (!complete) {
-    services_.log.error(spaceWatcherCategory, "WindowServer notifications unavailable, relying on fallbacks");
+    services_.log.error(watcherCategory, "WindowServer notifications unavailable, relying on fallbacks");
   }
 }
 
@@ -39,19 +48,59 @@ void SpaceWatcher::observeNotifications() {
   const auto observe = [this](NotificationCenter& center, NotificationName name) {
     observers_.add(center.addObserver(name, [this](const Notification&) { requestRefresh("workspace"); }));
   };
-  observe(services_.workspaceNotifications, NotificationName::NSWorkspaceActiveSpaceDidChangeNotification);
   observe(services_.defaultNotifications, NotificationName::NSApplicationDidChangeScreenParametersNotification);
-  // The wake notification belongs to the workspace's centre, but this program has always listened at the default one.
-  observe(services_.defaultNotifications, NotificationName::NSWorkspaceDidWakeNotification);
+  if (services_.kind == DesktopKind::driven) {
+    // A desktop that can be asked gives a sign of its own for these.
+    observe(services_.workspaceNotifications, NotificationName::NSWorkspaceActiveSpaceDidChangeNotification);
+    // It belongs to the workspace's centre, but this program has always listened at the default one.
+    observe(services_.defaultNotifications, NotificationName::NSWorkspaceDidWakeNotification);
+  }
+}
+
+/// The Space lock and the Dock guard tell by what comes soon after a change whether the user wanted it.
+void SpaceWatcher::signSeen(const DesktopSign& sign) {
+  const auto& settings = services_.settings;
+  if (!sign.isExact || settings.get(setting::spaceLock) || settings.get(setting::dockClickProtection)) {
+    requestRefresh(sign.reason);
+  } else {
+    pendingFollow_ = services_.mainQueue.after(Duration::zero(), [this] { follow(); });  // once for all of this turn
+  }
+}
+
+void SpaceWatcher::follow() {
+  const auto reading = services_.provider.read();
+  if (reading && isSettled(*reading)) {
+    take(*reading);
+  } else {
+    requestRefresh("the desktop is being rebuilt");
+  }
+}
+
+/// Desktops that come or go, and window managers that start, say one thing after the other.
+bool SpaceWatcher::isSettled(const DesktopReading& reading) const {
+  const auto& known = snapshot_.get().displays;
+  return reading.manager == manager_ && std::ranges::all_of(reading.displays, showsOneOfItsSpaces) &&
+         std::ranges::equal(reading.displays, known, [](const DesktopDisplay& now, const DisplaySpaces& before) {
+           return now.id == before.id && now.spaces.size() == before.spaces.size();
+         });
 }
 
 void SpaceWatcher::requestRefresh(std::string_view reason) {
-  services_.log.debug(spaceWatcherCategory, "refresh asked for by " + std::string(reason));
+  services_.log.debug(watcherCategory, "refresh asked for by " + std::string(reason));
   pendingRefresh_ = services_.mainQueue.after(debounce, [this] { refresh(); });
 }
 
 void SpaceWatcher::refresh() {
-  auto snapshot = services_.provider.snapshot();
+  if (const auto reading = services_.provider.read()) {
+    take(*reading);
+  }
+}
+
+void SpaceWatcher::take(const DesktopReading& reading) {
+  auto snapshot = services_.provider.snapshot(reading);
+  if (snapshot) {
+    manager_ = reading.manager;
+  }
   if (!snapshot || snapshot->displays == snapshot_.get().displays) {
     return;
   }

@@ -7,25 +7,30 @@
 #include "base/lifetime.h"
 #include "base/published.h"
 #include "base/replaced_file_watch.h"
+#include "base/settings.h"
 #include "base/subscriptions.h"
 #include "core/space_provider.h"
+#include "platform/desktop_facts.h"
 #include "platform/folders.h"
 #include "platform/notification_center.h"
 
 namespace tallowin {
 
 /// Keeps the current snapshot of the Spaces up to date and tells when it, or the active Space of the menu-bar display,
-/// has changed. Everything that may signal a change leads to one refresh, 40 ms after the last signal. Main thread
-/// only.
+/// has changed. Everything that may signal a change leads to one refresh, 40 ms after the last signal; an exact sign of
+/// the desktop's is followed in the same turn of the main queue, unless its change has to be judged by what comes after
+/// it. Main thread only.
 class SpaceWatcher {
  public:
   struct Services {
     const SpaceProvider& provider;
     Desktop& desktop;
+    DesktopKind kind;
     NotificationCenter& workspaceNotifications;
     NotificationCenter& defaultNotifications;
     Files& files;
     const Folders& folders;
+    const Settings& settings;
     MainQueue& mainQueue;
     Log& log;
   };
@@ -48,22 +53,34 @@ class SpaceWatcher {
   /// Takes a snapshot now. When none can be had the old one stays.
   void refresh();
 
-  /// Tells the observers of the snapshot again: what stands beside it has changed.
-  void publish() { snapshot_.set(snapshot_.get()); }
+  /// The Spaces as they are now, after a refresh.
+  const SpaceSnapshot& fresh() {
+    refresh();
+    return snapshot_.get();
+  }
 
-  /// The latest snapshot; SpaceSnapshot::empty() before the first. Observers are told before every change.
+  /// The Spaces as they were last seen; SpaceSnapshot::empty() before the first refresh.
+  [[nodiscard]] const SpaceSnapshot& latest() const { return snapshot_.get(); }
+
+  /// The latest snapshot, for those who are told of changes: before them and after.
   [[nodiscard]] Published<SpaceSnapshot>& snapshot() { return snapshot_; }
 
  private:
   void observeDesktop();
   void observeNotifications();
+  void signSeen(const DesktopSign& sign);
+  void follow();
+  [[nodiscard]] bool isSettled(const DesktopReading& reading) const;
+  void take(const DesktopReading& reading);
   void reportActiveSpace(const std::optional<Space>& before, const SpaceSnapshot& now);
 
   const Services services_;
   Published<SpaceSnapshot> snapshot_{SpaceSnapshot::empty()};
+  std::uint64_t manager_ = 0;  ///< of the reading that the snapshot was made of
   ReplacedFileWatch plistSource_;
   Subscriptions observers_;
   WorkItem pendingRefresh_;
+  WorkItem pendingFollow_;
   bool started_ = false;
   Lifetime lifetime_;
 };

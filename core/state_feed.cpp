@@ -21,9 +21,7 @@ bool differs(const std::map<std::string, PropertyList>& before, const std::map<s
 }  // namespace
 
 StateFeed::StateFeed(Services services)
-    : services_(std::move(services)), store_(services_.store.observeWillChange([this] {
-        soon_ = services_.mainQueue.after(Duration::zero(), [this] { refresh(); });
-      })) {}
+    : services_(std::move(services)), changes_(services_.changes.observe([this] { refresh(); })) {}
 
 void StateFeed::add(std::shared_ptr<Caller> caller, Form form) {
   refresh();  // the others are to know what this one is told
@@ -56,7 +54,7 @@ void StateFeed::tell(const std::string& change) {
 
 StateFeed::State StateFeed::state() const {
   State state;
-  const auto& snapshot = services_.watcher.snapshot().get();
+  const auto& snapshot = services_.watcher.latest();
   for (const auto& display : snapshot.displays) {
     state.spaces.push_back("display " + display.id);
     state.active.push_back((display.isMenuBarDisplay ? "* " : "") + display.activeSpaceID.value_or(""));
@@ -74,7 +72,7 @@ std::string StateFeed::line(const std::string& change, const Form& form) const {
   if (form.json) {
     return compactJSON(record(change)) + "\n";
   }
-  const auto active = services_.watcher.snapshot().get().activeSpace();
+  const auto active = services_.watcher.latest().activeSpace();
   if (form.format) {
     return active ? form.format->line(*active, services_.store) : "\n";
   }
@@ -84,7 +82,7 @@ std::string StateFeed::line(const std::string& change, const Form& form) const {
 }
 
 PropertyList StateFeed::record(const std::string& change) const {
-  const auto& snapshot = services_.watcher.snapshot().get();
+  const auto& snapshot = services_.watcher.latest();
   auto record = stateRecord(snapshot, services_.store, services_.apps, services_.clock.now());
   const auto active = snapshot.activeSpace();
   record["sequence"] = sequence_;

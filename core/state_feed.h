@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "core/space_changes.h"
 #include "core/space_format.h"
 #include "core/space_state.h"
-#include "core/space_watcher.h"
 #include "platform/command_channel.h"
 
 namespace tallowin {
@@ -27,7 +27,7 @@ class StateFeed {
     const Clock& clock;
     SpaceWatcher& watcher;
     SpaceStore& store;
-    MainQueue& mainQueue;
+    SpaceChanges& changes;
     AppNames apps;
   };
 
@@ -67,8 +67,7 @@ class StateFeed {
   std::vector<Reader> readers_;
   State last_;  ///< what the readers know
   std::uint64_t sequence_ = 0;
-  WorkItem soon_;
-  Subscription store_;
+  Subscription changes_;
 };
 
 }  // namespace tallowin

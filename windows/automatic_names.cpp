@@ -18,7 +18,7 @@ void AutomaticNames::lookSoon() {
 void AutomaticNames::look() {
   std::map<std::string, std::string> names;
   if (services_.settings.get(setting::autoNameSpaces)) {
-    for (const auto& space : services_.watcher.snapshot().get().allSpaces()) {
+    for (const auto& space : services_.watcher.latest().allSpaces()) {
       names.emplace(space.id, services_.store.displayName(space));
     }
   }

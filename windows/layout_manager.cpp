@@ -86,15 +86,14 @@ MoveTally LayoutManager::tallyFor(Completion completion) {
   }));
 }
 
-void LayoutManager::startAutoSave(std::function<SpaceSnapshot()> snapshot) {
-  snapshot_ = std::move(snapshot);
+void LayoutManager::startAutoSave() {
   autoSaveTimer_ = services_.mainQueue.every(autoSaveInterval, autoSaveTolerance, [this] { autoSave(); });
 }
 
 void LayoutManager::autoSave() {
   autoSaveDue_ = autoSaveHolds_ > 0;
   if (!autoSaveDue_ && services_.settings.get(setting::autoSaveLayout)) {
-    save(layout_name::automatic, snapshot_());
+    save(layout_name::automatic, services_.watcher.latest());
   }
 }
 

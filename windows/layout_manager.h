@@ -7,7 +7,7 @@
 
 #include "base/delayed_steps.h"
 #include "base/lifetime.h"
-#include "core/space.h"
+#include "core/space_watcher.h"
 #include "platform/clock.h"
 #include "platform/displays.h"
 #include "platform/main_queue.h"
@@ -29,6 +29,7 @@ class LayoutManager {
   using Completion = MoveTally::Completion;
 
   struct Services {
+    SpaceWatcher& watcher;
     WindowMover& mover;
     SpaceContents& contents;
     Windows& windows;
@@ -61,9 +62,9 @@ class LayoutManager {
   /// Entries whose application has no window, or whose Space does not exist, change nothing.
   void restore(const WindowLayout& layout, const SpaceSnapshot& snapshot, Completion completion);
 
-  /// From now on saves "auto" every five minutes while the setting "autoSaveLayout" is on. `snapshot` answers the
-  /// current one. A save that is due during a restore, or while somebody holds automatic saving, is made afterwards.
-  void startAutoSave(std::function<SpaceSnapshot()> snapshot);
+  /// From now on saves "auto" every five minutes while the setting "autoSaveLayout" is on. A save that is due during a
+  /// restore, or while somebody holds automatic saving, is made afterwards.
+  void startAutoSave();
 
   /// Holds automatic saving until the subscription is let go of, as while windows are not where the user put them.
   [[nodiscard]] Subscription holdAutoSave();
@@ -84,7 +85,6 @@ class LayoutManager {
   const Services services_;
   LayoutFiles files_;
   DelayedSteps steps_;
-  std::function<SpaceSnapshot()> snapshot_;
   WorkItem autoSaveTimer_;
   int autoSaveHolds_ = 0;     ///< so many hold automatic saving
   bool autoSaveDue_ = false;  ///< a save was due meanwhile

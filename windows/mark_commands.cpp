@@ -63,7 +63,7 @@ MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
 
 /// The first Space that shows a window; nothing when one that does is active, or none is known.
 std::optional<Space> MarkCommands::spaceToSwitchTo(WindowNumber window) const {
-  const auto snapshot = services_.snapshot();
+  const auto& snapshot = services_.watcher.fresh();
   std::vector<Space> spaces;
   for (const auto id : services_.desktop.spacesOfWindow(window).value_or(std::vector<ManagedSpaceID>())) {
     if (const auto space = spaceWithManagedID(snapshot, id)) {

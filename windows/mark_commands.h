@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "core/space.h"
+#include "core/space_watcher.h"
 #include "platform/desktop.h"
 #include "platform/toasts.h"
 #include "windows/window_marks.h"
@@ -20,7 +20,7 @@ class MarkCommands {
     WindowMover& mover;
     Desktop& desktop;
     Toasts& toasts;
-    std::function<SpaceSnapshot()> snapshot;     ///< answers one of this moment
+    SpaceWatcher& watcher;
     std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
   };
 

@@ -12,7 +12,7 @@ void ReconnectRestore::start() {
 }
 
 void ReconnectRestore::look() {
-  auto now = connectedDisplays(services_.displays, services_.snapshot());
+  auto now = connectedDisplays(services_.displays, services_.watcher.latest());
   if (now.identifiers.empty() || now == latest_) {
     return;
   }
@@ -45,7 +45,7 @@ void ReconnectRestore::settle() {
 
 void ReconnectRestore::restore(const WindowLayout& layout) {
   services_.contents.readNow();
-  services_.layouts.restore(layout, services_.snapshot(), [&toasts = services_.toasts](std::size_t moved) {
+  services_.layouts.restore(layout, services_.watcher.latest(), [&toasts = services_.toasts](std::size_t moved) {
     if (moved > 0) {
       toasts.show({"Restored " + std::to_string(moved) + " windows to your external display", "display.2"});
     }

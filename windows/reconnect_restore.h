@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/settings.h"
+#include "core/space_watcher.h"
 #include "platform/displays.h"
 #include "platform/notification_center.h"
 #include "platform/toasts.h"
@@ -29,7 +30,7 @@ class ReconnectRestore {
     const Settings& settings;
     Toasts& toasts;
     MainQueue& mainQueue;
-    std::function<SpaceSnapshot()> snapshot;  ///< answers the current one
+    SpaceWatcher& watcher;
   };
 
   explicit ReconnectRestore(Services services) : services_(std::move(services)) {}

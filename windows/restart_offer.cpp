@@ -10,7 +10,7 @@ void RestartOffer::start() {
 
 void RestartOffer::offer() {
   const auto layout =
-      services_.layouts.load(layout_name::automatic, services_.layouts.displaySetup(services_.snapshot()));
+      services_.layouts.load(layout_name::automatic, services_.layouts.displaySetup(services_.watcher.latest()));
   if (!layout || layout->entries.empty()) {
     return;
   }
@@ -27,7 +27,7 @@ void RestartOffer::offer() {
 }
 
 void RestartOffer::restore(const WindowLayout& layout) {
-  services_.layouts.restore(layout, services_.snapshot(), [](std::size_t /*moved*/) {});
+  services_.layouts.restore(layout, services_.watcher.latest(), [](std::size_t /*moved*/) {});
 }
 
 }  // namespace tallowin

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "base/desktop_texts.h"
 #include "base/lifetime.h"
+#include "core/space_watcher.h"
 #include "platform/alerts.h"
 #include "platform/clock.h"
 #include "platform/system.h"
@@ -29,7 +29,7 @@ class RestartOffer {
     MainQueue& mainQueue;
     const Clock& clock;
     const DesktopTexts& texts;
-    std::function<SpaceSnapshot()> snapshot;  ///< answers the current one
+    SpaceWatcher& watcher;
   };
 
   explicit RestartOffer(Services services) : services_(std::move(services)) {}

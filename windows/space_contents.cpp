@@ -36,11 +36,26 @@ SpaceContents::SpaceContents(Services services)
       queue_(services.workQueues.make("tallowin.contents")) {}
 
 void SpaceContents::start() {
+  const bool isTold = services_.windows.observe([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) {
+      changed();
+    }
+  });
   refresh();
+  if (isTold) {
+    return;
+  }
   for (const auto trigger : triggers) {
     observers_.add(services_.workspaceNotifications.addObserver(trigger, [this](const Notification&) { refresh(); }));
   }
   timer_ = services_.mainQueue.every(period, periodTolerance, [this] { refresh(); });
+}
+
+void SpaceContents::changed() {
+  refresh();
+  if (onChange) {
+    onChange();
+  }
 }
 
 void SpaceContents::refresh() {

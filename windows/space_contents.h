@@ -44,8 +44,11 @@ class SpaceContents {
   /// reading finds are not new, and no number is reported twice, not even one that was closed and given out again.
   std::function<void(const std::vector<WindowInfo>&)> onNewWindows;
 
-  /// Asks for a first reading, and from now on for one whenever applications come, go or are activated, when the active
-  /// Space changes, and every 4 seconds. Call once.
+  /// Told as soon as the desktop tells that windows have changed, before they are read. Not where it does not tell.
+  std::function<void()> onChange;
+
+  /// Asks for a first reading, and from now on for one whenever windows change; where the desktop does not tell that,
+  /// whenever applications come, go or are activated, when the active Space changes, and every 4 seconds. Call once.
   void start();
 
   /// Asks for a new reading, which is made 0.15 seconds from now and published after that. Cheap: calls until then are
@@ -73,6 +76,7 @@ class SpaceContents {
   [[nodiscard]] bool published() const { return latest_ != 0; }
 
  private:
+  void changed();
   void publish(SpaceContentsReading found, std::uint64_t number);
   void reportNewWindows();
 

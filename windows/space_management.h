@@ -48,6 +48,9 @@ class SpaceManagement {
   /// Adds a desktop to the first display.
   void addDesktop(Completion completion);
 
+  /// Whether success is to be seen in a snapshot that is taken then.
+  [[nodiscard]] bool showsAtOnce() const { return asked_ != nullptr; }
+
   /// Removes the desktop with this number (Space::desktopNumber).
   void removeDesktop(std::int64_t number, Completion completion);
 

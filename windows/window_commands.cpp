@@ -119,6 +119,9 @@ SpaceManagement::Completion WindowCommands::answerWhen(CommandAnswer::Condition 
                                                        const CommandAnswer& answer) const {
   return [this, condition = std::move(condition), failureText, answer](SpaceManagement::Result result) {
     if (result) {
+      if (services_.windows.management.showsAtOnce()) {
+        services_.watcher.refresh();
+      }
       answer.doneWhen(condition);
     } else {
       fail(failureText(result.error(), services_.windows.texts), answer);

@@ -45,7 +45,7 @@ class WindowCommands {
   void removeDesktop(const Space& space, const CommandAnswer& answer);
 
  private:
-  [[nodiscard]] const SpaceSnapshot& snapshot() const { return services_.watcher.snapshot().get(); }
+  [[nodiscard]] const SpaceSnapshot& snapshot() const { return services_.watcher.latest(); }
   using FailureText = std::string_view (*)(SpaceManagement::Failure failure, const DesktopTexts& texts);
   /// For an operation that has been successful only when a snapshot shows what it was for.
   [[nodiscard]] SpaceManagement::Completion answerWhen(CommandAnswer::Condition condition, FailureText failureText,

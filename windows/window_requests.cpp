@@ -42,7 +42,7 @@ void WindowRequests::addTo(RequestTable& table) {
 void WindowRequests::windows(RequestJob job) const {
   auto& contents = services_.windows.contents;
   contents.readNow();
-  const auto& snapshot = services_.watcher.snapshot().get();
+  const auto& snapshot = services_.watcher.latest();
   auto found = contents.windows().get();
   if (!job.words.has("--all")) {
     const auto active = snapshot.activeSpace();
@@ -96,7 +96,7 @@ void WindowRequests::pin(RequestJob job) const {
   const auto ref = spaceRefFromText(job.words.operands.back());
   const auto bundleID = bundleIDOf(application);
   services_.watcher.refresh();  // a number counts the desktops as they are now
-  const auto space = resolve(ref, services_.watcher.snapshot().get(), services_.store);
+  const auto space = resolve(ref, services_.watcher.latest(), services_.store);
   if (!bundleID) {
     job.fail("no application called " + application + " is running or installed");
   } else if (!space) {

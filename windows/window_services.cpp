@@ -21,24 +21,25 @@ WindowServices::WindowServices(const Context& context)
       scratchpad({mover, contents, context.platform.workspace, context.settings, context.platform.log}),
       marks(context.platform.globalHotKeys, context.platform.mainQueue),
       markCommands(
-          {marks, mover, context.platform.desktop, context.platform.toasts, context.freshSnapshot, context.switchTo}),
-      layouts({mover, contents, context.platform.windows, context.platform.displays, context.storage, context.paths,
-               context.settings, context.platform.mainQueue, context.platform.clock}),
+          {marks, mover, context.platform.desktop, context.platform.toasts, context.watcher, context.switchTo}),
+      layouts({context.watcher, mover, contents, context.platform.windows, context.platform.displays, context.storage,
+               context.paths, context.settings, context.platform.mainQueue, context.platform.clock}),
       layoutCommands(layouts, context.platform.toasts),
       reconnect({layouts, contents, context.platform.displays, context.platform.defaultNotifications, context.settings,
-                 context.platform.toasts, context.platform.mainQueue, context.snapshot}),
+                 context.platform.toasts, context.platform.mainQueue, context.watcher}),
       restartOffer({layouts, context.platform.alerts, context.platform.workspace, context.platform.system,
-                    context.platform.mainQueue, context.platform.clock, texts, context.snapshot}),
+                    context.platform.mainQueue, context.platform.clock, texts, context.watcher}),
       savedSpaces({context.store, contents, context.platform.windows, context.platform.workspace, context.storage,
                    context.paths, context.platform.clock, context.platform.log},
                   context.browserTabs, [&system = context.platform.system] { return system.randomBits(); }),
       savedSpaceCommands(savedSpaces, context.platform.toasts),
       management({context.platform.asked, context.platform.driven, context.platform.workspace, context.platform.events,
                   context.platform.mainQueue}) {
-  spaceLock.onPulledAway = [this, snapshot = context.snapshot](const Space& left,
-                                                               const RunningApplication& application) {
-    pulledAway.pulledAway(left, application, snapshot());
+  spaceLock.onPulledAway = [this, &watcher = context.watcher](const Space& left,
+                                                              const RunningApplication& application) {
+    pulledAway.pulledAway(left, application, watcher.latest());
   };
+  contents.onChange = [this] { mover.windowsChanged(); };
 }
 
 std::set<ProcessID> WindowServices::appsOn(const Space& space) {

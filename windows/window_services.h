@@ -39,9 +39,8 @@ struct WindowServices {
     SpaceStore& store;
     SpaceSwitcher& switcher;
     BrowserTabsReader browserTabs;
-    std::function<SpaceSnapshot()> snapshot;       ///< answers the latest one
-    std::function<SpaceSnapshot()> freshSnapshot;  ///< answers one of this moment
-    std::function<void(const Space&)> switchTo;    ///< switches as this program's own doing
+    SpaceWatcher& watcher;
+    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
   };
 
   explicit WindowServices(const Context& context);

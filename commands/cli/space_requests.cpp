@@ -49,7 +49,7 @@ void SpaceRequests::addTo(RequestTable& table) {
 
 /// Whether there are Spaces to tell of; if not, that has been answered.
 bool SpaceRequests::haveSpaces(const RequestJob& job) const {
-  const bool have = !services_.watcher.snapshot().get().displays.empty();
+  const bool have = !services_.watcher.latest().displays.empty();
   if (!have) {
     job.fail("there are no desktops here; \"tallowin doctor\" tells what is missing", exit_status::unavailable);
   }
@@ -60,7 +60,7 @@ void SpaceRequests::list(RequestJob job) const {
   if (!haveSpaces(job)) {
     return;
   }
-  const auto& snapshot = services_.watcher.snapshot().get();
+  const auto& snapshot = services_.watcher.latest();
   if (job.words.has(formatOption)) {
     if (const auto format = formatOf(job)) {
       std::string lines;
@@ -88,7 +88,7 @@ void SpaceRequests::current(RequestJob job) const {
   if (!haveSpaces(job)) {
     return;
   }
-  const auto space = services_.watcher.snapshot().get().activeSpace();
+  const auto space = services_.watcher.latest().activeSpace();
   if (!space) {
     job.fail(noActiveSpace);
     return;

@@ -28,8 +28,7 @@ DesktopObject::DesktopObject(Services services)
                    {"Names", "as", &DesktopObject::names}}} {}
 
 void DesktopObject::offer() {
-  observers_.add(services_.watcher.snapshot().observeDidChange([this](const SpaceSnapshot&) { lookSoon(); }));
-  observers_.add(services_.store.observeWillChange([this] { lookSoon(); }));
+  changes_ = services_.changes.observe([this] { tellChanges(); });
   offered_ = services_.service.offer(
       description(),
       {[this](const std::string& interface, const std::string& method, const PropertyList& arguments,
@@ -53,7 +52,7 @@ ServiceDescription DesktopObject::description() const {
 /// which come and go too often for a signal each time.
 PropertyList DesktopObject::spaces() const {
   auto list = PropertyList::array();
-  for (const auto& space : services_.watcher.snapshot().get().allSpaces()) {
+  for (const auto& space : services_.watcher.latest().allSpaces()) {
     auto record = spaceRecord(space, services_.store, [](const Space&) { return std::vector<std::string>(); });
     record.erase("apps");
     for (auto member = record.begin(); member != record.end();) {
@@ -75,10 +74,6 @@ PropertyList DesktopObject::names() const {
 PropertyList DesktopObject::value(const std::string& property) const {
   const auto* const found = std::ranges::find(properties_, property, &Property::name);
   return found != properties_.end() ? (this->*found->read)() : PropertyList();
-}
-
-void DesktopObject::lookSoon() {
-  soon_ = services_.mainQueue.after(Duration::zero(), [this] { tellChanges(); });
 }
 
 void DesktopObject::tellChanges() {

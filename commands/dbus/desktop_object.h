@@ -4,13 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "base/subscriptions.h"
 #include "commands/commands_under_way.h"
 #include "commands/dbus/desktop_methods.h"
-#include "core/space_store.h"
-#include "core/space_watcher.h"
+#include "core/space_changes.h"
 #include "platform/folders.h"
-#include "platform/main_queue.h"
 
 namespace tallowin {
 
@@ -20,9 +17,9 @@ class DesktopObject {
  public:
   struct Services {
     DesktopService& service;
-    MainQueue& mainQueue;
     SpaceWatcher& watcher;
     SpaceStore& store;
+    SpaceChanges& changes;
     const ScriptingBridge& bridge;
     OpenURL openURL;
     CommandChannel::Handler request;
@@ -53,14 +50,12 @@ class DesktopObject {
   [[nodiscard]] PropertyList current() const;
   [[nodiscard]] PropertyList names() const;
   [[nodiscard]] PropertyList value(const std::string& property) const;
-  void lookSoon();
   void tellChanges();
 
   const Services services_;
   const std::vector<DesktopMethod> methods_;
   std::array<Property, 3> properties_;
-  WorkItem soon_;
-  Subscriptions observers_;
+  Subscription changes_;
   Subscription offered_;
 };
 

@@ -26,9 +26,11 @@ struct MirroringProgram : StoringProgram {
     return published;
   }
 
-  SpaceWatcher watcher{{provider, spaces, desktop.workspaceNotifications(), desktop.defaultNotifications(),
-                        desktop.files(), desktop.folders(), time, desktop.log()}};
-  DesktopNameMirror mirror{{watcher, store, spaces, desktop.desktopNames(), time}};
+  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
+                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
+                        desktop.log()}};
+  SpaceChanges changes{watcher, store, time};
+  DesktopNameMirror mirror{{watcher, store, changes, spaces, desktop.desktopNames()}};
 };
 
 TEST(DesktopNameMirror, PublishesTheUsersNamesOfTheSpacesThatExist) {
@@ -81,9 +83,9 @@ TEST(DesktopNameMirror, PublishesNothingInADegradedSystem) {
 
 TEST(DesktopNameMirror, MayGoBeforeItsWorkIsDone) {
   MirroringProgram program("{}");
-  std::optional<DesktopNameMirror> another(std::in_place,
-                                           DesktopNameMirror::Services{program.watcher, program.store, program.spaces,
-                                                                       program.desktop.desktopNames(), program.time});
+  std::optional<DesktopNameMirror> another(
+      std::in_place, DesktopNameMirror::Services{program.watcher, program.store, program.changes, program.spaces,
+                                                 program.desktop.desktopNames()});
   program.watcher.start();
   another.reset();
   program.time.advance(1s);

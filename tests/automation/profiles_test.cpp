@@ -98,8 +98,10 @@ struct TemplatesProgram : StoringProgram {
   const DesktopTexts& texts = desktopTexts(DesktopKind::driven);
   SpaceTemplates templates{{store, desktop.workspace(), desktop.files(), storage, paths}};
   SpaceManagement management{{nullptr, &driven, desktop.workspace(), desktop.events(), time}};
-  TemplateCommands commands{
-      {templates, management, desktop.alerts(), desktop.toasts(), time, texts, [this] { return snapshot(); }}};
+  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
+                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
+                        desktop.log()}};
+  TemplateCommands commands{{templates, management, desktop.alerts(), desktop.toasts(), time, texts, watcher}};
 };
 
 TEST(SpaceTemplates, FillTheDesktopsThatThereAre) {

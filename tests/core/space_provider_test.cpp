@@ -144,9 +144,9 @@ struct WatchedProgram : SimulatedProgram {
 
   std::vector<std::string> told;
   std::optional<SpaceWatcher> watcher{
-      std::in_place,
-      SpaceWatcher::Services{provider, spaces, desktop.workspaceNotifications(), desktop.defaultNotifications(),
-                             desktop.files(), desktop.folders(), time, desktop.log()}};
+      std::in_place, SpaceWatcher::Services{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
+                                            desktop.defaultNotifications(), desktop.files(), desktop.folders(),
+                                            settings, time, desktop.log()}};
 };
 
 TEST(SpaceWatcher, OnlyTheMenuBarDisplayHasAnActiveSpaceToTellOf) {
@@ -168,6 +168,87 @@ TEST(SpaceWatcher, OnlyTheMenuBarDisplayHasAnActiveSpaceToTellOf) {
   program.time.advance(2s);
   EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 3"));
   EXPECT_EQ(program.watcher->snapshot().get().displays[1].activeSpaceID, "managed-3");
+}
+
+/// A desktop that can be told what it is, and gives signs.
+class SigningDesktop : public Desktop {
+ public:
+  std::optional<DesktopReading> read() override {
+    ++readings;
+    return now;
+  }
+  std::optional<ManagedSpaceID> activeSpace() override { return now.displays.front().current; }
+  CGSBridgeHealth health() override { return {}; }
+  bool observe(std::function<void(const DesktopSign&)> observer) override {
+    sign = std::move(observer);
+    return true;
+  }
+  std::optional<std::vector<ManagedSpaceID>> spacesOfWindow(WindowNumber /*window*/) override { return {}; }
+  bool moveWindow(WindowNumber /*window*/, ManagedSpaceID /*space*/) override { return false; }
+
+  DesktopReading now{{{"Main", {{1, "", 0}, {2, "", 1}, {3, "", 2}}, 1, true}}, 7};
+  std::function<void(const DesktopSign&)> sign;
+  int readings = 0;
+};
+
+TEST(SpaceWatcher, AnExactSignIsFollowedAtOnceUnlessItsChangeMayNotLast) {
+  struct Case {
+    const char* why;
+    void (*change)(DesktopReading&);
+    bool isExact = true;
+    const char* setting = nullptr;
+    bool atOnce = false;
+  };
+  const auto to2 = [](DesktopReading& now) { now.displays.front().current = 2; };
+  const Case cases[] = {
+      {"an exact sign", to2, true, nullptr, true},
+      {"an uncertain sign", to2, false},
+      {"the lock judges by what comes next", to2, true, "spaceLock"},
+      {"so does the Dock guard", to2, true, "dockClickProtection"},
+      {"another window manager",
+       [](DesktopReading& now) {
+         now.displays.front().current = 2;
+         now.manager = 8;
+       }},
+      {"a Space is gone, and the current one with it",
+       [](DesktopReading& now) {
+         now.displays.front().spaces.pop_back();
+         now.displays.front().current = 3;
+       }},
+      {"a Space is gone",
+       [](DesktopReading& now) {
+         now.displays.front().spaces.pop_back();
+         now.displays.front().current = 2;
+       }},
+      {"no current Space", [](DesktopReading& now) { now.displays.front().current.reset(); }},
+      {"a display more", [](DesktopReading& now) { now.displays.push_back({"Other", {{4, "", 0}}, 4, false}); }},
+  };
+  for (const auto& [why, change, isExact, setting, atOnce] : cases) {
+    SimulatedProgram program("{}");
+    if (setting != nullptr) {
+      program.preferences.setObject(setting, true);
+    }
+    SigningDesktop desktop;
+    const SpaceProvider provider(desktop, program.time, program.desktop.log());
+    SpaceWatcher watcher({provider, desktop, DesktopKind::asked, program.desktop.workspaceNotifications(),
+                          program.desktop.defaultNotifications(), program.desktop.files(), program.desktop.folders(),
+                          program.settings, program.time, program.desktop.log()});
+    int told = 0;
+    watcher.onSnapshot = [&told](const SpaceSnapshot&) { ++told; };
+    watcher.start();
+    change(desktop.now);
+    for (int i = 0; i < 5; ++i) {
+      desktop.sign({"moved", isExact});
+    }
+    program.time.advance(39ms);
+    EXPECT_EQ(told, atOnce ? 2 : 1) << why;
+    EXPECT_LE(desktop.readings, 2) << why << ": one reading for all signs of a turn";
+    program.time.advance(1ms);
+    EXPECT_EQ(told, 2) << why;
+    desktop.sign({"nothing new", true});
+    program.time.advance(1s);
+    EXPECT_EQ(told, 2) << why;
+  }
 }
 
 TEST(SpaceWatcher, TheSpacesFileIsWaitedForAndWatchedThroughItsReplacements) {

@@ -133,7 +133,7 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
 
 TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
   LayoutProgram program(desktopWithWindows(1));
-  program.layouts->startAutoSave([&] { return program.snapshot(); });
+  program.layouts->startAutoSave();
   program.time.advance(300s - 1ms);
   EXPECT_EQ(program.fileText(layoutFile("auto")), "none");
   program.time.advance(1ms);

@@ -32,8 +32,7 @@ struct MarkingProgram : WindowsProgram {
 
   WindowMarks marks{desktop.globalHotKeys(), time};
   std::vector<std::string> switches;
-  MarkCommands commands{{marks, *mover, spaces, desktop.toasts(), [this] { return this->snapshot(); },
-                         [this](const Space& space) {
+  MarkCommands commands{{marks, *mover, spaces, desktop.toasts(), watcher, [this](const Space& space) {
                            switches.push_back(space.id);
                            desktop.parts().spaces.switchNow(space.managedID);
                          }}};

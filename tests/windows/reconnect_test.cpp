@@ -32,6 +32,7 @@ struct DockingProgram : WindowsProgram {
   explicit DockingProgram(double uptime = 3600) : WindowsProgram(docked + std::to_string(uptime) + "}") {
     reconnect.start();
     reconnect.look();
+    watcher.onSnapshot = [this](const SpaceSnapshot&) { reconnect.look(); };
   }
 
   void unplug() { desktop.parts().disconnectDisplay(external.id); }
@@ -54,7 +55,7 @@ struct DockingProgram : WindowsProgram {
 
   const SimulatedDisplay external = state().displays.at(1);
   ReconnectRestore reconnect{{*layouts, contents, desktop.displays(), desktop.defaultNotifications(), settings,
-                              desktop.toasts(), time, [this] { return this->snapshot(); }}};
+                              desktop.toasts(), time, watcher}};
 };
 
 TEST(ReconnectRestore, SixtyChangesInTwoSecondsAreOne) {
@@ -121,7 +122,7 @@ TEST(ReconnectRestore, NothingIsSavedByItselfUntilTheWindowsAreBack) {
   DockingProgram program;
   program.undock();
   program.plugIn();
-  program.layouts->startAutoSave([&] { return program.snapshot(); });
+  program.layouts->startAutoSave();
   for (int i = 0; i < 299; ++i) {  // the display flickers for five minutes
     program.time.advance(1s);
     program.unplug();
@@ -167,7 +168,7 @@ struct RestartedProgram : DockingProgram {
   }
 
   RestartOffer offer{{*layouts, desktop.alerts(), desktop.workspace(), desktop.system(), time, time,
-                      desktopTexts(DesktopKind::driven), [this] { return this->snapshot(); }}};
+                      desktopTexts(DesktopKind::driven), watcher}};
 };
 
 TEST(RestartOffer, IsMadeOnMachinesJustRestartedAndTakenByNothingButItsButton) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "commands/space_switcher.h"
+#include "core/space_watcher.h"
 #include "tests/storing_program.h"
 #include "windows/layout_manager.h"
 #include "windows/space_contents.h"
@@ -15,6 +16,7 @@ namespace tallowin {
 /// A simulated desktop whose windows are known and can be moved, with the layouts on top.
 struct WindowsProgram : StoringProgram {
   explicit WindowsProgram(std::string_view scenarioJSON) : StoringProgram(scenarioJSON) {
+    watcher.start();
     contents.start();
     time.advance(std::chrono::milliseconds(200));
     lines.clear();
@@ -31,6 +33,9 @@ struct WindowsProgram : StoringProgram {
     std::erase_if(state().windows, [number](const auto& window) { return window.number == number; });
   }
 
+  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
+                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
+                        desktop.log()}};
   SpaceSwitcher switcher{{nullptr, &driven, desktop.events(), desktop.displays(), preferences, desktop.system(), time,
                           time, settings, desktop.log()}};
   SpaceContents contents{
@@ -39,7 +44,7 @@ struct WindowsProgram : StoringProgram {
       std::make_unique<WindowMover>(WindowMover::Services{switcher, spaces, drivenWindows, &driven, desktop.workspace(),
                                                           desktop.events(), desktop.system(), time, desktop.log()});
   std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(LayoutManager::Services{
-      *mover, contents, drivenWindows, desktop.displays(), storage, paths, settings, time, time});
+      watcher, *mover, contents, drivenWindows, desktop.displays(), storage, paths, settings, time, time});
 };
 
 /// Where layouts are on the simulated machine.
