@@ -109,6 +109,7 @@ AppDelegate::~AppDelegate() {
 void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
   switcher_.observe(snapshot);
   windows_.mover.spacesChanged(snapshot);
+  windows_.contents.spacesChanged();
   const auto spaces = snapshot.allSpaces();
   store_.noteFullscreenKeys(spaces);
   store_.adoptFullscreenMemory(spaces);
@@ -117,9 +118,9 @@ void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {
     ids.insert(space.id);
   }
   store_.prune(ids);
-  feed_.refresh();
   newSpaces_.look(snapshot);
   windows_.reconnect.look();
+  feed_.refresh();
 }
 
 bool AppDelegate::initiatedByUs() const {

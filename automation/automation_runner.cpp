@@ -6,7 +6,6 @@
 
 #include "automation/keystroke.h"
 #include "automation/openable_url.h"
-#include "automation/other_apps.h"
 #include "automation/trimmed_parts.h"
 #include "base/unicode.h"
 
@@ -31,6 +30,27 @@ bool isSet(const std::optional<std::string>& text) {
 }
 
 }  // namespace
+
+void BrowserProfiles::open(std::string_view bundleIdentifier, const std::string& profile) const {
+  const auto application = workspace_.URLForApplicationWithBundleIdentifier(bundleIdentifier);
+  if (!application) {
+    return;
+  }
+  OpenConfiguration configuration;
+  configuration.createsNewApplicationInstance = false;
+  configuration.arguments = {"--profile-directory=" + profile};
+  workspace_.openApplicationAtURL(*application, configuration, [](const auto& /*result*/) {});
+}
+
+void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, ProcessID own) {
+  for (const auto& application : workspace.runningApplications()) {
+    const bool hides = application.activationPolicy == ActivationPolicy::regular && !kept.contains(application.pid) &&
+                       application.pid != own && application.bundleIdentifier != "com.apple.finder";
+    if (hides) {
+      workspace.hide(application.pid);
+    }
+  }
+}
 
 AutomationRunner::AutomationRunner(Services services, IsSpaceEmpty isSpaceEmpty, AppsOnSpace appsOnSpace)
     : services_(services),

@@ -5,22 +5,53 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "automation/browser_profiles.h"
 #include "base/delayed_steps.h"
 #include "base/settings.h"
 #include "core/space.h"
-#include "core/space_automation.h"
+#include "core/space_meta.h"
 #include "core/space_store.h"
 #include "platform/events.h"
 #include "platform/folders.h"
+#include "platform/identifiers.h"
 #include "platform/log.h"
 #include "platform/processes.h"
 #include "platform/system.h"
 #include "platform/workspace.h"
 
 namespace tallowin {
+
+/// A browser with profiles, for whoever lets the user choose one.
+struct ProfileBrowser {
+  std::string_view name;  ///< as the user knows it
+  std::string_view bundleIdentifier;
+};
+
+/// Opens Chromium-based browsers in one of their profiles. Main thread only.
+class BrowserProfiles {
+ public:
+  explicit BrowserProfiles(Workspace& workspace) : workspace_(workspace) {}
+
+  /// In the order in which they are offered.
+  static constexpr ProfileBrowser browsers[] = {
+      {"Google Chrome", "com.google.Chrome"},      {"Brave", "com.brave.Browser"},
+      {"Microsoft Edge", "com.microsoft.edgemac"}, {"Vivaldi", "com.vivaldi.Vivaldi"},
+      {"Arc", "company.thebrowser.Browser"},
+  };
+
+  /// `profile` is the name of the profile's folder, such as "Profile 1". Does nothing when the browser is not
+  /// installed; whether it opens is not looked at.
+  void open(std::string_view bundleIdentifier, const std::string& profile) const;
+
+ private:
+  Workspace& workspace_;
+};
+
+/// Hides the running applications with a Dock icon that are not among `kept`, but never this program (`own`) nor the
+/// Finder. Main thread only.
+void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, ProcessID own);
 
 /// Does what the user wants done when a Space is left and entered. Nothing that goes wrong is told but in the log. Main
 /// thread only.

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "base/date_text.h"
 #include "base/json_text.h"
+#include "base/property_list_reading.h"
 #include "base/unicode.h"
+#include "windows/display_set.h"
 
 namespace tallowin {
 
@@ -15,6 +18,22 @@ auto hasName(const std::string& name) {
 }
 
 }  // namespace
+
+PropertyList toJson(const SpaceProfile& profile) {
+  return {{"name", profile.name}, {"metas", toJson(profile.metas)}, {"savedAt", iso8601(profile.savedAt)}};
+}
+
+std::optional<SpaceProfile> profileFromJson(const PropertyList& json) {
+  auto name = property_list::member(json, "name", property_list::text);
+  const auto* const records = property_list::member(json, "metas");
+  auto metas = records != nullptr ? metasFromJson(*records) : std::nullopt;
+  const auto savedAt = property_list::member(json, "savedAt", property_list::text);
+  const auto date = savedAt ? dateFromISO8601(*savedAt) : std::nullopt;
+  if (!name || !metas || !date) {
+    return std::nullopt;
+  }
+  return SpaceProfile{*std::move(name), *std::move(metas), *date};
+}
 
 ProfileStore::ProfileStore(Services services)
     : services_(services),
@@ -94,6 +113,61 @@ bool ProfileStore::remove(const std::string& name) {
     services_.settings.set(setting::activeProfile, "");
   }
   return removed;
+}
+
+Outcome ProfileCommands::use(const std::string& name) {
+  const auto stored = profiles_.activate(name);
+  if (!stored) {
+    const auto message = "No profile is called " + name;
+    toasts_.show({message, std::nullopt, true});
+    return Outcome::refused(message);
+  }
+  toasts_.show({"Profile: " + *stored, "person.crop.rectangle.stack"});
+  return Outcome::done();
+}
+
+std::string profileList(const std::vector<std::string>& names, const std::string& active) {
+  std::string text;
+  for (const auto& name : names) {
+    text += (name == active ? "* " : "  ") + printable(name) + '\n';
+  }
+  return text;
+}
+
+PropertyList profileRecords(const std::vector<SpaceProfile>& profiles, const std::string& active) {
+  auto records = PropertyList::array();
+  for (const auto& profile : profiles) {
+    records.push_back(
+        {{"name", profile.name}, {"savedAt", iso8601(profile.savedAt)}, {"isActive", profile.name == active}});
+  }
+  return records;
+}
+
+std::string AutomaticProfile::key(const SpaceSnapshot& snapshot) const {
+  return connectedDisplays(services_.displays, snapshot).key();
+}
+
+void AutomaticProfile::displaysChanged(const SpaceSnapshot& snapshot) {
+  const auto choice = chosen(snapshot);
+  if (choice && *choice != services_.settings.get(setting::activeProfile) && services_.profiles.named(*choice)) {
+    services_.commands.use(*choice);
+  }
+}
+
+std::optional<std::string> AutomaticProfile::chosen(const SpaceSnapshot& snapshot) const {
+  const auto choices = services_.settings.get(setting::profileByDisplaySetup);
+  const auto found = choices.find(key(snapshot));
+  return found != choices.end() ? std::optional(found->second) : std::nullopt;
+}
+
+bool AutomaticProfile::choose(const std::optional<std::string>& profile, const SpaceSnapshot& snapshot) {
+  auto choices = services_.settings.get(setting::profileByDisplaySetup);
+  if (profile) {
+    choices[key(snapshot)] = *profile;
+  } else {
+    choices.erase(key(snapshot));
+  }
+  return services_.settings.set(setting::profileByDisplaySetup, choices);
 }
 
 }  // namespace tallowin

@@ -5,13 +5,31 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/space_profile.h"
 #include "base/app_paths.h"
 #include "base/record_file.h"
 #include "base/settings.h"
+#include "commands/outcome.h"
+#include "core/space_meta.h"
 #include "core/space_store.h"
+#include "platform/clock.h"
+#include "platform/displays.h"
+#include "platform/property_list.h"
+#include "platform/toasts.h"
 
 namespace tallowin {
+
+/// A complete, named copy of what the user has said about the Spaces. Its JSON keys are its members' names.
+struct SpaceProfile {
+  std::string name;  ///< as the user typed it
+  SpaceMetas metas;
+  Date savedAt;  ///< to the second
+  bool operator==(const SpaceProfile&) const = default;
+};
+
+[[nodiscard]] PropertyList toJson(const SpaceProfile& profile);
+
+/// Nothing when a member is missing or has the wrong type.
+[[nodiscard]] std::optional<SpaceProfile> profileFromJson(const PropertyList& json);
 
 /// Keeps profiles in "profiles.json" in the support folder, which is read anew every time; a file that cannot be read
 /// or understood counts as empty. The setting "activeProfile" names the one in use, whose live copy is the store. Main
@@ -54,6 +72,53 @@ class ProfileStore {
 
   const Services services_;
   RecordFile file_;
+};
+
+/// The user's commands about profiles, with what the user is told of them. Main thread only.
+class ProfileCommands {
+ public:
+  ProfileCommands(ProfileStore& profiles, Toasts& toasts) : profiles_(profiles), toasts_(toasts) {}
+
+  /// Switches to the profile of this name, ignoring case.
+  Outcome use(const std::string& name);
+
+ private:
+  ProfileStore& profiles_;
+  Toasts& toasts_;
+};
+
+/// The profiles for reading, one line each, with "*" before the active one.
+[[nodiscard]] std::string profileList(const std::vector<std::string>& names, const std::string& active);
+
+/// The same for programs: a list of {"name", "savedAt", "isActive"}.
+[[nodiscard]] PropertyList profileRecords(const std::vector<SpaceProfile>& profiles, const std::string& active);
+
+/// Switches to the profile that the user has chosen for a set of displays when that set is connected. Main thread only.
+class AutomaticProfile {
+ public:
+  struct Services {
+    ProfileStore& profiles;
+    ProfileCommands& commands;
+    const Settings& settings;
+    Displays& displays;
+  };
+
+  explicit AutomaticProfile(Services services) : services_(services) {}
+
+  /// To be called when a set of displays comes, the first one too. Who switches to another profile afterwards keeps it
+  /// until the next set comes. The user is told.
+  void displaysChanged(const SpaceSnapshot& snapshot);
+
+  /// The profile chosen for the displays that are connected; nothing when there is none.
+  [[nodiscard]] std::optional<std::string> chosen(const SpaceSnapshot& snapshot) const;
+
+  /// Chooses the profile for these displays, or none. False when that could not be written.
+  bool choose(const std::optional<std::string>& profile, const SpaceSnapshot& snapshot);
+
+ private:
+  [[nodiscard]] std::string key(const SpaceSnapshot& snapshot) const;
+
+  const Services services_;
 };
 
 }  // namespace tallowin

@@ -2,9 +2,7 @@
 
 #include <functional>
 
-#include "automation/automatic_profile.h"
 #include "automation/backups.h"
-#include "automation/profile_commands.h"
 #include "automation/profile_store.h"
 #include "automation/settings_transfer.h"
 #include "automation/space_templates.h"

@@ -4,7 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <string>
 
-#include "windows/space_contents_reading.h"
+#include "windows/space_contents.h"
 
 namespace tallowin {
 namespace {

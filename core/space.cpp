@@ -77,6 +77,10 @@ bool SpaceSnapshot::isActive(std::string_view id) const {
   return found && found->isActive;
 }
 
+std::optional<Space> SpaceSnapshot::managed(ManagedSpaceID id) const {
+  return firstOf(allSpaces(), [id](const Space& space) { return space.managedID == id; });
+}
+
 std::optional<DisplaySpaces> SpaceSnapshot::menuBarDisplay() const {
   if (auto found = firstOf(displays, [](const DisplaySpaces& display) { return display.isMenuBarDisplay; })) {
     return found;

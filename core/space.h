@@ -63,6 +63,8 @@ struct SpaceSnapshot {
   [[nodiscard]] std::optional<Space> desktop(std::int64_t number) const;
   /// The first Space with this id.
   [[nodiscard]] std::optional<Space> space(std::string_view id) const;
+  /// The first Space with this managed id.
+  [[nodiscard]] std::optional<Space> managed(ManagedSpaceID id) const;
   /// The first display that carries the menu bar, else the first one; nothing only without displays.
   [[nodiscard]] std::optional<DisplaySpaces> menuBarDisplay() const;
   /// The first display that the Space says it belongs to.

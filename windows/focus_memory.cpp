@@ -10,7 +10,7 @@ void FocusMemory::leaving(const Space& space) {
     return;
   }
   if (const auto window = services_.windows.focused(front->pid)) {
-    lastWindow_.insert_or_assign(space.id, Remembered{*window, front->pid});
+    lastWindow_.insert_or_assign(space.id, WindowRef{*window, front->pid});
   }
 }
 
@@ -21,7 +21,7 @@ void FocusMemory::entered(const Space& space, const SpaceContents& contents) {
   }
 }
 
-std::optional<FocusMemory::Remembered> FocusMemory::lastWindow(const std::string& spaceID) const {
+std::optional<WindowRef> FocusMemory::lastWindow(const std::string& spaceID) const {
   const auto found = lastWindow_.find(spaceID);
   return found != lastWindow_.end() ? std::optional(found->second) : std::nullopt;
 }

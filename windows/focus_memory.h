@@ -30,13 +30,6 @@ class FocusMemory {
     MainQueue& mainQueue;
   };
 
-  /// A window of an application.
-  struct Remembered {
-    WindowNumber id = 0;
-    ProcessID pid = 0;
-    bool operator==(const Remembered&) const = default;
-  };
-
   explicit FocusMemory(Services services) : services_(services) {}
   FocusMemory(const FocusMemory&) = delete;
   FocusMemory& operator=(const FocusMemory&) = delete;
@@ -51,7 +44,7 @@ class FocusMemory {
   void entered(const Space& space, const SpaceContents& contents);
 
   /// The window that would be raised on entering a Space, by Space::id.
-  [[nodiscard]] std::optional<Remembered> lastWindow(const std::string& spaceID) const;
+  [[nodiscard]] std::optional<WindowRef> lastWindow(const std::string& spaceID) const;
 
  private:
   void restore(const Space& space, const SpaceContents& contents);
@@ -59,7 +52,7 @@ class FocusMemory {
   [[nodiscard]] bool focusIsAmong(const std::vector<WindowInfo>& windows) const;
 
   const Services services_;
-  std::map<std::string, Remembered> lastWindow_;
+  std::map<std::string, WindowRef> lastWindow_;
   WorkItem waiting_;
 };
 

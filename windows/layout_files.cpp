@@ -1,11 +1,27 @@
 #include "windows/layout_files.h"
 
+#include <functional>
+
+#include "base/app_paths.h"
+#include "base/fnv1a.h"
 #include "base/json_text.h"
-#include "windows/layout_file_name.h"
+#include "base/unicode.h"
 
 namespace tallowin {
 
 namespace {
+
+constexpr std::size_t longest = 120;
+constexpr std::size_t keptCharacters = 60;
+
+template <typename Hash>
+std::string fileName(std::string_view name, std::string_view displaySetup, Hash hash) {
+  auto base = asFileName(std::string(name) + "--" + std::string(displaySetup));
+  if (firstCharacters(base, longest).size() < base.size()) {
+    base = std::string(firstCharacters(base, keptCharacters)) + std::to_string(hash(base));
+  }
+  return base + ".json";
+}
 
 std::expected<WindowLayout, std::string> parse(std::string_view text) {
   const auto json = parseJSON(text);
@@ -15,6 +31,14 @@ std::expected<WindowLayout, std::string> parse(std::string_view text) {
 }
 
 }  // namespace
+
+std::string layoutFileName(std::string_view name, std::string_view displaySetup) {
+  return fileName(name, displaySetup, fnv1a);
+}
+
+std::string earlierLayoutFileName(std::string_view name, std::string_view displaySetup) {
+  return fileName(name, displaySetup, std::hash<std::string>());
+}
 
 RecordFile& LayoutFiles::file(std::string_view name, std::string_view displaySetup) {
   const auto folder = paths_.supportDirectory() / "Layouts";

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "windows/display_ejection.h"
 #include "windows/display_set.h"
-#include "windows/layout_matching.h"
-#include "windows/space_lookup.h"
+#include "windows/window_layout.h"
 
 namespace tallowin {
 
@@ -14,9 +12,34 @@ namespace {
 
 constexpr auto autoSaveTolerance = std::chrono::seconds(60);
 /// From setting frames to looking where the windows are.
-constexpr auto verificationDelay = std::chrono::milliseconds(120);
+constexpr auto frameDelay = std::chrono::milliseconds(120);
+
+constexpr auto layoutSymbol = "rectangle.3.group";
 
 }  // namespace
+
+MoveTally::MoveTally(Completion completion) : state_(std::make_shared<State>()) {
+  state_->completion = std::move(completion);
+}
+
+WindowMover::Completion MoveTally::expect() {
+  ++state_->pending;
+  return [state = state_](WindowMover::Result result) {
+    --state->pending;
+    state->moved += result ? 1U : 0U;
+    if (state->closed && state->pending == 0) {
+      state->completion(state->moved);
+    }
+  };
+}
+
+void MoveTally::close(MainQueue& mainQueue) {
+  if (state_->pending == 0) {
+    mainQueue.async([state = state_] { state->completion(state->moved); });
+  } else {
+    state_->closed = true;
+  }
+}
 
 LayoutManager::LayoutManager(Services services)
     : services_(services), files_(services.storage, services.paths), steps_(services.mainQueue) {}
@@ -28,7 +51,7 @@ std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
 WindowLayout LayoutManager::capture(std::string_view name, const SpaceSnapshot& snapshot) const {
   WindowLayout layout{std::string(name), services_.clock.now(), displaySetup(snapshot), {}};
   for (const auto& window : services_.contents.windows().get()) {
-    const auto space = spaceWithManagedID(snapshot, window.spaceID);
+    const auto space = snapshot.managed(window.spaceID);
     if (window.bundleID && space && !space->isFullscreen) {
       layout.entries.push_back({*window.bundleID, window.title, window.frame, space->id, space->displayID});
     }
@@ -140,13 +163,44 @@ void LayoutManager::moveToHomeMonitor(const std::vector<Monitor>& monitors, Move
   if (moves.empty()) {
     return;
   }
-  steps_.after(verificationDelay, [this, monitors, moves = std::move(moves)] {
+  steps_.after(frameDelay, [this, monitors, moves = std::move(moves)] {
     services_.contents.readNow();
     const auto left = planEjection(services_.contents.windows().get(), monitors);
     for (const auto& [window, completion] : moves) {
       const bool stayed = std::ranges::any_of(left, [&](const auto& other) { return other.window.id == window; });
       completion(stayed ? WindowMover::Result(std::unexpected(WindowMover::Failure::notMoved)) : WindowMover::Result());
     }
+  });
+}
+
+Outcome LayoutCommands::saveLayout(const SpaceSnapshot& snapshot) {
+  const auto count = layouts_.save(layout_name::manual, snapshot).entries.size();
+  toasts_.show({"Saved the position of " + std::to_string(count) + " windows", layoutSymbol});
+  return Outcome::done();
+}
+
+void LayoutCommands::restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer) {
+  const auto setup = layouts_.displaySetup(snapshot);
+  auto layout = layouts_.load(layout_name::manual, setup);
+  if (!layout) {
+    layout = layouts_.load(layout_name::automatic, setup);
+  }
+  if (!layout) {
+    constexpr auto message = "No saved window layout for these displays yet";
+    toasts_.show({message, std::nullopt, true});
+    answer.refuse(message);
+    return;
+  }
+  layouts_.restore(*layout, snapshot, [&toasts = toasts_, answer](std::size_t moved) {
+    toasts.show({"Put " + std::to_string(moved) + " windows back on their Spaces", layoutSymbol});
+    answer.done();
+  });
+}
+
+void LayoutCommands::eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer) {
+  layouts_.ejectExternalDisplays(snapshot, [&toasts = toasts_, answer](std::size_t moved) {
+    toasts.show({"Moved " + std::to_string(moved) + " windows off external displays. Safe to unplug.", "eject"});
+    answer.done();
   });
 }
 

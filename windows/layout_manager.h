@@ -1,23 +1,54 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/delayed_steps.h"
 #include "base/lifetime.h"
+#include "commands/commands_under_way.h"
 #include "core/space_watcher.h"
 #include "platform/clock.h"
 #include "platform/displays.h"
 #include "platform/main_queue.h"
+#include "platform/toasts.h"
 #include "windows/layout_files.h"
-#include "windows/move_tally.h"
 #include "windows/space_contents.h"
 #include "windows/window_layout.h"
 #include "windows/window_mover.h"
 
 namespace tallowin {
+
+/// Counts how many of several moves succeed and tells the count once, when the last one has completed. Never inside the
+/// call that starts the moves: with none to wait for, or none left, it is told by way of the main queue, so that
+/// callers need not mind the difference. Main thread only.
+class MoveTally {
+ public:
+  using Completion = std::function<void(std::size_t moved)>;
+
+  explicit MoveTally(Completion completion);
+
+  /// The completion to start one more move with.
+  [[nodiscard]] WindowMover::Completion expect();
+
+  /// To be called once, when every move has been started. Nothing is told before. When the mover drops moves that are
+  /// under way, nothing ever is.
+  void close(MainQueue& mainQueue);
+
+ private:
+  struct State {
+    Completion completion;
+    std::size_t pending = 0;
+    std::size_t moved = 0;
+    bool closed = false;
+  };
+
+  // Shared with the completions of the moves, which outlast this object.
+  std::shared_ptr<State> state_;
+};
 
 /// Remembers which window stood where, for each set of displays, and puts windows back. Main thread only.
 class LayoutManager {
@@ -89,6 +120,25 @@ class LayoutManager {
   int autoSaveHolds_ = 0;     ///< so many hold automatic saving
   bool autoSaveDue_ = false;  ///< a save was due meanwhile
   Lifetime lifetime_;
+};
+
+/// The user's commands about window layouts, with what the user is told of them. Main thread only.
+class LayoutCommands {
+ public:
+  LayoutCommands(LayoutManager& layouts, Toasts& toasts) : layouts_(layouts), toasts_(toasts) {}
+
+  /// Saves the layout "manual" for the displays that are connected.
+  Outcome saveLayout(const SpaceSnapshot& snapshot);
+
+  /// Puts windows back as "manual" has them, or "auto" if that was never saved for these displays.
+  void restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
+
+  /// Gathers all windows on the display that stays when the others are unplugged.
+  void eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
+
+ private:
+  LayoutManager& layouts_;
+  Toasts& toasts_;
 };
 
 }  // namespace tallowin

@@ -8,9 +8,11 @@
 #include "base/app_paths.h"
 #include "base/record_file.h"
 #include "base/uuid.h"
+#include "commands/outcome.h"
 #include "core/space_store.h"
 #include "platform/clock.h"
 #include "platform/log.h"
+#include "platform/toasts.h"
 #include "platform/workspace.h"
 #include "windows/browser_tabs_reader.h"
 #include "windows/saved_space.h"
@@ -69,6 +71,20 @@ class SavedSpaces {
   const BrowserTabsReader browserTabs_;
   const RandomBits random_;
   RecordFile file_;
+};
+
+/// The user's commands about saved Spaces, with what the user is told of them. Main thread only.
+class SavedSpaceCommands {
+ public:
+  SavedSpaceCommands(SavedSpaces& savedSpaces, Toasts& toasts) : savedSpaces_(savedSpaces), toasts_(toasts) {}
+
+  /// Saves the Space, tells the user, and closes its windows. What could not be saved is not closed.
+  Outcome saveAndClose(const Space& space);
+  void reopen(const SavedSpace& space);
+
+ private:
+  SavedSpaces& savedSpaces_;
+  Toasts& toasts_;
 };
 
 }  // namespace tallowin

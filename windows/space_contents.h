@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <unordered_set>
 #include <vector>
 
@@ -17,10 +18,31 @@
 #include "platform/system.h"
 #include "platform/windows.h"
 #include "platform/workspace.h"
-#include "windows/space_contents_reading.h"
 #include "windows/window_info.h"
 
 namespace tallowin {
+
+/// The applications on each Space that has any.
+using AppsBySpace = std::map<ManagedSpaceID, std::vector<AppOnSpace>>;
+
+/// What one look at the window list found.
+struct SpaceContentsReading {
+  AppsBySpace appsBySpace;
+  std::vector<WindowInfo> windows;  ///< front to back
+  bool operator==(const SpaceContentsReading&) const = default;
+};
+
+/// What must be known beyond the window list to read it.
+struct SpaceContentsLookups {
+  ProcessID ownPID = 0;  ///< this program's windows are left out
+  std::function<std::optional<RunningApplication>(ProcessID)> runningApplication;
+  /// The Spaces that show a window, where the list does not tell; nothing on failure.
+  std::function<std::optional<std::vector<ManagedSpaceID>>(WindowNumber)> spacesForWindow;
+};
+
+/// What a list of all windows tells; nothing reads as empty. Any thread on which the lookups may be called.
+[[nodiscard]] SpaceContentsReading readSpaceContents(const std::optional<std::vector<DesktopWindow>>& list,
+                                                     const SpaceContentsLookups& lookups);
 
 /// Knows which ordinary windows of other applications stand on which Space, and reports windows never seen before.
 /// Windows on no Space, or on several, do not count. Main thread only; the window list is read on a queue of its own.
@@ -50,6 +72,10 @@ class SpaceContents {
   /// Asks for a first reading, and from now on for one whenever windows change; where the desktop does not tell that,
   /// whenever applications come, go or are activated, when the active Space changes, and every 4 seconds. Call once.
   void start();
+
+  /// To be called with every new snapshot: windows have not changed when the Spaces that show them have. Where there is
+  /// a reading every few seconds nothing is done.
+  void spacesChanged();
 
   /// Asks for a new reading, which is made 0.15 seconds from now and published after that. Cheap: calls until then are
   /// answered by the same reading.
@@ -85,6 +111,7 @@ class SpaceContents {
   Published<AppsBySpace> appsBySpace_;
   Published<std::vector<WindowInfo>> windows_;
   std::unordered_set<WindowNumber> seenWindowIDs_;
+  bool isTold_ = false;       ///< of changes, by the desktop
   bool firstPass_ = true;     ///< new windows have not been looked for yet
   std::uint64_t latest_ = 0;  ///< the number of the reading that is published
   bool pending_ = false;

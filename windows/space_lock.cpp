@@ -1,5 +1,7 @@
 #include "windows/space_lock.h"
 
+#include <algorithm>
+
 namespace tallowin {
 
 void SpaceLock::start() {
@@ -25,6 +27,52 @@ bool SpaceLock::spaceChanged(const std::optional<Space>& from, const Space& to, 
 bool SpaceLock::wasPulled() const {
   return lastActivation_ && lastActivation_->pid != services_.system.processIdentifier() &&
          std::chrono::nanoseconds(services_.clock.machAbsoluteTime() - lastActivation_->at) < pullTime;
+}
+
+void PulledAwayReaction::pulledAway(const Space& left, const RunningApplication& application,
+                                    const SpaceSnapshot& snapshot) {
+  const auto window = windowToBring(left, application.pid, snapshot);
+  if (window && window->spaceID != left.managedID) {
+    bring(*window, left, snapshot);
+  }
+  services_.switchTo(left);
+  if (!window) {
+    openHere(application);
+  }
+  services_.toasts.show({"Brought " + application.localizedName.value_or("the app") + " here", "lock"});
+}
+
+std::optional<WindowInfo> PulledAwayReaction::windowToBring(const Space& left, ProcessID pid,
+                                                            const SpaceSnapshot& snapshot) const {
+  const auto display = snapshot.display(left);
+  const auto active = display ? display->activeSpace() : std::nullopt;
+  auto windows = services_.contents.windows().get();
+  std::erase_if(windows, [&](const WindowInfo& window) { return window.pid != pid; });
+  std::ranges::stable_partition(
+      windows, [&](const WindowInfo& window) { return active && window.spaceID == active->managedID; });
+  return windows.empty() ? std::nullopt : std::optional(windows.front());
+}
+
+/// The target is the Space that was left, not the active one, which is still the wrong one.
+void PulledAwayReaction::bring(const WindowInfo& window, const Space& left, const SpaceSnapshot& snapshot) {
+  const FrontWindow moved{window.id, window.pid, window.frame};
+  services_.mover.move(moved, left, snapshot, false, false,
+                       [&mover = services_.mover, moved](WindowMover::Result result) {
+                         if (result) {
+                           mover.raise(moved);
+                         }
+                       });
+}
+
+void PulledAwayReaction::openHere(const RunningApplication& application) {
+  if (!application.bundleIdentifier) {
+    return;
+  }
+  opening_ = services_.mainQueue.after(openingDelay, [this, bundleID = *application.bundleIdentifier] {
+    if (const auto path = services_.workspace.URLForApplicationWithBundleIdentifier(bundleID)) {
+      services_.workspace.openApplicationAtURL(*path, OpenConfiguration(), [](const auto& /*opened*/) {});
+    }
+  });
 }
 
 }  // namespace tallowin

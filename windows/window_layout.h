@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/geometry.h"
 #include "platform/property_list.h"
+#include "windows/window_info.h"
 
 namespace tallowin {
 
@@ -44,5 +46,18 @@ struct WindowLayout {
 /// Nothing when a member is missing or has the wrong type; without "entries" there are none, and an entry's missing
 /// title or display reads as empty. Members that are not known are passed over.
 [[nodiscard]] std::optional<WindowLayout> layoutFromJson(const PropertyList& json);
+
+/// A window that takes an entry of a layout, by their positions in the lists.
+struct LayoutMatch {
+  std::size_t window = 0;
+  std::size_t entry = 0;
+  bool operator==(const LayoutMatch&) const = default;
+};
+
+/// Which window takes which entry. Window after window takes the first entry of its application with its title, unless
+/// it has none, else the first one of its application; each entry is taken once. Windows without a bundle identifier
+/// take none. In the windows' order.
+[[nodiscard]] std::vector<LayoutMatch> matchLayout(const std::vector<WindowInfo>& windows,
+                                                   const std::vector<WindowLayout::Entry>& entries);
 
 }  // namespace tallowin

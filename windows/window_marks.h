@@ -7,9 +7,12 @@
 #include <string_view>
 
 #include "base/subscriptions.h"
+#include "core/space_watcher.h"
+#include "platform/desktop.h"
 #include "platform/global_hot_keys.h"
-#include "platform/identifiers.h"
 #include "platform/main_queue.h"
+#include "platform/toasts.h"
+#include "windows/window_mover.h"
 
 namespace tallowin {
 
@@ -18,13 +21,6 @@ class WindowMarks {
  public:
   /// How long a letter is waited for.
   static constexpr Duration captureTime = std::chrono::seconds(2);
-
-  /// A window of an application.
-  struct Mark {
-    WindowNumber id = 0;
-    ProcessID pid = 0;
-    bool operator==(const Mark&) const = default;
-  };
 
   WindowMarks(GlobalHotKeys& hotKeys, MainQueue& mainQueue) : hotKeys_(hotKeys), mainQueue_(mainQueue) {}
   WindowMarks(const WindowMarks&) = delete;
@@ -39,8 +35,8 @@ class WindowMarks {
   [[nodiscard]] static std::optional<std::string> letter(std::string_view text);
 
   /// Marks and looks up by a letter in upper case. A letter marks one window, the last.
-  void set(const std::string& letter, Mark mark) { marks_.insert_or_assign(letter, mark); }
-  [[nodiscard]] std::optional<Mark> find(const std::string& letter) const;
+  void set(const std::string& letter, WindowRef mark) { marks_.insert_or_assign(letter, mark); }
+  [[nodiscard]] std::optional<WindowRef> find(const std::string& letter) const;
 
  private:
   void captured(std::string letter);
@@ -48,10 +44,48 @@ class WindowMarks {
 
   GlobalHotKeys& hotKeys_;
   MainQueue& mainQueue_;
-  std::map<std::string, Mark> marks_;
+  std::map<std::string, WindowRef> marks_;
   std::function<void(const std::string&)> onLetter_;
   Subscriptions pending_;  ///< the keys of the capture that is going on
   WorkItem timeout_;
+};
+
+/// The user's commands about marks, with what the user is told of them. Main thread only.
+class MarkCommands {
+ public:
+  struct Services {
+    WindowMarks& marks;
+    WindowMover& mover;
+    Desktop& desktop;
+    Toasts& toasts;
+    SpaceWatcher& watcher;
+    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
+  };
+
+  explicit MarkCommands(Services services) : services_(std::move(services)) {}
+  MarkCommands(const MarkCommands&) = delete;
+  MarkCommands& operator=(const MarkCommands&) = delete;
+
+  /// What went wrong, in the words that the user was told.
+  using Fault = std::optional<std::string>;
+
+  /// Marks the front window, as it is now, with the letter that the user presses next, or with a given one (as
+  /// WindowMarks::letter() answers it).
+  Fault setMark();
+  Fault setMark(const std::string& letter);
+
+  /// Goes to the window marked with the letter that the user presses next, or with a given one: switches to its Space,
+  /// if that is not active, and raises it, unless the user has gone elsewhere by then. A window that no longer exists
+  /// changes nothing.
+  void jumpToMark();
+  Fault jumpToMark(const std::string& letter);
+
+ private:
+  Fault fail(const std::string& message);
+  void mark(const FrontWindow& window, const std::string& letter);
+  [[nodiscard]] std::optional<Space> spaceToSwitchTo(WindowNumber window) const;
+
+  const Services services_;
 };
 
 }  // namespace tallowin

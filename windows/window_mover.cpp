@@ -6,6 +6,7 @@
 
 #include "core/space_provider.h"
 #include "windows/driven/window_drag.h"
+#include "windows/window_info.h"
 
 namespace tallowin {
 
@@ -24,9 +25,8 @@ bool contains(const std::vector<ManagedSpaceID>& spaces, ManagedSpaceID space) {
 
 /// The active Space of the display that shows a Space; of the menu-bar display, if that is not known.
 std::optional<Space> activeSpaceBeside(ManagedSpaceID managedID, const SpaceSnapshot& snapshot) {
-  const auto spaces = snapshot.allSpaces();
-  const auto space = std::ranges::find(spaces, managedID, &Space::managedID);
-  const auto display = space != spaces.end() ? snapshot.display(*space) : std::nullopt;
+  const auto space = snapshot.managed(managedID);
+  const auto display = space ? snapshot.display(*space) : std::nullopt;
   const auto active = display ? display->activeSpace() : std::nullopt;
   return active ? active : snapshot.activeSpace();
 }
@@ -42,6 +42,19 @@ bool isKnownHidden(ManagedSpaceID space, const std::optional<DesktopReading>& re
 }
 
 }  // namespace
+
+std::optional<FrontWindow> frontmostWindow(const std::optional<std::vector<DesktopWindow>>& list,
+                                           std::optional<ProcessID> owner) {
+  if (!list) {
+    return {};
+  }
+  const auto found = std::ranges::find_if(*list, [&](const DesktopWindow& window) {
+    // Strictly larger, where a window that is only listed may be just as large.
+    return window.layer == 0 && (!owner || window.pid == *owner) && window.frame.size.width > smallestWindow &&
+           window.frame.size.height > smallestWindow;
+  });
+  return found != list->end() ? std::optional(FrontWindow{found->id, found->pid, found->frame}) : std::nullopt;
+}
 
 WindowMover::WindowMover(Services services)
     : services_(services),

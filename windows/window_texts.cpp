@@ -4,7 +4,6 @@
 #include "base/text_table.h"
 #include "core/space_list.h"
 #include "windows/frame_json.h"
-#include "windows/space_lookup.h"
 
 namespace tallowin {
 
@@ -41,7 +40,7 @@ PropertyList windowRecords(const std::vector<WindowInfo>& windows, const SpaceSn
     if (window.bundleID) {
       record["bundleID"] = *window.bundleID;
     }
-    if (const auto space = spaceWithManagedID(snapshot, window.spaceID)) {
+    if (const auto space = snapshot.managed(window.spaceID)) {
       record["space"] = space->id;
       record["spaceName"] = store.displayName(*space);
       if (space->desktopNumber) {

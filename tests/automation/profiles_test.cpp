@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "automation/automatic_profile.h"
+#include "automation/profile_store.h"
 #include "automation/template_commands.h"
 #include "tests/storing_program.h"
 

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "commands/driven/iohid_payload.h"
+#include "commands/driven/dock_swipe_poster.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {

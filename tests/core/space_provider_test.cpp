@@ -186,7 +186,9 @@ class SigningDesktop : public Desktop {
   std::optional<std::vector<ManagedSpaceID>> spacesOfWindow(WindowNumber /*window*/) override { return {}; }
   bool moveWindow(WindowNumber /*window*/, ManagedSpaceID /*space*/) override { return false; }
 
-  DesktopReading now{{{"Main", {{1, "", 0}, {2, "", 1}, {3, "", 2}}, 1, true}}, 7};
+  static DesktopSpace space(ManagedSpaceID id) { return {id, "", id - 1, false, std::nullopt}; }
+
+  DesktopReading now{{{"Main", {space(1), space(2), space(3)}, 1, true}}, 7};
   std::function<void(const DesktopSign&)> sign;
   int readings = 0;
 };
@@ -221,7 +223,8 @@ TEST(SpaceWatcher, AnExactSignIsFollowedAtOnceUnlessItsChangeMayNotLast) {
          now.displays.front().current = 2;
        }},
       {"no current Space", [](DesktopReading& now) { now.displays.front().current.reset(); }},
-      {"a display more", [](DesktopReading& now) { now.displays.push_back({"Other", {{4, "", 0}}, 4, false}); }},
+      {"a display more",
+       [](DesktopReading& now) { now.displays.push_back({"Other", {SigningDesktop::space(4)}, 4, false}); }},
   };
   for (const auto& [why, change, isExact, setting, atOnce] : cases) {
     SimulatedProgram program("{}");

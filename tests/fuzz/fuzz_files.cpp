@@ -12,7 +12,6 @@
 #include "base/setting_text.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/storing_program.h"
-#include "windows/layout_file_name.h"
 #include "windows/layout_files.h"
 #include "windows/saved_spaces.h"
 

@@ -6,7 +6,6 @@
 #include "tests/windows/windows_program.h"
 #include "windows/app_rules.h"
 #include "windows/focus_memory.h"
-#include "windows/pulled_away_reaction.h"
 #include "windows/scratchpad.h"
 #include "windows/space_lock.h"
 #include "windows/space_minimizer.h"
@@ -94,7 +93,7 @@ TEST(FocusMemory, GivesTheFocusBackOnReturn) {
 TEST(FocusMemory, LeavesAFocusOfTheUsersAloneAndWaitsForTheLastChangeOnly) {
   ConvenientProgram program;
   program.focus.leaving(program.spaceNumbered(1));
-  EXPECT_EQ(program.focus.lastWindow("managed-1"), (FocusMemory::Remembered{111, 11}));
+  EXPECT_EQ(program.focus.lastWindow("managed-1"), (WindowRef{111, 11}));
   program.userActivates(12);
   program.focus.entered(program.spaceNumbered(1), program.contents);
   program.time.advance(1s);

@@ -8,11 +8,8 @@
 
 #include "base/json_text.h"
 #include "tests/windows/windows_program.h"
-#include "windows/display_ejection.h"
 #include "windows/display_set.h"
-#include "windows/layout_commands.h"
-#include "windows/layout_file_name.h"
-#include "windows/layout_matching.h"
+#include "windows/layout_files.h"
 #include "windows/window_layout.h"
 
 namespace tallowin {

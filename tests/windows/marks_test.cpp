@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/windows/windows_program.h"
-#include "windows/mark_commands.h"
 #include "windows/window_marks.h"
 
 namespace tallowin {
@@ -88,7 +87,7 @@ TEST(MarkCommands, MarkTheWindowThatWasInFrontWhenAsked) {
   program.commands.setMark();
   program.desktop.parts().workspace.activate(12);
   EXPECT_TRUE(program.press(keyM));
-  EXPECT_EQ(program.marks.find("M"), (WindowMarks::Mark{111, 11}));
+  EXPECT_EQ(program.marks.find("M"), (WindowRef{111, 11}));
   program.lines.clear();
   program.commands.jumpToMark("M");
   EXPECT_THAT(program.take("activateWithOptions"), SizeIs(1)) << "at once on the active Space";

@@ -8,7 +8,6 @@
 
 #include "base/json_text.h"
 #include "tests/windows/windows_program.h"
-#include "windows/saved_space_commands.h"
 
 namespace tallowin {
 namespace {

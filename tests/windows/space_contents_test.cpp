@@ -8,7 +8,6 @@
 #include <map>
 
 #include "tests/simulated_program.h"
-#include "windows/space_contents_reading.h"
 
 namespace tallowin {
 namespace {
