@@ -12,7 +12,7 @@ RecordServices::RecordServices(const Context& context)
       automaticProfile({profiles, profileCommands, context.settings, context.platform.displays}),
       templates({context.store, context.platform.workspace, context.platform.files, context.storage, context.paths}),
       templateCommands({templates, context.management, context.platform.alerts, context.platform.toasts,
-                        context.platform.mainQueue, desktopTexts(context.platform.desktopKind), context.watcher}),
+                        context.platform.mainQueue, desktopTexts(context.platform.desktopKind()), context.watcher}),
       transfer({context.settings, context.platform.spacePlaces, context.platform.files, context.platform.clock,
                 context.platform.system, context.platform.desktop, context.platform.windows,
                 context.platform.screenCapture, context.platform.displays, context.platform.desktopFacts,
@@ -41,7 +41,7 @@ std::vector<SetUpCheck> setUpChecks(const Platform& platform, const Storage& sto
   const bool trusted = platform.windows.mayChange();
   const bool permitted = platform.screenCapture.CGPreflightScreenCaptureAccess();
   const bool saved = storage.isSound();
-  const auto* const advice = platform.desktopKind == DesktopKind::driven
+  const auto* const advice = platform.desktopKind() == DesktopKind::driven
                                  ? "Give Tallowin the permission in the system's settings."
                                  : "It takes a desktop for that; see what is said of the display.";
   std::vector<SetUpCheck> checks = {

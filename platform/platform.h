@@ -67,13 +67,14 @@ struct Platform {
   TCPListeners& listeners;
   System& system;
   DesktopFacts& desktopFacts;
-  DesktopKind desktopKind;
   MainQueue& mainQueue;
   WorkQueues& workQueues;
   WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it
   RunLoop& runLoop;
   Clock& clock;
   Log& log;
+
+  [[nodiscard]] DesktopKind desktopKind() const { return asked != nullptr ? DesktopKind::asked : DesktopKind::driven; }
 };
 
 }  // namespace tallowin

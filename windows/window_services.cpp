@@ -3,7 +3,7 @@
 namespace tallowin {
 
 WindowServices::WindowServices(const Context& context)
-    : texts(desktopTexts(context.platform.desktopKind)),
+    : texts(desktopTexts(context.platform.desktopKind())),
       contents({context.platform.desktop, context.platform.windows, context.platform.workspace,
                 context.platform.workspaceNotifications, context.platform.system, context.platform.mainQueue,
                 context.platform.desktopQueues}),

@@ -57,7 +57,6 @@ class NoneHost : public Host {
             .listeners = machine_.listeners,
             .system = machine_.system,
             .desktopFacts = desktopFacts_,
-            .desktopKind = DesktopKind::asked,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = machine_.workQueues,

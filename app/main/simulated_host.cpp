@@ -228,7 +228,6 @@ class RealTimeHost : public SimulatedHost {
             .listeners = machine_.listeners,
             .system = simulated.system(),
             .desktopFacts = simulated.desktopFacts(),
-            .desktopKind = simulated.kind(),
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = desktopQueues_,

@@ -77,7 +77,6 @@ class X11Host : public Host {
             .listeners = machine_.listeners,
             .system = machine_.system,
             .desktopFacts = *facts_,
-            .desktopKind = DesktopKind::asked,
             .mainQueue = machine_.mainQueue,
             .workQueues = machine_.workQueues,
             .desktopQueues = desktopQueues_,

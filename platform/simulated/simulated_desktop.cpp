@@ -215,7 +215,6 @@ Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, Driven
           .listeners = simulated.listeners(),
           .system = simulated.system(),
           .desktopFacts = simulated.desktopFacts(),
-          .desktopKind = simulated.kind(),
           .mainQueue = time,
           .workQueues = time,
           .desktopQueues = time,

@@ -111,7 +111,6 @@ class SimulatedDesktop {
 
   /// The desktop where the scenario says that it is asked; else null: it is driven by what follows.
   AskedDesktop* asked() { return parts_.state.isAsked ? &parts_.asked : nullptr; }
-  DesktopKind kind() { return parts_.state.isAsked ? DesktopKind::asked : DesktopKind::driven; }
   /// The windows of one that is asked.
   Windows& windows() { return parts_.windows; }
   Accessibility& accessibility() { return parts_.accessibility; }
