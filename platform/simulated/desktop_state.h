@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "platform/desktop_facts.h"
-#include "platform/emulated/symbolic_hot_keys.h"
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
 #include "platform/main_queue.h"
 #include "platform/property_list.h"
 #include "platform/simulated/raw_spaces.h"
+#include "platform/simulated/symbolic_hot_keys.h"
 #include "platform/system.h"
 #include "platform/workspace.h"
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/desktop.h"
-#include "platform/emulated/desktop_operations.h"
 #include "platform/property_list.h"
+#include "platform/simulated/desktop_operations.h"
 
 namespace tallowin {
 

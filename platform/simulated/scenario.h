@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/emulated/mission_control_behaviour.h"
 #include "platform/property_list.h"
 #include "platform/simulated/desktop_state.h"
+#include "platform/simulated/mission_control.h"
 #include "platform/simulated/virtual_time.h"
 
 namespace tallowin {

@@ -126,24 +126,24 @@ AXUIElement makeApplicationElement(DesktopState& state, ProcessID pid) {
 
 namespace {
 
-const EmulatedElement* emulated(const AXUIElement& element) {
-  return dynamic_cast<const EmulatedElement*>(element.get());
+const SimulatedElement* ours(const AXUIElement& element) {
+  return dynamic_cast<const SimulatedElement*>(element.get());
 }
 
 /// Whether the application behind the element answers before the messaging timeout.
-bool answers(const EmulatedElement& element) {
+bool answers(const SimulatedElement& element) {
   const auto* const part = dynamic_cast<const ApplicationPart*>(&element);
   return part == nullptr || part->answers();
 }
 
-std::string textOf(const EmulatedElement& element, std::string_view attribute) {
+std::string textOf(const SimulatedElement& element, std::string_view attribute) {
   const auto value = element.attribute(attribute);
   const auto* const text = std::get_if<std::string>(&value);
   return text != nullptr ? *text : "";
 }
 
 /// What tells the reader of the journal which element it is.
-nlohmann::ordered_json described(const EmulatedElement& element) {
+nlohmann::ordered_json described(const SimulatedElement& element) {
   nlohmann::ordered_json description = {{"role", textOf(element, "AXRole")}};
   if (const auto* const window = dynamic_cast<const WindowElement*>(&element)) {
     description["window"] = window->number();
@@ -186,8 +186,8 @@ void SimulatedAccessibility::AXUIElementSetMessagingTimeout(const AXUIElement& e
   }
 }
 
-const EmulatedElement* SimulatedAccessibility::asked(const AXUIElement& element) const {
-  return state_.accessibilityAllowed ? emulated(element) : nullptr;
+const SimulatedElement* SimulatedAccessibility::asked(const AXUIElement& element) const {
+  return state_.accessibilityAllowed ? ours(element) : nullptr;
 }
 
 AXValue SimulatedAccessibility::AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view attribute) {

@@ -4,17 +4,17 @@
 #include <memory>
 
 #include "platform/accessibility.h"
-#include "platform/emulated/emulated_element.h"
-#include "platform/emulated/mission_control.h"
 #include "platform/identifiers.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/mission_control.h"
+#include "platform/simulated/simulated_element.h"
 
 namespace tallowin {
 
 /// An accessibility element that a simulated application answers for, if it answers at all. The state must outlive it.
 /// Main thread only.
-class ApplicationPart : public EmulatedElement {
+class ApplicationPart : public SimulatedElement {
  public:
   /// What the system waits for an answer if nobody has said anything else.
   static constexpr Duration defaultTimeout = std::chrono::seconds{6};
@@ -35,7 +35,7 @@ class ApplicationPart : public EmulatedElement {
       : state_(state), pid_(pid), timeout_(std::make_shared<Duration>(defaultTimeout)) {}
   /// An element reached through another one.
   explicit ApplicationPart(const ApplicationPart& parent)
-      : EmulatedElement(parent), state_(parent.state_), pid_(parent.pid_), timeout_(parent.timeout_) {}
+      : SimulatedElement(parent), state_(parent.state_), pid_(parent.pid_), timeout_(parent.timeout_) {}
 
   [[nodiscard]] DesktopState& state() const { return state_; }
 
@@ -82,7 +82,7 @@ class SimulatedAccessibility : public Accessibility {
 
  private:
   /// The element, if there is anybody to ask.
-  [[nodiscard]] const EmulatedElement* asked(const AXUIElement& element) const;
+  [[nodiscard]] const SimulatedElement* asked(const AXUIElement& element) const;
 
   DesktopState& state_;
   MissionControl& missionControl_;

@@ -133,12 +133,12 @@ void SimulatedParts::pressKey(VirtualKeyCode keyCode, std::uint64_t modifierFlag
 
 /// From the hardware to the Dock; no permission is needed for one's own keyboard.
 void SimulatedParts::sendKeyToDock(VirtualKeyCode keyCode, std::uint64_t modifierFlags) {
-  EmulatedEvent event;
+  SimulatedEvent event;
   event.timestamp = clock.machAbsoluteTime();
   event.flags = modifierFlags;
-  event.fields[EmulatedEvent::keyCodeField] = std::int64_t{keyCode};
-  for (const auto type : {EmulatedEvent::keyDown, EmulatedEvent::keyUp}) {
-    event.fields[EmulatedEvent::typeField] = type;
+  event.fields[SimulatedEvent::keyCodeField] = std::int64_t{keyCode};
+  for (const auto type : {SimulatedEvent::keyDown, SimulatedEvent::keyUp}) {
+    event.fields[SimulatedEvent::typeField] = type;
     dock.handle(event);
   }
 }

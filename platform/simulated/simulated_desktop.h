@@ -6,17 +6,17 @@
 #include <string_view>
 #include <vector>
 
+#include "base/broadcast_notification_center.h"
 #include "base/main_thread_work_queues.h"
 #include "base/storage.h"
-#include "base/broadcast_notification_center.h"
-#include "platform/emulated/emulated_dock.h"
-#include "platform/emulated/mission_control.h"
 #include "platform/platform.h"
 #include "platform/simulated/asked_desktop.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/mission_control.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_accessibility.h"
 #include "platform/simulated/simulated_callers.h"
+#include "platform/simulated/simulated_dock.h"
 #include "platform/simulated/simulated_files.h"
 #include "platform/simulated/simulated_input.h"
 #include "platform/simulated/simulated_loader.h"
@@ -58,7 +58,7 @@ struct SimulatedParts {
   Storage storage{{files, queue, workQueues, clock, machine}};
   PreferencesFile preferencesFile;
   SimulatedSpaces spaces;
-  EmulatedDock dock;
+  SimulatedDock dock;
   MissionControl missionControl;
   AskedWindows windows;
   SimulatedAskedDesktop asked;

@@ -63,11 +63,11 @@ const char* mouseEventName(std::int64_t type) {
 }
 
 /// What the journal tells of an event: the fields that matter for its type, all fields for types without a name.
-nlohmann::ordered_json described(const EmulatedEvent& event) {
+nlohmann::ordered_json described(const SimulatedEvent& event) {
   nlohmann::ordered_json description;
-  if (event.type() == EmulatedEvent::keyDown || event.type() == EmulatedEvent::keyUp) {
-    description["keyCode"] = event.integer(EmulatedEvent::keyCodeField);
-    description["down"] = event.type() == EmulatedEvent::keyDown;
+  if (event.type() == SimulatedEvent::keyDown || event.type() == SimulatedEvent::keyUp) {
+    description["keyCode"] = event.integer(SimulatedEvent::keyCodeField);
+    description["down"] = event.type() == SimulatedEvent::keyDown;
     description["flags"] = event.flags;
     return description;
   }
@@ -86,21 +86,85 @@ nlohmann::ordered_json described(const EmulatedEvent& event) {
   return description;
 }
 
+// Every event that reaches this service was made by it.
+SimulatedEvent& ours(CGEvent& event) {
+  return static_cast<SimulatedEvent&>(event);
+}
+
+const SimulatedEvent& ours(const CGEvent& event) {
+  return static_cast<const SimulatedEvent&>(event);
+}
+
 }  // namespace
+
+CGEventPtr SimulatedEvents::CGEventCreate() {
+  auto event = std::make_unique<SimulatedEvent>();
+  event->timestamp = clock_.machAbsoluteTime();
+  event->location = state_.pointer;
+  return event;
+}
+
+CGEventPtr SimulatedEvents::CGEventCreateKeyboardEvent(VirtualKeyCode keyCode, bool down) {
+  auto event = std::make_unique<SimulatedEvent>();
+  event->timestamp = clock_.machAbsoluteTime();
+  event->fields[SimulatedEvent::typeField] = down ? SimulatedEvent::keyDown : SimulatedEvent::keyUp;
+  event->fields[SimulatedEvent::keyCodeField] = std::int64_t{keyCode};
+  return event;
+}
+
+CGEventPtr SimulatedEvents::CGEventCreateMouseEvent(CGMouseEventType type, CGPoint location) {
+  auto event = std::make_unique<SimulatedEvent>();
+  event->timestamp = clock_.machAbsoluteTime();
+  event->location = location;
+  event->fields[SimulatedEvent::typeField] = static_cast<std::int64_t>(type);
+  return event;
+}
+
+CGEventPtr SimulatedEvents::CGEventCreateFromData(std::string_view data) {
+  auto event = SimulatedEvent::deserialised(data);
+  return event ? std::make_unique<SimulatedEvent>(std::move(*event)) : nullptr;
+}
+
+std::string SimulatedEvents::CGEventCreateData(const CGEvent& event) {
+  return ours(event).serialised();
+}
+
+void SimulatedEvents::CGEventSetFlags(CGEvent& event, std::uint64_t flags) {
+  ours(event).flags = flags;
+}
+
+void SimulatedEvents::CGEventSetIntegerValueField(CGEvent& event, CGEventField field, std::int64_t value) {
+  ours(event).fields[field] = value;
+}
+
+void SimulatedEvents::CGEventSetDoubleValueField(CGEvent& event, CGEventField field, double value) {
+  ours(event).fields[field] = value;
+}
+
+double SimulatedEvents::CGEventGetDoubleValueField(const CGEvent& event, CGEventField field) {
+  return ours(event).real(field);
+}
+
+std::uint64_t SimulatedEvents::CGEventGetTimestamp(const CGEvent& event) {
+  return ours(event).timestamp;
+}
+
+CGPoint SimulatedEvents::CGEventGetLocation(const CGEvent& event) {
+  return ours(event).location;
+}
 
 void SimulatedEvents::CGEventPost(CGEventTap tap, const CGEvent& event) {
   nlohmann::ordered_json arguments = {{"tap", static_cast<std::uint32_t>(tap)}};
-  // Every event that reaches this service was made by it.
-  arguments.update(described(static_cast<const EmulatedEvent&>(event)));
+  arguments.update(described(ours(event)));
   if (!state_.accessibilityAllowed) {
     arguments["dropped"] = true;
   }
-  if (auto words = meaning(static_cast<const EmulatedEvent&>(event)); !words.empty()) {
+  if (auto words = dock_.meaning(ours(event)); !words.empty()) {
     arguments["means"] = std::move(words);
   }
   journal_.record("CGEventPost", arguments);
-  if (state_.accessibilityAllowed) {
-    EmulatedEvents::CGEventPost(tap, event);
+  if (state_.accessibilityAllowed && !dock_.handle(ours(event))) {
+    perform(ours(event));
   }
 }
 
@@ -114,9 +178,9 @@ CGPoint SimulatedEvents::mouseLocation() {
   return {state_.pointer.x, height - state_.pointer.y};
 }
 
-void SimulatedEvents::postInput(const EmulatedEvent& event) {
-  if (event.type() == EmulatedEvent::keyDown) {
-    missionControl_.keyDown(static_cast<VirtualKeyCode>(event.integer(EmulatedEvent::keyCodeField)));
+void SimulatedEvents::perform(const SimulatedEvent& event) {
+  if (event.type() == SimulatedEvent::keyDown) {
+    missionControl_.keyDown(static_cast<VirtualKeyCode>(event.integer(SimulatedEvent::keyCodeField)));
     return;
   }
   if (mouseEventName(event.type()) == nullptr) {

@@ -8,13 +8,13 @@
 #include <vector>
 
 #include "base/broadcaster.h"
-#include "platform/emulated/emulated_events.h"
-#include "platform/emulated/mission_control.h"
 #include "platform/geometry.h"
 #include "platform/global_hot_keys.h"
 #include "platform/private_functions.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/mission_control.h"
+#include "platform/simulated/simulated_dock.h"
 
 namespace tallowin {
 
@@ -49,16 +49,28 @@ class WindowDragging {
 
 /// The simulated event services: every posted event is a line of the journal, then goes to the Dock, to Mission Control
 /// and to the window under the pointer. Without accessibility permission it is dropped. Main thread only.
-class SimulatedEvents : public EmulatedEvents {
+class SimulatedEvents : public Events {
  public:
-  SimulatedEvents(const Clock& clock, EmulatedDock& dock, MissionControl& missionControl, WindowDragging& dragging,
+  SimulatedEvents(const Clock& clock, SimulatedDock& dock, MissionControl& missionControl, WindowDragging& dragging,
                   DesktopState& state, Journal& journal)
-      : EmulatedEvents(clock, dock),
+      : clock_(clock),
+        dock_(dock),
         missionControl_(missionControl),
         dragging_(dragging),
         state_(state),
         journal_(journal) {}
 
+  CGEventPtr CGEventCreate() override;
+  CGEventPtr CGEventCreateKeyboardEvent(VirtualKeyCode keyCode, bool down) override;
+  CGEventPtr CGEventCreateMouseEvent(CGMouseEventType type, CGPoint location) override;
+  CGEventPtr CGEventCreateFromData(std::string_view data) override;
+  std::string CGEventCreateData(const CGEvent& event) override;
+  void CGEventSetFlags(CGEvent& event, std::uint64_t flags) override;
+  void CGEventSetIntegerValueField(CGEvent& event, CGEventField field, std::int64_t value) override;
+  void CGEventSetDoubleValueField(CGEvent& event, CGEventField field, double value) override;
+  double CGEventGetDoubleValueField(const CGEvent& event, CGEventField field) override;
+  std::uint64_t CGEventGetTimestamp(const CGEvent& event) override;
+  CGPoint CGEventGetLocation(const CGEvent& event) override;
   void CGEventPost(CGEventTap tap, const CGEvent& event) override;
   void CGWarpMouseCursorPosition(CGPoint position) override;
   std::uint32_t pressedMouseButtons() override { return state_.pressedMouseButtons; }
@@ -69,11 +81,12 @@ class SimulatedEvents : public EmulatedEvents {
   void pressLeftButton();
   void releaseLeftButton();
 
- protected:
-  CGPoint pointerLocation() override { return state_.pointer; }
-  void postInput(const EmulatedEvent& event) override;
-
  private:
+  /// Performs a key press or a mouse event that the Dock left; other types need nothing done.
+  void perform(const SimulatedEvent& event);
+
+  const Clock& clock_;
+  SimulatedDock& dock_;
   MissionControl& missionControl_;
   WindowDragging& dragging_;
   DesktopState& state_;

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "base/desktop_places.h"
-#include "platform/emulated/desktop_operations.h"
 #include "platform/main_queue.h"
+#include "platform/simulated/desktop_operations.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"

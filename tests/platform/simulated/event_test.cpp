@@ -1,14 +1,14 @@
-#include "platform/emulated/emulated_event.h"
-
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
+#include "platform/simulated/simulated_event.h"
+
 namespace tallowin {
 namespace {
 
-EmulatedEvent eventWithEverything() {
-  EmulatedEvent event;
+SimulatedEvent eventWithEverything() {
+  SimulatedEvent event;
   event.timestamp = 0x0102030405060708;
   event.flags = CGEventFlag::command | CGEventFlag::shift;
   event.location = {-1.5, 1e300};
@@ -17,11 +17,10 @@ EmulatedEvent eventWithEverything() {
   return event;
 }
 
-TEST(EmulatedEventTest, survivesSerialisation) {
+TEST(SimulatedEventTest, survivesSerialisation) {
   const auto event = eventWithEverything();
   const auto bytes = event.serialised();
-  EXPECT_EQ(bytes.substr(0, 4), std::string("\0\0\0\2", 4));
-  const auto again = EmulatedEvent::deserialised(bytes);
+  const auto again = SimulatedEvent::deserialised(bytes);
   ASSERT_TRUE(again);
   EXPECT_EQ(again->timestamp, event.timestamp);
   EXPECT_EQ(again->flags, event.flags);
@@ -30,30 +29,22 @@ TEST(EmulatedEventTest, survivesSerialisation) {
   EXPECT_EQ(again->payload, event.payload);
 }
 
-TEST(EmulatedEventTest, refusesBytesThatAreNoEvent) {
+TEST(SimulatedEventTest, refusesBytesThatAreNoEvent) {
   auto event = eventWithEverything();
   event.payload.clear();
   const auto bytes = event.serialised();
   for (std::size_t size = 0; size < bytes.size(); ++size) {
-    EXPECT_FALSE(EmulatedEvent::deserialised(bytes.substr(0, size))) << size << " bytes";
+    EXPECT_FALSE(SimulatedEvent::deserialised(bytes.substr(0, size))) << size << " bytes";
   }
-  for (std::size_t i = 0; i < 4; ++i) {
-    auto otherVersion = bytes;
-    otherVersion[i] = 9;
-    EXPECT_FALSE(EmulatedEvent::deserialised(otherVersion)) << i;
+  for (const auto* text :
+       {"\n", "5\n", "[1,2,3]\n", "[1,2,3,\"4\"]\n", "[1,2,3,4,5]\n", "[1,2,3,4,[5]]\n", "[1,2,3,4,[5,null]]\n"}) {
+    EXPECT_FALSE(SimulatedEvent::deserialised(text)) << text;
   }
-  constexpr std::size_t countOffset = 4 + 8 * 4;
-  auto tooMany = bytes;
-  tooMany[countOffset] = '\xFF';
-  EXPECT_FALSE(EmulatedEvent::deserialised(tooMany));
-  auto unknownKind = bytes;
-  unknownKind[countOffset + 4 + 4] = 2;
-  EXPECT_FALSE(EmulatedEvent::deserialised(unknownKind));
 }
 
-TEST(EmulatedEventTest, fieldsAreReadInTheAskedType) {
+TEST(SimulatedEventTest, fieldsAreReadInTheAskedType) {
   struct Case {
-    EmulatedEvent::Field field;
+    SimulatedEvent::Field field;
     std::int64_t integer;
     double real;
   };
@@ -62,12 +53,12 @@ TEST(EmulatedEventTest, fieldsAreReadInTheAskedType) {
   const Case cases[] = {{std::int64_t{-7}, -7, -7}, {2.9, 2, 2.9},         {-2.9, -2, -2.9},
                         {1e19, most, 1e19},         {-1e19, least, -1e19}, {HUGE_VAL, most, HUGE_VAL}};
   for (const auto& [field, integer, real] : cases) {
-    EmulatedEvent event;
+    SimulatedEvent event;
     event.fields[1] = field;
     EXPECT_EQ(event.integer(1), integer) << real;
     EXPECT_EQ(event.real(1), real);
   }
-  EmulatedEvent event;
+  SimulatedEvent event;
   event.fields[1] = std::nan("");
   EXPECT_EQ(event.integer(1), 0);
   EXPECT_EQ(event.integer(2), 0);

@@ -1,11 +1,10 @@
-#include "platform/emulated/emulated_dock.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/simulated/simulated_dock.h"
 #include "platform/simulated/virtual_time.h"
-#include "tests/platform/emulated/fake_desktops.h"
-#include "tests/platform/emulated/swipe_events.h"
+#include "tests/platform/simulated/fake_desktops.h"
+#include "tests/platform/simulated/swipe_events.h"
 
 namespace tallowin {
 namespace {
@@ -17,7 +16,7 @@ using testing::IsEmpty;
 constexpr VirtualKeyCode leftArrow = 123;
 constexpr VirtualKeyCode rightArrow = 124;
 
-class EmulatedDockTest : public testing::Test {
+class SimulatedDockTest : public testing::Test {
  protected:
   void swipe(double progress, bool augmented = false) {
     for (const std::int64_t phase : {1, 2, 4}) {
@@ -26,9 +25,9 @@ class EmulatedDockTest : public testing::Test {
   }
 
   bool key(VirtualKeyCode keyCode, std::uint64_t flags, bool down = true) {
-    EmulatedEvent event;
+    SimulatedEvent event;
     event.flags = flags;
-    event.fields = {{55, down ? EmulatedEvent::keyDown : EmulatedEvent::keyUp}, {9, std::int64_t{keyCode}}};
+    event.fields = {{55, down ? SimulatedEvent::keyDown : SimulatedEvent::keyUp}, {9, std::int64_t{keyCode}}};
     return dock.handle(event);
   }
 
@@ -47,7 +46,7 @@ class EmulatedDockTest : public testing::Test {
   SymbolicHotKeys hotKeys;
   LinesLog log;
   bool naturalScrolling = true;
-  EmulatedDock dock{desktops, hotKeys, time, time, log, behaviour()};
+  SimulatedDock dock{desktops, hotKeys, time, time, log, behaviour()};
 
   DockBehaviour behaviour() {
     DockBehaviour behaviour;
@@ -56,7 +55,7 @@ class EmulatedDockTest : public testing::Test {
   }
 };
 
-TEST_F(EmulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpaces) {
+TEST_F(SimulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpaces) {
   swipe(1);
   EXPECT_THAT(desktops.switched, IsEmpty()) << "the switch comes after the burst";
   time.advance(0ms);
@@ -79,7 +78,7 @@ TEST_F(EmulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpaces) {
   EXPECT_EQ(desktops.switched.size(), 4U);
 }
 
-TEST_F(EmulatedDockTest, aBurstIsOneSwitchAndStaysWithinTheEnds) {
+TEST_F(SimulatedDockTest, aBurstIsOneSwitchAndStaysWithinTheEnds) {
   swipe(1);
   swipe(1);
   swipe(-1);
@@ -98,7 +97,7 @@ TEST_F(EmulatedDockTest, aBurstIsOneSwitchAndStaysWithinTheEnds) {
   EXPECT_EQ(desktops.switched.size(), 2U) << "nothing lies beyond the last";
 }
 
-TEST_F(EmulatedDockTest, stepsCountFromWhereTheDisplayIsHeading) {
+TEST_F(SimulatedDockTest, stepsCountFromWhereTheDisplayIsHeading) {
   swipe(1);
   time.advance(0ms);
   swipe(1);
@@ -111,7 +110,7 @@ TEST_F(EmulatedDockTest, stepsCountFromWhereTheDisplayIsHeading) {
   EXPECT_THAT(desktops.switched, ElementsAre(2, 9, 2));
 }
 
-TEST_F(EmulatedDockTest, gesturesThatAreIncompleteOrMalformedDoNothing) {
+TEST_F(SimulatedDockTest, gesturesThatAreIncompleteOrMalformedDoNothing) {
   EXPECT_TRUE(dock.handle(swipeEvent(4, 1))) << "it is taken nevertheless";
   dock.handle(swipeEvent(1, 1));
   dock.handle(swipeEvent(4, -1));
@@ -127,34 +126,10 @@ TEST_F(EmulatedDockTest, gesturesThatAreIncompleteOrMalformedDoNothing) {
                                      "ignored a malformed gesture: its device report is wrong at byte 28"));
 }
 
-TEST_F(EmulatedDockTest, whereGesturesCountFromWhatWasToldTheyAreAbsolute) {
-  // The process was told 2 while the desktop is at 0, and asks for one step to the right: it means 3.
-  auto told = behaviour();
-  std::optional<ManagedSpaceID> reported;
-  int givenUp = 0;
-  told.lastReported = [&](const std::string&) { return reported; };
-  told.givenUp = [&] { ++givenUp; };
-  told.patience = 100ms;
-  EmulatedDock absolute(desktops, hotKeys, time, time, log, told);
-  const auto rows = desktops.rows();
-  reported = rows.front().spaces[2].id;
-  absolute.handle(swipeEvent(1, 1));
-  absolute.handle(swipeEvent(4, 1));
-  const auto target = rows.front().spaces[3].id;
-  EXPECT_EQ(absolute.heading(rows.front().display, rows.front().active), target) << "before it has been asked for";
-  EXPECT_THAT(desktops.switched, ElementsAre(target));
-  EXPECT_EQ(absolute.heading(rows.front().display, target), std::nullopt) << "it has arrived";
-  time.advance(99ms);
-  EXPECT_EQ(givenUp, 0);
-  time.advance(1ms);
-  EXPECT_EQ(givenUp, 1) << "nobody told of its arrival";
-  EXPECT_EQ(absolute.heading(rows.front().display, rows.front().active), std::nullopt);
-}
-
-TEST_F(EmulatedDockTest, aNewerDockRefusesPlainSwipes) {
+TEST_F(SimulatedDockTest, aNewerDockRefusesPlainSwipes) {
   auto newerBehaviour = behaviour();
   newerBehaviour.requiresAugmentedSwipes = true;
-  EmulatedDock newer(desktops, hotKeys, time, time, log, newerBehaviour);
+  SimulatedDock newer(desktops, hotKeys, time, time, log, newerBehaviour);
   for (const bool augmented : {false, true}) {
     for (const std::int64_t phase : {1, 2, 4}) {
       EXPECT_TRUE(newer.handle(augmented ? augmentedSwipeEvent(phase, 1) : swipeEvent(phase, 1)));
@@ -164,7 +139,7 @@ TEST_F(EmulatedDockTest, aNewerDockRefusesPlainSwipes) {
   }
 }
 
-TEST_F(EmulatedDockTest, arrowsStepAndDigitsGoToOrdinaryDesktopsOfAllDisplays) {
+TEST_F(SimulatedDockTest, arrowsStepAndDigitsGoToOrdinaryDesktopsOfAllDisplays) {
   struct Case {
     VirtualKeyCode key;
     std::uint64_t flags;
@@ -193,7 +168,7 @@ TEST_F(EmulatedDockTest, arrowsStepAndDigitsGoToOrdinaryDesktopsOfAllDisplays) {
   }
 }
 
-TEST_F(EmulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTakenTogetherWithTheirReleases) {
+TEST_F(SimulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTakenTogetherWithTheirReleases) {
   constexpr VirtualKeyCode digit1 = 18;
   EXPECT_FALSE(key(digit1, 0));
   EXPECT_FALSE(key(digit1, CGEventFlag::control | CGEventFlag::shift));
@@ -209,7 +184,7 @@ TEST_F(EmulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTakenTogetherWit
   EXPECT_FALSE(hotKeys.setEnabled(7, true));
 }
 
-TEST_F(EmulatedDockTest, aDirectSwitchPutsAnEndToPendingSteps) {
+TEST_F(SimulatedDockTest, aDirectSwitchPutsAnEndToPendingSteps) {
   swipe(1);
   key(20, CGEventFlag::control);
   time.advance(1s);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <expected>
 #include <functional>
 #include <map>
 #include <optional>
@@ -8,14 +9,28 @@
 #include <string>
 
 #include "platform/clock.h"
-#include "platform/emulated/desktop_operations.h"
-#include "platform/emulated/dock_swipe.h"
-#include "platform/emulated/emulated_event.h"
-#include "platform/emulated/symbolic_hot_keys.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "platform/simulated/desktop_operations.h"
+#include "platform/simulated/simulated_event.h"
+#include "platform/simulated/symbolic_hot_keys.h"
 
 namespace tallowin {
+
+/// One event of a Dock swipe gesture, as read from its fields.
+struct DockSwipe {
+  enum class Phase { began = 1, changed = 2, ended = 4 };  // IOHIDEventTypes.h, gesture phase bits
+  Phase phase = Phase::began;
+  int direction = 1;       ///< +1 or -1, the sign of field 124
+  bool augmented = false;  ///< it carries the device's own report behind its fields
+};
+
+/// Whether the event is a Dock-control event at all (field 55 = 30), well-formed or not.
+[[nodiscard]] bool isDockControl(const SimulatedEvent& event);
+
+/// Reads a horizontal Dock swipe. The error says what is wrong with it. A device report, where there is one, must be
+/// 96 bytes long and agree with the fields that it repeats.
+[[nodiscard]] std::expected<DockSwipe, std::string> readDockSwipe(const SimulatedEvent& event);
 
 /// What differs between one system's Dock and another's.
 struct DockBehaviour {
@@ -26,59 +41,44 @@ struct DockBehaviour {
   std::function<bool()> naturalScrolling = [] { return true; };
   /// Whether the screen is locked. The Dock then takes its events and does nothing.
   std::function<bool()> screenLocked = [] { return false; };
-  /// A switch that has not arrived after this long is not waited for any more.
-  Duration patience = std::chrono::seconds(1);
-  /// The active Space of a display that steps count from, where all gestures come from this process and count from what
-  /// it was last told; without it they count from where the display is, or is heading.
-  std::function<std::optional<ManagedSpaceID>(const std::string& display)> lastReported;
-  /// Told when a switch has not arrived in time.
-  std::function<void()> givenUp;
 };
 
-/// Plays the Dock where there is none: takes the gesture events and hot keys that the real one takes, and switches
+/// The simulated Dock: takes the gesture events and hot keys that the real one takes, and switches
 /// desktops. A burst of steps ends in one switch, made on the main queue right after the burst. Main thread only.
-class EmulatedDock {
+class SimulatedDock {
  public:
-  EmulatedDock(DesktopOperations& desktops, const SymbolicHotKeys& hotKeys, MainQueue& queue, const Clock& clock,
-               Log& log, DockBehaviour behaviour);
+  SimulatedDock(DesktopOperations& desktops, const SymbolicHotKeys& hotKeys, MainQueue& queue, const Clock& clock,
+                Log& log, DockBehaviour behaviour);
 
   /// Offers a posted event. True when the Dock took it, so that nobody else gets it: every Dock-control event, and the
   /// presses and releases of enabled hot keys.
-  bool handle(const EmulatedEvent& event);
+  bool handle(const SimulatedEvent& event);
 
   /// What it makes of an event, in words such as "a swipe to the right ends"; empty when the event is nothing to it.
-  [[nodiscard]] std::string meaning(const EmulatedEvent& event) const;
-
-  /// The Space that a display, of which `active` is seen to be the active one, is on its way to after everything that
-  /// has been posted; nothing when it is not on its way anywhere.
-  [[nodiscard]] std::optional<ManagedSpaceID> heading(const std::string& display, std::optional<ManagedSpaceID> active);
+  [[nodiscard]] std::string meaning(const SimulatedEvent& event) const;
 
   /// To be called whenever a display's active Space has changed, by whomever: later steps count from there.
   void activeSpaceChanged(const std::string& display);
 
  private:
   /// Where one display's Spaces are heading.
-  struct Journey {
+  struct Heading {
     int steps = 0;                             ///< not yet performed, positive to the right
     SwitchCause cause = SwitchCause::gesture;  ///< of the latest of them
-    std::optional<ManagedSpaceID> base;     ///< where they count from, if that is not found out when they are performed
-    std::optional<ManagedSpaceID> heading;  ///< a switch that was begun and has not been seen to arrive
-    std::optional<ManagedSpaceID> origin;   ///< what was active when it was begun
-    std::uint64_t headingSince = 0;         ///< in ticks
+    std::optional<ManagedSpaceID> space;       ///< of a switch that was begun and has not been seen to arrive
+    std::uint64_t since = 0;                   ///< when it was begun, in ticks
     WorkItem work;
-    WorkItem givingUp;
   };
 
-  void swipe(const EmulatedEvent& event);
+  void swipe(const SimulatedEvent& event);
   /// 1 to the right, -1 to the left.
   [[nodiscard]] int direction(const DockSwipe& swipe) const;
   void step(int steps, SwitchCause cause);
   void perform(const std::string& display);
-  bool pressHotKey(const EmulatedEvent& event);
+  bool pressHotKey(const SimulatedEvent& event);
   void switchToDesktop(std::size_t number);
-  void head(Journey& journey, const DesktopRow& row, ManagedSpaceID space, SwitchCause cause);
-  [[nodiscard]] std::optional<ManagedSpaceID> departure(Journey& journey, const DesktopRow& row) const;
-  [[nodiscard]] bool isUnderWay(const Journey& journey) const;
+  void head(Heading& heading, ManagedSpaceID space, SwitchCause cause);
+  [[nodiscard]] std::optional<ManagedSpaceID> departure(Heading& heading, const DesktopRow& row) const;
 
   DesktopOperations& desktops_;
   const SymbolicHotKeys& hotKeys_;
@@ -89,7 +89,7 @@ class EmulatedDock {
 
   std::optional<int> swipeDirection_;  ///< of the swipe that began and has not ended
   std::set<VirtualKeyCode> heldKeys_;  ///< presses that the Dock took, whose releases it takes too
-  std::map<std::string, Journey> journeys_;
+  std::map<std::string, Heading> headings_;
 };
 
 }  // namespace tallowin

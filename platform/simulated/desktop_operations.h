@@ -27,7 +27,7 @@ struct DesktopRow {
 /// What made the Dock switch.
 enum class SwitchCause { gesture, hotKey, missionControl };
 
-/// The handful of plain operations that a platform without a Dock must have for the emulated one. Main thread only.
+/// What the Dock and Mission Control do to the desktop. Main thread only.
 class DesktopOperations {
  public:
   virtual ~DesktopOperations() = default;

@@ -1,4 +1,4 @@
-#include "platform/emulated/mission_control_bar.h"
+#include "platform/simulated/mission_control.h"
 
 #include <algorithm>
 
@@ -19,10 +19,15 @@ CGRect frameAt(const CGRect& display, std::size_t place) {
   return {{x, display.origin.y + margin}, {thumbnailWidth, thumbnailHeight}};
 }
 
+constexpr VirtualKeyCode escapeKey = 53;  // HIToolbox/Events.h, kVK_Escape
+
 }  // namespace
 
-void MissionControlBar::toggle() {
-  if (!isClosed()) {
+void MissionControl::notify(std::string_view notification) {
+  if (notification != awakeNotification) {
+    return;
+  }
+  if (stage_ != Stage::closed) {
     close();
   } else if (behaviour_.opens) {
     stage_ = Stage::opening;
@@ -30,7 +35,15 @@ void MissionControlBar::toggle() {
   }
 }
 
-void MissionControlBar::close() {
+bool MissionControl::keyDown(VirtualKeyCode keyCode) {
+  const bool takes = keyCode == escapeKey && stage_ != Stage::closed;
+  if (takes) {
+    close();
+  }
+  return takes;
+}
+
+void MissionControl::close() {
   stage_ = Stage::closed;
   opening_.cancel();
   hovering_.cancel();
@@ -38,7 +51,7 @@ void MissionControlBar::close() {
   hoveredLongEnough_ = false;
 }
 
-void MissionControlBar::hover(CGPoint location) {
+void MissionControl::pointerMoved(CGPoint location) {
   const auto thumbnail = isOpen() ? thumbnailAt(location) : std::nullopt;
   const auto space = thumbnail ? std::optional(thumbnail->space) : std::nullopt;
   if (space == hovered_) {
@@ -52,26 +65,29 @@ void MissionControlBar::hover(CGPoint location) {
   }
 }
 
-void MissionControlBar::click(CGPoint location) {
-  const auto thumbnail = thumbnailAt(location);
-  if (!thumbnail) {
-    return;
+bool MissionControl::clicked(CGPoint location) {
+  if (!isOpen()) {
+    return false;
   }
-  const auto corner = thumbnail->frame.origin;
-  if (thumbnail->showsBadge && location.x < corner.x + badgeSize && location.y < corner.y + badgeSize) {
-    remove(thumbnail->space);
-  } else {
-    choose(thumbnail->space);
+  if (const auto thumbnail = thumbnailAt(location)) {
+    const auto corner = thumbnail->frame.origin;
+    const bool onBadge = location.x < corner.x + badgeSize && location.y < corner.y + badgeSize;
+    if (thumbnail->showsBadge && onBadge) {
+      remove(thumbnail->space);
+    } else {
+      choose(thumbnail->space);
+    }
   }
+  return true;
 }
 
-bool MissionControlBar::choose(ManagedSpaceID space) {
+bool MissionControl::choose(ManagedSpaceID space) {
   close();
   desktops_.switchTo(space, SwitchCause::missionControl);
   return true;
 }
 
-bool MissionControlBar::remove(ManagedSpaceID space) {
+bool MissionControl::remove(ManagedSpaceID space) {
   const bool removed = desktops_.removeDesktop(space);
   if (removed && hovered_ == space) {
     // What is under the pointer now is seen when it moves.
@@ -81,7 +97,7 @@ bool MissionControlBar::remove(ManagedSpaceID space) {
   return removed;
 }
 
-std::vector<std::string> MissionControlBar::displays() const {
+std::vector<std::string> MissionControl::displays() const {
   std::vector<std::string> displays;
   for (const auto& row : desktops_.rows()) {
     displays.push_back(row.display);
@@ -89,7 +105,7 @@ std::vector<std::string> MissionControlBar::displays() const {
   return displays;
 }
 
-std::vector<MissionControlBar::Thumbnail> MissionControlBar::thumbnails(const std::string& display) const {
+std::vector<MissionControl::Thumbnail> MissionControl::thumbnails(const std::string& display) const {
   std::vector<Thumbnail> thumbnails;
   std::size_t number = 0;
   for (const auto& row : desktops_.rows()) {
@@ -109,11 +125,11 @@ std::vector<MissionControlBar::Thumbnail> MissionControlBar::thumbnails(const st
   return thumbnails;
 }
 
-CGRect MissionControlBar::addButtonFrame(const std::string& display) const {
+CGRect MissionControl::addButtonFrame(const std::string& display) const {
   return frameAt(boundsOf_(display), thumbnails(display).size());
 }
 
-std::optional<MissionControlBar::Thumbnail> MissionControlBar::thumbnailAt(CGPoint location) const {
+std::optional<MissionControl::Thumbnail> MissionControl::thumbnailAt(CGPoint location) const {
   for (const auto& display : displays()) {
     for (const auto& thumbnail : thumbnails(display)) {
       if (thumbnail.frame.contains(location)) {

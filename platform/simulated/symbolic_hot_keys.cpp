@@ -1,4 +1,4 @@
-#include "platform/emulated/symbolic_hot_keys.h"
+#include "platform/simulated/symbolic_hot_keys.h"
 
 #include <array>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/emulated/desktop_operations.h"
+#include "platform/simulated/desktop_operations.h"
 #include "tests/lines_log.h"
 
 namespace tallowin {

@@ -7,7 +7,7 @@
 namespace tallowin {
 
 /// An accessibility element whose answers come from this process. Main thread only.
-class EmulatedElement : public AXElementHandle {
+class SimulatedElement : public AXElementHandle {
  public:
   /// The empty alternative for an attribute that it does not have.
   [[nodiscard]] virtual AXValue attribute(std::string_view name) const = 0;

@@ -11,9 +11,8 @@
 
 namespace tallowin {
 
-/// An input event where the system has none of Quartz's kind: its fields by number, and the bytes of a device report
-/// that may follow its serialised form.
-struct EmulatedEvent : CGEvent {
+/// A simulated input event: its fields by number, and the bytes of a device report that may follow its serialised form.
+struct SimulatedEvent : CGEvent {
   /// Fields with a meaning of their own (CGEventTypes.h; 55 is the event's type in every event).
   static constexpr CGEventField keyCodeField = 9;  // kCGKeyboardEventKeycode
   static constexpr CGEventField typeField = 55;
@@ -37,10 +36,10 @@ struct EmulatedEvent : CGEvent {
   [[nodiscard]] double real(CGEventField field) const;
   [[nodiscard]] std::int64_t type() const { return integer(typeField); }
 
-  /// The serialised form: a version, the fixed parts, the fields, then the payload. Numbers are big-endian.
+  /// The serialised form: a line of JSON with the rest of it, then the payload.
   [[nodiscard]] std::string serialised() const;
-  /// The event with this serialised form; bytes after its last field become its payload. Nothing for anything else.
-  [[nodiscard]] static std::optional<EmulatedEvent> deserialised(std::string_view bytes);
+  /// The event with this serialised form; bytes after its line become its payload. Nothing for anything else.
+  [[nodiscard]] static std::optional<SimulatedEvent> deserialised(std::string_view bytes);
 };
 
 }  // namespace tallowin

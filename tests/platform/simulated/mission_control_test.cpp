@@ -1,11 +1,11 @@
-#include "platform/emulated/mission_control.h"
+#include "platform/simulated/mission_control.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/emulated/emulated_element.h"
+#include "platform/simulated/simulated_element.h"
 #include "platform/simulated/virtual_time.h"
-#include "tests/platform/emulated/fake_desktops.h"
+#include "tests/platform/simulated/fake_desktops.h"
 
 namespace tallowin {
 namespace {
@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 AXValue read(const AXUIElement& element, std::string_view attribute) {
-  return dynamic_cast<const EmulatedElement&>(*element).attribute(attribute);
+  return dynamic_cast<const SimulatedElement&>(*element).attribute(attribute);
 }
 
 std::string text(const AXUIElement& element, std::string_view attribute) {
@@ -24,7 +24,7 @@ std::string text(const AXUIElement& element, std::string_view attribute) {
 }
 
 bool press(const AXUIElement& element) {
-  return element != nullptr && dynamic_cast<const EmulatedElement&>(*element).perform("AXPress");
+  return element != nullptr && dynamic_cast<const SimulatedElement&>(*element).perform("AXPress");
 }
 
 class MissionControlTest : public testing::Test {

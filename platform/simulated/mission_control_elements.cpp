@@ -1,16 +1,13 @@
-#include "platform/emulated/mission_control_elements.h"
-
-#include <functional>
-#include <optional>
 #include <utility>
 
-#include "platform/emulated/emulated_element.h"
+#include "platform/simulated/mission_control.h"
+#include "platform/simulated/simulated_element.h"
 
 namespace tallowin {
 
 namespace {
 
-using WeakBar = std::weak_ptr<MissionControlBar>;
+using WeakMissionControl = std::weak_ptr<MissionControl>;
 using Elements = std::vector<AXUIElement>;
 
 /// What an element is like; what does not apply is left empty.
@@ -19,14 +16,15 @@ struct Description {
   std::string title = {};
   std::string description = {};
   std::optional<CGRect> frame = {};
-  std::function<Elements(MissionControlBar&)> children = {};
-  std::function<bool(MissionControlBar&)> press = {};
+  std::function<Elements(MissionControl&)> children = {};
+  std::function<bool(MissionControl&)> press = {};
   bool isPartOfMissionControl = true;
 };
 
-class DockElement : public EmulatedElement {
+class DockElement : public SimulatedElement {
  public:
-  DockElement(WeakBar bar, Description description) : bar_(std::move(bar)), description_(std::move(description)) {}
+  DockElement(WeakMissionControl bar, Description description)
+      : bar_(std::move(bar)), description_(std::move(description)) {}
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
     const auto bar = shown();
@@ -57,24 +55,24 @@ class DockElement : public EmulatedElement {
   }
 
  private:
-  [[nodiscard]] std::shared_ptr<MissionControlBar> shown() const {
+  [[nodiscard]] std::shared_ptr<MissionControl> shown() const {
     auto bar = bar_.lock();
     return bar != nullptr && (bar->isOpen() || !description_.isPartOfMissionControl) ? bar : nullptr;
   }
 
-  const WeakBar bar_;
+  const WeakMissionControl bar_;
   const Description description_;
 };
 
-AXUIElement element(const WeakBar& bar, Description description) {
+AXUIElement element(const WeakMissionControl& bar, Description description) {
   return std::make_shared<DockElement>(bar, std::move(description));
 }
 
-AXUIElement group(const WeakBar& bar, std::string title, std::function<Elements(MissionControlBar&)> children) {
+AXUIElement group(const WeakMissionControl& bar, std::string title, std::function<Elements(MissionControl&)> children) {
   return element(bar, {.role = "AXGroup", .title = std::move(title), .children = std::move(children)});
 }
 
-Elements buttons(const WeakBar& bar, MissionControlBar& shown, const std::string& display) {
+Elements buttons(const WeakMissionControl& bar, MissionControl& shown, const std::string& display) {
   Elements elements;
   for (const auto& thumbnail : shown.thumbnails(display)) {
     elements.push_back(element(bar, {.role = "AXButton",
@@ -97,7 +95,7 @@ Elements buttons(const WeakBar& bar, MissionControlBar& shown, const std::string
   return elements;
 }
 
-Elements displayGroups(const WeakBar& bar, MissionControlBar& shown) {
+Elements displayGroups(const WeakMissionControl& bar, MissionControl& shown) {
   Elements groups;
   for (const auto& display : shown.displays()) {
     groups.push_back(group(bar, "", [bar, display](auto& /*shown*/) {
@@ -107,7 +105,7 @@ Elements displayGroups(const WeakBar& bar, MissionControlBar& shown) {
   return groups;
 }
 
-AXUIElement icons(const WeakBar& bar) {
+AXUIElement icons(const WeakMissionControl& bar) {
   return element(bar, {.role = "AXList",
                        .children =
                            [bar](auto& /*shown*/) {
@@ -123,11 +121,12 @@ AXUIElement icons(const WeakBar& bar) {
 
 }  // namespace
 
-AXUIElement makeDockElement(const std::weak_ptr<MissionControlBar>& bar) {
+AXUIElement MissionControl::dockElement() const {
+  const WeakMissionControl bar = self_;
   return element(bar, {.role = "AXApplication",
                        .title = "Dock",
                        .children =
-                           [bar](MissionControlBar& shown) {
+                           [bar](MissionControl& shown) {
                              Elements children = {icons(bar)};
                              if (shown.isOpen()) {
                                children.push_back(group(bar, "Mission Control",

@@ -1,9 +1,8 @@
-#include "platform/emulated/dock_swipe.h"
-
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "tests/platform/emulated/swipe_events.h"
+#include "platform/simulated/simulated_dock.h"
+#include "tests/platform/simulated/swipe_events.h"
 
 namespace tallowin {
 namespace {
@@ -11,7 +10,7 @@ namespace {
 TEST(DockSwipeTest, refusesFieldsThatMakeNoHorizontalSwipe) {
   struct Case {
     CGEventField field;
-    EmulatedEvent::Field value;
+    SimulatedEvent::Field value;
     const char* fault;
   };
   const Case cases[] = {

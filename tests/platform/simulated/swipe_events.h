@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/emulated/emulated_event.h"
+#include "platform/simulated/simulated_event.h"
 
 namespace tallowin {
 
 /// A horizontal Dock swipe in one phase (1 began, 2 changed, 4 ended).
-inline EmulatedEvent swipeEvent(std::int64_t phase, double progress) {
-  EmulatedEvent event;
+inline SimulatedEvent swipeEvent(std::int64_t phase, double progress) {
+  SimulatedEvent event;
   event.fields = {{55, std::int64_t{30}},
                   {110, std::int64_t{23}},
                   {123, std::int64_t{1}},
@@ -66,7 +66,7 @@ inline std::string swipeReport(std::int64_t phase, double progress) {
   return report;
 }
 
-inline EmulatedEvent augmentedSwipeEvent(std::int64_t phase, double progress) {
+inline SimulatedEvent augmentedSwipeEvent(std::int64_t phase, double progress) {
   auto event = swipeEvent(phase, progress);
   event.payload = swipeReport(phase, progress);
   return event;
