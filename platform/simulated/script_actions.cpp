@@ -2,143 +2,120 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
-#include "platform/simulated/parts_action.h"
 #include "platform/simulated/scenario_records.h"
-#include "platform/simulated/window_actions.h"
+#include "platform/simulated/simulated_desktop.h"
 
 namespace tallowin {
 
 namespace {
 
 using Arguments = ScenarioObject;
-using Reader = ScriptAction (*)(Arguments&);
+using Parts = SimulatedParts;
+using Reader = std::function<ScriptAction(Arguments&)>;
 
-ScriptAction switchSpace(Arguments& arguments) {
-  return onParts([space = arguments.require("space").integer<ManagedSpaceID>()](SimulatedParts& desktop) {
-    desktop.spaces.switchNow(space);
-  });
+/// An action as most of them are: something done to the desktop's parts.
+template <typename Action>
+ScriptAction onParts(Action action) {
+  return [action = std::move(action)](SimulatedDesktop& desktop) { action(desktop.parts()); };
 }
 
-ScriptAction addSpace(Arguments& arguments) {
-  const auto display = arguments.find("display");
-  return onParts([name = display ? std::optional(display->text()) : std::nullopt](SimulatedParts& desktop) {
-    const auto rows = desktop.spaces.rows();
-    if (const auto places = desktop.spaces.places()) {
-      desktop.spaces.setDesktopCount(places->size() + 1);
-    } else if (name || !rows.empty()) {
-      desktop.spaces.addDesktop(name ? *name : rows.front().display);
+/// A key, a path, any JSON, and what may be null, as arguments.
+struct KeyArgument {
+  VirtualKeyCode code = 0;
+};
+struct PathArgument {
+  std::string path;
+};
+template <typename Value>
+struct Nullable {
+  std::optional<Value> value;
+};
+
+template <typename Value>
+void readArgument(const ScenarioValue& from, Value& value) {
+  if constexpr (std::is_same_v<Value, KeyArgument>) {
+    value.code = readKey(from);
+  } else if constexpr (std::is_same_v<Value, PathArgument>) {
+    value.path = readPath(from);
+  } else if constexpr (std::is_same_v<Value, PropertyList>) {
+    value = from.json();
+  } else if constexpr (requires { value.value; }) {
+    if (!from.isNull()) {
+      from.into(value.value);
     }
-  });
+  } else {
+    from.into(value);
+  }
 }
 
-ScriptAction removeSpace(Arguments& arguments) {
-  return onParts([space = arguments.require("space").integer<ManagedSpaceID>()](SimulatedParts& desktop) {
-    if (const auto places = desktop.spaces.places()) {
-      desktop.spaces.setDesktopCount(places->size() - 1);
-    } else {
-      desktop.spaces.removeDesktop(space);
+/// An argument that is required, unless it is optional.
+template <typename Value>
+Value argument(Arguments& arguments, std::string_view name) {
+  Value value{};
+  if constexpr (requires { value.has_value(); }) {
+    if (const auto member = arguments.find(name)) {
+      readArgument(*member, value.emplace());
     }
-  });
+  } else {
+    readArgument(arguments.require(name), value);
+  }
+  return value;
 }
 
-ScriptAction setDesktopCount(Arguments& arguments) {
-  return onParts([count = arguments.require("count").integer<std::uint16_t>()](SimulatedParts& desktop) {
-    desktop.spaces.setDesktopCount(count);
-  });
+/// An action with arguments of these names, in the order in which `perform` takes them.
+template <typename... Values, typename... Names>
+Reader act(void (*perform)(Parts&, Values...), Names... names) {
+  return [=](Arguments& arguments) -> ScriptAction {
+    const std::tuple<std::remove_cvref_t<Values>...> values{argument<std::remove_cvref_t<Values>>(arguments, names)...};
+    return onParts([perform, values](Parts& desktop) {
+      std::apply([&](const auto&... each) { perform(desktop, each...); }, values);
+    });
+  };
 }
 
-ScriptAction setManagedDisplaySpaces(Arguments& arguments) {
-  return onParts(
-      [list = arguments.require("list").json()](SimulatedParts& desktop) { desktop.spaces.replaceList(list); });
+/// An action on files of these functions of theirs.
+template <auto change, auto... fixed>
+void onFile(Parts& desktop, PathArgument file) {
+  (desktop.files.*change)(file.path, fixed...);
 }
 
-ScriptAction setMenuBarDisplay(Arguments& arguments) {
-  const auto display = arguments.require("display");
-  return onParts([name = display.isNull() ? std::nullopt : std::optional(display.text())](SimulatedParts& desktop) {
-    desktop.state.menuBarDisplay = name;
-  });
+template <NotificationName name>
+void post(Parts& desktop) {
+  desktop.workspaceNotifications.post({name, std::nullopt});
 }
 
-ScriptAction setRequests(Arguments& arguments) {
-  return onParts(
-      [record = readRequests(arguments)](SimulatedParts& desktop) { record.applyTo(desktop.state.requests); });
-}
-
-ScriptAction bounceDock(Arguments& arguments) {
-  const auto after = arguments.find("after");
-  return onParts([count = arguments.require("count").integer<std::uint16_t>(),
-                  delay = after ? after->seconds() : ScenarioDock{}.bounceAfter](SimulatedParts& desktop) {
-    desktop.spaces.bounceNext(count, delay);
-  });
-}
-
-ScriptAction connectDisplay(Arguments& arguments) {
-  return onParts(
-      [record = readDisplay(arguments)](SimulatedParts& desktop) { desktop.connectDisplay(record.display); });
-}
-
-ScriptAction disconnectDisplay(Arguments& arguments) {
-  return onParts([display = arguments.require("id").integer<DisplayID>()](SimulatedParts& desktop) {
-    desktop.disconnectDisplay(display);
-  });
-}
-
-ScriptAction setPreference(Arguments& arguments) {
-  return onParts([key = arguments.require("key").text(), value = arguments.require("value").json()](
-                     SimulatedParts& desktop) { desktop.preferencesFile.set(key, value); });
-}
-
-ScriptAction removePreference(Arguments& arguments) {
-  return onParts(
-      [key = arguments.require("key").text()](SimulatedParts& desktop) { desktop.preferencesFile.remove(key); });
-}
-
-ScriptAction setGlobalPreference(Arguments& arguments) {
-  return onParts([key = arguments.require("key").text(), value = arguments.require("value").json()](
-                     SimulatedParts& desktop) { desktop.state.globalPreferences[key] = value; });
-}
-
-/// An action on the file "path".
+/// Does something to a window, if there is one by then.
 template <typename Change>
-ScriptAction onFile(Arguments& arguments, Change change) {
-  return onParts(
-      [path = readPath(arguments.require("path")), change](SimulatedParts& desktop) { change(desktop.files, path); });
+void onWindow(Parts& desktop, WindowNumber number, Change change) {
+  if (auto* const window = desktop.state.window(number)) {
+    change(*window);
+  }
+}
+
+void addSpace(Parts& desktop, std::optional<std::string> display) {
+  const auto rows = desktop.spaces.rows();
+  if (const auto places = desktop.spaces.places()) {
+    desktop.spaces.setDesktopCount(places->size() + 1);
+  } else if (display || !rows.empty()) {
+    desktop.spaces.addDesktop(display.value_or(rows.empty() ? "" : rows.front().display));
+  }
+}
+
+void removeSpace(Parts& desktop, ManagedSpaceID space) {
+  if (const auto places = desktop.spaces.places()) {
+    desktop.spaces.setDesktopCount(places->size() - 1);
+  } else {
+    desktop.spaces.removeDesktop(space);
+  }
 }
 
 ScriptAction writeFile(Arguments& arguments) {
-  const auto replace = arguments.find("replace");
-  return onFile(arguments, [bytes = readBytes(arguments), replaces = replace && replace->boolean()](
-                               SimulatedFiles& files, const std::string& path) {
-    if (replaces) {
-      files.replace(path, bytes);
-    } else {
-      files.overwrite(path, bytes);
-    }
-  });
-}
-
-ScriptAction deleteFile(Arguments& arguments) {
-  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.take(path); });
-}
-
-ScriptAction corruptFile(Arguments& arguments) {
-  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.corrupt(path); });
-}
-
-ScriptAction makeUnwritable(Arguments& arguments) {
-  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.setUnwritable(path, true); });
-}
-
-ScriptAction makeWritable(Arguments& arguments) {
-  return onFile(arguments, [](SimulatedFiles& files, const std::string& path) { files.setUnwritable(path, false); });
-}
-
-/// With "room", files of so many bytes can still be written.
-ScriptAction fillDisk(Arguments& arguments) {
-  const auto room = arguments.find("room");
-  return onParts(
-      [bytes = room ? room->integer<std::uint32_t>() : 0](SimulatedParts& desktop) { desktop.files.setRoom(bytes); });
+  const auto change = argument<std::optional<bool>>(arguments, "replace").value_or(false) ? &SimulatedFiles::replace
+                                                                                          : &SimulatedFiles::overwrite;
+  return onParts([file = argument<PathArgument>(arguments, "path"), bytes = readBytes(arguments),
+                  change](Parts& desktop) { (desktop.files.*change)(file.path, bytes); });
 }
 
 ScriptAction failDisk(Arguments& arguments) {
@@ -147,11 +124,10 @@ ScriptAction failDisk(Arguments& arguments) {
                                                                        {"flush", WriteStage::flush},
                                                                        {"rename", WriteStage::rename},
                                                                        {"folder", WriteStage::folder}};
-  return onParts(
-      [stage = arguments.require("stage").oneOf(stages)](SimulatedParts& desktop) { desktop.files.failAt(stage); });
+  return onParts([stage = arguments.require("stage").oneOf(stages)](Parts& desktop) { desktop.files.failAt(stage); });
 }
 
-void freeDisk(SimulatedParts& desktop) {
+void freeDisk(Parts& desktop) {
   desktop.files.setRoom(std::nullopt);
   desktop.files.failAt(std::nullopt);
 }
@@ -160,48 +136,16 @@ ScriptAction setPermission(Arguments& arguments) {
   static constexpr std::pair<std::string_view, bool DesktopState::*> permissions[] = {
       {"accessibility", &DesktopState::accessibilityAllowed},
       {"screenRecording", &DesktopState::screenRecordingAllowed}};
-  return onParts([permission = arguments.require("permission").oneOf(permissions),
-                  allowed = arguments.require("allowed").boolean()](SimulatedParts& desktop) {
-    desktop.state.*permission = allowed;
-  });
-}
-
-ScriptAction movePointer(Arguments& arguments) {
-  return onParts([to = arguments.require("to").point()](SimulatedParts& desktop) { desktop.events.movePointer(to); });
-}
-
-ScriptAction pressKey(Arguments& arguments) {
-  const auto modifiers = arguments.find("modifiers");
-  return onParts([key = readKey(arguments.require("key")), flags = modifiers ? modifiers->integer<std::uint64_t>() : 0](
-                     SimulatedParts& desktop) { desktop.pressKey(key, flags); });
-}
-
-ScriptAction answerAlert(Arguments& arguments) {
-  const auto button = arguments.require("button");
-  return onParts([text = button.isNull() ? std::nullopt : std::optional(button.text())](SimulatedParts& desktop) {
-    desktop.alerts.press(text);
-  });
-}
-
-ScriptAction answerRenameDialog(Arguments& arguments) {
-  const auto name = arguments.require("name");
-  return onParts([text = name.isNull() ? std::nullopt : std::optional(name.text())](SimulatedParts& desktop) {
-    desktop.user.answerRenameDialog(text);
-  });
+  return onParts(
+      [permission = arguments.require("permission").oneOf(permissions),
+       allowed = argument<bool>(arguments, "allowed")](Parts& desktop) { desktop.state.*permission = allowed; });
 }
 
 ScriptAction pullTrigger(Arguments& arguments) {
   static constexpr std::pair<std::string_view, SimulatedTrigger SimulatedUser::*> triggers[] = {
       {"edges", &SimulatedUser::edges}, {"touch", &SimulatedUser::touch}};
-  return onParts([trigger = arguments.require("trigger").oneOf(triggers)](SimulatedParts& desktop) {
-    (desktop.user.*trigger).pull();
-  });
-}
-
-ScriptAction pressSymbolicHotKey(Arguments& arguments) {
-  return onParts([hotKey = arguments.require("hotKey").integer<int>()](SimulatedParts& desktop) {
-    desktop.pressSymbolicHotKey(hotKey);
-  });
+  return onParts(
+      [trigger = arguments.require("trigger").oneOf(triggers)](Parts& desktop) { (desktop.user.*trigger).pull(); });
 }
 
 ScriptAction setSymbolicHotKey(Arguments& arguments) {
@@ -211,7 +155,7 @@ ScriptAction setSymbolicHotKey(Arguments& arguments) {
     ScenarioObject object(binding);
     record = readHotKey(object);
   }
-  return onParts([hotKey = arguments.require("hotKey").integer<int>(), record](SimulatedParts& desktop) {
+  return onParts([hotKey = argument<int>(arguments, "hotKey"), record](Parts& desktop) {
     record.applyTo(desktop.state.hotKeys, hotKey);
   });
 }
@@ -223,78 +167,30 @@ ScriptAction jumpClock(Arguments& arguments) {
     by.expected("at most a thousand million seconds");
     return [](SimulatedDesktop&) {};
   }
-  return onParts([jump = Duration{std::llround(by.number() * 1e9)}](SimulatedParts& desktop) {
-    desktop.clock.jumpWallClock(jump);
-  });
-}
-
-ScriptAction touch(Arguments& arguments) {
-  std::vector<CGPoint> contacts;
-  for (const auto& contact : arguments.require("contacts").list()) {
-    contacts.push_back(contact.point());
-  }
-  return onParts([contacts](SimulatedParts& desktop) { desktop.trackpads.touch(contacts); });
-}
-
-/// An action without arguments.
-template <void (*act)(SimulatedParts&)>
-ScriptAction plain(Arguments& /*arguments*/) {
-  return onParts(act);
-}
-
-template <NotificationName name>
-void post(SimulatedParts& desktop) {
-  desktop.workspaceNotifications.post({name, std::nullopt});
-}
-
-void renamePlist(SimulatedParts& desktop) {
-  desktop.files.replace(SimulatedParts::spacesFile(), "");
-}
-
-ScriptAction quit(Arguments& /*arguments*/) {
-  return [](SimulatedDesktop& desktop) { desktop.onQuit(0); };
-}
-
-ScriptAction openURL(Arguments& arguments) {
-  return onParts([url = arguments.require("url").text()](SimulatedParts& desktop) { desktop.urlEvents.open(url); });
-}
-
-ScriptAction runCommand(Arguments& arguments) {
-  std::vector<std::string> words;
-  for (const auto& word : arguments.require("arguments").list()) {
-    words.push_back(word.text());
-  }
-  return onParts([words](SimulatedParts& desktop) { desktop.commandChannel.run(words); });
+  return onParts(
+      [jump = Duration{std::llround(by.number() * 1e9)}](Parts& desktop) { desktop.clock.jumpWallClock(jump); });
 }
 
 /// The request as bytes, or put together from its parts.
 std::string readHTTPRequest(Arguments& arguments) {
-  const auto target = arguments.find("target");
+  const auto target = argument<std::optional<std::string>>(arguments, "target");
   if (!target) {
     return readBytes(arguments);
   }
-  const auto method = arguments.find("method");
-  std::string request = (method ? method->text() : "GET") + " " + target->text() + " HTTP/1.1\r\nHost: localhost\r\n";
+  const auto method = argument<std::optional<std::string>>(arguments, "method").value_or("GET");
+  std::string request = method + " " + *target + " HTTP/1.1\r\nHost: localhost\r\n";
   if (const auto headers = arguments.find("headers")) {
     for (const auto& [name, value] : headers->entries()) {
       request.append(name).append(": ").append(value.text()).append("\r\n");
     }
   }
-  const auto body = arguments.find("body");
-  return request + "\r\n" + (body ? body->text() : "");
+  return request + "\r\n" + argument<std::optional<std::string>>(arguments, "body").value_or("");
 }
 
 ScriptAction httpRequest(Arguments& arguments) {
   constexpr std::uint16_t standardPort = 57301;
-  const auto port = arguments.find("port");
-  return onParts([port = port ? port->integer<std::uint16_t>() : standardPort, request = readHTTPRequest(arguments)](
-                     SimulatedParts& desktop) { desktop.listeners.request(port, request); });
-}
-
-ScriptAction interruptCommand(Arguments& arguments) {
-  return onParts([caller = arguments.require("caller").integer<std::int32_t>()](SimulatedParts& desktop) {
-    desktop.commandChannel.interrupt(caller);
-  });
+  return onParts([port = argument<std::optional<std::uint16_t>>(arguments, "port").value_or(standardPort),
+                  request = readHTTPRequest(arguments)](Parts& desktop) { desktop.listeners.request(port, request); });
 }
 
 /// The member, an object whose names are free; empty when it is not there.
@@ -309,20 +205,15 @@ PropertyList findDictionary(Arguments& arguments, std::string_view name) {
 }
 
 ScriptAction runScriptCommand(Arguments& arguments) {
-  const auto direct = arguments.find("directParameter");
-  const ScriptCommandEvent event{arguments.require("class").text(), direct ? direct->json() : PropertyList(),
+  const ScriptCommandEvent event{argument<std::string>(arguments, "class"),
+                                 argument<std::optional<PropertyList>>(arguments, "directParameter").value_or(nullptr),
                                  findDictionary(arguments, "arguments")};
-  return onParts([event](SimulatedParts& desktop) { desktop.scriptEvents.run(event); });
+  return onParts([event](Parts& desktop) { desktop.scriptEvents.run(event); });
 }
 
 ScriptAction runIntent(Arguments& arguments) {
-  const IntentEvent event{arguments.require("intent").text(), findDictionary(arguments, "parameters")};
-  return onParts([event](SimulatedParts& desktop) { desktop.scriptEvents.run(event); });
-}
-
-ScriptAction speak(Arguments& arguments) {
-  return onParts(
-      [phrase = arguments.require("phrase").text()](SimulatedParts& desktop) { desktop.scriptEvents.speak(phrase); });
+  const IntentEvent event{argument<std::string>(arguments, "intent"), findDictionary(arguments, "parameters")};
+  return onParts([event](Parts& desktop) { desktop.scriptEvents.run(event); });
 }
 
 ScriptAction callDBus(Arguments& arguments) {
@@ -332,8 +223,47 @@ ScriptAction callDBus(Arguments& arguments) {
       values.push_back(value.json());
     }
   }
-  return onParts([member = arguments.require("member").text(), values](SimulatedParts& desktop) {
+  return onParts([member = argument<std::string>(arguments, "member"), values](Parts& desktop) {
     desktop.desktopService.call(member, values);
+  });
+}
+
+ScriptAction launchApplication(Arguments& arguments) {
+  auto application = readApplication(arguments);
+  application.pid = argument<ProcessID>(arguments, "pid");
+  return onParts([application](Parts& desktop) {
+    desktop.workspace.launch(application);
+    if (application.isActive) {
+      desktop.workspace.activate(*application.pid);
+    }
+  });
+}
+
+ScriptAction setResponseTime(Arguments& arguments) {
+  return onParts([pid = argument<ProcessID>(arguments, "pid"),
+                  time = readResponseTime(arguments.require("responseTime"))](Parts& desktop) {
+    if (auto* const application = desktop.state.application(pid)) {
+      application->responseTime = time;
+    }
+  });
+}
+
+ScriptAction openWindow(Arguments& arguments) {
+  return onParts([record = readWindow(arguments)](Parts& desktop) {
+    if (desktop.state.window(record.window.number) == nullptr) {
+      desktop.state.windows.insert(desktop.state.windows.begin(), record.placedIn(desktop.state));
+    }
+  });
+}
+
+ScriptAction moveWindow(Arguments& arguments) {
+  return onParts([number = argument<WindowNumber>(arguments, "number"),
+                  frame = argument<std::optional<CGRect>>(arguments, "frame"),
+                  spaces = readSpaces(arguments)](Parts& desktop) {
+    onWindow(desktop, number, [&](SimulatedWindow& window) {
+      window.frame = frame.value_or(window.frame);
+      window.spaces = spaces.value_or(window.spaces);
+    });
   });
 }
 
@@ -343,80 +273,149 @@ struct Entry {
 };
 
 // Sorted by name.
-constexpr Entry actions[] = {
-    {"activateApplication", activateApplication},
-    {"addSpace", addSpace},
-    {"answerAlert", answerAlert},
-    {"answerRenameDialog", answerRenameDialog},
-    {"bounceDock", bounceDock},
-    {"callDBus", callDBus},
-    {"clickDock", plain<[](SimulatedParts& desktop) { desktop.user.clickDock(); }>},
-    {"closeWindow", closeWindow},
-    {"connectDisplay", connectDisplay},
-    {"corruptFile", corruptFile},
-    {"deleteFile", deleteFile},
-    {"disconnectDisplay", disconnectDisplay},
-    {"failDisk", failDisk},
-    {"fillDisk", fillDisk},
-    {"freeDisk", plain<freeDisk>},
-    {"hideApplication", hideApplication},
-    {"httpRequest", httpRequest},
-    {"interruptCommand", interruptCommand},
-    {"jumpClock", jumpClock},
-    {"launchApplication", launchApplication},
-    {"listenToDBus", plain<[](SimulatedParts& desktop) { desktop.desktopService.listen(); }>},
-    {"lockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = true; }>},
-    {"makeUnwritable", makeUnwritable},
-    {"makeWritable", makeWritable},
-    {"minimizeWindow", minimizeWindow},
-    {"movePointer", movePointer},
-    {"moveWindow", moveWindow},
-    {"openURL", openURL},
-    {"openWindow", openWindow},
-    {"pressKey", pressKey},
-    {"pressMouse", plain<[](SimulatedParts& desktop) { desktop.events.pressLeftButton(); }>},
-    {"pressSymbolicHotKey", pressSymbolicHotKey},
-    {"pullTrigger", pullTrigger},
-    {"quit", quit},
-    {"quitApplication", quitApplication},
-    {"releaseMouse", plain<[](SimulatedParts& desktop) { desktop.events.releaseLeftButton(); }>},
-    {"removePreference", removePreference},
-    {"removeSpace", removeSpace},
-    {"renamePlist", plain<renamePlist>},
-    {"retitleWindow", retitleWindow},
-    {"runCommand", runCommand},
-    {"runIntent", runIntent},
-    {"runScriptCommand", runScriptCommand},
-    {"setDesktopCount", setDesktopCount},
-    {"setGlobalPreference", setGlobalPreference},
-    {"setManagedDisplaySpaces", setManagedDisplaySpaces},
-    {"setMenuBarDisplay", setMenuBarDisplay},
-    {"setPermission", setPermission},
-    {"setPreference", setPreference},
-    {"setRequests", setRequests},
-    {"setResponseTime", setResponseTime},
-    {"setSymbolicHotKey", setSymbolicHotKey},
-    {"sleepScreens", plain<post<NotificationName::NSWorkspaceScreensDidSleepNotification>>},
-    {"speak", speak},
-    {"switchSpace", switchSpace},
-    {"touch", touch},
-    {"unhideApplication", unhideApplication},
-    {"unlockScreen", plain<[](SimulatedParts& desktop) { desktop.state.screenLocked = false; }>},
-    {"wake", plain<post<NotificationName::NSWorkspaceDidWakeNotification>>},
-    {"wakeScreens", plain<post<NotificationName::NSWorkspaceScreensDidWakeNotification>>},
-    {"writeFile", writeFile},
-};
+const std::vector<Entry>& actions() {
+  static const std::vector<Entry> entries = {
+      {"activateApplication", act(
+                                  +[](Parts& desktop, ProcessID pid) { desktop.workspace.activate(pid); }, "pid")},
+      {"addSpace", act(addSpace, "display")},
+      {"answerAlert",
+       act(
+           +[](Parts& desktop, Nullable<std::string> button) { desktop.alerts.press(button.value); }, "button")},
+      {"answerRenameDialog",
+       act(
+           +[](Parts& desktop, Nullable<std::string> name) { desktop.user.answerRenameDialog(name.value); }, "name")},
+      {"bounceDock", act(
+                         +[](Parts& desktop, std::uint16_t count, std::optional<Duration> after) {
+                           desktop.spaces.bounceNext(count, after.value_or(ScenarioDock{}.bounceAfter));
+                         },
+                         "count", "after")},
+      {"callDBus", callDBus},
+      {"clickDock", act(+[](Parts& desktop) { desktop.user.clickDock(); })},
+      {"closeWindow", act(
+                          +[](Parts& desktop, WindowNumber number) {
+                            std::erase_if(desktop.state.windows,
+                                          [&](const auto& window) { return window.number == number; });
+                          },
+                          "number")},
+      {"connectDisplay",
+       [](Arguments& arguments) {
+         return onParts([record = readDisplay(arguments)](Parts& desktop) { desktop.connectDisplay(record.display); });
+       }},
+      {"corruptFile", act(onFile<&SimulatedFiles::corrupt>, "path")},
+      {"deleteFile", act(onFile<&SimulatedFiles::take>, "path")},
+      {"disconnectDisplay", act(
+                                +[](Parts& desktop, DisplayID display) { desktop.disconnectDisplay(display); }, "id")},
+      {"failDisk", failDisk},
+      {"fillDisk",
+       act(
+           +[](Parts& desktop, std::optional<std::uint32_t> room) { desktop.files.setRoom(room.value_or(0)); },
+           "room")},
+      {"freeDisk", act(freeDisk)},
+      {"hideApplication", act(
+                              +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, true); }, "pid")},
+      {"httpRequest", httpRequest},
+      {"interruptCommand",
+       act(
+           +[](Parts& desktop, std::int32_t caller) { desktop.commandChannel.interrupt(caller); }, "caller")},
+      {"jumpClock", jumpClock},
+      {"launchApplication", launchApplication},
+      {"listenToDBus", act(+[](Parts& desktop) { desktop.desktopService.listen(); })},
+      {"lockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = true; })},
+      {"makeUnwritable", act(onFile<&SimulatedFiles::setUnwritable, true>, "path")},
+      {"makeWritable", act(onFile<&SimulatedFiles::setUnwritable, false>, "path")},
+      {"minimizeWindow", act(
+                             +[](Parts& desktop, WindowNumber number, std::optional<bool> minimized) {
+                               onWindow(desktop, number,
+                                        [&](auto& window) { window.minimized = minimized.value_or(true); });
+                             },
+                             "number", "minimized")},
+      {"movePointer", act(
+                          +[](Parts& desktop, CGPoint to) { desktop.events.movePointer(to); }, "to")},
+      {"moveWindow", moveWindow},
+      {"openURL", act(
+                      +[](Parts& desktop, std::string url) { desktop.urlEvents.open(url); }, "url")},
+      {"openWindow", openWindow},
+      {"pressKey", act(
+                       +[](Parts& desktop, KeyArgument key, std::optional<std::uint64_t> modifiers) {
+                         desktop.pressKey(key.code, modifiers.value_or(0));
+                       },
+                       "key", "modifiers")},
+      {"pressMouse", act(+[](Parts& desktop) { desktop.events.pressLeftButton(); })},
+      {"pressSymbolicHotKey", act(
+                                  +[](Parts& desktop, int hotKey) { desktop.pressSymbolicHotKey(hotKey); }, "hotKey")},
+      {"pullTrigger", pullTrigger},
+      {"quit", [](Arguments&) -> ScriptAction { return [](SimulatedDesktop& desktop) { desktop.onQuit(0); }; }},
+      {"quitApplication", act(
+                              +[](Parts& desktop, ProcessID pid) { desktop.workspace.quit(pid); }, "pid")},
+      {"releaseMouse", act(+[](Parts& desktop) { desktop.events.releaseLeftButton(); })},
+      {"removePreference", act(
+                               +[](Parts& desktop, std::string key) { desktop.preferencesFile.remove(key); }, "key")},
+      {"removeSpace", act(removeSpace, "space")},
+      {"renamePlist", act(+[](Parts& desktop) { desktop.files.replace(Parts::spacesFile(), ""); })},
+      {"retitleWindow", act(
+                            +[](Parts& desktop, WindowNumber number, std::string title) {
+                              onWindow(desktop, number, [&](auto& window) { window.title = title; });
+                            },
+                            "number", "title")},
+      {"runCommand",
+       act(
+           +[](Parts& desktop, std::vector<std::string> words) { desktop.commandChannel.run(words); }, "arguments")},
+      {"runIntent", runIntent},
+      {"runScriptCommand", runScriptCommand},
+      {"setDesktopCount",
+       act(
+           +[](Parts& desktop, std::uint16_t count) { desktop.spaces.setDesktopCount(count); }, "count")},
+      {"setGlobalPreference",
+       act(
+           +[](Parts& desktop, std::string key, PropertyList value) { desktop.state.globalPreferences[key] = value; },
+           "key", "value")},
+      {"setManagedDisplaySpaces",
+       act(
+           +[](Parts& desktop, PropertyList list) { desktop.spaces.replaceList(list); }, "list")},
+      {"setMenuBarDisplay",
+       act(
+           +[](Parts& desktop, Nullable<std::string> display) { desktop.state.menuBarDisplay = display.value; },
+           "display")},
+      {"setPermission", setPermission},
+      {"setPreference",
+       act(
+           +[](Parts& desktop, std::string key, PropertyList value) { desktop.preferencesFile.set(key, value); }, "key",
+           "value")},
+      {"setRequests",
+       [](Arguments& arguments) {
+         return onParts([record = readRequests(arguments)](Parts& desktop) { record.applyTo(desktop.state.requests); });
+       }},
+      {"setResponseTime", setResponseTime},
+      {"setSymbolicHotKey", setSymbolicHotKey},
+      {"sleepScreens", act(post<NotificationName::NSWorkspaceScreensDidSleepNotification>)},
+      {"speak", act(
+                    +[](Parts& desktop, std::string phrase) { desktop.scriptEvents.speak(phrase); }, "phrase")},
+      {"switchSpace", act(
+                          +[](Parts& desktop, ManagedSpaceID space) { desktop.spaces.switchNow(space); }, "space")},
+      {"touch",
+       act(
+           +[](Parts& desktop, std::vector<CGPoint> contacts) { desktop.trackpads.touch(contacts); }, "contacts")},
+      {"unhideApplication",
+       act(
+           +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, false); }, "pid")},
+      {"unlockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = false; })},
+      {"wake", act(post<NotificationName::NSWorkspaceDidWakeNotification>)},
+      {"wakeScreens", act(post<NotificationName::NSWorkspaceScreensDidWakeNotification>)},
+      {"writeFile", writeFile},
+  };
+  return entries;
+}
 
 }  // namespace
 
 std::optional<ScriptAction> readScriptAction(std::string_view name, ScenarioObject& arguments) {
-  const auto* const found = std::ranges::find(actions, name, &Entry::name);
-  return found == std::ranges::end(actions) ? std::nullopt : std::optional(found->read(arguments));
+  const auto found = std::ranges::find(actions(), name, &Entry::name);
+  return found == actions().end() ? std::nullopt : std::optional(found->read(arguments));
 }
 
 std::vector<std::string_view> scriptActionNames() {
   std::vector<std::string_view> names;
-  std::ranges::transform(actions, std::back_inserter(names), &Entry::name);
+  std::ranges::transform(actions(), std::back_inserter(names), &Entry::name);
   return names;
 }
 
