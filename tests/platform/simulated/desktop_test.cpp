@@ -11,7 +11,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 namespace p = private_functions;
-using Answer = std::optional<std::size_t>;
 
 TEST(SimulatedDesktopTest, functionsServeTheDesktopThatIsStillThere) {
   auto first = std::make_unique<SimulatedProgram>(R"({"connection": 11})");
@@ -23,106 +22,6 @@ TEST(SimulatedDesktopTest, functionsServeTheDesktopThatIsStillThere) {
   EXPECT_EQ(connection(), 22U);
   second.reset();
   EXPECT_EQ(connection(), 0U);
-}
-
-TEST(SimulatedDesktopTest, theWindowListAnswersItsOptions) {
-  SimulatedProgram story(R"({"processID": 9, "permissions": {"screenRecording": false},
-    "applications": [{"pid": 7, "name": "Mail", "active": true}, {"pid": 8, "name": "Notes", "hidden": true}],
-    "windows": [{"number": 1, "pid": 7, "title": "Inbox", "frame": [1, 2, 3, 4], "space": 1},
-                {"number": 2, "pid": 9, "title": "Own", "spaces": [1, 2]},
-                {"number": 3, "pid": 7, "space": 2},
-                {"number": 4, "pid": 8, "space": 1},
-                {"number": 5, "pid": 7, "space": 1, "minimized": true},
-                {"number": 6, "pid": 350, "space": 1, "layer": -5}]})");
-  const auto numbers = [&](std::uint32_t options, WindowNumber relativeTo = 0) {
-    std::string text;
-    const auto list = story.desktop.windowList().CGWindowListCopyWindowInfo(options, relativeTo);
-    for (const auto& window : list.value_or(PropertyList())) {
-      text += std::to_string(window["kCGWindowNumber"].get<int>()) + " ";
-    }
-    return text;
-  };
-  using namespace CGWindowListOption;
-  EXPECT_EQ(numbers(0), "1 2 3 4 5 6 ");
-  EXPECT_EQ(numbers(onScreenOnly), "1 2 6 ");
-  EXPECT_EQ(numbers(onScreenOnly | excludeDesktopElements), "1 2 ");
-  EXPECT_EQ(numbers(includingWindow, 3), "3 ");
-  const auto list = *story.desktop.windowList().CGWindowListCopyWindowInfo(0, 0);
-  EXPECT_EQ(list[0].dump(),
-            R"({"kCGWindowAlpha":1.0,"kCGWindowBounds":{"Height":4.0,"Width":3.0,"X":1.0,"Y":2.0},)"
-            R"("kCGWindowLayer":0,"kCGWindowNumber":1,"kCGWindowOwnerName":"Mail","kCGWindowOwnerPID":7})");
-  EXPECT_EQ(list[1]["kCGWindowName"], "Own") << "its own windows keep their names";
-}
-
-TEST(SimulatedDesktopTest, theSpacesFileIsReplacedWhenTheListChanges) {
-  SimulatedProgram story(R"({"script": [{"at": 1, "do": "addSpace"}, {"at": 2, "do": "switchSpace", "space": 2}]})");
-  int deleted = 0;
-  const auto watch = story.desktop.files().watch("/home/user/Library/Preferences/com.apple.spaces.plist",
-                                                 [&](FileEvents events) { deleted += events.deleted ? 1 : 0; });
-  ASSERT_TRUE(watch);
-  const auto before = story.desktop.files().stamp(SimulatedParts::spacesFile());
-  story.time.advance(10s);
-  EXPECT_EQ(deleted, 1);
-  EXPECT_NE(story.desktop.files().stamp(SimulatedParts::spacesFile()), before);
-}
-
-TEST(SimulatedAlertsTest, theUserAnswersTheAlertInFront) {
-  SimulatedProgram story(R"({"script": [{"at": 1, "do": "answerAlert", "button": "No such"},
-                             {"at": 2, "do": "answerAlert", "button": "Later"},
-                             {"at": 3, "do": "answerAlert", "button": null},
-                             {"at": 4, "do": "answerAlert", "button": "Restore"}]})");
-  std::vector<std::pair<std::string, Answer>> answers;
-  for (const auto* const name : {"first", "second"}) {
-    story.desktop.alerts().show({name, "Really?", {"Restore", "Later"}},
-                                [&answers, name](Answer answer) { answers.emplace_back(name, answer); });
-  }
-  story.time.advance(1s);
-  EXPECT_TRUE(answers.empty());
-  story.time.advance(5s);
-  EXPECT_THAT(answers, ElementsAre(std::pair("second", Answer(1)), std::pair("first", Answer())));
-  EXPECT_EQ(story.take("alert").front().dump(),
-            R"({"messageText":"first","informativeText":"Really?","buttons":["Restore","Later"]})");
-}
-
-TEST(SimulatedWorkspaceTest, whoeverIsBehindAHiddenApplicationTakesOver) {
-  SimulatedProgram story(R"({"applications": [{"pid": 7, "name": "Mail", "active": true}, {"pid": 8, "name": "Notes"}],
-                  "windows": [{"number": 1, "pid": 7}, {"number": 2, "pid": 8}],
-                  "script": [{"at": 1, "do": "hideApplication", "pid": 7},
-                             {"at": 2, "do": "unhideApplication", "pid": 7}]})");
-  std::vector<std::optional<ProcessID>> activated;
-  const auto subscription = story.desktop.workspaceNotifications().addObserver(
-      NotificationName::NSWorkspaceDidActivateApplicationNotification,
-      [&](const Notification& notification) { activated.push_back(notification.application); });
-  story.time.advance(10s);
-  EXPECT_THAT(activated, ElementsAre(8));
-  EXPECT_FALSE(story.desktop.parts().state.application(7)->isHidden);
-  EXPECT_TRUE(story.desktop.parts().state.application(8)->isActive);
-}
-
-TEST(SimulatedDesktopTest, theUserHasAKeyboardAClockAndPreferences) {
-  SimulatedProgram story(
-      R"({"screenLocked": true, "permissions": {"accessibility": false}, "preferences": {"columns": 4},
-    "script": [{"at": 1, "do": "pressKey", "key": 19, "modifiers": 262144}, {"at": 2, "do": "unlockScreen"},
-               {"at": 3, "do": "pressSymbolicHotKey", "hotKey": 120}, {"at": 4, "do": "jumpClock", "by": -3600},
-               {"at": 5, "do": "removePreference", "key": "columns"}]})");
-  const auto start = story.time.now();
-  story.time.advance(2500ms);
-  EXPECT_TRUE(story.state().spaces.isActive(1)) << "the Dock rests while the screen is locked";
-  auto& events = story.desktop.events();
-  const auto event = events.CGEventCreateKeyboardEvent(19, true);
-  events.CGEventSetFlags(*event, CGEventFlag::control);
-  events.CGEventPost(CGEventTap::hid, *event);
-  EXPECT_EQ(story.take("CGEventPost").front()["dropped"], true);
-  story.time.advance(400ms);
-  EXPECT_TRUE(story.state().spaces.isActive(1)) << "programs need a permission, users none";
-  story.time.advance(1100ms);
-  EXPECT_TRUE(story.state().spaces.isActive(3));
-  EXPECT_EQ(story.time.now() - start, 4s - 1h);
-  story.time.advance(1s);
-  EXPECT_EQ(PropertyList::parse(story.fileText("/home/user/.config/tallowin/preferences.json")),
-            PropertyList::object());
-  EXPECT_EQ(story.desktop.displays().CGDisplayGetDisplayIDFromUUID("none"), 0U);
-  EXPECT_FALSE(story.desktop.workspace().hide(1000));
 }
 
 TEST(JournalTest, writesTimesWithThreeDigitsAndBearsAnyText) {

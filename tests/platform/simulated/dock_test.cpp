@@ -1,10 +1,11 @@
+#include <algorithm>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/simulated/simulated_dock.h"
 #include "platform/simulated/virtual_time.h"
-#include "tests/platform/simulated/fake_desktops.h"
-#include "tests/platform/simulated/swipe_events.h"
+#include "tests/lines_log.h"
 
 namespace tallowin {
 namespace {
@@ -13,14 +14,93 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr VirtualKeyCode leftArrow = 123;
-constexpr VirtualKeyCode rightArrow = 124;
+/// Desktops that remember what they were asked for; switches arrive only when the test says so.
+class FakeDesktops : public DesktopOperations {
+ public:
+  std::vector<DesktopRow> rows() override { return displays; }
+  std::optional<std::string> displayUnderPointer() override {
+    return pointed && *pointed < displays.size() ? std::optional(displays[*pointed].display) : std::nullopt;
+  }
+  void switchTo(ManagedSpaceID space, SwitchCause /*cause*/) override { switched.push_back(space); }
+  bool addDesktop(const std::string& /*display*/) override { return false; }
+  bool removeDesktop(ManagedSpaceID /*space*/) override { return false; }
+
+  // display Left: [1] 2 (full screen 9) 3      display Right: [5] 6
+  std::vector<DesktopRow> displays = {{"Left", {{1, true}, {2, true}, {9, false}, {3, true}}, 1},
+                                      {"Right", {{5, true}, {6, true}}, 5}};
+  std::optional<std::size_t> pointed = 0;
+  std::vector<ManagedSpaceID> switched;
+};
+
+/// A horizontal Dock swipe in one phase (1 began, 2 changed, 4 ended).
+SimulatedEvent swipeEvent(std::int64_t phase, double progress) {
+  SimulatedEvent event;
+  event.fields = {{55, std::int64_t{30}},
+                  {110, std::int64_t{23}},
+                  {123, std::int64_t{1}},
+                  {124, progress},
+                  {125, 0.5},
+                  {126, -0.25},
+                  {129, 1.5},
+                  {132, phase}};
+  return event;
+}
+
+void putLittleEndian(std::string& bytes, std::uint64_t value, std::size_t width) {
+  for (std::size_t i = 0; i < width; ++i) {
+    bytes += static_cast<char>(static_cast<unsigned char>(value >> (8 * i)));
+  }
+}
+
+/// 16.16 fixed point, cut off toward zero.
+std::uint64_t fixedPoint(double value) {
+  return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::trunc(value * 65536)));
+}
+
+/// The device's report that goes with swipeEvent(): 96 bytes.
+std::string swipeReport(std::int64_t phase, double progress) {
+  struct Number {
+    std::uint64_t value;
+    std::size_t width;
+  };
+  const Number numbers[] = {{123456789, 8},
+                            {0, 8},
+                            {0, 8},
+                            {2, 4},
+                            {40, 4},
+                            {23, 4},
+                            {static_cast<std::uint64_t>(phase) << 24, 4},
+                            {0, 4},
+                            {fixedPoint(0.5), 4},
+                            {fixedPoint(-0.25), 4},
+                            {0, 8},
+                            {0x30001, 4},
+                            {fixedPoint(-progress), 4},
+                            {28, 4},
+                            {9, 4},
+                            {0, 4},
+                            {1, 4},
+                            {fixedPoint(-1.5), 4},
+                            {0, 4},
+                            {0, 4}};
+  std::string report;
+  for (const auto& [value, width] : numbers) {
+    putLittleEndian(report, value, width);
+  }
+  return report;
+}
+
+SimulatedEvent augmentedSwipeEvent(std::int64_t phase, double progress) {
+  auto event = swipeEvent(phase, progress);
+  event.payload = swipeReport(phase, progress);
+  return event;
+}
 
 class SimulatedDockTest : public testing::Test {
  protected:
-  void swipe(double progress, bool augmented = false) {
+  void swipe(double progress) {
     for (const std::int64_t phase : {1, 2, 4}) {
-      EXPECT_TRUE(dock.handle(augmented ? augmentedSwipeEvent(phase, progress) : swipeEvent(phase, progress)));
+      EXPECT_TRUE(dock.handle(swipeEvent(phase, progress)));
     }
   }
 
@@ -45,14 +125,7 @@ class SimulatedDockTest : public testing::Test {
   FakeDesktops desktops;
   SymbolicHotKeys hotKeys;
   LinesLog log;
-  bool naturalScrolling = true;
-  SimulatedDock dock{desktops, hotKeys, time, time, log, behaviour()};
-
-  DockBehaviour behaviour() {
-    DockBehaviour behaviour;
-    behaviour.naturalScrolling = [this] { return naturalScrolling; };
-    return behaviour;
-  }
+  SimulatedDock dock{desktops, hotKeys, time, time, log, {}};
 };
 
 TEST_F(SimulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpaces) {
@@ -124,48 +197,6 @@ TEST_F(SimulatedDockTest, gesturesThatAreIncompleteOrMalformedDoNothing) {
   EXPECT_THAT(log.lines, ElementsAre("ignored a malformed gesture: it did not begin",
                                      "ignored a malformed gesture: it did not begin",
                                      "ignored a malformed gesture: its device report is wrong at byte 28"));
-}
-
-TEST_F(SimulatedDockTest, aNewerDockRefusesPlainSwipes) {
-  auto newerBehaviour = behaviour();
-  newerBehaviour.requiresAugmentedSwipes = true;
-  SimulatedDock newer(desktops, hotKeys, time, time, log, newerBehaviour);
-  for (const bool augmented : {false, true}) {
-    for (const std::int64_t phase : {1, 2, 4}) {
-      EXPECT_TRUE(newer.handle(augmented ? augmentedSwipeEvent(phase, 1) : swipeEvent(phase, 1)));
-    }
-    time.advance(0ms);
-    EXPECT_EQ(desktops.switched.size(), augmented ? 1U : 0U);
-  }
-}
-
-TEST_F(SimulatedDockTest, arrowsStepAndDigitsGoToOrdinaryDesktopsOfAllDisplays) {
-  struct Case {
-    VirtualKeyCode key;
-    std::uint64_t flags;
-    ManagedSpaceID space;
-  };
-  constexpr auto control = CGEventFlag::control;
-  const Case cases[] = {
-      {rightArrow, control, 2}, {leftArrow, control, 1},  // arrows
-      {20, control, 3},                                   // Desktop 3 stands behind the full-screen Space
-      {21, control, 5},                                   // Desktop 4 is the other display's first, and active there
-      {23, control, 6},         {19, control, 2},
-  };
-  for (const auto& [keyCode, flags, space] : cases) {
-    const auto before = desktops.switched.size();
-    EXPECT_TRUE(key(keyCode, flags));
-    EXPECT_TRUE(key(keyCode, flags, false));
-    time.advance(0ms);
-    if (space == 5) {
-      EXPECT_EQ(desktops.switched.size(), before) << "it is active already";
-      continue;
-    }
-    ASSERT_EQ(desktops.switched.size(), before + 1) << space;
-    EXPECT_EQ(desktops.switched.back(), space);
-    EXPECT_EQ(desktops.causes.back(), SwitchCause::hotKey);
-    arrive();
-  }
 }
 
 TEST_F(SimulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTakenTogetherWithTheirReleases) {
