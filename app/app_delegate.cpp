@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/doctor.h"
-#include "app/program_version.h"
+#include "app/program.h"
 #include "commands/exit_status.h"
 
 namespace tallowin {

@@ -7,9 +7,8 @@
 
 #include "app/command_performer.h"
 #include "app/command_requests.h"
-#include "app/launch_options.h"
-#include "app/new_spaces.h"
 #include "app/preview_refresh.h"
+#include "app/program.h"
 #include "app/scripting_channels.h"
 #include "app/space_naming.h"
 #include "app/space_pipeline.h"

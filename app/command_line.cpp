@@ -8,7 +8,7 @@
 
 #include "base/decimal_integer.h"
 #include "commands/cli/request_words.h"
-#include "platform/settings_window.h"
+#include "platform/presentation.h"
 
 namespace tallowin {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/program_version.h"
+#include "app/program.h"
 #include "automation/record_services.h"
 #include "base/json_text.h"
 #include "base/unicode.h"

@@ -4,7 +4,7 @@
 #include "core/preview_service.h"
 #include "core/space_watcher.h"
 #include "platform/main_queue.h"
-#include "platform/preview_display.h"
+#include "platform/presentation.h"
 #include "platform/screen_capture.h"
 
 namespace tallowin {

@@ -1,11 +1,9 @@
 #include "app/program.h"
 
-#include "app/capture_mode.h"
+#include "app/app_delegate.h"
+#include "app/diagnostic_modes.h"
 #include "app/doctor.h"
-#include "app/probe_mode.h"
-#include "app/resident_mode.h"
 #include "app/settings_mode.h"
-#include "app/switch_mode.h"
 #include "commands/exit_status.h"
 
 namespace tallowin {
@@ -42,6 +40,17 @@ int runProgram(const CommandLine& line, const Platform& platform, Storage& stora
       break;
   }
   return exit_status::success;
+}
+
+int runResident(const Platform& platform, Storage& storage, const Settings& settings, const SpaceProvider& provider,
+                const LaunchOptions& options, std::ostream& error) {
+  AppDelegate delegate(platform, storage, settings, provider, options, error);
+  delegate.applicationDidFinishLaunching();
+  return platform.runLoop.run();
+}
+
+ProgramVersion programVersion() {
+  return {TALLOWIN_VERSION, TALLOWIN_BUILD};
 }
 
 }  // namespace tallowin

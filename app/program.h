@@ -1,16 +1,36 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <ostream>
+#include <string>
 
 #include "app/command_line.h"
+#include "automation/diagnostics_text.h"
+#include "base/settings.h"
 #include "base/storage.h"
+#include "core/space_provider.h"
 #include "platform/platform.h"
 
 namespace tallowin {
+
+/// How the resident program is started.
+struct LaunchOptions {
+  std::optional<std::string> settingsTab;  ///< one of SettingsWindow::tabs, which is opened then
+  std::uint16_t port = 0;                  ///< where the HTTP interface is opened
+};
 
 /// Does what the command line asks for on a platform, whose files are written by way of `storage`, and answers the exit
 /// status. Everything but --version and --help, which need no platform.
 int runProgram(const CommandLine& line, const Platform& platform, Storage& storage, std::ostream& out,
                std::ostream& error);
+
+/// Without a mode: the resident program, until the run loop is stopped. Answers the status that it was stopped with.
+/// What was accepted by then is in its files when it answers, if they can be written.
+int runResident(const Platform& platform, Storage& storage, const Settings& settings, const SpaceProvider& provider,
+                const LaunchOptions& options, std::ostream& error);
+
+/// Which program this is.
+[[nodiscard]] ProgramVersion programVersion();
 
 }  // namespace tallowin

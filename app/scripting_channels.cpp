@@ -1,7 +1,7 @@
 #include "app/scripting_channels.h"
 
 #include "commands/scripting/intents.h"
-#include "commands/scripting/script_commands.h"
+#include "commands/scripting/scripting_bridge.h"
 
 namespace tallowin {
 

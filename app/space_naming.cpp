@@ -1,6 +1,9 @@
 #include "app/space_naming.h"
 
+#include <utility>
+
 #include "core/shown_spaces.h"
+#include "core/space_provider.h"
 
 namespace tallowin {
 
@@ -20,6 +23,57 @@ Shown SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> ans
         }
         answered();
       }));
+}
+
+void NewSpaces::look(const SpaceSnapshot& snapshot) {
+  std::erase_if(waiting_, [&](const Space& space) { return !snapshot.space(space.id); });
+  if (known_ && services_.settings.get(setting::askToNameNewSpaces) && !services_.areExpected()) {
+    enqueue(snapshot);
+  }
+  learn(snapshot);
+  askNext();
+}
+
+void NewSpaces::learn(const SpaceSnapshot& snapshot) {
+  if (!known_) {
+    known_.emplace();
+    for (const auto space : services_.places.parked()) {
+      known_->spaces.insert(idOfManagedSpace(space));
+    }
+  }
+  known_->displays.clear();
+  for (const auto& display : snapshot.displays) {
+    known_->displays.insert(display.id);
+    for (const auto& space : display.spaces) {
+      known_->spaces.insert(space.id);
+    }
+  }
+}
+
+void NewSpaces::enqueue(const SpaceSnapshot& snapshot) {
+  for (const auto& display : snapshot.displays) {
+    if (!known_->displays.contains(display.id)) {
+      continue;
+    }
+    for (const auto& space : display.spaces) {
+      if (!space.isFullscreen && !known_->spaces.contains(space.id) && !services_.store.meta(space.id).name) {
+        waiting_.push_back(space);
+      }
+    }
+  }
+}
+
+void NewSpaces::askNext() {
+  if (asking_ || waiting_.empty()) {
+    return;
+  }
+  const auto space = waiting_.front();
+  waiting_.pop_front();
+  asking_ = true;
+  services_.naming.ask(space, true, [this] {
+    asking_ = false;
+    askNext();
+  });
 }
 
 }  // namespace tallowin

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <deque>
 #include <functional>
+#include <optional>
+#include <set>
 #include <string>
 
 #include "base/lifetime.h"
+#include "base/settings.h"
 #include "core/space_store.h"
-#include "platform/rename_dialog.h"
+#include "platform/presentation.h"
+#include "platform/space_places.h"
 
 namespace tallowin {
 
@@ -26,6 +31,44 @@ class SpaceNaming {
   SpaceStore& store_;
   RenameDialog& dialog_;
   Lifetime lifetime_;
+};
+
+/// Offers to name Spaces that have just been made, one after the other, while the setting "askToNameNewSpaces" is on.
+/// Main thread only.
+class NewSpaces {
+ public:
+  struct Services {
+    const Settings& settings;
+    const SpaceStore& store;
+    SpaceNaming& naming;
+    SpacePlaces& places;
+    /// Whether this program is making Spaces that it will name itself.
+    std::function<bool()> areExpected;
+  };
+
+  explicit NewSpaces(Services services) : services_(std::move(services)) {}
+  NewSpaces(const NewSpaces&) = delete;
+  NewSpaces& operator=(const NewSpaces&) = delete;
+
+  /// To be called with every snapshot. Those of the first one are not new, nor are those that come with a display or
+  /// come back.
+  void look(const SpaceSnapshot& snapshot);
+
+ private:
+  /// What there ever was.
+  struct Known {
+    std::set<std::string> displays;
+    std::set<std::string> spaces;
+  };
+
+  void learn(const SpaceSnapshot& snapshot);
+  void enqueue(const SpaceSnapshot& snapshot);
+  void askNext();
+
+  const Services services_;
+  std::optional<Known> known_;
+  std::deque<Space> waiting_;
+  bool asking_ = false;
 };
 
 }  // namespace tallowin

@@ -5,7 +5,7 @@
 
 #include "base/foreign_json.h"
 #include "base/json_text.h"
-#include "commands/space_ref.h"
+#include "commands/space_command.h"
 
 namespace tallowin {
 

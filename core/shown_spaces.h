@@ -5,7 +5,7 @@
 
 #include "core/space.h"
 #include "core/space_store.h"
-#include "platform/shown_space.h"
+#include "platform/presentation.h"
 
 namespace tallowin {
 

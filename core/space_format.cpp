@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/text_table.h"
 #include "base/unicode.h"
-#include "core/space_list.h"
 
 namespace tallowin {
 
@@ -68,6 +68,22 @@ std::string SpaceFormat::line(const Space& space, const SpaceStore& store) const
     text += part.field != nullptr ? part.field(space, store) : "";
   }
   return printable(text) + "\n";
+}
+
+std::string desktopNumberText(const Space& space) {
+  return space.desktopNumber ? std::to_string(*space.desktopNumber) : "-";
+}
+
+std::string spaceList(const SpaceSnapshot& snapshot, const SpaceStore& store) {
+  using enum TextTable::Alignment;
+  TextTable table({{left}, {right, 1}, {left}, {left}});
+  for (const auto& display : snapshot.displays) {
+    for (const auto& space : display.spaces) {
+      table.add({space.isActive ? "*" : "", desktopNumberText(space), store.displayName(space),
+                 snapshot.displays.size() > 1 ? display.id : ""});
+    }
+  }
+  return table.text();
 }
 
 }  // namespace tallowin

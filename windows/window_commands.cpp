@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "commands/space_ref.h"
+#include "commands/space_command.h"
 #include "commands/stepping.h"
 
 namespace tallowin {

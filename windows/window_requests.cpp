@@ -2,7 +2,7 @@
 
 #include "base/json_text.h"
 #include "base/unicode.h"
-#include "commands/space_ref.h"
+#include "commands/space_command.h"
 #include "core/app_pins.h"
 #include "windows/window_texts.h"
 

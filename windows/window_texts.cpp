@@ -2,7 +2,7 @@
 
 #include "base/date_text.h"
 #include "base/text_table.h"
-#include "core/space_list.h"
+#include "core/space_format.h"
 #include "windows/frame_json.h"
 
 namespace tallowin {

@@ -3,7 +3,7 @@
 #include <iostream>
 #include <system_error>
 
-#include "app/end_state.h"
+#include "app/diagnostic_modes.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
 #include "base/main_thread_work_queues.h"

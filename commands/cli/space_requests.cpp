@@ -3,9 +3,8 @@
 #include "base/json_text.h"
 #include "base/unicode.h"
 #include "base/url.h"
-#include "commands/space_ref.h"
+#include "commands/space_command.h"
 #include "core/space_format.h"
-#include "core/space_list.h"
 
 namespace tallowin {
 

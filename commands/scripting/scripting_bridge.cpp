@@ -1,5 +1,6 @@
 #include "commands/scripting/scripting_bridge.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "base/decimal_integer.h"
@@ -19,6 +20,22 @@ std::optional<std::int64_t> integerValue(const PropertyList& value) {
   return real >= -limit && real < limit ? std::optional(static_cast<std::int64_t>(real)) : std::nullopt;
 }
 
+using ArgumentText = std::optional<std::string>;
+
+constexpr ScriptCommand commands[] = {
+    {"TWSwitchCommand", "",
+     [](const SpaceRef& space, const ArgumentText&) -> SpaceCommand { return command::SwitchTo{space}; }},
+    {"TWNextCommand", "", [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Step{true}; }},
+    {"TWPreviousCommand", "",
+     [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Step{false}; }},
+    {"TWBackCommand", "", [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Back{}; }},
+    {"TWOverviewCommand", "", [](const SpaceRef&, const ArgumentText&) -> SpaceCommand { return command::Overview{}; }},
+    {"TWMoveWindowCommand", "",
+     [](const SpaceRef& space, const ArgumentText&) -> SpaceCommand { return command::MoveWindow{space}; }},
+    {"TWRenameCommand", "name",
+     [](const SpaceRef& space, const ArgumentText& name) -> SpaceCommand { return command::Rename{space, name}; }},
+};
+
 }  // namespace
 
 void ScriptingBridge::send(const SpaceCommand& command) const {
@@ -34,6 +51,20 @@ SpaceRef ScriptingBridge::ref(const PropertyList& value) {
   }
   const auto number = integerValue(value).value_or(0);
   return number != 0 ? SpaceRef::number(number) : SpaceRef::current();
+}
+
+std::span<const ScriptCommand> scriptCommands() {
+  return commands;
+}
+
+ScriptEvents::Result performScriptCommand(const ScriptCommandEvent& event, const ScriptingBridge& bridge) {
+  const auto* const found = std::ranges::find(commands, event.commandClass, &ScriptCommand::className);
+  if (found == std::ranges::end(commands)) {
+    return std::unexpected("there is no scripting command " + event.commandClass);
+  }
+  bridge.send(found->command(ScriptingBridge::ref(event.directParameter),
+                             property_list::member(event.arguments, found->argumentKey, property_list::text)));
+  return nullptr;
 }
 
 }  // namespace tallowin

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "commands/scripting/intents.h"
-#include "commands/scripting/script_commands.h"
+#include "commands/scripting/scripting_bridge.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {
