@@ -34,9 +34,23 @@
 
 namespace tallowin {
 
-/// The services of one platform, handed to whoever puts the program together. Everybody else is constructed with just
-/// the services that they use. The services outlive everything that was given them.
-struct Platform {
+/// What a machine has, whatever its desktop.
+struct SystemServices {
+  Files& files;
+  const Folders& folders;
+  Preferences& preferences;
+  Processes& processes;
+  System& system;
+  Images& images;
+  MainQueue& mainQueue;
+  WorkQueues& workQueues;
+  RunLoop& runLoop;
+  Clock& clock;
+  Log& log;
+};
+
+/// What a desktop has.
+struct DesktopServices {
   Desktop& desktop;
   AskedDesktop* asked;     ///< the same, where it does what it is asked for; else null
   DrivenServices* driven;  ///< what it is driven by, where it cannot be asked; else null
@@ -49,31 +63,32 @@ struct Platform {
   NotificationCenter& workspaceNotifications;  ///< NSWorkspace's own notification centre
   NotificationCenter& defaultNotifications;    ///< the application's default notification centre
   ScreenCapture& screenCapture;
-  Images& images;
-  Preferences& preferences;
-  Files& files;
-  const Folders& folders;
-  Processes& processes;
+  GlobalHotKeys& globalHotKeys;
+  Pasteboard& pasteboard;
   AppleScript& appleScript;
+  DesktopFacts& desktopFacts;
+  WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it
+};
+
+/// How the user is spoken to.
+struct UserServices {
   Toasts& toasts;
   Alerts& alerts;
   Presentation presentation;
-  Pasteboard& pasteboard;
-  GlobalHotKeys& globalHotKeys;
+};
+
+/// How other programs speak to this one.
+struct WaysIn {
   URLEvents& urlEvents;
   CommandChannel& commandChannel;
   ScriptEvents& scriptEvents;
   DesktopService& desktopService;
   TCPListeners& listeners;
-  System& system;
-  DesktopFacts& desktopFacts;
-  MainQueue& mainQueue;
-  WorkQueues& workQueues;
-  WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it
-  RunLoop& runLoop;
-  Clock& clock;
-  Log& log;
+};
 
+/// The services of one platform, handed to whoever puts the program together. Everybody else is constructed with just
+/// the services that they use. The services outlive everything that was given them.
+struct Platform : SystemServices, DesktopServices, UserServices, WaysIn {
   [[nodiscard]] DesktopKind desktopKind() const { return asked != nullptr ? DesktopKind::asked : DesktopKind::driven; }
 };
 

@@ -70,6 +70,18 @@ DesktopService& Machine::desktopService(Mode mode) {
   return neutralDesktopService;
 }
 
+SystemServices Machine::systemServices() {
+  return {files, folders, preferences, processes, system, images, mainQueue, workQueues, mainQueue, clock, log};
+}
+
+UserServices Machine::userServices(Mode mode, Presentation presentation) {
+  return {toasts(mode), alerts(mode), presentation};
+}
+
+WaysIn Machine::waysIn(Mode mode) {
+  return {urlEvents, commandChannel(), scriptEvents, desktopService(mode), listeners};
+}
+
 void Machine::stopOnSignals() {
   signals_ = onTerminationSignal(mainQueue, [this](int signal) {
     constexpr int signalled = 128;  // as shells report it

@@ -25,6 +25,7 @@
 #include "platform/linux/unix_processes.h"
 #include "platform/linux/unix_system.h"
 #include "platform/none/neutral.h"
+#include "platform/platform.h"
 #include "platform/xdg/stand_in_programs.h"
 
 namespace tallowin {
@@ -49,6 +50,7 @@ struct Machine {
   PendingAlerts pendingAlerts{notifications, log};
   NeutralAlerts neutralAlerts;
   NeutralDesktopService neutralDesktopService;
+  NeutralURLEvents urlEvents;
   NeutralScriptEvents scriptEvents;
   SocketTCPListeners listeners{log};
   UnixSystem system;
@@ -64,6 +66,11 @@ struct Machine {
   [[nodiscard]] Alerts& alerts(Mode mode);
   /// How other programs call this one: only the resident program is called.
   [[nodiscard]] DesktopService& desktopService(Mode mode);
+
+  /// The groups of a platform's services that its desktop has no part in.
+  [[nodiscard]] SystemServices systemServices();
+  [[nodiscard]] UserServices userServices(Mode mode, Presentation presentation);
+  [[nodiscard]] WaysIn waysIn(Mode mode);
 
   /// Makes SIGTERM, SIGINT and SIGHUP stop the run loop, the second time end the process. For modes that run it: before
   /// and without it these signals end the process at once.

@@ -27,42 +27,26 @@ class NoneHost : public Host {
   Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
-    return {.desktop = desktop_,
-            .asked = &desktop_,
-            .driven = nullptr,
-            .windows = windows_,
-            .desktopNames = desktopNames_,
-            .spacePlaces = spacePlaces_,
-            .events = events_,
-            .displays = displays_,
-            .workspace = workspace_,
-            .workspaceNotifications = notifications_,
-            .defaultNotifications = notifications_,
-            .screenCapture = screenCapture_,
-            .images = machine_.images,
-            .preferences = machine_.preferences,
-            .files = machine_.files,
-            .folders = machine_.folders,
-            .processes = machine_.processes,
-            .appleScript = appleScript_,
-            .toasts = machine_.toasts(line_.mode),
-            .alerts = machine_.alerts(line_.mode),
-            .presentation = windowless_.presentation(),
-            .pasteboard = pasteboard_,
-            .globalHotKeys = globalHotKeys_,
-            .urlEvents = urlEvents_,
-            .commandChannel = machine_.commandChannel(),
-            .scriptEvents = machine_.scriptEvents,
-            .desktopService = machine_.desktopService(line_.mode),
-            .listeners = machine_.listeners,
-            .system = machine_.system,
-            .desktopFacts = desktopFacts_,
-            .mainQueue = machine_.mainQueue,
-            .workQueues = machine_.workQueues,
-            .desktopQueues = machine_.workQueues,
-            .runLoop = machine_.mainQueue,
-            .clock = machine_.clock,
-            .log = machine_.log};
+    return {machine_.systemServices(),
+            {.desktop = desktop_,
+             .asked = &desktop_,
+             .driven = nullptr,
+             .windows = windows_,
+             .desktopNames = desktopNames_,
+             .spacePlaces = spacePlaces_,
+             .events = events_,
+             .displays = displays_,
+             .workspace = workspace_,
+             .workspaceNotifications = notifications_,
+             .defaultNotifications = notifications_,
+             .screenCapture = screenCapture_,
+             .globalHotKeys = globalHotKeys_,
+             .pasteboard = pasteboard_,
+             .appleScript = appleScript_,
+             .desktopFacts = desktopFacts_,
+             .desktopQueues = machine_.workQueues},
+            machine_.userServices(line_.mode, windowless_.presentation()),
+            machine_.waysIn(line_.mode)};
   }
 
  private:
@@ -81,7 +65,6 @@ class NoneHost : public Host {
   NeutralAppleScript appleScript_;
   NoDesktopFacts noDesktop_{[this] { return whyThereIsNone(line_); }};
   MachineFacts desktopFacts_{noDesktop_};
-  NeutralURLEvents urlEvents_;
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;
 };

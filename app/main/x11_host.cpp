@@ -47,42 +47,26 @@ class X11Host : public Host {
   Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
-    return {.desktop = session_->desktop(),
-            .asked = &session_->desktop(),
-            .driven = nullptr,
-            .windows = session_->windows(),
-            .desktopNames = session_->desktopNames(),
-            .spacePlaces = session_->desktop(),
-            .events = session_->events(),
-            .displays = session_->displays(),
-            .workspace = session_->workspace(),
-            .workspaceNotifications = session_->workspaceNotifications(),
-            .defaultNotifications = session_->defaultNotifications(),
-            .screenCapture = session_->screenCapture(),
-            .images = machine_.images,
-            .preferences = machine_.preferences,
-            .files = machine_.files,
-            .folders = machine_.folders,
-            .processes = machine_.processes,
-            .appleScript = appleScript_,
-            .toasts = machine_.toasts(line_.mode),
-            .alerts = machine_.alerts(line_.mode),
-            .presentation = windowless_.presentation(),
-            .pasteboard = session_->pasteboard(),
-            .globalHotKeys = session_->globalHotKeys(),
-            .urlEvents = urlEvents_,
-            .commandChannel = machine_.commandChannel(),
-            .scriptEvents = machine_.scriptEvents,
-            .desktopService = machine_.desktopService(line_.mode),
-            .listeners = machine_.listeners,
-            .system = machine_.system,
-            .desktopFacts = *facts_,
-            .mainQueue = machine_.mainQueue,
-            .workQueues = machine_.workQueues,
-            .desktopQueues = desktopQueues_,
-            .runLoop = machine_.mainQueue,
-            .clock = machine_.clock,
-            .log = machine_.log};
+    return {machine_.systemServices(),
+            {.desktop = session_->desktop(),
+             .asked = &session_->desktop(),
+             .driven = nullptr,
+             .windows = session_->windows(),
+             .desktopNames = session_->desktopNames(),
+             .spacePlaces = session_->desktop(),
+             .events = session_->events(),
+             .displays = session_->displays(),
+             .workspace = session_->workspace(),
+             .workspaceNotifications = session_->workspaceNotifications(),
+             .defaultNotifications = session_->defaultNotifications(),
+             .screenCapture = session_->screenCapture(),
+             .globalHotKeys = session_->globalHotKeys(),
+             .pasteboard = session_->pasteboard(),
+             .appleScript = appleScript_,
+             .desktopFacts = *facts_,
+             .desktopQueues = desktopQueues_},
+            machine_.userServices(line_.mode, windowless_.presentation()),
+            machine_.waysIn(line_.mode)};
   }
 
  private:
@@ -97,7 +81,6 @@ class X11Host : public Host {
   Windowless windowless_{{machine_.preferences, machine_.toasts(line_.mode), machine_.log}};
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
   NeutralAppleScript appleScript_;
-  NeutralURLEvents urlEvents_;
   // Only the resident program sees every change, and keeps them.
   KeptDesktopPlaces places_{machine_.storage,
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,

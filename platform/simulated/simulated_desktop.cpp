@@ -183,8 +183,8 @@ std::optional<PropertyList> SimulatedDesktop::globalPreference(std::string_view 
   return found == preferences.end() ? std::nullopt : std::optional(found->second);
 }
 
-Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven, Windows& windows,
-                           Preferences& preferences, Images& images, VirtualTime& time) {
+DesktopServices simulatedDesktopServices(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,
+                                         Windows& windows, WorkQueues& queues) {
   return {.desktop = desktop,
           .asked = simulated.asked(),
           .driven = simulated.asked() == nullptr ? &driven : nullptr,
@@ -197,30 +197,37 @@ Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, Driven
           .workspaceNotifications = simulated.workspaceNotifications(),
           .defaultNotifications = simulated.defaultNotifications(),
           .screenCapture = simulated.screenCapture(),
-          .images = images,
-          .preferences = preferences,
-          .files = simulated.files(),
-          .folders = simulated.folders(),
-          .processes = simulated.processes(),
-          .appleScript = simulated.appleScript(),
-          .toasts = simulated.toasts(),
-          .alerts = simulated.alerts(),
-          .presentation = simulated.presentation(),
-          .pasteboard = simulated.pasteboard(),
           .globalHotKeys = simulated.globalHotKeys(),
-          .urlEvents = simulated.urlEvents(),
-          .commandChannel = simulated.commandChannel(),
-          .scriptEvents = simulated.scriptEvents(),
-          .desktopService = simulated.desktopService(),
-          .listeners = simulated.listeners(),
-          .system = simulated.system(),
+          .pasteboard = simulated.pasteboard(),
+          .appleScript = simulated.appleScript(),
           .desktopFacts = simulated.desktopFacts(),
-          .mainQueue = time,
-          .workQueues = time,
-          .desktopQueues = time,
-          .runLoop = time,
-          .clock = time,
-          .log = simulated.log()};
+          .desktopQueues = queues};
+}
+
+UserServices simulatedUserServices(SimulatedDesktop& simulated) {
+  return {simulated.toasts(), simulated.alerts(), simulated.presentation()};
+}
+
+Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven, Windows& windows,
+                           Preferences& preferences, Images& images, VirtualTime& time) {
+  return {{.files = simulated.files(),
+           .folders = simulated.folders(),
+           .preferences = preferences,
+           .processes = simulated.processes(),
+           .system = simulated.system(),
+           .images = images,
+           .mainQueue = time,
+           .workQueues = time,
+           .runLoop = time,
+           .clock = time,
+           .log = simulated.log()},
+          simulatedDesktopServices(simulated, desktop, driven, windows, time),
+          simulatedUserServices(simulated),
+          {.urlEvents = simulated.urlEvents(),
+           .commandChannel = simulated.commandChannel(),
+           .scriptEvents = simulated.scriptEvents(),
+           .desktopService = simulated.desktopService(),
+           .listeners = simulated.listeners()}};
 }
 
 }  // namespace tallowin

@@ -161,8 +161,14 @@ class SimulatedDesktop {
   std::vector<WorkItem> script_;
 };
 
-/// A simulated desktop in virtual time as the program sees it. All that is handed in stands on the same desktop;
-/// `driven` counts only where it is driven. Everything must outlive the answer.
+/// A simulated desktop's groups of a platform's services. All that is handed in stands on the same desktop; `driven`
+/// counts only where it is driven. Work for the desktop's services is done on `queues`. Everything must outlive the
+/// answer.
+[[nodiscard]] DesktopServices simulatedDesktopServices(SimulatedDesktop& simulated, Desktop& desktop,
+                                                       DrivenServices& driven, Windows& windows, WorkQueues& queues);
+[[nodiscard]] UserServices simulatedUserServices(SimulatedDesktop& simulated);
+
+/// A simulated desktop in virtual time as the program sees it. For the rest see above.
 [[nodiscard]] Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,
                                          Windows& windows, Preferences& preferences, Images& images, VirtualTime& time);
 
