@@ -68,6 +68,8 @@ struct DesktopServices {
   AppleScript& appleScript;
   DesktopFacts& desktopFacts;
   WorkQueues& desktopQueues;  ///< for work that asks the services of the desktop; where they have one thread, on it
+
+  [[nodiscard]] DesktopKind desktopKind() const { return asked != nullptr ? DesktopKind::asked : DesktopKind::driven; }
 };
 
 /// How the user is spoken to.
@@ -88,8 +90,6 @@ struct WaysIn {
 
 /// The services of one platform, handed to whoever puts the program together. Everybody else is constructed with just
 /// the services that they use. The services outlive everything that was given them.
-struct Platform : SystemServices, DesktopServices, UserServices, WaysIn {
-  [[nodiscard]] DesktopKind desktopKind() const { return asked != nullptr ? DesktopKind::asked : DesktopKind::driven; }
-};
+struct Platform : SystemServices, DesktopServices, UserServices, WaysIn {};
 
 }  // namespace tallowin

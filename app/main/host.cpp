@@ -19,15 +19,18 @@ bool isWayland() {
 constexpr auto noWayland =
     "this Wayland desktop does not let other programs see or switch its virtual desktops; Tallowin needs an X11 one";
 
-/// The resident program may be started before the window manager is, and then waits for it.
-bool isX11Desktop(const CommandLine& line) {
+/// A connection to a desktop that can be worked on; null when there is none. The resident program may be started before
+/// the window manager is, and then waits for it.
+std::unique_ptr<X11Connection> connectToDesktop(const CommandLine& line) {
   const bool canWait = (line.mode == Mode::resident || line.mode == Mode::doctor) && !isWayland();
-  return canWait ? !X11Session::whyNoServer() : X11Session::windowManagerPresent();
+  auto connection = X11Connection::open();
+  const bool isDesktop = connection && (canWait || X11Session::windowManagerPresent(**connection));
+  return isDesktop ? *std::move(connection) : nullptr;
 }
 
 HostResult makeAutomaticHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
-  if (isX11Desktop(line)) {
-    return makeX11Host(line, std::move(lock));
+  if (auto connection = connectToDesktop(line)) {
+    return makeX11Host(line, std::move(lock), std::move(connection));
   }
   if (isWayland()) {
     if (line.mode == Mode::resident) {
@@ -69,8 +72,11 @@ HostResult makeHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
   switch (line.platform) {
     case PlatformChoice::automatic:
       return makeAutomaticHost(line, std::move(lock));
-    case PlatformChoice::x11:
-      return makeX11Host(line, std::move(lock));
+    case PlatformChoice::x11: {
+      auto connection = X11Connection::open();
+      return connection ? makeX11Host(line, std::move(lock), *std::move(connection))
+                        : std::unexpected(HostError{connection.error(), exit_status::unavailable});
+    }
     case PlatformChoice::simulated:
       return makeSimulatedHost(line, std::move(lock));
     case PlatformChoice::none:

@@ -13,6 +13,8 @@
 
 namespace tallowin {
 
+class X11Connection;
+
 /// One platform, put together and kept alive.
 class Host {
  public:
@@ -38,9 +40,10 @@ struct HostError {
 };
 using HostResult = std::expected<std::unique_ptr<Host>, HostError>;
 
-/// A real desktop by X11. `lock` as for makeHost(). A connection that is lost later stops the run loop with
-/// `unavailable` and says so on standard error.
-HostResult makeX11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock);
+/// A real desktop by X11, on this connection. `lock` as for makeHost(). A connection that is lost later stops the run
+/// loop with `unavailable` and says so on standard error.
+HostResult makeX11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock,
+                       std::unique_ptr<X11Connection> connection);
 
 /// No desktop: the window server's functions are looked for and not found.
 HostResult makeNoneHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock);

@@ -23,20 +23,11 @@ std::string displayName() {
 
 class X11Host : public Host {
  public:
-  X11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
-      : line_(line), machine_(line, std::move(lock), displayName()) {}
-
-  /// An empty text when connected, else why not.
-  std::string connect() {
-    auto connected = X11Session::connect(machine_.mainQueue, machine_.clock, machine_.mainQueue, machine_.processes,
-                                         places_, getpid(), [this] { connectionLost(); });
-    if (!connected) {
-      return connected.error();
-    }
-    session_ = *std::move(connected);
-    facts_.emplace(session_->desktopFacts());
-    return "";
-  }
+  X11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock, std::unique_ptr<X11Connection> connection)
+      : line_(line),
+        machine_(line, std::move(lock), displayName()),
+        session_(std::move(connection), machine_.mainQueue, machine_.clock, machine_.mainQueue, machine_.processes,
+                 places_, getpid(), [this] { connectionLost(); }) {}
 
   void begin() override {
     if (runsLoop(line_.mode)) {
@@ -48,22 +39,22 @@ class X11Host : public Host {
 
   Platform platform() override {
     return {machine_.systemServices(),
-            {.desktop = session_->desktop(),
-             .asked = &session_->desktop(),
+            {.desktop = session_.desktop(),
+             .asked = &session_.desktop(),
              .driven = nullptr,
-             .windows = session_->windows(),
-             .desktopNames = session_->desktopNames(),
-             .spacePlaces = session_->desktop(),
-             .events = session_->events(),
-             .displays = session_->displays(),
-             .workspace = session_->workspace(),
-             .workspaceNotifications = session_->workspaceNotifications(),
-             .defaultNotifications = session_->defaultNotifications(),
-             .screenCapture = session_->screenCapture(),
-             .globalHotKeys = session_->globalHotKeys(),
-             .pasteboard = session_->pasteboard(),
+             .windows = session_.windows(),
+             .desktopNames = session_.desktopNames(),
+             .spacePlaces = session_.desktop(),
+             .events = session_.events(),
+             .displays = session_.displays(),
+             .workspace = session_.workspace(),
+             .workspaceNotifications = session_.workspaceNotifications(),
+             .defaultNotifications = session_.defaultNotifications(),
+             .screenCapture = session_.screenCapture(),
+             .globalHotKeys = session_.globalHotKeys(),
+             .pasteboard = session_.pasteboard(),
              .appleScript = appleScript_,
-             .desktopFacts = *facts_,
+             .desktopFacts = facts_,
              .desktopQueues = desktopQueues_},
             machine_.userServices(line_.mode, windowless_.presentation()),
             machine_.waysIn(line_.mode)};
@@ -85,18 +76,15 @@ class X11Host : public Host {
   KeptDesktopPlaces places_{machine_.storage,
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
-  std::unique_ptr<X11Session> session_;
-  std::optional<MachineFacts> facts_;  ///< once there is a session
+  X11Session session_;
+  MachineFacts facts_{session_.desktopFacts()};
 };
 
 }  // namespace
 
-HostResult makeX11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock) {
-  auto host = std::make_unique<X11Host>(line, std::move(lock));
-  if (const auto fault = host->connect(); !fault.empty()) {
-    return std::unexpected(HostError{fault, exit_status::unavailable});
-  }
-  return host;
+HostResult makeX11Host(const CommandLine& line, std::unique_ptr<InstanceLock> lock,
+                       std::unique_ptr<X11Connection> connection) {
+  return std::make_unique<X11Host>(line, std::move(lock), std::move(connection));
 }
 
 }  // namespace tallowin

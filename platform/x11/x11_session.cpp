@@ -11,8 +11,12 @@ std::optional<std::string> X11Session::whyNoServer() {
 
 bool X11Session::windowManagerPresent() {
   const auto connection = X11Connection::open();
+  return connection && windowManagerPresent(**connection);
+}
+
+bool X11Session::windowManagerPresent(X11Connection& connection) {
   KeptDesktopPlaces places;
-  return connection && X11DesktopReader(**connection, places).read().checkWindow != XCB_WINDOW_NONE;
+  return X11DesktopReader(connection, places).read().checkWindow != XCB_WINDOW_NONE;
 }
 
 std::expected<std::unique_ptr<X11Session>, std::string> X11Session::connect(MainQueue& queue, const Clock& clock,
@@ -24,8 +28,8 @@ std::expected<std::unique_ptr<X11Session>, std::string> X11Session::connect(Main
   if (!connection) {
     return std::unexpected(connection.error());
   }
-  return std::unique_ptr<X11Session>(new X11Session(std::move(*connection), queue, clock, descriptors, processes,
-                                                    places, self, std::move(onConnectionLost)));
+  return std::make_unique<X11Session>(*std::move(connection), queue, clock, descriptors, processes, places, self,
+                                      std::move(onConnectionLost));
 }
 
 X11Session::X11Session(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock,

@@ -37,11 +37,15 @@ class X11Session {
 
   /// Whether there is one, and an EWMH window manager is running there.
   [[nodiscard]] static bool windowManagerPresent();
+  [[nodiscard]] static bool windowManagerPresent(X11Connection& connection);
 
-  /// Connects to the server that $DISPLAY names; no window manager is needed, one that comes later is noticed. The
-  /// error is one sentence for a user. `onConnectionLost` runs once from the main queue when the server is gone; every
-  /// operation answers its neutral result from then on, and the session may be destroyed in it. Windows of the process
-  /// `self` are left out.
+  /// No window manager is needed, one that comes later is noticed. `onConnectionLost` runs once from the main queue
+  /// when the server is gone; every operation answers its neutral result from then on, and the session may be destroyed
+  /// in it. Windows of the process `self` are left out.
+  X11Session(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Descriptors& descriptors,
+             Processes& processes, KeptDesktopPlaces& places, ProcessID self, std::function<void()> onConnectionLost);
+
+  /// The same on a new connection to the server that $DISPLAY names. The error is one sentence for a user.
   [[nodiscard]] static std::expected<std::unique_ptr<X11Session>, std::string> connect(
       MainQueue& queue, const Clock& clock, Descriptors& descriptors, Processes& processes, KeptDesktopPlaces& places,
       ProcessID self, std::function<void()> onConnectionLost);
@@ -60,9 +64,6 @@ class X11Session {
   NotificationCenter& defaultNotifications() { return defaultNotifications_; }
 
  private:
-  X11Session(std::unique_ptr<X11Connection> connection, MainQueue& queue, const Clock& clock, Descriptors& descriptors,
-             Processes& processes, KeptDesktopPlaces& places, ProcessID self, std::function<void()> onConnectionLost);
-
   void handle(const xcb_generic_event_t& event);
 
   const std::unique_ptr<X11Connection> connection_;
