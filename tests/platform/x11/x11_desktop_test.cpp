@@ -3,7 +3,6 @@
 #include <X11/keysym.h>
 #include <gmock/gmock.h>
 #include <optional>
-#include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
 #include "tests/platform/x11/x11_session_fixture.h"
@@ -273,12 +272,10 @@ TEST_F(X11DesktopTest, HotKeysArriveWhateverTheLocks) {
   auto& hotKeys = session_->globalHotKeys();
   std::string seen;
   const auto type = [&](const std::vector<Keysym>& keysyms) {
-    const std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> symbols(
-        xcb_key_symbols_alloc(manager.raw()), xcb_key_symbols_free);
+    const auto map = takeKeyMap(manager.connection(), requestKeyMap(manager.connection()));
     std::vector<xcb_keycode_t> keycodes;
     for (const auto keysym : keysyms) {
-      const std::unique_ptr<xcb_keycode_t, FreeMemory> found(xcb_key_symbols_get_keycode(symbols.get(), keysym));
-      keycodes.push_back(found ? *found : xcb_keycode_t{0});
+      keycodes.push_back(findKey(map, keysym, 0).value_or(KeyPosition{}).keycode);
     }
     for (const auto event : {std::uint8_t{XCB_KEY_PRESS}, std::uint8_t{XCB_KEY_RELEASE}}) {
       for (const auto keycode : keycodes) {
