@@ -67,18 +67,22 @@ struct SettingOf : Setting {
 
   constexpr SettingOf(std::string_view name, Default standard, SettingsPane where, std::string_view does,
                       Exported isExported = Exported::yes)
-      : SettingOf(name, std::nullopt, where, does, isExported) {
-    if constexpr (std::is_enum_v<Value>) {
-      registered = storedText(standard);
-      cases = StoredCases<Value>::texts;
-      fallback = storedText(StoredCases<Value>::fallback);
-    } else {
-      registered = standard;
-    }
-  }
+      : Setting(row(name, standard, where, does, isExported)) {}
   constexpr SettingOf(std::string_view name, std::nullopt_t /*standard*/, SettingsPane where, std::string_view does,
                       Exported isExported = Exported::yes)
       : Setting{name, settingType<Value>(), {}, where, does, isExported} {}
+
+ private:
+  static constexpr Setting row(std::string_view name, Default standard, SettingsPane where, std::string_view does,
+                               Exported isExported) {
+    if constexpr (std::is_enum_v<Value>) {
+      using Cases = StoredCases<Value>;
+      return {name, SettingType::text, storedText(standard), where,
+              does, isExported,        Cases::texts,         storedText(Cases::fallback)};
+    } else {
+      return {name, settingType<Value>(), standard, where, does, isExported};
+    }
+  }
 };
 
 /// All settings, each declared here once: registration, reading, the command line, export and the documents come from
