@@ -249,8 +249,8 @@ void SimulatedAskedDesktop::removeSpace(ManagedSpaceID space, Completion complet
 
 /// False when it stays, as by half: then only its windows have gone.
 bool SimulatedAskedDesktop::remove(ManagedSpaceID space) {
-  for (const auto& row : state_.spaces.rows()) {
-    const auto at = std::ranges::find(row.spaces, space, &DockSpace::id);
+  for (const auto& row : state_.spaces.displays()) {
+    const auto at = std::ranges::find(row.spaces, space, &DesktopSpace::id);
     if (at == row.spaces.end() || row.spaces.size() < 2) {
       continue;
     }
@@ -266,8 +266,8 @@ bool SimulatedAskedDesktop::remove(ManagedSpaceID space) {
 
 SimulatedAskedDesktop::Active SimulatedAskedDesktop::active() const {
   Active active;
-  for (const auto& row : state_.spaces.rows()) {
-    active[row.display] = row.active;
+  for (const auto& row : state_.spaces.displays()) {
+    active[row.id] = row.current;
   }
   return active;
 }

@@ -1,28 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "platform/identifiers.h"
+#include "platform/desktop.h"
 
 namespace tallowin {
-
-/// One Space as the Dock sees it.
-struct DockSpace {
-  ManagedSpaceID id = 0;
-  bool ordinary = true;  ///< a desktop, not an application's full-screen Space
-  bool operator==(const DockSpace&) const = default;
-};
-
-/// The Spaces of one display, left to right.
-struct DesktopRow {
-  std::string display;  ///< display identifier
-  std::vector<DockSpace> spaces;
-  std::optional<ManagedSpaceID> active;
-  bool operator==(const DesktopRow&) const = default;
-};
 
 /// What made the Dock switch.
 enum class SwitchCause { gesture, hotKey, missionControl };
@@ -33,7 +17,7 @@ class DesktopOperations {
   virtual ~DesktopOperations() = default;
 
   /// The displays in the window server's order, as they are now.
-  virtual std::vector<DesktopRow> rows() = 0;
+  virtual std::vector<DesktopDisplay> displays() = 0;
 
   /// The identifier of the display that holds the pointer; nothing when none does.
   virtual std::optional<std::string> displayUnderPointer() = 0;

@@ -60,11 +60,11 @@ bool DesktopState::close(WindowNumber number) {
 std::vector<ManagedSpaceID> DesktopState::activeSpacesAt(CGPoint point) const {
   const auto* const display = displayAt(point);
   std::optional<ManagedSpaceID> first;
-  for (const auto& row : spaces.rows()) {
-    if (row.active && display != nullptr && displayNamed(row.display) == display) {
-      return {*row.active};
+  for (const auto& row : spaces.displays()) {
+    if (row.current && display != nullptr && displayNamed(row.id) == display) {
+      return {*row.current};
     }
-    first = first ? first : row.active;
+    first = first ? first : row.current;
   }
   return first ? std::vector{*first} : std::vector<ManagedSpaceID>();
 }

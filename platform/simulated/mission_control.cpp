@@ -99,8 +99,8 @@ bool MissionControl::remove(ManagedSpaceID space) {
 
 std::vector<std::string> MissionControl::displays() const {
   std::vector<std::string> displays;
-  for (const auto& row : desktops_.rows()) {
-    displays.push_back(row.display);
+  for (const auto& row : desktops_.displays()) {
+    displays.push_back(row.id);
   }
   return displays;
 }
@@ -108,16 +108,16 @@ std::vector<std::string> MissionControl::displays() const {
 std::vector<MissionControl::Thumbnail> MissionControl::thumbnails(const std::string& display) const {
   std::vector<Thumbnail> thumbnails;
   std::size_t number = 0;
-  for (const auto& row : desktops_.rows()) {
-    const auto ordinary = std::ranges::count_if(row.spaces, &DockSpace::ordinary);
+  for (const auto& row : desktops_.displays()) {
+    const auto ordinary = std::ranges::count(row.spaces, false, &DesktopSpace::isFullscreen);
     for (const auto& space : row.spaces) {
-      number += space.ordinary ? 1 : 0;
-      if (row.display != display) {
+      number += space.isFullscreen ? 0 : 1;
+      if (row.id != display) {
         continue;
       }
       // The last desktop cannot be closed, and neither can full-screen Spaces, by their thumbnail.
-      const bool badge = space.ordinary && ordinary > 1 && hovered_ == space.id && hoveredLongEnough_;
-      thumbnails.push_back({space.id, space.ordinary ? "Desktop " + std::to_string(number) : "Full Screen",
+      const bool badge = !space.isFullscreen && ordinary > 1 && hovered_ == space.id && hoveredLongEnough_;
+      thumbnails.push_back({space.id, space.isFullscreen ? "Full Screen" : "Desktop " + std::to_string(number),
                             frameAt(boundsOf_(display), thumbnails.size()), badge,
                             badge && behaviour_.hasCloseButtons});
     }

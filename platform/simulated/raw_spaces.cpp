@@ -77,14 +77,28 @@ PropertyList displayEntryWith(std::string_view display, PropertyList spaces) {
   return {{identifierKey, display}, {currentKey, spaces.front()}, {spacesKey, std::move(spaces)}};
 }
 
-DesktopRow rowOf(const PropertyList& display) {
-  DesktopRow row{display[identifierKey], {}, currentOf(display)};
-  for (const auto& space : display[spacesKey]) {
-    if (const auto id = idOf(space)) {
-      row.spaces.push_back({*id, isOrdinary(space)});
-    }
+DesktopSpace spaceFrom(const PropertyList& entry, ManagedSpaceID id, std::int64_t index) {
+  const auto uuid = entry.find("uuid");
+  DesktopSpace space{id, "", index, !isOrdinary(entry), {}};
+  if (uuid != entry.end() && uuid->is_string()) {
+    space.uuid = *uuid;
   }
-  return row;
+  if (const auto pid = integerAt(entry, "pid"); pid && space.isFullscreen && std::in_range<ProcessID>(*pid)) {
+    space.fullscreenPID = static_cast<ProcessID>(*pid);
+  }
+  return space;
+}
+
+DesktopDisplay displayFrom(const PropertyList& entry) {
+  DesktopDisplay display{entry[identifierKey], {}, currentOf(entry), false};
+  std::int64_t index = 0;
+  for (const auto& space : entry[spacesKey]) {
+    if (const auto id = idOf(space)) {
+      display.spaces.push_back(spaceFrom(space, *id, index));
+    }
+    ++index;
+  }
+  return display;
 }
 
 }  // namespace
@@ -93,62 +107,38 @@ RawSpaces::RawSpaces()
     : list_(PropertyList::array({displayEntryWith(
           "Main", PropertyList::array({desktopEntry(1), desktopEntry(2), desktopEntry(3), desktopEntry(4)}))})) {}
 
-std::vector<DesktopRow> RawSpaces::rows() const {
-  std::vector<DesktopRow> rows;
+std::vector<DesktopDisplay> RawSpaces::displays() const {
+  std::vector<DesktopDisplay> displays;
   if (list_.is_array()) {
     for (const auto& entry : list_) {
       if (isDisplay(entry)) {
-        rows.push_back(rowOf(entry));
+        displays.push_back(displayFrom(entry));
       }
-    }
-  }
-  return rows;
-}
-
-std::vector<DesktopDisplay> RawSpaces::displays() const {
-  std::vector<DesktopDisplay> displays;
-  for (const auto& entry : list_.is_array() ? list_ : PropertyList::array()) {
-    if (!isDisplay(entry)) {
-      continue;
-    }
-    auto& display = displays.emplace_back(DesktopDisplay{entry[identifierKey], {}, currentOf(entry), false});
-    std::int64_t index = 0;
-    for (const auto& space : entry[spacesKey]) {
-      if (const auto id = idOf(space)) {
-        const auto uuid = space.find("uuid");
-        std::optional<ProcessID> fullscreenPID;
-        if (const auto pid = integerAt(space, "pid"); pid && !isOrdinary(space) && std::in_range<ProcessID>(*pid)) {
-          fullscreenPID = static_cast<ProcessID>(*pid);
-        }
-        display.spaces.push_back({*id, uuid != space.end() && uuid->is_string() ? uuid->get<std::string>() : "", index,
-                                  !isOrdinary(space), fullscreenPID});
-      }
-      ++index;
     }
   }
   return displays;
 }
 
 std::optional<std::string> RawSpaces::displayOf(ManagedSpaceID space) const {
-  for (const auto& row : rows()) {
-    if (std::ranges::find(row.spaces, space, &DockSpace::id) != row.spaces.end()) {
-      return row.display;
+  for (const auto& row : displays()) {
+    if (std::ranges::find(row.spaces, space, &DesktopSpace::id) != row.spaces.end()) {
+      return row.id;
     }
   }
   return std::nullopt;
 }
 
 std::optional<ManagedSpaceID> RawSpaces::activeOn(std::string_view display) const {
-  for (const auto& row : rows()) {
-    if (row.display == display) {
-      return row.active;
+  for (const auto& row : displays()) {
+    if (row.id == display) {
+      return row.current;
     }
   }
   return std::nullopt;
 }
 
 bool RawSpaces::isActive(ManagedSpaceID space) const {
-  return std::ranges::any_of(rows(), [&](const DesktopRow& row) { return row.active == space; });
+  return std::ranges::any_of(displays(), [&](const DesktopDisplay& row) { return row.current == space; });
 }
 
 PropertyList* RawSpaces::displayEntry(std::string_view display) {
@@ -181,7 +171,7 @@ bool RawSpaces::activate(ManagedSpaceID space) {
 }
 
 ManagedSpaceID RawSpaces::newID() {
-  for (const auto& row : rows()) {
+  for (const auto& row : displays()) {
     for (const auto& space : row.spaces) {
       if (space.id < idLimit) {
         lastNewID_ = std::max(lastNewID_, space.id);
@@ -212,10 +202,10 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space, std::optio
   if (entry == nullptr) {
     return std::nullopt;
   }
-  const auto row = rowOf(*entry).spaces;
-  const auto at = std::ranges::find(row, space, &DockSpace::id);
-  const auto ordinary = std::ranges::count_if(row, &DockSpace::ordinary);
-  if (row.size() < 2 || (at->ordinary && ordinary < 2)) {
+  const auto row = displayFrom(*entry).spaces;
+  const auto at = std::ranges::find(row, space, &DesktopSpace::id);
+  const auto ordinary = std::ranges::count(row, false, &DesktopSpace::isFullscreen);
+  if (row.size() < 2 || (!at->isFullscreen && ordinary < 2)) {
     return std::nullopt;
   }
   const auto heir = chosen ? *chosen : at == row.begin() ? std::next(at)->id : std::prev(at)->id;
@@ -229,8 +219,8 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space, std::optio
 }
 
 void RawSpaces::arrange(const std::vector<ManagedSpaceID>& ids) {
-  const auto displays = rows();
-  auto* const entry = displays.empty() ? nullptr : displayEntry(displays.front().display);
+  const auto all = displays();
+  auto* const entry = all.empty() ? nullptr : displayEntry(all.front().id);
   if (entry != nullptr) {
     auto& spaces = (*entry)[spacesKey];
     spaces = PropertyList::array();
@@ -242,8 +232,8 @@ void RawSpaces::arrange(const std::vector<ManagedSpaceID>& ids) {
 
 std::vector<ManagedSpaceID> RawSpaces::renumber(const std::vector<ManagedSpaceID>& ids) {
   std::vector<ManagedSpaceID> before;
-  const auto displays = rows();
-  auto* const entry = displays.empty() ? nullptr : displayEntry(displays.front().display);
+  const auto all = displays();
+  auto* const entry = all.empty() ? nullptr : displayEntry(all.front().id);
   if (entry == nullptr) {
     return before;
   }
@@ -315,8 +305,8 @@ void RawSpaces::removeDisplay(std::string_view display) {
   }
   auto removed = std::move(*leaving);
   list_.erase(list_.begin() + (leaving - &list_.front()));
-  const auto left = rows();
-  auto* const heir = left.empty() ? nullptr : displayEntry(left.front().display);
+  const auto left = displays();
+  auto* const heir = left.empty() ? nullptr : displayEntry(left.front().id);
   if (heir != nullptr) {
     auto& kept = (*heir)[spacesKey];
     kept.insert(kept.end(), removed[spacesKey].begin(), removed[spacesKey].end());

@@ -7,7 +7,6 @@
 
 #include "platform/desktop.h"
 #include "platform/property_list.h"
-#include "platform/simulated/desktop_operations.h"
 
 namespace tallowin {
 
@@ -23,10 +22,7 @@ class RawSpaces {
   /// The list as the window server hands it out; null when it hands out nothing.
   [[nodiscard]] const PropertyList& list() const { return list_; }
 
-  /// The well-formed displays with their well-formed Spaces.
-  [[nodiscard]] std::vector<DesktopRow> rows() const;
-
-  /// The same with all that there is to say of them; no display is the menu bar's.
+  /// The well-formed displays with their well-formed Spaces; none is the menu bar's.
   [[nodiscard]] std::vector<DesktopDisplay> displays() const;
 
   /// The identifier of the display that has this Space, or nothing.

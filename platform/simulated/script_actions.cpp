@@ -95,11 +95,11 @@ void onWindow(Parts& desktop, WindowNumber number, Change change) {
 }
 
 void addSpace(Parts& desktop, std::optional<std::string> display) {
-  const auto rows = desktop.spaces.rows();
+  const auto rows = desktop.spaces.displays();
   if (const auto places = desktop.spaces.places()) {
     desktop.spaces.setDesktopCount(places->size() + 1);
   } else if (display || !rows.empty()) {
-    desktop.spaces.addDesktop(display.value_or(rows.empty() ? "" : rows.front().display));
+    desktop.spaces.addDesktop(display.value_or(rows.empty() ? "" : rows.front().id));
   }
 }
 

@@ -211,12 +211,12 @@ void SimulatedDock::step(int steps, SwitchCause cause) {
 }
 
 /// The Space that steps count from: the one that the display is heading for, else the active one.
-std::optional<ManagedSpaceID> SimulatedDock::departure(Heading& heading, const DesktopRow& row) const {
+std::optional<ManagedSpaceID> SimulatedDock::departure(Heading& heading, const DesktopDisplay& row) const {
   const Duration since(clock_.machAbsoluteTime() - heading.since);  // a tick is a nanosecond
-  if (heading.space == row.active || since > patience) {
+  if (heading.space == row.current || since > patience) {
     heading.space.reset();
   }
-  return heading.space ? heading.space : row.active;
+  return heading.space ? heading.space : row.current;
 }
 
 void SimulatedDock::perform(const std::string& display) {
@@ -225,13 +225,13 @@ void SimulatedDock::perform(const std::string& display) {
   if (behaviour_.screenLocked()) {
     return;
   }
-  const auto rows = desktops_.rows();
-  const auto row = std::ranges::find(rows, display, &DesktopRow::display);
+  const auto rows = desktops_.displays();
+  const auto row = std::ranges::find(rows, display, &DesktopDisplay::id);
   if (row == rows.end()) {
     return;
   }
   const auto from = departure(heading, *row);
-  const auto at = std::ranges::find_if(row->spaces, [&](const DockSpace& space) { return space.id == from; });
+  const auto at = std::ranges::find_if(row->spaces, [&](const DesktopSpace& space) { return space.id == from; });
   if (at == row->spaces.end()) {
     return;
   }
@@ -248,12 +248,12 @@ void SimulatedDock::switchToDesktop(std::size_t number) {
     return;
   }
   std::size_t seen = 0;
-  for (const auto& row : desktops_.rows()) {
+  for (const auto& row : desktops_.displays()) {
     for (const auto& space : row.spaces) {
-      if (!space.ordinary || ++seen != number) {
+      if (space.isFullscreen || ++seen != number) {
         continue;
       }
-      auto& heading = headings_[row.display];
+      auto& heading = headings_[row.id];
       heading.steps = 0;
       heading.work.cancel();
       if (departure(heading, row) != space.id) {

@@ -78,7 +78,7 @@ class SimulatedDock {
   bool pressHotKey(const SimulatedEvent& event);
   void switchToDesktop(std::size_t number);
   void head(Heading& heading, ManagedSpaceID space, SwitchCause cause);
-  [[nodiscard]] std::optional<ManagedSpaceID> departure(Heading& heading, const DesktopRow& row) const;
+  [[nodiscard]] std::optional<ManagedSpaceID> departure(Heading& heading, const DesktopDisplay& row) const;
 
   DesktopOperations& desktops_;
   const SymbolicHotKeys& hotKeys_;

@@ -13,12 +13,12 @@ constexpr std::size_t mostDesktops = 64;
 std::optional<std::string> SimulatedSpaces::displayUnderPointer() {
   const auto* const pointed = state_.displayAt(state_.pointer);
   std::optional<std::string> shared;
-  for (const auto& [display, spaces, active] : rows()) {
+  for (const auto& row : displays()) {
     // "Main" is the main display, or all of them where they share their Spaces.
-    if (display == "Main") {
-      shared = display;
-    } else if (pointed != nullptr && state_.displayNamed(display) == pointed) {
-      return display;
+    if (row.id == "Main") {
+      shared = row.id;
+    } else if (pointed != nullptr && state_.displayNamed(row.id) == pointed) {
+      return row.id;
     }
   }
   return pointed != nullptr ? shared : std::nullopt;
@@ -120,8 +120,8 @@ void SimulatedSpaces::announceCount(const std::string& display, bool activeHasGo
 
 void SimulatedSpaces::keepPlaces(Storage& storage, const std::filesystem::path& file) {
   places_.emplace(storage, file, true);
-  if (const auto displays = rows(); !displays.empty() && !displays.front().spaces.empty()) {
-    places_->countSeen(displays.front().spaces.size());
+  if (const auto all = displays(); !all.empty() && !all.front().spaces.empty()) {
+    places_->countSeen(all.front().spaces.size());
     renumber();
   }
 }
@@ -139,13 +139,13 @@ void SimulatedSpaces::renumber() {
 }
 
 void SimulatedSpaces::setDesktopCount(std::size_t count) {
-  const auto before = rows();
+  const auto before = displays();
   if (!places_ || before.empty() || count < 1 || count > mostDesktops) {
     return;
   }
   const auto& row = before.front();
   for (auto size = row.spaces.size(); size < count; ++size) {
-    state_.spaces.addDesktop(row.display);
+    state_.spaces.addDesktop(row.id);
   }
   for (auto size = row.spaces.size(); size > count; --size) {
     takeAway(row.spaces[size - 1].id);
@@ -153,7 +153,7 @@ void SimulatedSpaces::setDesktopCount(std::size_t count) {
   places_->countSeen(count);
   renumber();
   journal_.record("desktopCount", {{"count", count}});
-  announceCount(row.display, row.active && state_.spaces.activeOn(row.display) != row.active);
+  announceCount(row.id, row.current && state_.spaces.activeOn(row.id) != row.current);
 }
 
 std::optional<std::vector<ManagedSpaceID>> SimulatedSpaces::places() {
@@ -192,8 +192,8 @@ void SimulatedSpaces::announceList() {
 
 void SimulatedSpaces::replaceList(PropertyList list) {
   state_.spaces = RawSpaces(std::move(list));
-  if (const auto displays = rows(); places_ && !displays.empty() && !displays.front().spaces.empty()) {
-    places_->countSeen(displays.front().spaces.size());
+  if (const auto all = displays(); places_ && !all.empty() && !all.front().spaces.empty()) {
+    places_->countSeen(all.front().spaces.size());
     renumber();
   }
   announceList();
@@ -203,7 +203,7 @@ void SimulatedSpaces::connectDisplay(const SimulatedDisplay& display) {
   if (std::ranges::find(state_.displays, display.id, &SimulatedDisplay::id) != state_.displays.end()) {
     return;
   }
-  const auto before = rows();
+  const auto before = displays();
   state_.displays.push_back(display);
   if (!places_) {  // else all displays share the desktops
     state_.spaces.addDisplay(display.uuid);
@@ -211,9 +211,9 @@ void SimulatedSpaces::connectDisplay(const SimulatedDisplay& display) {
   announceList();
   // It may have taken its active Space back from another display.
   for (const auto& row : before) {
-    const auto active = state_.spaces.activeOn(row.display);
-    if (active && active != row.active) {
-      announceActive(row.display, *active);
+    const auto active = state_.spaces.activeOn(row.id);
+    if (active && active != row.current) {
+      announceActive(row.id, *active);
     }
   }
 }
@@ -224,12 +224,12 @@ bool SimulatedSpaces::disconnectDisplay(DisplayID display) {
     return false;
   }
   // The list may write the UUID in another case.
-  for (const auto& row : rows()) {
-    if (row.display != "Main" && state_.displayNamed(row.display) == &*found) {
-      state_.spaces.removeDisplay(row.display);
-      if (state_.menuBarDisplay == row.display) {
-        const auto left = rows();
-        state_.menuBarDisplay = left.empty() ? std::nullopt : std::optional(left.front().display);
+  for (const auto& row : displays()) {
+    if (row.id != "Main" && state_.displayNamed(row.id) == &*found) {
+      state_.spaces.removeDisplay(row.id);
+      if (state_.menuBarDisplay == row.id) {
+        const auto left = displays();
+        state_.menuBarDisplay = left.empty() ? std::nullopt : std::optional(left.front().id);
       }
     }
   }

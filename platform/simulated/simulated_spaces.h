@@ -42,7 +42,7 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
                                                                                        ManagedSpaceID) {};
   std::function<void()> onListChanged = [] {};
 
-  std::vector<DesktopRow> rows() override { return state_.spaces.rows(); }
+  std::vector<DesktopDisplay> displays() override { return state_.spaces.displays(); }
   std::optional<std::string> displayUnderPointer() override;
   void switchTo(ManagedSpaceID space, SwitchCause cause) override;
   bool addDesktop(const std::string& display) override;

@@ -5,14 +5,14 @@
 namespace tallowin {
 
 std::uint64_t SimulatedWindowServer::activeSpace() const {
-  const auto rows = state_.spaces.rows();
-  const DesktopRow* chosen = rows.empty() ? nullptr : &rows.front();
+  const auto rows = state_.spaces.displays();
+  const DesktopDisplay* chosen = rows.empty() ? nullptr : &rows.front();
   for (const auto& row : rows) {
-    if (state_.menuBarDisplay == row.display) {
+    if (state_.menuBarDisplay == row.id) {
       chosen = &row;
     }
   }
-  return chosen == nullptr ? 0 : static_cast<std::uint64_t>(chosen->active.value_or(0));
+  return chosen == nullptr ? 0 : static_cast<std::uint64_t>(chosen->current.value_or(0));
 }
 
 std::vector<ManagedSpaceID> SimulatedWindowServer::spacesOf(WindowNumber window) const {

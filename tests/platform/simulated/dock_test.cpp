@@ -17,17 +17,18 @@ using testing::IsEmpty;
 /// Desktops that remember what they were asked for; switches arrive only when the test says so.
 class FakeDesktops : public DesktopOperations {
  public:
-  std::vector<DesktopRow> rows() override { return displays; }
+  std::vector<DesktopDisplay> displays() override { return all; }
   std::optional<std::string> displayUnderPointer() override {
-    return pointed && *pointed < displays.size() ? std::optional(displays[*pointed].display) : std::nullopt;
+    return pointed && *pointed < all.size() ? std::optional(all[*pointed].id) : std::nullopt;
   }
   void switchTo(ManagedSpaceID space, SwitchCause /*cause*/) override { switched.push_back(space); }
   bool addDesktop(const std::string& /*display*/) override { return false; }
   bool removeDesktop(ManagedSpaceID /*space*/) override { return false; }
 
   // display Left: [1] 2 (full screen 9) 3      display Right: [5] 6
-  std::vector<DesktopRow> displays = {{"Left", {{1, true}, {2, true}, {9, false}, {3, true}}, 1},
-                                      {"Right", {{5, true}, {6, true}}, 5}};
+  static DesktopSpace space(ManagedSpaceID id, bool isFullscreen = false) { return {id, "", 0, isFullscreen, {}}; }
+  std::vector<DesktopDisplay> all = {{"Left", {space(1), space(2), space(9, true), space(3)}, 1},
+                                     {"Right", {space(5), space(6)}, 5}};
   std::optional<std::size_t> pointed = 0;
   std::vector<ManagedSpaceID> switched;
 };
@@ -113,10 +114,10 @@ class SimulatedDockTest : public testing::Test {
 
   /// The switch that was asked for last has taken place.
   void arrive() {
-    for (auto& row : desktops.displays) {
-      if (std::ranges::find(row.spaces, desktops.switched.back(), &DockSpace::id) != row.spaces.end()) {
-        row.active = desktops.switched.back();
-        dock.activeSpaceChanged(row.display);
+    for (auto& row : desktops.all) {
+      if (std::ranges::find(row.spaces, desktops.switched.back(), &DesktopSpace::id) != row.spaces.end()) {
+        row.current = desktops.switched.back();
+        dock.activeSpaceChanged(row.id);
       }
     }
   }

@@ -148,10 +148,22 @@ PropertyList malformedInPlaces() {
     {"Display Identifier": "B", "Current Space": {"ManagedSpaceID": 3}, "Spaces": [{"ManagedSpaceID": 3}]}])");
 }
 
+/// Each display with its Spaces: [active] and (full screen).
+std::string picture(const RawSpaces& spaces) {
+  std::string text;
+  for (const auto& display : spaces.displays()) {
+    text += display.id + " ";
+    for (const auto& space : display.spaces) {
+      const auto id = std::to_string(space.id);
+      text += (display.current == space.id ? "[" + id + "]" : space.isFullscreen ? "(" + id + ")" : id) + " ";
+    }
+  }
+  return text;
+}
+
 TEST(RawSpacesTest, readsAroundMalformedEntriesAndKeepsThemThroughChanges) {
   RawSpaces spaces(malformedInPlaces());
-  const std::vector<DesktopRow> rows = {{"A", {{1, true}, {2, true}, {9, false}}, 1}, {"B", {{3, true}}, 3}};
-  EXPECT_EQ(spaces.rows(), rows);
+  EXPECT_EQ(picture(spaces), "A [1] 2 (9) B [3] ");
 
   EXPECT_TRUE(spaces.activate(9));
   auto expected = malformedInPlaces();
@@ -164,7 +176,7 @@ TEST(RawSpacesTest, readsAroundMalformedEntriesAndKeepsThemThroughChanges) {
 TEST(RawSpacesTest, desktopsAreAddedBehindTheOrdinaryOnesUnderNewIDs) {
   RawSpaces spaces(malformedInPlaces());
   EXPECT_EQ(spaces.addDesktop("A"), 10);
-  EXPECT_EQ(spaces.rows()[0].spaces, (std::vector<DockSpace>{{1, true}, {2, true}, {10, true}, {9, false}}));
+  EXPECT_EQ(picture(spaces), "A [1] 2 10 (9) B [3] ");
   EXPECT_EQ(spaces.remove(10), 2);
   EXPECT_EQ(spaces.addDesktop("B"), 11) << "ids are not used twice";
   EXPECT_EQ(spaces.addDesktop("C"), std::nullopt);
@@ -184,13 +196,12 @@ TEST(RawSpacesTest, displaysComeAndGoWithTheirSpaces) {
   RawSpaces spaces(malformedInPlaces());
   spaces.addDisplay("C");
   spaces.addDisplay("C");
-  EXPECT_EQ(spaces.rows().back(), (DesktopRow{"C", {{10, true}}, 10}));
+  EXPECT_EQ(picture(spaces), "A [1] 2 (9) B [3] C [10] ");
   spaces.removeDisplay("A");
-  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{3, true}, {1, true}, {2, true}, {9, false}}, 3},
-                                                    {"C", {{10, true}}, 10}}));
+  EXPECT_EQ(picture(spaces), "B [3] 1 2 (9) C [10] ");
   spaces.removeDisplay("B");
   spaces.removeDisplay("C");
-  EXPECT_TRUE(spaces.rows().empty());
+  EXPECT_TRUE(spaces.displays().empty());
 }
 
 TEST(RawSpacesTest, aDisplayThatComesBackGetsItsSpacesBack) {
@@ -200,30 +211,29 @@ TEST(RawSpacesTest, aDisplayThatComesBackGetsItsSpacesBack) {
   EXPECT_TRUE(spaces.activate(1)) << "on B now";
   EXPECT_EQ(spaces.remove(9), 2) << "this one ends while its display is away";
   spaces.addDisplay("a");
-  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{3, true}}, 3}, {"A", {{1, true}, {2, true}}, 2}}))
-      << "under the name it had";
+  EXPECT_EQ(picture(spaces), "B [3] A 1 [2] ") << "under the name it had";
 
   // B's own desktop ends while A is away: B keeps one of those that it has inherited.
   spaces.removeDisplay("A");
   spaces.remove(3);
   spaces.addDisplay("A");
-  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{2, true}}, 2}, {"A", {{1, true}}, 1}}));
+  EXPECT_EQ(picture(spaces), "B [2] A [1] ");
 
   spaces.removeDisplay("A");
   spaces.removeDisplay("B");
-  EXPECT_TRUE(spaces.rows().empty());
+  EXPECT_TRUE(spaces.displays().empty());
   spaces.addDisplay("B");
-  EXPECT_EQ(spaces.rows(), (std::vector<DesktopRow>{{"B", {{2, true}, {1, true}}, 2}})) << "they have waited";
+  EXPECT_EQ(picture(spaces), "B [2] 1 ") << "they have waited";
 }
 
 TEST(RawSpacesTest, hugeIDsAndNoListAtAllAreBorne) {
   RawSpaces huge(PropertyList::parse(
       R"([{"Display Identifier": "A", "Spaces": [{"ManagedSpaceID": 9223372036854775807}, {"ManagedSpaceID": 18446744073709551615}]}])"));
-  EXPECT_EQ(huge.rows()[0].spaces.size(), 1U);
+  EXPECT_EQ(huge.displays()[0].spaces.size(), 1U);
   EXPECT_EQ(huge.addDesktop("A"), 1);
   for (const auto* text : {"null", "5", "{}", R"("text")"}) {
     RawSpaces none(PropertyList::parse(text));
-    EXPECT_TRUE(none.rows().empty());
+    EXPECT_TRUE(none.displays().empty());
     EXPECT_FALSE(none.activate(1));
     EXPECT_EQ(none.remove(1), std::nullopt);
     EXPECT_EQ(none.addDesktop("A"), std::nullopt);
