@@ -11,6 +11,7 @@ namespace tallowin {
 
 namespace {
 
+constexpr std::string_view version("\0\0\0\2", 4);
 constexpr std::ptrdiff_t fixedParts = 4;  // before the fields
 
 std::int64_t clampedToInteger(double value) {
@@ -50,12 +51,15 @@ std::string SimulatedEvent::serialised() const {
   for (const auto& [number, field] : fields) {
     std::visit([&, key = number](auto value) { list.push_back({key, value}); }, field);
   }
-  return list.dump() + '\n' + payload;
+  return std::string(version) + list.dump() + '\n' + payload;
 }
 
 std::optional<SimulatedEvent> SimulatedEvent::deserialised(std::string_view bytes) {
   const auto end = bytes.find('\n');
-  const auto list = end != std::string_view::npos ? parseJSON(bytes.substr(0, end)) : std::unexpected(std::string());
+  if (!bytes.starts_with(version) || end == std::string_view::npos) {
+    return std::nullopt;
+  }
+  const auto list = parseJSON(bytes.substr(version.size(), end - version.size()));
   const auto isNumber = [](const PropertyList& value) { return value.is_number(); };
   if (!list || !list->is_array() || std::ssize(*list) < fixedParts ||
       !std::all_of(list->begin(), list->begin() + fixedParts, isNumber)) {

@@ -36,7 +36,7 @@ struct SimulatedEvent : CGEvent {
   [[nodiscard]] double real(CGEventField field) const;
   [[nodiscard]] std::int64_t type() const { return integer(typeField); }
 
-  /// The serialised form: a line of JSON with the rest of it, then the payload.
+  /// The serialised form: its version, a line of JSON with the rest, then the payload.
   [[nodiscard]] std::string serialised() const;
   /// The event with this serialised form; bytes after its line become its payload. Nothing for anything else.
   [[nodiscard]] static std::optional<SimulatedEvent> deserialised(std::string_view bytes);
