@@ -1,5 +1,6 @@
 // The real machine's services, where they can go wrong: the event loop, files, child processes.
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
