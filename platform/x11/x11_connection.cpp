@@ -102,6 +102,24 @@ X11Property X11Connection::takeProperty(xcb_get_property_cookie_t cookie) {
   return {answer->format, std::string(static_cast<const char*>(xcb_get_property_value(answer.get())), length)};
 }
 
+XcbPtr<xcb_generic_event_t> X11Connection::nextEvent() {
+  if (peekedAt_.empty()) {
+    return XcbPtr<xcb_generic_event_t>(xcb_poll_for_event(connection_));
+  }
+  auto next = std::move(peekedAt_.front());
+  peekedAt_.pop_front();
+  return next;
+}
+
+void X11Connection::peekAtEvents(const std::function<void(const xcb_generic_event_t&)>& look) {
+  while (auto event = XcbPtr<xcb_generic_event_t>(xcb_poll_for_queued_event(connection_))) {
+    peekedAt_.push_back(std::move(event));
+  }
+  for (const auto& event : peekedAt_) {
+    look(*event);
+  }
+}
+
 void X11Connection::selectEvents(xcb_window_t window, std::uint32_t mask) {
   if (window == root()) {
     mask = rootEvents_ |= mask;
@@ -162,7 +180,7 @@ void X11EventPump::drainSoon() {
 void X11EventPump::drain() {
   connection_.endMoment();
   bool any = false;
-  while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.raw())}) {
+  while (const auto event = connection_.nextEvent()) {
     any = true;
     handlers_.event(*event);
   }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <deque>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -83,6 +84,11 @@ class X11Connection {
   /// Waits for it.
   X11Property takeProperty(xcb_get_property_cookie_t cookie);
 
+  /// The next event that has come; null when there is none.
+  XcbPtr<xcb_generic_event_t> nextEvent();
+  /// Shows all events that have come with the replies so far, which nextEvent() gives all the same.
+  void peekAtEvents(const std::function<void(const xcb_generic_event_t&)>& look);
+
   /// Asks for the events of a window, beside those of the root window that were asked for before.
   void selectEvents(xcb_window_t window, std::uint32_t mask);
 
@@ -105,6 +111,7 @@ class X11Connection {
   const xcb_screen_t* const screen_;
   std::array<xcb_atom_t, x11AtomNames.size()> atoms_{};
   std::function<void()> readObserver_ = [] {};
+  std::deque<XcbPtr<xcb_generic_event_t>> peekedAt_;  ///< the next events
   unsigned moment_ = 0;
   std::uint32_t rootEvents_ = 0;  ///< the mask of those that were asked for
 };

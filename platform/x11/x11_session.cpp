@@ -65,6 +65,7 @@ X11Session::X11Session(std::unique_ptr<X11Connection> connection, MainQueue& que
              .connectionLost = std::move(onConnectionLost)}) {}
 
 void X11Session::handle(const xcb_generic_event_t& event) {
+  windowReader_.handle(event);
   desktop_.handle(event);
   applicationChanges_.handle(event);
   windows_.handle(event);

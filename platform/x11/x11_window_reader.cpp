@@ -1,6 +1,8 @@
 #include "platform/x11/x11_window_reader.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <set>
 #include <xcb/res.h>
 
@@ -12,6 +14,10 @@ namespace tallowin {
 struct X11WindowReader::Cookies {
   xcb_window_t window;
   xcb_get_property_cookie_t netName, name, pid, machine, wmClass, desktop, state, type, extents, opacity;
+};
+
+/// Those about where it is, which windows do not tell themselves when their frames move.
+struct X11WindowReader::PlaceCookies {
   xcb_get_geometry_cookie_t geometry;
   xcb_translate_coordinates_cookie_t corner;
 };
@@ -24,11 +30,8 @@ struct Nesting {
   xcb_window_t topLevel = XCB_WINDOW_NONE;
 };
 
-/// The place of each top-level window, the higher the farther in front.
-using Places = std::map<xcb_window_t, std::size_t>;
-
-Places takePlaces(X11Connection& connection, xcb_query_tree_cookie_t cookie) {
-  Places places;
+X11StackingPlaces takePlaces(X11Connection& connection, xcb_query_tree_cookie_t cookie) {
+  X11StackingPlaces places;
   if (const auto tree = connection.reply(xcb_query_tree_reply, cookie)) {
     const auto* children = xcb_query_tree_children(tree.get());
     for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
@@ -43,10 +46,9 @@ xcb_window_t takeParent(X11Connection& connection, xcb_query_tree_cookie_t cooki
   return tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
 }
 
-/// The place of each window's top-level window, 0 where it is not found. Asks once more for windows that lie two deep
-/// in a frame.
-std::vector<std::size_t> placesOf(X11Connection& connection, const std::vector<xcb_window_t>& windows,
-                                  std::vector<Nesting> nestings, const Places& places) {
+/// The top-level window of each window. Asks once more for windows that lie two deep in a frame.
+std::vector<xcb_window_t> topLevelsOf(X11Connection& connection, const std::vector<xcb_window_t>& windows,
+                                      std::vector<Nesting> nestings, const X11StackingPlaces& places) {
   std::set<std::size_t> deeper;
   for (std::size_t i = 0; i < windows.size(); ++i) {
     const auto parent = takeParent(connection, nestings[i].cookie);
@@ -56,13 +58,9 @@ std::vector<std::size_t> placesOf(X11Connection& connection, const std::vector<x
       deeper.insert(i);
     }
   }
-  std::vector<std::size_t> found;
+  std::vector<xcb_window_t> found;
   for (std::size_t i = 0; i < windows.size(); ++i) {
-    if (deeper.contains(i)) {
-      nestings[i].topLevel = takeParent(connection, nestings[i].cookie);
-    }
-    const auto place = places.find(nestings[i].topLevel);
-    found.push_back(place == places.end() ? 0 : place->second);
+    found.push_back(deeper.contains(i) ? takeParent(connection, nestings[i].cookie) : nestings[i].topLevel);
   }
   return found;
 }
@@ -120,12 +118,31 @@ X11WindowReader::Cookies X11WindowReader::request(xcb_window_t window) {
           .state = property(X11Atom::netWmState, XCB_ATOM_ATOM),
           .type = property(X11Atom::netWmWindowType, XCB_ATOM_ATOM),
           .extents = property(X11Atom::netFrameExtents, XCB_ATOM_CARDINAL),
-          .opacity = property(X11Atom::netWmWindowOpacity, XCB_ATOM_CARDINAL),
-          .geometry = xcb_get_geometry(connection_.raw(), window),
+          .opacity = property(X11Atom::netWmWindowOpacity, XCB_ATOM_CARDINAL)};
+}
+
+X11WindowReader::PlaceCookies X11WindowReader::requestPlace(xcb_window_t window) {
+  return {.geometry = xcb_get_geometry(connection_.raw(), window),
           .corner = xcb_translate_coordinates(connection_.raw(), window, connection_.root(), 0, 0)};
 }
 
-std::optional<X11Window> X11WindowReader::take(const Cookies& cookies, const Pids& pids) {
+/// Sets the frame of a window whose properties are known. False when it has gone.
+bool X11WindowReader::takePlace(const PlaceCookies& cookies, X11Window& window) {
+  const auto size = connection_.reply(xcb_get_geometry_reply, cookies.geometry);
+  const auto corner = connection_.reply(xcb_translate_coordinates_reply, cookies.corner);
+  if (!size || !corner) {
+    return false;
+  }
+  // Where the window manager does not tell the decoration's widths a client may have kept a border of its own, around
+  // which requests count.
+  const double border = window.extents ? 0 : size->border_width;
+  window.frame = withExtents({{corner->dst_x - border, corner->dst_y - border},
+                              {static_cast<double>(size->width), static_cast<double>(size->height)}},
+                             window.extents.value_or(FrameExtents{}));
+  return true;
+}
+
+X11Window X11WindowReader::take(const Cookies& cookies, const Pids& pids) {
   const auto property = [&](xcb_get_property_cookie_t cookie) { return connection_.takeProperty(cookie); };
   X11Window window;
   window.id = cookies.window;
@@ -153,17 +170,6 @@ std::optional<X11Window> X11WindowReader::take(const Cookies& cookies, const Pid
   window.layer = windowLayer(parseWords(property(cookies.type)), connection_);
   window.extents = parseFrameExtents(property(cookies.extents));
   window.alpha = parseOpacity(property(cookies.opacity));
-  const auto size = connection_.reply(xcb_get_geometry_reply, cookies.geometry);
-  const auto corner = connection_.reply(xcb_translate_coordinates_reply, cookies.corner);
-  if (!size || !corner || window.pid == self_) {
-    return std::nullopt;
-  }
-  // Where the window manager does not tell the decoration's widths a client may have kept a border of its own, around
-  // which requests count.
-  const double border = window.extents ? 0 : size->border_width;
-  window.frame = withExtents({{corner->dst_x - border, corner->dst_y - border},
-                              {static_cast<double>(size->width), static_cast<double>(size->height)}},
-                             window.extents.value_or(FrameExtents{}));
   return window;
 }
 
@@ -199,6 +205,48 @@ X11WindowReader::Pids X11WindowReader::takePids(std::optional<std::uint32_t> seq
   return pids;
 }
 
+void X11WindowReader::handle(const xcb_generic_event_t& event) {
+  switch (x11EventType(event)) {
+    case XCB_PROPERTY_NOTIFY:
+      known_.erase(x11EventAs<xcb_property_notify_event_t>(event).window);
+      break;
+    case XCB_REPARENT_NOTIFY:
+      known_.erase(x11EventAs<xcb_reparent_notify_event_t>(event).window);
+      break;
+    case XCB_DESTROY_NOTIFY:
+      known_.erase(x11EventAs<xcb_destroy_notify_event_t>(event).window);
+      break;
+    default:
+      break;
+  }
+}
+
+/// Reads the properties of those windows that are not known.
+void X11WindowReader::learn(const std::vector<xcb_window_t>& listed, const X11StackingPlaces& places) {
+  std::erase_if(known_, [present = std::set(listed.begin(), listed.end())](const auto& known) {
+    return !present.contains(known.first);
+  });
+  std::vector<xcb_window_t> unknown;
+  std::ranges::copy_if(listed, std::back_inserter(unknown),
+                       [this](xcb_window_t window) { return !known_.contains(window); });
+  const auto pidsCookie = requestPids(unknown);
+  std::vector<Cookies> cookies;
+  std::vector<Nesting> nestings;
+  for (const auto window : unknown) {
+    cookies.push_back(request(window));
+    nestings.push_back({.cookie = xcb_query_tree(connection_.raw(), window)});
+  }
+  const auto pids = takePids(pidsCookie);
+  std::vector<X11Window> learned;
+  for (const auto& each : cookies) {
+    learned.push_back(take(each, pids));
+  }
+  const auto topLevels = topLevelsOf(connection_, unknown, std::move(nestings), places);
+  for (std::size_t i = 0; i < unknown.size(); ++i) {
+    known_[unknown[i]] = {std::move(learned[i]), topLevels[i]};
+  }
+}
+
 X11WindowSnapshot X11WindowReader::read() {
   const auto listCookie = connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW);
   const auto treeCookie = xcb_query_tree(connection_.raw(), connection_.root());
@@ -207,33 +255,32 @@ X11WindowSnapshot X11WindowReader::read() {
   const auto listed = parseWords(connection_.takeProperty(listCookie));
   snapshot.view = desktops_.take(viewCookies);
   const auto places = takePlaces(connection_, treeCookie);
+  // What changed before these answers has been told with them.
+  connection_.peekAtEvents([this](const xcb_generic_event_t& event) { handle(event); });
 
   numbers_.noteManaged(listed);
   const auto missing = requestMissing(listed);
-  const auto pidsCookie = requestPids(listed);
-  std::vector<Cookies> cookies;
-  std::vector<Nesting> nestings;
-  for (const auto window : listed) {
-    cookies.push_back(request(window));
-    nestings.push_back({.cookie = xcb_query_tree(connection_.raw(), window)});
-  }
-  const auto pids = takePids(pidsCookie);
-  std::vector<std::optional<X11Window>> windows;
-  for (const auto& each : cookies) {
-    windows.push_back(take(each, pids));
-  }
+  std::vector<PlaceCookies> placeCookies;
+  std::ranges::transform(listed, std::back_inserter(placeCookies),
+                         [this](xcb_window_t window) { return requestPlace(window); });
+  learn(listed, places);
   takeMissing(missing);
-  const auto placed = placesOf(connection_, listed, std::move(nestings), places);
 
-  std::vector<std::size_t> order;
-  for (std::size_t i = 0; i < windows.size(); ++i) {
-    if (windows[i]) {
-      order.push_back(i);
+  std::vector<std::pair<std::size_t, X11Window>> found;
+  for (std::size_t i = 0; i < listed.size(); ++i) {
+    auto [window, topLevel] = known_[listed[i]];
+    const auto place = places.find(topLevel);
+    const bool exists = takePlace(placeCookies[i], window);
+    if (!exists || place == places.end()) {
+      known_.erase(listed[i]);
+    }
+    if (exists && window.pid != self_) {
+      found.emplace_back(place == places.end() ? 0 : place->second, std::move(window));
     }
   }
-  std::ranges::stable_sort(order, std::greater(), [&](std::size_t i) { return placed[i]; });
-  for (const auto i : order) {
-    snapshot.windows.push_back(*std::move(windows[i]));
+  std::ranges::stable_sort(found, std::greater(), [](const auto& each) { return each.first; });
+  for (auto& [place, window] : found) {
+    snapshot.windows.push_back(std::move(window));
   }
   return snapshot;
 }
@@ -242,10 +289,11 @@ std::optional<X11Window> X11WindowReader::read(xcb_window_t window) {
   const auto listCookie = connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW);
   const auto pidsCookie = requestPids({window});
   const auto cookies = request(window);
+  const auto placeCookies = requestPlace(window);
   const auto listed = parseWords(connection_.takeProperty(listCookie));
   const auto pids = takePids(pidsCookie);
   auto read = take(cookies, pids);
-  if (!read || !has(listed, window)) {
+  if (!takePlace(placeCookies, read) || read.pid == self_ || !has(listed, window)) {
     return std::nullopt;
   }
   numbers_.noteManaged({window});

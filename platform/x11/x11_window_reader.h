@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -50,6 +51,9 @@ struct X11WindowSnapshot {
                                                                        std::optional<std::uint32_t> desktop,
                                                                        bool sticky);
 
+/// The place of each top-level window, the higher the farther in front.
+using X11StackingPlaces = std::map<xcb_window_t, std::size_t>;
+
 /// Reads managed windows from the server. Windows of this process are left out, and those that the window manager does
 /// not manage. Every window that it has seen has a number. A window that goes away while it is being read is left out,
 /// at no cost to the others. Main thread only.
@@ -59,9 +63,10 @@ class X11WindowReader {
   X11WindowReader(X11Connection& connection, X11DesktopReader& desktops, ProcessID self);
 
   /// All windows, in at most three round trips however many they are: the lists, then everything about every window,
-  /// then the frames of those that lie two deep in one. The order is that of the top-level windows, as what window
-  /// managers say about it (_NET_CLIENT_LIST_STACKING) is wrong or late under several of them; a window whose
-  /// top-level window is not found comes last.
+  /// then the frames of those that lie two deep in one. Of a window that was read before, only its place is asked for,
+  /// if nothing has been told of it since. The order is that of the top-level windows, as what window managers say
+  /// about it (_NET_CLIENT_LIST_STACKING) is wrong or late under several of them; a window whose top-level window is
+  /// not found comes last.
   X11WindowSnapshot read();
 
   /// One window, in one round trip. Nothing when it is not managed.
@@ -74,18 +79,30 @@ class X11WindowReader {
   /// The Spaces that show a window, in one round trip.
   std::optional<std::vector<ManagedSpaceID>> spacesOf(xcb_window_t window);
 
+  /// Takes an event of the server.
+  void handle(const xcb_generic_event_t& event);
+
   /// The numbers of the windows that were read. Must be told of the server's events.
   [[nodiscard]] X11WindowNumbers& numbers() { return numbers_; }
 
  private:
   struct Cookies;
+  struct PlaceCookies;
+  /// What of a window stays until an event tells that it has changed: all but its frame.
+  struct Known {
+    X11Window window;
+    xcb_window_t topLevel = XCB_WINDOW_NONE;
+  };
   using Pids = std::map<std::uint32_t, std::uint32_t>;  ///< client's resource base to process
 
   /// Asks whether windows that have left the list are still managed.
   std::map<xcb_window_t, xcb_get_property_cookie_t> requestMissing(const std::vector<xcb_window_t>& listed);
   void takeMissing(const std::map<xcb_window_t, xcb_get_property_cookie_t>& cookies);
   Cookies request(xcb_window_t window);
-  std::optional<X11Window> take(const Cookies& cookies, const Pids& pids);
+  X11Window take(const Cookies& cookies, const Pids& pids);
+  PlaceCookies requestPlace(xcb_window_t window);
+  bool takePlace(const PlaceCookies& cookies, X11Window& window);
+  void learn(const std::vector<xcb_window_t>& listed, const X11StackingPlaces& places);
   /// Which processes the owners of these windows are, where the server knows.
   std::optional<std::uint32_t> requestPids(const std::vector<xcb_window_t>& windows);
   Pids takePids(std::optional<std::uint32_t> sequence);
@@ -98,6 +115,7 @@ class X11WindowReader {
   const bool knowsPids_;
   const std::vector<std::string> localNames_;
   X11WindowNumbers numbers_;
+  std::map<xcb_window_t, Known> known_;
 };
 
 }  // namespace tallowin

@@ -255,7 +255,8 @@ refused_desktop_change_case() {
   record lacking "Workspaces of i3 are there while something is on them or they are shown; nothing else adds or removes them."
   local before
   before=$(witnessed_desktops)
-  do_command add-desktop
+  pass_if "add-desktop says why not" "tallowin: This window manager does not let desktops be added.
+exit 1" "$(ask tallowin://add-desktop)"
   pass_if_said "Toast: This window manager does not let desktops be added."
   pass_if "nothing is added" "$before" "$(witnessed_desktops)"
 }

@@ -271,6 +271,21 @@ class X11MomentTest : public X11WindowsTest {
   auto spacesOf(xcb_window_t window) { return desktop().spacesOfWindow(window); }
 };
 
+TEST_F(X11MomentTest, AListNeverHasWhatWasChangedBefore) {
+  start();
+  TestClient client;
+  const auto window = open(client, "Editor", "first");
+  windows().list(WindowScope::all);
+  for (const auto* title : {"second", "third"}) {
+    client.setText(window, X11Atom::netWmName, title);
+    client.sync();
+    EXPECT_EQ(windows().list(WindowScope::all)->at(0).title, title) << "in the same turn";
+  }
+  EXPECT_TRUE(windows().setFrame(ref(window), {{50, 60}, {300, 200}}));
+  manager_->waitUntilIdle();
+  EXPECT_EQ(windows().list(WindowScope::all)->at(0).frame, (CGRect{{50, 60}, {300, 200}}));
+}
+
 TEST_F(X11MomentTest, IsOverWithTheTurnAndWithEveryRequest) {
   start();
   TestClient client;
