@@ -78,7 +78,8 @@ std::vector<Backups::Found> Backups::read() const {
     if (auto copy = json ? copyFrom(*json) : std::nullopt) {
       all.push_back({*std::move(copy), *std::move(json)});
     } else {
-      services_.log.error(backupsCategory, "passed over " + path.string() + ": " + (json ? "it is no copy" : json.error()));
+      services_.log.error(backupsCategory,
+                          "passed over " + path.string() + ": " + (json ? "it is no copy" : json.error()));
     }
   }
   return all;

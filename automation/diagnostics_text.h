@@ -7,8 +7,8 @@
 
 #include "base/setting_enumerations.h"
 #include "core/space.h"
-#include "platform/desktop_facts.h"
 #include "platform/desktop.h"
+#include "platform/desktop_facts.h"
 
 namespace tallowin {
 

@@ -37,8 +37,7 @@ void SpaceWatcher::start() {
 }
 
 void SpaceWatcher::observeDesktop() {
-  const bool complete =
-      services_.desktop.observe(lifetime_.bound([this](const DesktopSign& sign) { signSeen(sign); }));
+  const bool complete = services_.desktop.observe(lifetime_.bound([this](const DesktopSign& sign) { signSeen(sign); }));
   if (!complete) {
     services_.log.error(watcherCategory, "WindowServer notifications unavailable, relying on fallbacks");
   }
