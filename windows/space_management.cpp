@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "core/space_provider.h"
-#include "windows/driven/mission_control_driver.h"
 
 namespace tallowin {
 

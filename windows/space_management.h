@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <expected>
-#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -13,24 +11,19 @@
 #include "platform/events.h"
 #include "platform/main_queue.h"
 #include "platform/workspace.h"
+#include "windows/driven/mission_control_driver.h"
 
 namespace tallowin {
-
-class MissionControlDriver;
 
 /// Adds and removes desktops: by asking the desktop for it, or through Mission Control. Main thread only.
 class SpaceManagement {
  public:
-  enum class Failure {
-    unavailable,  ///< this desktop does not do that; Mission Control did not open
-    noButton,
-    notFound,
-  };
-
-  using Result = std::expected<void, Failure>;
+  /// Of a desktop that can be asked, `unavailable` says that it does not do that.
+  using Failure = MissionControlDriver::Failure;
+  using Result = MissionControlDriver::Result;
   /// Runs at most once, on the main thread, maybe inside the call. Success means that a desktop that can be asked has
   /// done it, and of others that the buttons were pressed.
-  using Completion = std::function<void(Result)>;
+  using Completion = MissionControlDriver::Completion;
 
   struct Services {
     AskedDesktop* asked;     ///< the desktop, if it can be asked;

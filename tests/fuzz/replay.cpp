@@ -21,6 +21,7 @@ using Fuzzer = int (*)(const std::uint8_t* data, std::size_t size);
 
 const std::map<std::string, Fuzzer> fuzzers = {
 #define FUZZER(name) {#name, name},
+#include "fuzzers.inc"
 #undef FUZZER
 };
 

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <optional>
+#include <vector>
+
 #include "base/delayed_steps.h"
 #include "platform/driven_services.h"
 #include "platform/events.h"
 #include "platform/main_queue.h"
 #include "platform/workspace.h"
 #include "windows/driven/ax.h"
-#include "windows/space_management.h"
 
 namespace tallowin {
 
@@ -15,11 +20,16 @@ namespace tallowin {
 /// way: it uses the Mission Control that is open or opening. Main thread only.
 class MissionControlDriver {
  public:
-  using Failure = SpaceManagement::Failure;
-  using Result = SpaceManagement::Result;
+  enum class Failure {
+    unavailable,  ///< Mission Control did not open
+    noButton,
+    notFound,
+  };
+
+  using Result = std::expected<void, Failure>;
   /// Runs inside the call if Mission Control is open and has no such button. Success means that the buttons were
   /// pressed. Mission Control has been told to close, unless it never opened or another operation goes on in it.
-  using Completion = SpaceManagement::Completion;
+  using Completion = std::function<void(Result)>;
 
   struct Services {
     DrivenServices& driven;
