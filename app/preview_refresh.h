@@ -23,7 +23,7 @@ class PreviewRefresh {
     SpaceWatcher& watcher;
   };
 
-  explicit PreviewRefresh(Services services) : services_(std::move(services)) {}
+  explicit PreviewRefresh(Services services) : services_(services) {}
   PreviewRefresh(const PreviewRefresh&) = delete;
   PreviewRefresh& operator=(const PreviewRefresh&) = delete;
 

@@ -36,7 +36,7 @@ class TemplateCommands {
     SpaceWatcher& watcher;
   };
 
-  explicit TemplateCommands(Services services) : services_(std::move(services)) {}
+  explicit TemplateCommands(Services services) : services_(services) {}
   TemplateCommands(const TemplateCommands&) = delete;
   TemplateCommands& operator=(const TemplateCommands&) = delete;
 

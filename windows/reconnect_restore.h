@@ -33,7 +33,7 @@ class ReconnectRestore {
     SpaceWatcher& watcher;
   };
 
-  explicit ReconnectRestore(Services services) : services_(std::move(services)) {}
+  explicit ReconnectRestore(Services services) : services_(services) {}
   ReconnectRestore(const ReconnectRestore&) = delete;
   ReconnectRestore& operator=(const ReconnectRestore&) = delete;
 

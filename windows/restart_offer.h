@@ -32,7 +32,7 @@ class RestartOffer {
     SpaceWatcher& watcher;
   };
 
-  explicit RestartOffer(Services services) : services_(std::move(services)) {}
+  explicit RestartOffer(Services services) : services_(services) {}
   RestartOffer(const RestartOffer&) = delete;
   RestartOffer& operator=(const RestartOffer&) = delete;
 

@@ -1,5 +1,7 @@
 #include "platform/linux/lazy_images.h"
 
+#include <utility>
+
 #include "platform/linux/program_module.h"
 
 namespace tallowin {

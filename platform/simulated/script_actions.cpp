@@ -272,103 +272,63 @@ struct Entry {
   Reader read;
 };
 
-// Sorted by name.
-const std::vector<Entry>& actions() {
-  static const std::vector<Entry> entries = {
+// What happens to applications and windows.
+std::vector<Entry> windowActions() {
+  return {
       {"activateApplication", act(
                                   +[](Parts& desktop, ProcessID pid) { desktop.workspace.activate(pid); }, "pid")},
-      {"addSpace", act(addSpace, "display")},
-      {"answerAlert",
-       act(
-           +[](Parts& desktop, Nullable<std::string> button) { desktop.alerts.press(button.value); }, "button")},
-      {"answerRenameDialog",
-       act(
-           +[](Parts& desktop, Nullable<std::string> name) { desktop.user.answerRenameDialog(name.value); }, "name")},
-      {"bounceDock", act(
-                         +[](Parts& desktop, std::uint16_t count, std::optional<Duration> after) {
-                           desktop.spaces.bounceNext(count, after.value_or(ScenarioDock{}.bounceAfter));
-                         },
-                         "count", "after")},
-      {"callDBus", callDBus},
-      {"clickDock", act(+[](Parts& desktop) { desktop.user.clickDock(); })},
       {"closeWindow", act(
                           +[](Parts& desktop, WindowNumber number) {
                             std::erase_if(desktop.state.windows,
                                           [&](const auto& window) { return window.number == number; });
                           },
                           "number")},
-      {"connectDisplay",
-       [](Arguments& arguments) {
-         return onParts([record = readDisplay(arguments)](Parts& desktop) { desktop.connectDisplay(record.display); });
-       }},
-      {"corruptFile", act(onFile<&SimulatedFiles::corrupt>, "path")},
-      {"deleteFile", act(onFile<&SimulatedFiles::take>, "path")},
-      {"disconnectDisplay", act(
-                                +[](Parts& desktop, DisplayID display) { desktop.disconnectDisplay(display); }, "id")},
-      {"failDisk", failDisk},
-      {"fillDisk",
-       act(
-           +[](Parts& desktop, std::optional<std::uint32_t> room) { desktop.files.setRoom(room.value_or(0)); },
-           "room")},
-      {"freeDisk", act(freeDisk)},
       {"hideApplication", act(
                               +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, true); }, "pid")},
-      {"httpRequest", httpRequest},
-      {"interruptCommand",
-       act(
-           +[](Parts& desktop, std::int32_t caller) { desktop.commandChannel.interrupt(caller); }, "caller")},
-      {"jumpClock", jumpClock},
       {"launchApplication", launchApplication},
-      {"listenToDBus", act(+[](Parts& desktop) { desktop.desktopService.listen(); })},
-      {"lockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = true; })},
-      {"makeUnwritable", act(onFile<&SimulatedFiles::setUnwritable, true>, "path")},
-      {"makeWritable", act(onFile<&SimulatedFiles::setUnwritable, false>, "path")},
       {"minimizeWindow", act(
                              +[](Parts& desktop, WindowNumber number, std::optional<bool> minimized) {
                                onWindow(desktop, number,
                                         [&](auto& window) { window.minimized = minimized.value_or(true); });
                              },
                              "number", "minimized")},
-      {"movePointer", act(
-                          +[](Parts& desktop, CGPoint to) { desktop.events.movePointer(to); }, "to")},
       {"moveWindow", moveWindow},
-      {"openURL", act(
-                      +[](Parts& desktop, std::string url) { desktop.urlEvents.open(url); }, "url")},
       {"openWindow", openWindow},
-      {"pressKey", act(
-                       +[](Parts& desktop, KeyArgument key, std::optional<std::uint64_t> modifiers) {
-                         desktop.pressKey(key.code, modifiers.value_or(0));
-                       },
-                       "key", "modifiers")},
-      {"pressMouse", act(+[](Parts& desktop) { desktop.events.pressLeftButton(); })},
-      {"pressSymbolicHotKey", act(
-                                  +[](Parts& desktop, int hotKey) { desktop.pressSymbolicHotKey(hotKey); }, "hotKey")},
-      {"pullTrigger", pullTrigger},
-      {"quit", [](Arguments&) -> ScriptAction { return [](SimulatedDesktop& desktop) { desktop.onQuit(0); }; }},
       {"quitApplication", act(
                               +[](Parts& desktop, ProcessID pid) { desktop.workspace.quit(pid); }, "pid")},
-      {"releaseMouse", act(+[](Parts& desktop) { desktop.events.releaseLeftButton(); })},
-      {"removePreference", act(
-                               +[](Parts& desktop, std::string key) { desktop.preferencesFile.remove(key); }, "key")},
-      {"removeSpace", act(removeSpace, "space")},
-      {"renamePlist", act(+[](Parts& desktop) { desktop.files.replace(Parts::spacesFile(), ""); })},
       {"retitleWindow", act(
                             +[](Parts& desktop, WindowNumber number, std::string title) {
                               onWindow(desktop, number, [&](auto& window) { window.title = title; });
                             },
                             "number", "title")},
-      {"runCommand",
+      {"setResponseTime", setResponseTime},
+      {"unhideApplication",
        act(
-           +[](Parts& desktop, std::vector<std::string> words) { desktop.commandChannel.run(words); }, "arguments")},
-      {"runIntent", runIntent},
-      {"runScriptCommand", runScriptCommand},
+           +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, false); }, "pid")},
+  };
+}
+
+// What happens to Spaces and displays.
+std::vector<Entry> spaceActions() {
+  return {
+      {"addSpace", act(addSpace, "display")},
+      {"bounceDock", act(
+                         +[](Parts& desktop, std::uint16_t count, std::optional<Duration> after) {
+                           desktop.spaces.bounceNext(count, after.value_or(ScenarioDock{}.bounceAfter));
+                         },
+                         "count", "after")},
+      {"connectDisplay",
+       [](Arguments& arguments) {
+         return onParts([record = readDisplay(arguments)](Parts& desktop) { desktop.connectDisplay(record.display); });
+       }},
+      {"disconnectDisplay", act(
+                                +[](Parts& desktop, DisplayID display) { desktop.disconnectDisplay(display); }, "id")},
+      {"pressSymbolicHotKey", act(
+                                  +[](Parts& desktop, int hotKey) { desktop.pressSymbolicHotKey(hotKey); }, "hotKey")},
+      {"removeSpace", act(removeSpace, "space")},
       {"setDesktopCount",
        act(
            +[](Parts& desktop, std::uint16_t count) { desktop.spaces.setDesktopCount(count); }, "count")},
-      {"setGlobalPreference",
-       act(
-           +[](Parts& desktop, std::string key, PropertyList value) { desktop.state.globalPreferences[key] = value; },
-           "key", "value")},
       {"setManagedDisplaySpaces",
        act(
            +[](Parts& desktop, PropertyList list) { desktop.spaces.replaceList(list); }, "list")},
@@ -376,33 +336,103 @@ const std::vector<Entry>& actions() {
        act(
            +[](Parts& desktop, Nullable<std::string> display) { desktop.state.menuBarDisplay = display.value; },
            "display")},
+      {"setRequests",
+       [](Arguments& arguments) {
+         return onParts([record = readRequests(arguments)](Parts& desktop) { record.applyTo(desktop.state.requests); });
+       }},
+      {"setSymbolicHotKey", setSymbolicHotKey},
+      {"switchSpace", act(
+                          +[](Parts& desktop, ManagedSpaceID space) { desktop.spaces.switchNow(space); }, "space")},
+  };
+}
+
+// What happens to files, preferences and the machine.
+std::vector<Entry> machineActions() {
+  return {
+      {"corruptFile", act(onFile<&SimulatedFiles::corrupt>, "path")},
+      {"deleteFile", act(onFile<&SimulatedFiles::take>, "path")},
+      {"failDisk", failDisk},
+      {"fillDisk",
+       act(
+           +[](Parts& desktop, std::optional<std::uint32_t> room) { desktop.files.setRoom(room.value_or(0)); },
+           "room")},
+      {"freeDisk", act(freeDisk)},
+      {"jumpClock", jumpClock},
+      {"lockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = true; })},
+      {"makeUnwritable", act(onFile<&SimulatedFiles::setUnwritable, true>, "path")},
+      {"makeWritable", act(onFile<&SimulatedFiles::setUnwritable, false>, "path")},
+      {"quit", [](Arguments&) -> ScriptAction { return [](SimulatedDesktop& desktop) { desktop.onQuit(0); }; }},
+      {"removePreference", act(
+                               +[](Parts& desktop, std::string key) { desktop.preferencesFile.remove(key); }, "key")},
+      {"renamePlist", act(+[](Parts& desktop) { desktop.files.replace(Parts::spacesFile(), ""); })},
+      {"setGlobalPreference",
+       act(
+           +[](Parts& desktop, std::string key, PropertyList value) { desktop.state.globalPreferences[key] = value; },
+           "key", "value")},
       {"setPermission", setPermission},
       {"setPreference",
        act(
            +[](Parts& desktop, std::string key, PropertyList value) { desktop.preferencesFile.set(key, value); }, "key",
            "value")},
-      {"setRequests",
-       [](Arguments& arguments) {
-         return onParts([record = readRequests(arguments)](Parts& desktop) { record.applyTo(desktop.state.requests); });
-       }},
-      {"setResponseTime", setResponseTime},
-      {"setSymbolicHotKey", setSymbolicHotKey},
       {"sleepScreens", act(post<NotificationName::NSWorkspaceScreensDidSleepNotification>)},
-      {"speak", act(
-                    +[](Parts& desktop, std::string phrase) { desktop.scriptEvents.speak(phrase); }, "phrase")},
-      {"switchSpace", act(
-                          +[](Parts& desktop, ManagedSpaceID space) { desktop.spaces.switchNow(space); }, "space")},
-      {"touch",
-       act(
-           +[](Parts& desktop, std::vector<CGPoint> contacts) { desktop.trackpads.touch(contacts); }, "contacts")},
-      {"unhideApplication",
-       act(
-           +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, false); }, "pid")},
       {"unlockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = false; })},
       {"wake", act(post<NotificationName::NSWorkspaceDidWakeNotification>)},
       {"wakeScreens", act(post<NotificationName::NSWorkspaceScreensDidWakeNotification>)},
       {"writeFile", writeFile},
   };
+}
+
+// What the user and other programs do.
+std::vector<Entry> userActions() {
+  return {
+      {"answerAlert",
+       act(
+           +[](Parts& desktop, Nullable<std::string> button) { desktop.alerts.press(button.value); }, "button")},
+      {"answerRenameDialog",
+       act(
+           +[](Parts& desktop, Nullable<std::string> name) { desktop.user.answerRenameDialog(name.value); }, "name")},
+      {"callDBus", callDBus},
+      {"clickDock", act(+[](Parts& desktop) { desktop.user.clickDock(); })},
+      {"httpRequest", httpRequest},
+      {"interruptCommand",
+       act(
+           +[](Parts& desktop, std::int32_t caller) { desktop.commandChannel.interrupt(caller); }, "caller")},
+      {"listenToDBus", act(+[](Parts& desktop) { desktop.desktopService.listen(); })},
+      {"movePointer", act(
+                          +[](Parts& desktop, CGPoint to) { desktop.events.movePointer(to); }, "to")},
+      {"openURL", act(
+                      +[](Parts& desktop, std::string url) { desktop.urlEvents.open(url); }, "url")},
+      {"pressKey", act(
+                       +[](Parts& desktop, KeyArgument key, std::optional<std::uint64_t> modifiers) {
+                         desktop.pressKey(key.code, modifiers.value_or(0));
+                       },
+                       "key", "modifiers")},
+      {"pressMouse", act(+[](Parts& desktop) { desktop.events.pressLeftButton(); })},
+      {"pullTrigger", pullTrigger},
+      {"releaseMouse", act(+[](Parts& desktop) { desktop.events.releaseLeftButton(); })},
+      {"runCommand",
+       act(
+           +[](Parts& desktop, std::vector<std::string> words) { desktop.commandChannel.run(words); }, "arguments")},
+      {"runIntent", runIntent},
+      {"runScriptCommand", runScriptCommand},
+      {"speak", act(
+                    +[](Parts& desktop, std::string phrase) { desktop.scriptEvents.speak(phrase); }, "phrase")},
+      {"touch",
+       act(
+           +[](Parts& desktop, std::vector<CGPoint> contacts) { desktop.trackpads.touch(contacts); }, "contacts")},
+  };
+}
+
+// Sorted by name.
+const std::vector<Entry>& actions() {
+  static const std::vector<Entry> entries = [] {
+    std::vector<Entry> all;
+    for (const auto& some : {windowActions(), spaceActions(), machineActions(), userActions()}) {
+      std::ranges::copy(some, std::back_inserter(all));
+    }
+    std::ranges::sort(all, {}, &Entry::name);
+    return all;
+  }();
   return entries;
 }
 
