@@ -44,14 +44,13 @@ CONFIG
       ;;
     fluxbox)
       mkdir -p "$HOME/.fluxbox"
-      # Without the overlay the default style runs a program that may put up a window of its own.
-      echo 'background: none' >"$HOME/.fluxbox/overlay"
+      # The default style runs a program for its wallpaper, which may put up a window of its own.
+      ln -s /bin/true "$HOME/.fluxbox/fbsetbg"
       cat >"$HOME/.fluxbox/init" <<'CONFIG'
 session.screen0.workspaces: 4
 session.screen0.toolbar.visible: false
-session.styleOverlay: ~/.fluxbox/overlay
 CONFIG
-      WM_COMMAND=(fluxbox -rc "$HOME/.fluxbox/init")
+      WM_COMMAND=(env "PATH=$HOME/.fluxbox:$PATH" fluxbox -rc "$HOME/.fluxbox/init")
       ;;
     icewm)
       mkdir -p "$HOME/.icewm"
