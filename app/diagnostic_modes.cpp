@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <ios>
 #include <string>
 #include <string_view>
@@ -19,12 +18,6 @@
 namespace tallowin {
 
 namespace {
-
-std::string binary(std::uint32_t bits) {
-  const auto digits = std::bitset<32>(bits).to_string();
-  const auto first = digits.find('1');
-  return first == std::string::npos ? "0" : digits.substr(first);
-}
 
 void print(const Space& space, std::ostream& out) {
   out << "  " << (space.isActive ? '*' : ' ') << " [" << space.indexOnDisplay << "] ";

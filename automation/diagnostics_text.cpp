@@ -1,31 +1,13 @@
 #include "automation/diagnostics_text.h"
 
-#include <bitset>
 #include <ranges>
 
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 
 namespace {
-
-std::string binary(std::uint32_t bits) {
-  const auto digits = std::bitset<32>(bits).to_string();
-  const auto first = digits.find('1');
-  return first == std::string::npos ? "0" : digits.substr(first);
-}
-
-std::string trueOrFalse(bool value) {
-  return value ? "true" : "false";
-}
-
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-  std::string all;
-  for (const auto& text : texts) {
-    all += (all.empty() ? "" : std::string(separator)) + text;
-  }
-  return all;
-}
 
 void appendDesktop(std::vector<std::string>& lines, const DiagnosticFacts& facts) {
   if (!facts.displaySet.empty()) {

@@ -5,6 +5,7 @@
 
 #include "base/decimal_integer.h"
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 
@@ -30,14 +31,6 @@ std::string howToAnswer(const Alert& alert) {
   std::string text = "Answer with: ";
   for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
     text += (index == 0 ? "" : ", or: ") + ("tallowin answer " + argument(alert.buttons[index], index));
-  }
-  return text;
-}
-
-std::string joined(const std::vector<std::string>& buttons) {
-  std::string text;
-  for (const auto& button : buttons) {
-    text += (text.empty() ? "" : ", ") + button;
   }
   return text;
 }
@@ -96,7 +89,7 @@ std::string PendingAlerts::refusal(std::string_view button) const {
   std::string text = "no open question has the button \"" + printable(button) + "\"; what can be answered:";
   for (const auto& open : open_) {
     text += std::string(&open == open_.data() ? "" : ";") + " \"" + open.alert.messageText + "\" with " +
-            joined(open.alert.buttons);
+            joined(open.alert.buttons, ", ");
   }
   return text;
 }

@@ -8,6 +8,7 @@
 
 #include "base/decimal_integer.h"
 #include "base/json_text.h"
+#include "base/words.h"
 
 namespace tallowin {
 
@@ -49,12 +50,6 @@ std::optional<PropertyList> readAs(SettingType type, std::string_view text) {
   return std::nullopt;
 }
 
-std::string joined(std::span<const std::string_view> texts) {
-  return std::accumulate(texts.begin(), texts.end(), std::string(), [](std::string all, std::string_view one) {
-    return std::move(all) + (all.empty() ? "" : ", ") + std::string(one);
-  });
-}
-
 /// How many single-character edits turn one text into the other (Levenshtein distance).
 std::size_t distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
@@ -79,7 +74,7 @@ std::expected<PropertyList, std::string> settingFromText(const Setting& setting,
                            std::string(text) + "\"");
   }
   if (!setting.cases.empty() && std::ranges::find(setting.cases, text) == setting.cases.end()) {
-    return std::unexpected("the setting " + key + " is one of " + joined(setting.cases) + ", not \"" +
+    return std::unexpected("the setting " + key + " is one of " + joined(setting.cases, ", ") + ", not \"" +
                            std::string(text) + "\"");
   }
   return *std::move(value);

@@ -1,4 +1,4 @@
-// Adding and removing desktops: against the emulated Mission Control, and against trees of elements made for the test.
+// Adding and removing desktops: against the simulated Mission Control, and against trees of elements made for the test.
 
 #include "windows/space_management.h"
 

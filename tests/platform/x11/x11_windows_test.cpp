@@ -266,12 +266,12 @@ TEST_F(X11WindowsTest, TellsWhatBecomesOfWindows) {
 }
 
 /// One reading of all windows answers what is asked about each of them, but never what has changed since.
-class X11MomentTest : public X11WindowsTest {
+class X11WindowFreshnessTest : public X11WindowsTest {
  protected:
   auto spacesOf(xcb_window_t window) { return desktop().spacesOfWindow(window); }
 };
 
-TEST_F(X11MomentTest, AListNeverHasWhatWasChangedBefore) {
+TEST_F(X11WindowFreshnessTest, AListNeverHasWhatWasChangedBefore) {
   start();
   TestClient client;
   const auto window = open(client, "Editor", "first");
@@ -286,7 +286,7 @@ TEST_F(X11MomentTest, AListNeverHasWhatWasChangedBefore) {
   EXPECT_EQ(windows().list(WindowScope::all)->at(0).frame, (CGRect{{50, 60}, {300, 200}}));
 }
 
-TEST_F(X11MomentTest, IsOverWithTheTurnAndWithEveryRequest) {
+TEST_F(X11WindowFreshnessTest, IsOverWithTheTurnAndWithEveryRequest) {
   start();
   TestClient client;
   TestClient pager;
