@@ -34,16 +34,12 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                 platform.log}),
       changes_(watcher_, store_, platform.mainQueue),
       nameMirror_({watcher_, store_, changes_, platform.desktop, platform.desktopNames}),
-      browserTabs_(platform.workspace, platform.appleScript),
-      windows_({platform_, storage, settings, paths_, store_, switcher_, browserTabs_.reader(), watcher_,
-                [this](const Space& space) { performer_.switchTo(space); }}),
-      automaticNames_({watcher_, store_, windows_.contents, platform.desktopNames, settings, platform.mainQueue}),
-      records_({platform_, storage, settings, paths_, store_, watcher_, changes_, windows_.contents,
-                windows_.management, programVersion()}),
+      services_{platform, storage, settings, paths_, store_, watcher_, programVersion()},
+      windows_(services_, switcher_, [this](const Space& space) { performer_.switchTo(space); }),
+      automaticNames_(services_, windows_.contents),
+      records_(services_, changes_, windows_.contents, windows_.management),
       automation_(
-          {store_, platform.workspace, platform.processes, platform.events, platform.system, platform.mainQueue,
-           platform.folders, settings, platform.log},
-          [this](const Space& space) { return windows_.isEmpty(space); },
+          services_, [this](const Space& space) { return windows_.isEmpty(space); },
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(platform.files, platform.workspace, platform.folders, platform.log),
       naming_(store_, platform.presentation.renameDialog),
@@ -57,25 +53,24 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                  records_.tracker, automation_, previews_, platform.presentation, platform.mainQueue, platform.log,
                  [this] { return initiatedByUs(); }}),
       underWay_(watcher_, platform.mainQueue),
-      windowCommands_({windows_, watcher_, store_, switcher_, platform.workspace, settings, platform.toasts}),
+      windowCommands_(services_, switcher_, windows_),
       performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
                   noteFiles_, naming_, platform.presentation, platform.pasteboard, underWay_,
                   [this] { return settings_.get(setting::demoMode); },
                   [this](const Space& space) { return windows_.isEmpty(space); },
-                  [this](const Space& space) { return switchTo(space); }}),
+                  [this](const Space& space) { return switchTo(space); },
+                  [this] { return diagnosticsReport(services_, watcher_.latest()); }}),
       feed_({platform.clock, watcher_, store_, changes_, appNames(windows_.contents)}),
       commandRequests_({performer_, underWay_, watcher_, store_, storage,
                         [this](const std::string& url) { return handleURLEvent(url); }}),
       spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
                       appNames(windows_.contents)}),
-      windowRequests_({windows_, watcher_, store_, storage, platform.workspace, settings, platform.clock}),
-      recordRequests_({records_,
-                       [this](const SpaceCommand& command, OutcomeHandler done) {
-                         performer_.perform(command, {}, std::move(done));
-                       },
-                       watcher_, store_, storage, settings, platform.files}),
-      editRequests_(
-          {watcher_, store_, storage, automation_, platform.files, platform.images, appNames(windows_.contents)}),
+      windowRequests_(services_, windows_),
+      recordRequests_(services_, records_,
+                      [this](const SpaceCommand& command, OutcomeHandler done) {
+                        performer_.perform(command, {}, std::move(done));
+                      }),
+      editRequests_(services_, automation_, appNames(windows_.contents)),
       requests_(answers(), underWay_),
       scripting_({platform.scriptEvents, platform.desktopService, watcher_, store_, changes_,
                   [this](const std::string& url) { return handleURLEvent(url); },
@@ -91,7 +86,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
   automaticNames_.onChange = [this] { changes_.tell(); };
   // The profile chosen for the displays comes into use before windows go back to where they were with them.
-  windows_.reconnect.onChange = [this] { records_.automaticProfile.displaysChanged(watcher_.latest()); };
+  windows_.reconnect.onChange = [this] { records_.profiles.displaysChanged(); };
   windows_.contents.onNewWindows = [this](const std::vector<WindowInfo>& windows) {
     windows_.appRules.apply(windows, watcher_.latest());
     pipeline_.updateSpaceDock();

@@ -13,7 +13,6 @@
 #include "app/space_naming.h"
 #include "app/space_pipeline.h"
 #include "automation/automation_runner.h"
-#include "automation/browser_tabs.h"
 #include "automation/edit_requests.h"
 #include "automation/note_files.h"
 #include "automation/record_requests.h"
@@ -24,6 +23,7 @@
 #include "commands/cli/space_requests.h"
 #include "commands/http/local_api.h"
 #include "core/desktop_name_mirror.h"
+#include "core/program_services.h"
 #include "core/state_feed.h"
 #include "platform/platform.h"
 #include "windows/automatic_names.h"
@@ -92,7 +92,7 @@ class AppDelegate {
   SpaceWatcher watcher_;
   SpaceChanges changes_;
   DesktopNameMirror nameMirror_;
-  BrowserTabs browserTabs_;
+  const ProgramServices services_;
   WindowServices windows_;
   AutomaticNames automaticNames_;
   RecordServices records_;

@@ -172,7 +172,7 @@ void CommandPerformer::perform(const command::OpenSettings& /*command*/, const C
 }
 
 void CommandPerformer::perform(const command::Diagnostics& /*command*/, const Call& call) {
-  if (services_.pasteboard.setString(services_.records.transfer.diagnostics(snapshot(), {}))) {
+  if (services_.pasteboard.setString(services_.diagnostics())) {
     services_.toasts.show({"Diagnostics copied", std::nullopt});
     call.answer.done();
   } else {

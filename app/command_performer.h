@@ -49,6 +49,8 @@ class CommandPerformer {
     std::function<bool(const Space&)> isSpaceEmpty;
     /// Switches as this program's own doing. False when the desktop could not even be asked.
     std::function<bool(const Space&)> switchTo;
+    /// The report for support requests.
+    std::function<std::string()> diagnostics;
   };
 
   explicit CommandPerformer(Services services) : services_(std::move(services)) {}

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "app/command_line.h"
-#include "automation/diagnostics_text.h"
 #include "base/settings.h"
 #include "base/storage.h"
+#include "core/program_services.h"
 #include "core/space_provider.h"
 #include "platform/platform.h"
 

@@ -1,6 +1,6 @@
 #include "app/space_pipeline.h"
 
-#include "automation/state_exporter.h"
+#include "automation/record_services.h"
 #include "core/shown_spaces.h"
 
 namespace tallowin {
@@ -27,7 +27,7 @@ void SpacePipeline::activeSpaceChanged(const std::optional<Space>& from, const S
   if (from && !ours) {
     services_.focusMemory.leaving(*from);
   }
-  services_.focusMemory.entered(to, services_.contents);
+  services_.focusMemory.entered(to);
   spaceDockUpdate_ = services_.mainQueue.after(spaceDockDelay, [this] { updateSpaceDock(); });
   record(from, to);
   show(to);

@@ -11,7 +11,7 @@
 #include "core/space_watcher.h"
 #include "platform/log.h"
 #include "platform/presentation.h"
-#include "windows/focus_memory.h"
+#include "windows/conveniences.h"
 #include "windows/space_contents.h"
 #include "windows/space_lock.h"
 

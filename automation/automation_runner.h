@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -9,19 +11,31 @@
 #include <vector>
 
 #include "base/delayed_steps.h"
-#include "base/settings.h"
-#include "core/space.h"
-#include "core/space_meta.h"
-#include "core/space_store.h"
+#include "core/program_services.h"
 #include "platform/events.h"
-#include "platform/folders.h"
-#include "platform/identifiers.h"
-#include "platform/log.h"
-#include "platform/processes.h"
-#include "platform/system.h"
-#include "platform/workspace.h"
 
 namespace tallowin {
+
+/// A key combination that users write as text, such as "cmd+shift+1".
+struct Keystroke {
+  VirtualKeyCode keyCode = 0;
+  std::uint64_t flags = 0;  ///< CGEventFlag
+  bool operator==(const Keystroke&) const = default;
+
+  /// Reads modifiers and a key in any case and order, joined by "+". Of several keys the last one counts. Nothing when
+  /// there is none, or the last one is not known; an empty part is a key that is not known.
+  [[nodiscard]] static std::optional<Keystroke> parse(std::string_view text);
+
+  /// Presses the key combination and releases it as if by hand; does nothing for a text that is none. Main thread only.
+  static void send(std::string_view text, Events& events);
+};
+
+/// The text split at every one of these ASCII characters, each part trimmed. Empty parts stay.
+[[nodiscard]] std::vector<std::string> trimmedParts(std::string_view text, std::string_view separators);
+
+/// The URL to open for what a user wrote: a URL when there is "://" in it, else a file path, in which a leading "~"
+/// stands for the home folder and which begins there when it is relative. Nothing when it is empty or no valid URL.
+[[nodiscard]] std::optional<std::string> openableURL(const std::string& text, const std::filesystem::path& home);
 
 /// A browser with profiles, for whoever lets the user choose one.
 struct ProfileBrowser {
@@ -57,23 +71,12 @@ void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, Proces
 /// thread only.
 class AutomationRunner {
  public:
-  struct Services {
-    const SpaceStore& store;
-    Workspace& workspace;
-    Processes& processes;
-    Events& events;
-    System& system;
-    MainQueue& mainQueue;
-    const Folders& folders;
-    const Settings& settings;
-    Log& log;
-  };
   /// Whether a Space has no windows.
   using IsSpaceEmpty = std::function<bool(const Space&)>;
   /// The applications with a window on a Space.
   using AppsOnSpace = std::function<std::set<ProcessID>(const Space&)>;
 
-  AutomationRunner(Services services, IsSpaceEmpty isSpaceEmpty, AppsOnSpace appsOnSpace);
+  AutomationRunner(const ProgramServices& services, IsSpaceEmpty isSpaceEmpty, AppsOnSpace appsOnSpace);
   AutomationRunner(const AutomationRunner&) = delete;
   AutomationRunner& operator=(const AutomationRunner&) = delete;
 
@@ -99,7 +102,7 @@ class AutomationRunner {
   void runScript(const std::string& command, const Space& space);
   void run(const ProcessRequest& request);
 
-  const Services services_;
+  const ProgramServices& services_;
   const IsSpaceEmpty isSpaceEmpty_;
   const AppsOnSpace appsOnSpace_;
   const BrowserProfiles browserProfiles_;

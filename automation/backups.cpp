@@ -16,7 +16,6 @@ namespace tallowin {
 namespace {
 
 constexpr auto backupsCategory = "Backups";
-constexpr unsigned privateFile = 0600;
 
 std::optional<Backups::Copy> copyFrom(const PropertyList& json) {
   const auto keptAt = property_list::member(json, "exportedAt", property_list::text);
@@ -46,17 +45,17 @@ std::vector<std::pair<int, std::filesystem::path>> Backups::files() const {
 }
 
 void Backups::keep(const std::string& reason) {
-  auto copy = services_.transfer.bundle(services_.store);
+  auto copy = transfer_.bundle();
   copy["reason"] = reason;
   copy[setting::activeProfile.key] = services_.settings.get(setting::activeProfile);
-  if (const auto places = services_.places.places()) {
+  if (const auto places = services_.spacePlaces.places()) {
     copy["places"] = *places;
   }
   auto present = files();
   const int number = present.empty() ? 1 : present.front().first + 1;
   const auto made = services_.files.createDirectory(folder(), privateFolder);
   const auto written = made ? services_.files.writeAtomically(folder() / (std::to_string(number) + ".json"),
-                                                              prettyJSON(copy), privateFile)
+                                                              prettyJSON(copy), onlyTheUser)
                             : made;
   if (!written) {
     services_.log.error(backupsCategory, "kept no copy " + reason + ": " + written.error().description);
@@ -100,12 +99,12 @@ std::optional<Backups::Restored> Backups::restore(std::size_t number) {
   const auto* const saved = property_list::member(content, "places");
   const auto places = saved != nullptr ? desktopIDsFromJson(*saved) : std::nullopt;
   content.erase("places");
-  if (!services_.transfer.takeOver(content, services_.store, [this] { keep("before restore"); })) {
+  if (!transfer_.takeOver(content, [this] { keep("before restore"); })) {
     return std::nullopt;
   }
   const auto profile = property_list::member(content, setting::activeProfile.key, property_list::text);
   services_.settings.set(setting::activeProfile, profile.value_or(""));
-  const bool complete = !places || !services_.places.places() || services_.places.restore(*places);
+  const bool complete = !places || !services_.spacePlaces.places() || services_.spacePlaces.restore(*places);
   return complete ? Restored::all : Restored::withoutDesktops;
 }
 

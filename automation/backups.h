@@ -10,6 +10,7 @@
 
 #include "automation/settings_transfer.h"
 #include "base/app_paths.h"
+#include "core/program_services.h"
 
 namespace tallowin {
 
@@ -19,17 +20,6 @@ namespace tallowin {
 class Backups {
  public:
   static constexpr std::size_t most = 5;
-
-  struct Services {
-    SettingsTransfer& transfer;
-    SpaceStore& store;
-    const Settings& settings;
-    SpacePlaces& places;
-    Files& files;
-    const AppPaths& paths;
-    const Clock& clock;
-    Log& log;
-  };
 
   /// One of them.
   struct Copy {
@@ -43,7 +33,7 @@ class Backups {
     withoutDesktops,  ///< but a desktop that was removed was not seen to be added again
   };
 
-  explicit Backups(Services services) : services_(services) {}
+  Backups(const ProgramServices& services, SettingsTransfer& transfer) : services_(services), transfer_(transfer) {}
 
   /// Makes a copy, in place of the oldest one. That it could not be written is logged, and stops nobody.
   void keep(const std::string& reason);
@@ -67,7 +57,8 @@ class Backups {
   [[nodiscard]] std::vector<std::pair<int, std::filesystem::path>> files() const;
   [[nodiscard]] std::vector<Found> read() const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  SettingsTransfer& transfer_;
 };
 
 /// The list for programs: a list of {"number", "keptAt", "reason"}.

@@ -128,7 +128,7 @@ void EditRequests::edit(RequestJob job) const {
   if (!job.words.json()) {
     job.succeedOnceSaved(services_.storage);
   } else if (job.save(services_.storage)) {
-    job.print(prettyJSON(spaceRecord(*edited, services_.store, services_.apps)));
+    job.print(prettyJSON(spaceRecord(*edited, services_.store, apps_)));
   }
 }
 
@@ -153,7 +153,7 @@ void EditRequests::automation(RequestJob job) const {
     services_.store.setAutomation({}, edited->id);
     job.succeedOnceSaved(services_.storage);
   } else {
-    services_.automation.launch(automation);
+    automation_.launch(automation);
     job.succeed();
   }
 }

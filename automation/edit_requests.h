@@ -3,6 +3,7 @@
 #include "automation/automation_runner.h"
 #include "base/foreign_json.h"
 #include "commands/cli/request_job.h"
+#include "core/program_services.h"
 #include "core/space_state.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
@@ -12,17 +13,8 @@ namespace tallowin {
 /// Requests that change what is said of one Space. Main thread only.
 class EditRequests {
  public:
-  struct Services {
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    Storage& storage;
-    AutomationRunner& automation;
-    Files& files;
-    Images& images;
-    AppNames apps;
-  };
-
-  explicit EditRequests(Services services) : services_(std::move(services)) {}
+  EditRequests(const ProgramServices& services, AutomationRunner& automation, AppNames apps)
+      : services_(services), automation_(automation), apps_(apps) {}
 
   /// Makes this the one who answers them. It must outlive the table.
   void addTo(RequestTable& table);
@@ -36,7 +28,9 @@ class EditRequests {
   [[nodiscard]] std::expected<void, ForeignFault> lookAtIcon(const std::filesystem::path& image) const;
   void setAutomation(const RequestJob& job, const Space& space) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  AutomationRunner& automation_;
+  const AppNames apps_;
 };
 
 }  // namespace tallowin

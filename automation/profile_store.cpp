@@ -5,6 +5,7 @@
 #include "base/date_text.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
+#include "base/record_reader.h"
 #include "base/unicode.h"
 #include "windows/display_set.h"
 
@@ -35,7 +36,7 @@ std::optional<SpaceProfile> profileFromJson(const PropertyList& json) {
   return SpaceProfile{*std::move(name), *std::move(metas), *date};
 }
 
-ProfileStore::ProfileStore(Services services)
+ProfileStore::ProfileStore(const ProgramServices& services)
     : services_(services),
       file_(services.storage, services.paths.supportDirectory() / "profiles.json", "ProfileStore") {}
 
@@ -50,13 +51,7 @@ void ProfileStore::write(const PropertyList& profiles) {
 }
 
 std::vector<SpaceProfile> ProfileStore::list() {
-  std::vector<SpaceProfile> profiles;
-  for (const auto& record : read()) {
-    if (auto profile = profileFromJson(record)) {
-      profiles.push_back(*std::move(profile));
-    }
-  }
-  return profiles;
+  return listFromJson(read(), profileFromJson).value_or(std::vector<SpaceProfile>());
 }
 
 std::vector<std::string> ProfileStore::names() {
@@ -115,14 +110,14 @@ bool ProfileStore::remove(const std::string& name) {
   return removed;
 }
 
-Outcome ProfileCommands::use(const std::string& name) {
-  const auto stored = profiles_.activate(name);
+Outcome ProfileStore::use(const std::string& name) {
+  const auto stored = activate(name);
   if (!stored) {
     const auto message = "No profile is called " + name;
-    toasts_.show({message, std::nullopt, true});
+    services_.toasts.show({message, std::nullopt, true});
     return Outcome::refused(message);
   }
-  toasts_.show({"Profile: " + *stored, "person.crop.rectangle.stack"});
+  services_.toasts.show({"Profile: " + *stored, "person.crop.rectangle.stack"});
   return Outcome::done();
 }
 
@@ -135,37 +130,34 @@ std::string profileList(const std::vector<std::string>& names, const std::string
 }
 
 PropertyList profileRecords(const std::vector<SpaceProfile>& profiles, const std::string& active) {
-  auto records = PropertyList::array();
-  for (const auto& profile : profiles) {
-    records.push_back(
-        {{"name", profile.name}, {"savedAt", iso8601(profile.savedAt)}, {"isActive", profile.name == active}});
-  }
-  return records;
+  return listToJson(profiles, [&](const SpaceProfile& profile) -> PropertyList {
+    return {{"name", profile.name}, {"savedAt", iso8601(profile.savedAt)}, {"isActive", profile.name == active}};
+  });
 }
 
-std::string AutomaticProfile::key(const SpaceSnapshot& snapshot) const {
-  return connectedDisplays(services_.displays, snapshot).key();
+std::string ProfileStore::displaySet() const {
+  return connectedDisplays(services_.displays, services_.watcher.latest()).key();
 }
 
-void AutomaticProfile::displaysChanged(const SpaceSnapshot& snapshot) {
-  const auto choice = chosen(snapshot);
-  if (choice && *choice != services_.settings.get(setting::activeProfile) && services_.profiles.named(*choice)) {
-    services_.commands.use(*choice);
+void ProfileStore::displaysChanged() {
+  const auto choice = chosenForDisplays();
+  if (choice && *choice != services_.settings.get(setting::activeProfile) && named(*choice)) {
+    use(*choice);
   }
 }
 
-std::optional<std::string> AutomaticProfile::chosen(const SpaceSnapshot& snapshot) const {
+std::optional<std::string> ProfileStore::chosenForDisplays() const {
   const auto choices = services_.settings.get(setting::profileByDisplaySetup);
-  const auto found = choices.find(key(snapshot));
+  const auto found = choices.find(displaySet());
   return found != choices.end() ? std::optional(found->second) : std::nullopt;
 }
 
-bool AutomaticProfile::choose(const std::optional<std::string>& profile, const SpaceSnapshot& snapshot) {
+bool ProfileStore::chooseForDisplays(const std::optional<std::string>& profile) {
   auto choices = services_.settings.get(setting::profileByDisplaySetup);
   if (profile) {
-    choices[key(snapshot)] = *profile;
+    choices[displaySet()] = *profile;
   } else {
-    choices.erase(key(snapshot));
+    choices.erase(displaySet());
   }
   return services_.settings.set(setting::profileByDisplaySetup, choices);
 }

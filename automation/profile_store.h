@@ -9,6 +9,7 @@
 #include "base/record_file.h"
 #include "base/settings.h"
 #include "commands/outcome.h"
+#include "core/program_services.h"
 #include "core/space_meta.h"
 #include "core/space_store.h"
 #include "platform/clock.h"
@@ -36,15 +37,7 @@ struct SpaceProfile {
 /// thread only.
 class ProfileStore {
  public:
-  struct Services {
-    SpaceStore& store;
-    const Settings& settings;
-    Storage& storage;
-    const AppPaths& paths;
-    const Clock& clock;
-  };
-
-  explicit ProfileStore(Services services);
+  explicit ProfileStore(const ProgramServices& services);
 
   /// Every profile, in the order of the file.
   [[nodiscard]] std::vector<SpaceProfile> list();
@@ -62,29 +55,30 @@ class ProfileStore {
   /// such profile.
   std::optional<std::string> activate(std::string_view name);
 
+  /// The user's command: activates the profile of this name, and tells the user.
+  Outcome use(const std::string& name);
+
+  /// To be called when a set of displays comes, the first one too: uses the profile that was chosen for it. Who
+  /// switches to another one afterwards keeps it until the next set comes.
+  void displaysChanged();
+
+  /// The profile chosen for the displays that are connected; nothing when there is none.
+  [[nodiscard]] std::optional<std::string> chosenForDisplays() const;
+
+  /// Chooses the profile for these displays, or none. False when that could not be written.
+  bool chooseForDisplays(const std::optional<std::string>& profile);
+
   /// Deletes the profiles of exactly this name. False when there is none.
   bool remove(const std::string& name);
 
  private:
   [[nodiscard]] PropertyList read();
+  [[nodiscard]] std::string displaySet() const;
   void write(const PropertyList& profiles);
   void save(const std::string& name);
 
-  const Services services_;
+  const ProgramServices& services_;
   RecordFile file_;
-};
-
-/// The user's commands about profiles, with what the user is told of them. Main thread only.
-class ProfileCommands {
- public:
-  ProfileCommands(ProfileStore& profiles, Toasts& toasts) : profiles_(profiles), toasts_(toasts) {}
-
-  /// Switches to the profile of this name, ignoring case.
-  Outcome use(const std::string& name);
-
- private:
-  ProfileStore& profiles_;
-  Toasts& toasts_;
 };
 
 /// The profiles for reading, one line each, with "*" before the active one.
@@ -92,33 +86,5 @@ class ProfileCommands {
 
 /// The same for programs: a list of {"name", "savedAt", "isActive"}.
 [[nodiscard]] PropertyList profileRecords(const std::vector<SpaceProfile>& profiles, const std::string& active);
-
-/// Switches to the profile that the user has chosen for a set of displays when that set is connected. Main thread only.
-class AutomaticProfile {
- public:
-  struct Services {
-    ProfileStore& profiles;
-    ProfileCommands& commands;
-    const Settings& settings;
-    Displays& displays;
-  };
-
-  explicit AutomaticProfile(Services services) : services_(services) {}
-
-  /// To be called when a set of displays comes, the first one too. Who switches to another profile afterwards keeps it
-  /// until the next set comes. The user is told.
-  void displaysChanged(const SpaceSnapshot& snapshot);
-
-  /// The profile chosen for the displays that are connected; nothing when there is none.
-  [[nodiscard]] std::optional<std::string> chosen(const SpaceSnapshot& snapshot) const;
-
-  /// Chooses the profile for these displays, or none. False when that could not be written.
-  bool choose(const std::optional<std::string>& profile, const SpaceSnapshot& snapshot);
-
- private:
-  [[nodiscard]] std::string key(const SpaceSnapshot& snapshot) const;
-
-  const Services services_;
-};
 
 }  // namespace tallowin

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "automation/time_text.h"
+#include "automation/time_record.h"
 #include "base/decimal_integer.h"
 #include "base/json_text.h"
 
@@ -78,7 +78,7 @@ void RecordRequests::profile(RequestJob job) const {
 }
 
 void RecordRequests::listProfiles(const RequestJob& job) const {
-  auto& profiles = services_.records.profiles;
+  auto& profiles = records_.profiles;
   const auto active = services_.settings.get(setting::activeProfile);
   if (job.words.namesOnly()) {
     job.printNames(profiles.names());
@@ -89,12 +89,12 @@ void RecordRequests::listProfiles(const RequestJob& job) const {
 }
 
 void RecordRequests::saveProfile(const RequestJob& job, const std::string& name) const {
-  services_.records.profiles.saveCurrent(name);
+  records_.profiles.saveCurrent(name);
   job.succeedOnceSaved(services_.storage);
 }
 
 void RecordRequests::deleteProfile(const RequestJob& job, const std::string& name) const {
-  if (services_.records.profiles.remove(name)) {
+  if (records_.profiles.remove(name)) {
     job.succeedOnceSaved(services_.storage);
   } else {
     job.fail("no profile of exactly this name was deleted: " + name);
@@ -102,11 +102,11 @@ void RecordRequests::deleteProfile(const RequestJob& job, const std::string& nam
 }
 
 void RecordRequests::useProfile(const RequestJob& job, const std::string& name) const {
-  services_.perform(command::Profile{name}, [job](const Outcome& outcome) { job.end(outcome); });
+  perform_(command::Profile{name}, [job](const Outcome& outcome) { job.end(outcome); });
 }
 
 void RecordRequests::useProfileAutomatically(const RequestJob& job, const std::string& name) const {
-  const auto profile = services_.records.profiles.named(name);
+  const auto profile = records_.profiles.named(name);
   if (!profile) {
     job.fail("No profile is called " + name);
   } else {
@@ -119,7 +119,7 @@ void RecordRequests::useNoProfileAutomatically(const RequestJob& job) const {
 }
 
 void RecordRequests::chooseProfile(const RequestJob& job, const std::optional<std::string>& name) const {
-  if (services_.records.automaticProfile.choose(name, services_.watcher.latest())) {
+  if (records_.profiles.chooseForDisplays(name)) {
     job.succeed();
   } else {
     job.fail("the settings could not be written", exit_status::cannotCreate);
@@ -136,7 +136,7 @@ void RecordRequests::layTemplate(RequestJob job) const {
 }
 
 void RecordRequests::listTemplates(const RequestJob& job) const {
-  const auto templates = services_.records.templates.list();
+  const auto templates = records_.templates.list();
   if (job.words.namesOnly()) {
     job.printNames(namesOf(templates));
     return;
@@ -153,11 +153,11 @@ void RecordRequests::listTemplates(const RequestJob& job) const {
 }
 
 void RecordRequests::applyTemplate(const RequestJob& job, const std::string& name) const {
-  services_.perform(command::Template{name}, [job](const Outcome& outcome) { job.end(outcome); });
+  perform_(command::Template{name}, [job](const Outcome& outcome) { job.end(outcome); });
 }
 
 void RecordRequests::importTemplate(const RequestJob& job, const std::string& file) const {
-  if (const auto imported = services_.records.templates.importFile(job.path(file))) {
+  if (const auto imported = records_.templates.importFile(job.path(file))) {
     job.succeedOnceSaved(services_.storage);
   } else {
     job.fail(imported.error());
@@ -166,7 +166,7 @@ void RecordRequests::importTemplate(const RequestJob& job, const std::string& fi
 
 void RecordRequests::exportFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
-  if (const auto exported = services_.records.transfer.exportFile(services_.store, path); !exported) {
+  if (const auto exported = records_.transfer.exportFile(path); !exported) {
     job.fail("Export failed: " + exported.error().description, exit_status::cannotCreate);
   } else if (job.save(services_.storage)) {
     job.print(printable("Exported to " + path.filename().string()) + "\n");
@@ -175,8 +175,8 @@ void RecordRequests::exportFile(RequestJob job) const {
 
 void RecordRequests::importFile(RequestJob job) const {
   const auto path = job.path(job.words.operands.front());
-  const auto keepCopy = [&] { services_.records.backups.keep("before import of " + path.filename().string()); };
-  if (const auto imported = services_.records.transfer.importFile(path, services_.store, keepCopy); !imported) {
+  const auto keepCopy = [&] { records_.backups.keep("before import of " + path.filename().string()); };
+  if (const auto imported = records_.transfer.importFile(path, keepCopy); !imported) {
     job.fail(imported.error());
   } else if (job.save(services_.storage)) {
     job.print(printable("Imported " + path.filename().string()) + "\n");
@@ -184,7 +184,7 @@ void RecordRequests::importFile(RequestJob job) const {
 }
 
 void RecordRequests::restore(RequestJob job) const {
-  auto& backups = services_.records.backups;
+  auto& backups = records_.backups;
   if (job.words.operands.empty()) {
     job.print(job.words.json() ? prettyJSON(backupRecords(backups.list())) : backups.listText());
     return;
@@ -202,11 +202,10 @@ void RecordRequests::restore(RequestJob job) const {
 }
 
 void RecordRequests::time(RequestJob job) const {
-  auto& tracker = services_.records.tracker;
+  auto& tracker = records_.tracker;
   const auto& options = job.words.options;
   const auto names = namesOfTimes(services_.watcher.latest(), services_.store);
   if (const auto file = options.find("--csv"); file != options.end()) {
-    constexpr unsigned onlyTheUser = 0600;
     if (const auto written =
             services_.files.writeAtomically(job.path(file->second), tracker.csv(names) + "\n", onlyTheUser)) {
       job.succeed();
@@ -226,7 +225,7 @@ void RecordRequests::time(RequestJob job) const {
 }
 
 void RecordRequests::diagnostics(RequestJob job) const {
-  job.print(services_.records.transfer.diagnostics(services_.watcher.latest(), {}) + "\n");
+  job.print(diagnosticsReport(services_, services_.watcher.latest()) + "\n");
 }
 
 }  // namespace tallowin

@@ -12,18 +12,11 @@ namespace tallowin {
 /// Requests about profiles, templates, times and what moves between machines. Main thread only.
 class RecordRequests {
  public:
-  struct Services {
-    RecordServices& records;
-    /// Carries out a command, and tells how it went.
-    std::function<void(const SpaceCommand&, OutcomeHandler)> perform;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    Storage& storage;
-    const Settings& settings;
-    Files& files;
-  };
+  /// Carries out a command, and tells how it went.
+  using Perform = std::function<void(const SpaceCommand&, OutcomeHandler)>;
 
-  explicit RecordRequests(Services services) : services_(services) {}
+  RecordRequests(const ProgramServices& services, RecordServices& records, Perform perform)
+      : services_(services), records_(records), perform_(std::move(perform)) {}
 
   /// Makes this the one who answers them. It must outlive the table.
   void addTo(RequestTable& table);
@@ -47,7 +40,9 @@ class RecordRequests {
   void time(RequestJob job) const;
   void diagnostics(RequestJob job) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  RecordServices& records_;
+  const Perform perform_;
 };
 
 }  // namespace tallowin

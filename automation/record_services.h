@@ -1,37 +1,46 @@
 #pragma once
 
-#include <functional>
+#include <string>
 
 #include "automation/backups.h"
+#include "automation/diagnostics.h"
 #include "automation/profile_store.h"
 #include "automation/settings_transfer.h"
 #include "automation/space_templates.h"
-#include "automation/state_exporter.h"
-#include "automation/template_commands.h"
 #include "automation/time_tracker.h"
-#include "base/app_paths.h"
-#include "core/space_watcher.h"
-#include "platform/platform.h"
-#include "windows/space_management.h"
+#include "base/record_file.h"
+#include "base/subscriptions.h"
+#include "core/space_changes.h"
+#include "windows/space_contents.h"
 
 namespace tallowin {
 
+/// Keeps "state.json" in the support folder up to date, for other programs on the machine: the state record as it is
+/// 0.4 seconds after the last change of the Spaces, of what is said of them and of what is on them. Main thread only.
+class StateExporter {
+ public:
+  static constexpr Duration delay = std::chrono::milliseconds(400);
+
+  /// Watches from now on.
+  StateExporter(const ProgramServices& services, SpaceChanges& changes, SpaceContents& contents);
+  StateExporter(const StateExporter&) = delete;
+  StateExporter& operator=(const StateExporter&) = delete;
+
+  /// Writes the file 0.4 seconds after the last call of a run of them; not before the first snapshot, as until then
+  /// nothing is known.
+  void schedule();
+
+ private:
+  const ProgramServices& services_;
+  const SpaceContents& contents_;
+  RecordFile file_;
+  Subscriptions observers_;
+};
+
 /// Everything that keeps records and moves them, put together. Main thread only.
 struct RecordServices {
-  struct Context {
-    const Platform& platform;
-    Storage& storage;
-    const Settings& settings;
-    const AppPaths& paths;
-    SpaceStore& store;
-    SpaceWatcher& watcher;
-    SpaceChanges& changes;
-    SpaceContents& contents;
-    SpaceManagement& management;
-    const ProgramVersion version;
-  };
-
-  explicit RecordServices(const Context& context);
+  RecordServices(const ProgramServices& services, SpaceChanges& changes, SpaceContents& contents,
+                 SpaceManagement& management);
   RecordServices(const RecordServices&) = delete;
   RecordServices& operator=(const RecordServices&) = delete;
 
@@ -41,16 +50,11 @@ struct RecordServices {
 
   TimeTracker tracker;
   ProfileStore profiles;
-  ProfileCommands profileCommands;
-  AutomaticProfile automaticProfile;
   SpaceTemplates templates;
   TemplateCommands templateCommands;
   SettingsTransfer transfer;
   Backups backups;
   StateExporter stateExporter;
 };
-
-/// What must be right for everything to work. May wait for other programs, a second at most.
-[[nodiscard]] std::vector<SetUpCheck> setUpChecks(const Platform& platform, const Storage& storage);
 
 }  // namespace tallowin

@@ -4,14 +4,12 @@
 #include "base/desktop_places.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
-#include "windows/display_set.h"
 
 namespace tallowin {
 
 namespace {
 
 constexpr auto notAnExport = "That file is not a Tallowin export.";
-constexpr unsigned privateFile = 0600;
 /// Far more than there are desktops anywhere.
 constexpr std::size_t mostPlaces = 1024;
 
@@ -65,11 +63,11 @@ bool isBundle(const PropertyList& json) {
   return bundleFromJson(json).has_value();
 }
 
-std::string SettingsTransfer::exportData(const SpaceStore& store) const {
-  return prettyJSON(bundle(store));
+std::string SettingsTransfer::exportData() const {
+  return prettyJSON(bundle());
 }
 
-PropertyList SettingsTransfer::bundle(const SpaceStore& store) const {
+PropertyList SettingsTransfer::bundle() const {
   auto settings = PropertyList::object();
   for (const auto& setting : settingsTable()) {
     const auto value = setting.exported == Exported::yes ? services_.settings.value(setting) : std::nullopt;
@@ -79,26 +77,26 @@ PropertyList SettingsTransfer::bundle(const SpaceStore& store) const {
   }
   PropertyList json = {{"version", 1},
                        {"exportedAt", iso8601(services_.clock.now())},
-                       {"spaces", toJson(store.metas())},
+                       {"spaces", toJson(services_.store.metas())},
                        {"settings", std::move(settings)}};
-  if (const auto places = services_.places.places(); places && !areOneToN(*places)) {
+  if (const auto places = services_.spacePlaces.places(); places && !areOneToN(*places)) {
     json["places"] = *places;
   }
   return json;
 }
 
-std::expected<void, ForeignFault> SettingsTransfer::importData(std::string_view bytes, SpaceStore& store) {
+std::expected<void, ForeignFault> SettingsTransfer::importData(std::string_view bytes) {
   const auto json = parseForeignJSON(bytes);
-  return json ? takeOver(*json, store) : std::unexpected(ForeignFault{notAnExport, json.error(), false});
+  return json ? takeOver(*json) : std::unexpected(ForeignFault{notAnExport, json.error(), false});
 }
 
-std::expected<void, ForeignFault> SettingsTransfer::importFile(const std::filesystem::path& path, SpaceStore& store,
+std::expected<void, ForeignFault> SettingsTransfer::importFile(const std::filesystem::path& path,
                                                                const WillReplace& willReplace) {
   const auto json = readForeignJSON(services_.files, path, notAnExport);
-  return json ? takeOver(*json, store, willReplace) : std::unexpected(json.error());
+  return json ? takeOver(*json, willReplace) : std::unexpected(json.error());
 }
 
-std::expected<void, ForeignFault> SettingsTransfer::takeOver(const PropertyList& bundle, SpaceStore& store,
+std::expected<void, ForeignFault> SettingsTransfer::takeOver(const PropertyList& bundle,
                                                              const WillReplace& willReplace) {
   auto content = bundleFromJson(bundle);
   if (!content) {
@@ -109,36 +107,14 @@ std::expected<void, ForeignFault> SettingsTransfer::takeOver(const PropertyList&
     services_.settings.defaults().setObjects(content->settings);
   }
   if (content->places) {
-    services_.places.adopt(*content->places);
+    services_.spacePlaces.adopt(*content->places);
   }
-  store.replaceAll(std::move(content->spaces));
+  services_.store.replaceAll(std::move(content->spaces));
   return {};
 }
 
-std::expected<void, FileError> SettingsTransfer::exportFile(const SpaceStore& store,
-                                                            const std::filesystem::path& path) const {
-  return services_.files.writeAtomically(path, exportData(store), privateFile, OldMode::replaced);
-}
-
-std::string SettingsTransfer::diagnostics(const SpaceSnapshot& snapshot,
-                                          const std::vector<std::string>& shortcutFailures) const {
-  const auto& s = services_;
-  const auto distribution = s.files.read("/etc/os-release");
-  DiagnosticFacts facts;
-  facts.program = s.program;
-  facts.system = s.system.operatingSystemName() + " " + s.system.operatingSystemVersionString();
-  facts.health = s.desktop.health();
-  facts.accessibility = s.windows.mayChange();
-  facts.screenRecording = s.screenCapture.CGPreflightScreenCaptureAccess();
-  facts.switchMode = s.settings.get(setting::switchMode);
-  facts.displays = snapshot.displays.size();
-  facts.spaces = snapshot.allSpaces().size();
-  facts.checks = s.setUpChecks();
-  facts.shortcutFailures = shortcutFailures;
-  facts.displaySet = connectedDisplays(s.displays, snapshot).key();
-  facts.distribution = distribution ? prettyNameOfOSRelease(*distribution) : std::nullopt;
-  facts.windowManager = s.desktopFacts.windowManager();
-  return diagnosticsText(facts);
+std::expected<void, FileError> SettingsTransfer::exportFile(const std::filesystem::path& path) const {
+  return services_.files.writeAtomically(path, exportData(), onlyTheUser, OldMode::replaced);
 }
 
 }  // namespace tallowin

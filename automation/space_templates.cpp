@@ -95,6 +95,14 @@ std::vector<Space> desktops(const SpaceSnapshot& snapshot) {
   return std::move(display.spaces);
 }
 
+Toast applied(const SpaceTemplate& layout) {
+  return {"Applied " + layout.name + " template", "square.grid.2x2"};
+}
+
+std::size_t spacesOf(const SpaceSnapshot& snapshot) {
+  return snapshot.allSpaces().size();
+}
+
 }  // namespace
 
 const std::vector<SpaceTemplate>& SpaceTemplate::builtIn() {
@@ -103,32 +111,21 @@ const std::vector<SpaceTemplate>& SpaceTemplate::builtIn() {
 }
 
 PropertyList toJson(const SpaceTemplate& layout) {
-  auto slots = PropertyList::array();
-  for (const auto& slot : layout.slots) {
-    slots.push_back(slotToJson(slot));
-  }
-  return {{"name", layout.name}, {"summary", layout.summary}, {"slots", std::move(slots)}};
+  return {{"name", layout.name}, {"summary", layout.summary}, {"slots", listToJson(layout.slots, slotToJson)}};
 }
 
 std::optional<SpaceTemplate> templateFromJson(const PropertyList& json) {
   auto name = property_list::member(json, "name", property_list::text);
   auto summary = property_list::member(json, "summary", property_list::text);
-  const auto* const slots = property_list::member(json, "slots");
-  if (!name || !summary || slots == nullptr || !slots->is_array()) {
+  const auto* const list = property_list::member(json, "slots");
+  auto slots = list != nullptr ? listFromJson(*list, slotFromJson) : std::nullopt;
+  if (!name || !summary || !slots) {
     return std::nullopt;
   }
-  SpaceTemplate layout{*std::move(name), *std::move(summary), {}};
-  for (const auto& element : *slots) {
-    auto slot = slotFromJson(element);
-    if (!slot) {
-      return std::nullopt;
-    }
-    layout.slots.push_back(*std::move(slot));
-  }
-  return layout;
+  return SpaceTemplate{*std::move(name), *std::move(summary), *std::move(slots)};
 }
 
-SpaceTemplates::SpaceTemplates(Services services)
+SpaceTemplates::SpaceTemplates(const ProgramServices& services)
     : services_(services),
       file_(services.storage, services.paths.supportDirectory() / "templates.json", "SpaceTemplates") {}
 
@@ -139,11 +136,8 @@ PropertyList SpaceTemplates::readImported() {
 
 std::vector<SpaceTemplate> SpaceTemplates::list() {
   auto templates = SpaceTemplate::builtIn();
-  for (const auto& record : readImported()) {
-    if (auto imported = templateFromJson(record)) {
-      templates.push_back(*std::move(imported));
-    }
-  }
+  std::ranges::move(listFromJson(readImported(), templateFromJson).value_or(std::vector<SpaceTemplate>()),
+                    std::back_inserter(templates));
   return templates;
 }
 
@@ -226,6 +220,98 @@ std::vector<std::string> SpaceTemplates::installed(const std::vector<std::string
     }
   }
   return paths;
+}
+
+Outcome TemplateCommands::apply(const std::string& name) {
+  const auto layout = templates_.named(name);
+  if (!layout) {
+    const auto message = "No template is called " + name;
+    services_.toasts.show({message, std::nullopt, true});
+    return Outcome::refused(message);
+  }
+  const auto outcome = templates_.apply(*layout, services_.watcher.fresh());
+  if (outcome.missing > 0) {
+    askToAdd(*layout, outcome);
+    return Outcome::notSeen();
+  }
+  services_.toasts.show(applied(*layout));
+  return Outcome::done();
+}
+
+void TemplateCommands::askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome) {
+  const auto missing = outcome.missing;
+  const Alert question{layout.name + " needs " + std::to_string(missing) + " more desktop" + (missing == 1 ? "" : "s"),
+                       "Tallowin set up " + std::to_string(outcome.applied) + std::string(services_.texts().askToAdd),
+                       {"Add Desktops", "Not Now"}};
+  services_.alerts.show(question, lifetime_.bound([this, layout](std::optional<std::size_t> button) {
+    if (button == std::size_t{0}) {
+      addMissing(layout);
+    }
+  }));
+}
+
+/// Others may have added desktops, or removed some, since the question was asked.
+void TemplateCommands::addMissing(const SpaceTemplate& layout) {
+  const auto snapshot = services_.watcher.fresh();
+  const auto missing = SpaceTemplates::outcome(layout, snapshot).missing;
+  const auto wanted = spacesOf(snapshot) + missing;
+  if (missing > 0) {
+    add(layout, missing, wanted);
+  } else {
+    applyWhenThere(layout, wanted, patience);
+  }
+}
+
+void TemplateCommands::add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted) {
+  adding_ = true;
+  management_.addDesktop(lifetime_.bound([this, layout, count, wanted](SpaceManagement::Result result) {
+    if (!result) {
+      adding_ = false;
+      services_.toasts.show({std::string(additionFailure(result.error(), services_.texts())), std::nullopt, true});
+    } else if (count > 1) {
+      const auto pause = management_.showsAtOnce() ? Duration::zero() : closingTime;
+      waiting_ = services_.mainQueue.after(pause, [this, layout, count, wanted] { add(layout, count - 1, wanted); });
+    } else {
+      applyWhenThere(layout, wanted, patience);
+    }
+  }));
+}
+
+void TemplateCommands::applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft) {
+  const auto snapshot = services_.watcher.fresh();
+  if (spacesOf(snapshot) < wanted && patienceLeft > Duration::zero()) {
+    waiting_ = services_.mainQueue.after(pollInterval, [this, layout, wanted, patienceLeft] {
+      applyWhenThere(layout, wanted, patienceLeft - pollInterval);
+    });
+    return;
+  }
+  adding_ = false;
+  const auto outcome = templates_.apply(layout, snapshot);
+  services_.toasts.show(outcome.missing == 0 ? applied(layout)
+                                             : Toast{setUpSentence(outcome, services_.texts()), std::nullopt, true});
+}
+
+std::string setUpSentence(SpaceTemplates::Outcome outcome, const DesktopTexts& texts) {
+  auto sentence = "Set up " + std::to_string(outcome.applied) + " Spaces.";
+  if (outcome.missing > 0) {
+    sentence += " Add " + std::to_string(outcome.missing) + std::string(texts.addAndApplyAgain);
+  }
+  return sentence;
+}
+
+std::string templateList(const std::vector<SpaceTemplate>& templates) {
+  std::size_t width = 0;
+  for (const auto& layout : templates) {
+    width = std::max(width, displayWidth(printable(layout.name)));
+  }
+  std::string text;
+  for (const auto& layout : templates) {
+    const auto name = printable(layout.name);
+    const auto count = layout.slots.size();
+    text += name + std::string(width - displayWidth(name), ' ') + "  " + std::to_string(count) + " Space" +
+            (count == 1 ? " " : "s") + "  " + printable(layout.summary) + '\n';
+  }
+  return text;
 }
 
 }  // namespace tallowin

@@ -3,17 +3,27 @@
 #include <cstddef>
 #include <expected>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/app_paths.h"
+#include "base/desktop_texts.h"
 #include "base/foreign_json.h"
+#include "base/lifetime.h"
 #include "base/record_file.h"
+#include "commands/outcome.h"
+#include "core/program_services.h"
 #include "core/space_store.h"
+#include "core/space_watcher.h"
+#include "platform/alerts.h"
+#include "platform/main_queue.h"
 #include "platform/property_list.h"
+#include "platform/toasts.h"
 #include "platform/workspace.h"
+#include "windows/space_management.h"
 
 namespace tallowin {
 
@@ -49,14 +59,6 @@ struct SpaceTemplate {
 /// folder and read anew every time; a file that cannot be read or understood counts as empty. Main thread only.
 class SpaceTemplates {
  public:
-  struct Services {
-    SpaceStore& store;
-    Workspace& workspace;
-    Files& files;
-    Storage& storage;
-    const AppPaths& paths;
-  };
-
   /// How many Spaces a template was laid onto, and how many it would have needed beyond those there are.
   struct Outcome {
     std::size_t applied = 0;
@@ -64,7 +66,7 @@ class SpaceTemplates {
     bool operator==(const Outcome&) const = default;
   };
 
-  explicit SpaceTemplates(Services services);
+  explicit SpaceTemplates(const ProgramServices& services);
 
   /// Every template, built-in ones first.
   [[nodiscard]] std::vector<SpaceTemplate> list();
@@ -88,8 +90,50 @@ class SpaceTemplates {
   void fill(const SpaceTemplate::Slot& slot, const std::string& id);
   [[nodiscard]] std::vector<std::string> installed(const std::vector<std::string>& bundles);
 
-  const Services services_;
+  const ProgramServices& services_;
   RecordFile file_;
 };
+
+/// The user's commands about templates, with what the user is told and asked. Main thread only.
+class TemplateCommands {
+ public:
+  /// Desktops that were added are looked for this long, this often.
+  static constexpr Duration patience = std::chrono::seconds(3);
+  static constexpr Duration pollInterval = std::chrono::milliseconds(100);
+  /// Mission Control takes so long to close before it can be opened for the next one.
+  static constexpr Duration closingTime = std::chrono::milliseconds(500);
+
+  TemplateCommands(const ProgramServices& services, SpaceTemplates& templates, SpaceManagement& management)
+      : services_(services), templates_(templates), management_(management) {}
+  TemplateCommands(const TemplateCommands&) = delete;
+  TemplateCommands& operator=(const TemplateCommands&) = delete;
+
+  /// Applies the template of this name. When there are too few desktops, asks whether to add the others, and then adds
+  /// them and applies it again; what becomes of that is not waited for.
+  Outcome apply(const std::string& name);
+
+  /// Whether desktops are being added that the template will name.
+  [[nodiscard]] bool isAddingDesktops() const { return adding_; }
+
+ private:
+  void askToAdd(const SpaceTemplate& layout, SpaceTemplates::Outcome outcome);
+  void addMissing(const SpaceTemplate& layout);
+  /// Adds so many desktops, one after the other, until there are `wanted` Spaces.
+  void add(const SpaceTemplate& layout, std::size_t count, std::size_t wanted);
+  void applyWhenThere(const SpaceTemplate& layout, std::size_t wanted, Duration patienceLeft);
+
+  const ProgramServices& services_;
+  SpaceTemplates& templates_;
+  SpaceManagement& management_;
+  WorkItem waiting_;
+  bool adding_ = false;
+  Lifetime lifetime_;
+};
+
+/// What the settings window says of a template that was applied, on such a desktop.
+[[nodiscard]] std::string setUpSentence(SpaceTemplates::Outcome outcome, const DesktopTexts& texts);
+
+/// The templates for reading, one line each: name, number of Spaces, summary. Columns are aligned.
+[[nodiscard]] std::string templateList(const std::vector<SpaceTemplate>& templates);
 
 }  // namespace tallowin

@@ -12,7 +12,7 @@ constexpr double dropped = 6 * 3600;
 
 }  // namespace
 
-TimeTracker::TimeTracker(Services services)
+TimeTracker::TimeTracker(const ProgramServices& services)
     : services_(services),
       file_(services.storage, services.paths.supportDirectory() / "stats.json", "TimeTracker",
             {.delay = saveDelay, .limit = std::nullopt, .isOwed = false, .queue = "tallowin.times"}),

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "automation/time_record.h"
-#include "automation/time_text.h"
 #include "base/app_paths.h"
 #include "base/broadcaster.h"
 #include "base/record_file.h"
 #include "base/settings.h"
+#include "core/program_services.h"
 #include "core/space.h"
 
 namespace tallowin {
@@ -18,16 +18,9 @@ namespace tallowin {
 /// is lost. Main thread only.
 class TimeTracker {
  public:
-  struct Services {
-    Storage& storage;
-    const AppPaths& paths;
-    const Settings& settings;
-    const Clock& clock;
-  };
-
   /// Reads the record. One that is missing, or cannot be read or understood, counts as empty; what was not understood
   /// is kept aside before the record is written.
-  explicit TimeTracker(Services services);
+  explicit TimeTracker(const ProgramServices& services);
   TimeTracker(const TimeTracker&) = delete;
   TimeTracker& operator=(const TimeTracker&) = delete;
 
@@ -61,7 +54,7 @@ class TimeTracker {
   void takeInterval(bool counts);
   void settingsChanged();
 
-  const Services services_;
+  const ProgramServices& services_;
   RecordFile file_;
   TimeRecord days_;
   Broadcaster<> changed_;

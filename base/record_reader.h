@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "platform/property_list.h"
@@ -30,5 +31,30 @@ class RecordReader {
   const PropertyList& record_;
   bool good_;
 };
+
+/// What `read` makes of every element of a list; nothing for anything but a list, or when one of them cannot be read.
+template <typename Read>
+auto listFromJson(const PropertyList& json, const Read& read) {
+  using Values = std::vector<typename std::invoke_result_t<Read, const PropertyList&>::value_type>;
+  auto values = json.is_array() ? std::optional<Values>(std::in_place) : std::nullopt;
+  for (auto element = json.begin(); values && element != json.end(); ++element) {
+    if (auto value = read(*element)) {
+      values->push_back(*std::move(value));
+    } else {
+      values.reset();
+    }
+  }
+  return values;
+}
+
+/// The list of what `write` makes of each value.
+template <typename Values, typename Write>
+PropertyList listToJson(const Values& values, const Write& write) {
+  auto list = PropertyList::array();
+  for (const auto& value : values) {
+    list.push_back(write(value));
+  }
+  return list;
+}
 
 }  // namespace tallowin

@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "automation/time_record.h"
-#include "automation/time_text.h"
 #include "platform/linux/event_loop.h"
 #include "platform/linux/unix_files.h"
 

@@ -21,9 +21,7 @@ class ResidentProgram : public SimulatedProgram {
   void begin() {
     LaunchOptions options;
     options.port = LocalAPI::standardPort;
-    delegate = std::make_unique<AppDelegate>(
-        simulatedPlatform(desktop, spaces, driven, windowService, preferences, images, time), storage, settings,
-        provider, options, error);
+    delegate = std::make_unique<AppDelegate>(platform, storage, settings, provider, options, error);
     delegate->applicationDidFinishLaunching();
   }
 

@@ -112,6 +112,7 @@ class SimulatedProgram {
                               [this](std::string_view key) { return desktop.globalPreference(key); }};
   Settings settings{preferences};
   SpaceProvider provider{spaces, time, desktop.log()};
+  const Platform platform = simulatedPlatform(desktop, spaces, driven, windowService, preferences, images, time);
 
  private:
   static Scenario parsed(std::string_view json) {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/app_paths.h"
-#include "core/space_store.h"
+#include "core/program_services.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -23,6 +23,10 @@ struct StoringProgram : SimulatedProgram {
   SpaceStore store{{desktop.files(), images, desktop.workspace(), desktop.log(), settings, paths},
                    storage,
                    supportFolder + "spaces.json"};
+  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
+                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
+                        desktop.log()}};
+  const ProgramServices services{platform, storage, settings, paths, store, watcher, {"0.1.0", "77"}};
 };
 
 }  // namespace tallowin

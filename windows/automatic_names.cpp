@@ -5,9 +5,10 @@
 
 namespace tallowin {
 
-AutomaticNames::AutomaticNames(Services services) : services_(services) {
+AutomaticNames::AutomaticNames(const ProgramServices& services, SpaceContents& contents)
+    : services_(services), contents_(contents) {
   services_.store.autoNameProvider = [this](const Space& space) { return name(space); };
-  observers_.add(services_.contents.appsBySpace().observeDidChange([this](const AppsBySpace&) { lookSoon(); }));
+  observers_.add(contents_.appsBySpace().observeDidChange([this](const AppsBySpace&) { lookSoon(); }));
   observers_.add(services_.desktopNames.observeOwnNames([this] { lookSoon(); }));
 }
 
@@ -31,12 +32,11 @@ std::optional<std::string> AutomaticNames::name(const Space& space) const {
   if (auto own = ownName(space)) {
     return own;
   }
-  const auto& apps = services_.contents.appsBySpace().get();
-  const auto here = apps.find(space.managedID);
-  if (here == apps.end()) {
+  const auto apps = contents_.apps(space.managedID);
+  if (apps.empty()) {
     return std::nullopt;
   }
-  const auto most = std::ranges::max_element(here->second, [](const AppOnSpace& a, const AppOnSpace& b) {
+  const auto most = std::ranges::max_element(apps, [](const AppOnSpace& a, const AppOnSpace& b) {
     return std::tuple(a.windowIDs.size(), std::string_view(b.name)) <
            std::tuple(b.windowIDs.size(), std::string_view(a.name));
   });

@@ -7,6 +7,7 @@
 
 #include "base/settings.h"
 #include "base/subscriptions.h"
+#include "core/program_services.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/desktop_names.h"
@@ -19,17 +20,8 @@ namespace tallowin {
 /// only.
 class AutomaticNames {
  public:
-  struct Services {
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    SpaceContents& contents;
-    DesktopNames& desktopNames;
-    const Settings& settings;
-    MainQueue& mainQueue;
-  };
-
   /// Gives the store the names from now on.
-  explicit AutomaticNames(Services services);
+  AutomaticNames(const ProgramServices& services, SpaceContents& contents);
   AutomaticNames(const AutomaticNames&) = delete;
   AutomaticNames& operator=(const AutomaticNames&) = delete;
   ~AutomaticNames() { services_.store.autoNameProvider = nullptr; }
@@ -45,7 +37,8 @@ class AutomaticNames {
   [[nodiscard]] std::optional<std::string> ownName(const Space& space) const;
   void look();
 
-  const Services services_;
+  const ProgramServices& services_;
+  SpaceContents& contents_;
   std::map<std::string, std::string> names_;  ///< by Space id, as last looked at
   WorkItem soon_;
   Subscriptions observers_;

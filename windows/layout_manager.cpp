@@ -41,8 +41,12 @@ void MoveTally::close(MainQueue& mainQueue) {
   }
 }
 
-LayoutManager::LayoutManager(Services services)
-    : services_(services), files_(services.storage, services.paths), steps_(services.mainQueue) {}
+LayoutManager::LayoutManager(const ProgramServices& services, SpaceContents& contents, WindowMover& mover)
+    : services_(services),
+      contents_(contents),
+      mover_(mover),
+      files_(services.storage, services.paths),
+      steps_(services.mainQueue) {}
 
 std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
   return connectedDisplays(services_.displays, snapshot).key();
@@ -50,7 +54,7 @@ std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
 
 WindowLayout LayoutManager::capture(std::string_view name, const SpaceSnapshot& snapshot) const {
   WindowLayout layout{std::string(name), services_.clock.now(), displaySetup(snapshot), {}};
-  for (const auto& window : services_.contents.windows().get()) {
+  for (const auto& window : contents_.windows().get()) {
     const auto space = snapshot.managed(window.spaceID);
     if (window.bundleID && space && !space->isFullscreen) {
       layout.entries.push_back({*window.bundleID, window.title, window.frame, space->id, space->displayID});
@@ -75,7 +79,7 @@ std::optional<WindowLayout> LayoutManager::load(std::string_view name, std::stri
 }
 
 void LayoutManager::restore(const WindowLayout& layout, const SpaceSnapshot& snapshot, Completion completion) {
-  const auto windows = services_.contents.windows().get();
+  const auto windows = contents_.windows().get();
   auto tally = tallyFor(std::move(completion));
   for (const auto& match : matchLayout(windows, layout.entries)) {
     const auto& entry = layout.entries[match.entry];
@@ -96,14 +100,14 @@ void LayoutManager::place(const WindowInfo& window, const WindowLayout::Entry& e
 
 void LayoutManager::move(const WindowInfo& window, const Space& space, const SpaceSnapshot& snapshot,
                          MoveTally& tally) {
-  services_.mover.move({window.id, window.pid, window.frame}, space, snapshot, false, false, tally.expect());
+  mover_.move({window.id, window.pid, window.frame}, space, snapshot, false, false, tally.expect());
 }
 
 /// A tally that holds automatic saving until it is complete: a layout saved half way would be the wrong one.
 MoveTally LayoutManager::tallyFor(Completion completion) {
   auto hold = std::make_shared<Subscription>(holdAutoSave());
   return MoveTally(lifetime_.bound([this, hold, completion = std::move(completion)](std::size_t moved) {
-    services_.contents.refresh();
+    contents_.refresh();
     completion(moved);
     hold->cancel();
   }));
@@ -124,7 +128,7 @@ Subscription LayoutManager::holdAutoSave() {
   ++autoSaveHolds_;
   return Subscription(lifetime_.bound([this] {
     if (--autoSaveHolds_ == 0 && autoSaveDue_) {
-      services_.contents.readNow();
+      contents_.readNow();
       autoSave();
     }
   }));
@@ -147,7 +151,7 @@ void LayoutManager::ejectExternalDisplays(const SpaceSnapshot& snapshot, Complet
 void LayoutManager::moveToHomeDisplay(const SpaceSnapshot& snapshot, MoveTally& tally) {
   const auto home = homeDisplay(services_.displays, snapshot);
   for (const auto& [from, to] : home ? planEjection(snapshot, *home) : std::vector<SpaceEjection>()) {
-    for (const auto& window : services_.contents.windows(from.managedID)) {
+    for (const auto& window : contents_.windows(from.managedID)) {
       move(window, to, snapshot, tally);
     }
   }
@@ -155,7 +159,7 @@ void LayoutManager::moveToHomeDisplay(const SpaceSnapshot& snapshot, MoveTally& 
 
 void LayoutManager::moveToHomeMonitor(const std::vector<Monitor>& monitors, MoveTally& tally) {
   std::vector<std::pair<WindowNumber, WindowMover::Completion>> moves;
-  for (const auto& [window, frame] : planEjection(services_.contents.windows().get(), monitors)) {
+  for (const auto& [window, frame] : planEjection(contents_.windows().get(), monitors)) {
     if (services_.windows.setFrame({window.id, window.pid}, frame)) {
       moves.emplace_back(window.id, tally.expect());
     }
@@ -164,8 +168,8 @@ void LayoutManager::moveToHomeMonitor(const std::vector<Monitor>& monitors, Move
     return;
   }
   steps_.after(frameDelay, [this, monitors, moves = std::move(moves)] {
-    services_.contents.readNow();
-    const auto left = planEjection(services_.contents.windows().get(), monitors);
+    contents_.readNow();
+    const auto left = planEjection(contents_.windows().get(), monitors);
     for (const auto& [window, completion] : moves) {
       const bool stayed = std::ranges::any_of(left, [&](const auto& other) { return other.window.id == window; });
       completion(stayed ? WindowMover::Result(std::unexpected(WindowMover::Failure::notMoved)) : WindowMover::Result());

@@ -10,12 +10,12 @@
 #include "base/delayed_steps.h"
 #include "base/lifetime.h"
 #include "commands/commands_under_way.h"
+#include "core/program_services.h"
 #include "core/space_watcher.h"
 #include "platform/clock.h"
 #include "platform/displays.h"
 #include "platform/main_queue.h"
 #include "platform/toasts.h"
-#include "windows/layout_files.h"
 #include "windows/space_contents.h"
 #include "windows/window_layout.h"
 #include "windows/window_mover.h"
@@ -59,20 +59,7 @@ class LayoutManager {
   /// inside the call, and not at all when the manager or the mover is destroyed before.
   using Completion = MoveTally::Completion;
 
-  struct Services {
-    SpaceWatcher& watcher;
-    WindowMover& mover;
-    SpaceContents& contents;
-    Windows& windows;
-    Displays& displays;
-    Storage& storage;
-    const AppPaths& paths;
-    const Settings& settings;
-    MainQueue& mainQueue;
-    const Clock& clock;
-  };
-
-  explicit LayoutManager(Services services);
+  LayoutManager(const ProgramServices& services, SpaceContents& contents, WindowMover& mover);
   LayoutManager(const LayoutManager&) = delete;
   LayoutManager& operator=(const LayoutManager&) = delete;
 
@@ -113,7 +100,9 @@ class LayoutManager {
   [[nodiscard]] MoveTally tallyFor(Completion completion);
   void autoSave();
 
-  const Services services_;
+  const ProgramServices& services_;
+  SpaceContents& contents_;
+  WindowMover& mover_;
   LayoutFiles files_;
   DelayedSteps steps_;
   WorkItem autoSaveTimer_;

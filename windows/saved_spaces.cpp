@@ -1,14 +1,67 @@
 #include "windows/saved_spaces.h"
 
 #include <algorithm>
+#include <iterator>
 
+#include "base/date_text.h"
 #include "base/json_text.h"
+#include "base/record_reader.h"
 #include "base/unicode.h"
-#include "windows/application_opening.h"
+#include "base/uuid.h"
+#include "windows/conveniences.h"
+#include "windows/window_info.h"
 
 namespace tallowin {
 
 namespace {
+
+using Frames = std::map<std::string, std::vector<CGRect>>;
+
+constexpr auto withoutTabsKey = "browsersWithoutTabs";
+
+PropertyList framesToJson(const Frames& frames) {
+  auto json = PropertyList::object();
+  for (const auto& [bundleID, windows] : frames) {
+    json[bundleID] = listToJson(windows, [](const CGRect& frame) { return toJson(frame); });
+  }
+  return json;
+}
+
+std::optional<Frames> framesFromJson(const PropertyList& json) {
+  Frames frames;
+  for (const auto& [bundleID, list] : json.items()) {
+    auto windows = json.is_object() ? listFromJson(list, frameFromJson) : std::nullopt;
+    if (!windows) {
+      return std::nullopt;
+    }
+    frames.emplace(bundleID, *std::move(windows));
+  }
+  return json.is_object() ? std::optional(frames) : std::nullopt;
+}
+
+constexpr std::string_view browsers[] = {"com.apple.Safari",      "com.google.Chrome",          "com.brave.Browser",
+                                         "com.microsoft.edgemac", "company.thebrowser.Browser", "com.vivaldi.Vivaldi"};
+
+/// As a string literal of AppleScript. Names are others' to choose: a quotation mark in one must not end the literal.
+std::string scriptLiteral(std::string_view name) {
+  std::string literal = "\"";
+  for (const char c : name) {
+    if (c == '"' || c == '\\') {
+      literal += '\\';
+    }
+    literal += c;
+  }
+  return literal + '"';
+}
+
+std::optional<std::string> runningName(Workspace& workspace, std::string_view bundleIdentifier) {
+  for (const auto& application : workspace.runningApplicationsWithBundleIdentifier(bundleIdentifier)) {
+    if (application.localizedName) {
+      return application.localizedName;
+    }
+  }
+  return std::nullopt;
+}
 
 constexpr auto savedSpacesCategory = "SavedSpaces";
 constexpr auto closingPatience = std::chrono::milliseconds(300);
@@ -22,14 +75,53 @@ std::string_view description(SavedSpaces::Failure failure) {
 
 }  // namespace
 
-SavedSpaces::SavedSpaces(Services services, BrowserTabsReader browserTabs, RandomBits random)
+PropertyList toJson(const SavedSpace& space) {
+  PropertyList json = {{"id", space.id},     {"name", space.name}, {"savedAt", iso8601(space.savedAt)},
+                       {"apps", space.apps}, {"urls", space.urls}, {"frames", framesToJson(space.frames)}};
+  if (!space.browsersWithoutTabs.empty()) {
+    json[withoutTabsKey] = space.browsersWithoutTabs;
+  }
+  return json;
+}
+
+std::optional<SavedSpace> savedSpaceFromJson(const PropertyList& json) {
+  RecordReader reader(json);
+  auto id = reader.text("id");
+  auto name = reader.text("name");
+  const auto savedAt = dateFromISO8601(reader.text("savedAt").value_or(""));
+  auto apps = reader.textList("apps");
+  auto urls = reader.textList("urls");
+  const auto* const framesJson = reader.member("frames");
+  auto frames = framesJson != nullptr ? framesFromJson(*framesJson) : Frames();
+  auto withoutTabs = reader.textList(withoutTabsKey);
+  if (!reader.good() || !id || !name || !savedAt || !frames) {
+    return std::nullopt;
+  }
+  return SavedSpace{*std::move(id),     *std::move(name),      *savedAt, std::move(apps), std::move(urls),
+                    *std::move(frames), std::move(withoutTabs)};
+}
+
+bool BrowserTabs::isBrowser(std::string_view bundleIdentifier) {
+  return std::ranges::find(browsers, bundleIdentifier) != std::end(browsers);
+}
+
+std::vector<std::string> BrowserTabs::urls(std::string_view bundleIdentifier) const {
+  const auto name = isBrowser(bundleIdentifier) ? runningName(workspace_, bundleIdentifier) : std::nullopt;
+  return name ? appleScript_
+                    .executeAndReturnError("tell application " + scriptLiteral(*name) +
+                                           " to get URL of every tab of front window")
+                    .value_or(std::vector<std::string>())
+              : std::vector<std::string>();
+}
+
+SavedSpaces::SavedSpaces(const ProgramServices& services, const SpaceContents& contents)
     : services_(services),
-      browserTabs_(std::move(browserTabs)),
-      random_(std::move(random)),
+      contents_(contents),
+      browserTabs_(services.workspace, services.appleScript),
       file_(services.storage, services.paths.supportDirectory() / "saved-spaces.json", savedSpacesCategory) {}
 
 std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::save(const Space& space) {
-  const auto windows = services_.contents.windows(space.managedID);
+  const auto windows = contents_.windows(space.managedID);
   if (windows.empty()) {
     return std::unexpected(Failure::noWindows);
   }
@@ -42,7 +134,7 @@ std::expected<SavedSpace, SavedSpaces::Failure> SavedSpaces::save(const Space& s
 
 SavedSpace SavedSpaces::record(const Space& space, const std::vector<WindowInfo>& windows) const {
   SavedSpace saved;
-  saved.id = randomUUID(random_);
+  saved.id = randomUUID([&] { return services_.system.randomBits(); });
   saved.name = services_.store.displayName(space);
   saved.savedAt = services_.clock.now();
   for (const auto& window : windows) {
@@ -74,7 +166,8 @@ void SavedSpaces::addTabs(SavedSpace& space) const {
 PropertyList SavedSpaces::records() {
   const auto parse = [](std::string_view text) -> std::expected<PropertyList, std::string> {
     auto json = parseJSON(text);
-    return json && !savedSpacesFromJson(*json) ? std::unexpected("a record has the wrong form") : std::move(json);
+    return json && !listFromJson(*json, savedSpaceFromJson) ? std::unexpected("a record has the wrong form")
+                                                            : std::move(json);
   };
   return file_.read(parse).value_or(PropertyList::array());
 }
@@ -91,7 +184,7 @@ bool SavedSpaces::append(const SavedSpace& space) {
 }
 
 void SavedSpaces::closeWindows(const Space& space) const {
-  for (const auto& window : services_.contents.windows(space.managedID)) {
+  for (const auto& window : contents_.windows(space.managedID)) {
     services_.windows.close({window.id, window.pid}, closingPatience);
   }
 }
@@ -115,7 +208,7 @@ bool SavedSpaces::opensByTabs(const SavedSpace& space, const std::string& bundle
 }
 
 std::vector<SavedSpace> SavedSpaces::list() {
-  return savedSpacesFromJson(records()).value_or(std::vector<SavedSpace>());
+  return listFromJson(records(), savedSpaceFromJson).value_or(std::vector<SavedSpace>());
 }
 
 std::optional<SavedSpace> SavedSpaces::named(std::string_view name) {

@@ -1,24 +1,60 @@
 #pragma once
 
 #include <expected>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "base/app_paths.h"
 #include "base/record_file.h"
-#include "base/uuid.h"
 #include "commands/outcome.h"
-#include "core/space_store.h"
+#include "core/program_services.h"
+#include "platform/apple_script.h"
 #include "platform/clock.h"
-#include "platform/log.h"
+#include "platform/geometry.h"
+#include "platform/property_list.h"
 #include "platform/toasts.h"
 #include "platform/workspace.h"
-#include "windows/browser_tabs_reader.h"
-#include "windows/saved_space.h"
 #include "windows/space_contents.h"
 
 namespace tallowin {
+
+/// What was open on a Space that was saved and then closed. Its JSON keys are its members' names.
+struct SavedSpace {
+  std::string id;                                     ///< a UUID as text
+  std::string name;                                   ///< what the Space was called
+  Date savedAt;                                       ///< kept to the second
+  std::vector<std::string> apps;                      ///< bundle identifiers, each once
+  std::vector<std::string> urls;                      ///< the tabs of those applications that are browsers
+  std::map<std::string, std::vector<CGRect>> frames;  ///< of the windows, by bundle identifier; origin top left
+  /// Browsers among `apps` of which no tabs could be had, so that nothing in `urls` stands for them. Written only when
+  /// there are any.
+  std::vector<std::string> browsersWithoutTabs;
+  bool operator==(const SavedSpace&) const = default;
+};
+
+[[nodiscard]] PropertyList toJson(const SavedSpace& space);
+
+/// Nothing when a member has the wrong type, or the id, name or date is missing; other missing members read as empty.
+[[nodiscard]] std::optional<SavedSpace> savedSpaceFromJson(const PropertyList& json);
+
+/// Asks browsers for the tabs that they have open. Main thread only.
+class BrowserTabs {
+ public:
+  BrowserTabs(Workspace& workspace, AppleScript& appleScript) : workspace_(workspace), appleScript_(appleScript) {}
+
+  /// Whether the tabs of the application with this bundle identifier can be read. Asks no application.
+  [[nodiscard]] static bool isBrowser(std::string_view bundleIdentifier);
+
+  /// The URLs of the tabs of the browser's front window, in their order; none when it is no such browser, does not run
+  /// or does not answer.
+  [[nodiscard]] std::vector<std::string> urls(std::string_view bundleIdentifier) const;
+
+ private:
+  Workspace& workspace_;
+  AppleScript& appleScript_;
+};
 
 /// Saves what is open on a Space and closes its windows, and opens it again later. Records are kept in
 /// "saved-spaces.json" in the support folder. Main thread only.
@@ -29,18 +65,7 @@ class SavedSpaces {
     notSaved,   ///< the record could not be written, and is not tried again; logged
   };
 
-  struct Services {
-    const SpaceStore& store;
-    const SpaceContents& contents;
-    Windows& windows;
-    Workspace& workspace;
-    Storage& storage;
-    const AppPaths& paths;
-    const Clock& clock;
-    Log& log;
-  };
-
-  SavedSpaces(Services services, BrowserTabsReader browserTabs, RandomBits random);
+  SavedSpaces(const ProgramServices& services, const SpaceContents& contents);
 
   /// Adds a record of what is open on the Space.
   [[nodiscard]] std::expected<SavedSpace, Failure> save(const Space& space);
@@ -67,9 +92,9 @@ class SavedSpaces {
   [[nodiscard]] bool append(const SavedSpace& space);
   [[nodiscard]] bool opensByTabs(const SavedSpace& space, const std::string& bundleID) const;
 
-  const Services services_;
-  const BrowserTabsReader browserTabs_;
-  const RandomBits random_;
+  const ProgramServices& services_;
+  const SpaceContents& contents_;
+  const BrowserTabs browserTabs_;
   RecordFile file_;
 };
 

@@ -79,7 +79,7 @@ constexpr NotificationName triggers[] = {
     NotificationName::NSWorkspaceDidActivateApplicationNotification,
 };
 
-SpaceContentsReading reading(const SpaceContents::Services& services, ProcessID ownPID) {
+SpaceContentsReading reading(const Platform& services, ProcessID ownPID) {
   return readSpaceContents(
       services.windows.list(WindowScope::all),
       {ownPID, [&](ProcessID pid) { return services.workspace.runningApplicationWithProcessIdentifier(pid); },
@@ -102,10 +102,10 @@ SpaceContentsReading readSpaceContents(const std::optional<std::vector<DesktopWi
   return reading;
 }
 
-SpaceContents::SpaceContents(Services services)
+SpaceContents::SpaceContents(const Platform& services)
     : services_(services),
       ownPID_(services.system.processIdentifier()),
-      queue_(services.workQueues.make("tallowin.contents")) {}
+      queue_(services.desktopQueues.make("tallowin.contents")) {}
 
 void SpaceContents::start() {
   isTold_ = services_.windows.observe(lifetime_.bound([this] { changed(); }));
@@ -136,7 +136,7 @@ void SpaceContents::refresh() {
   if (std::exchange(pending_, true)) {
     return;
   }
-  queue_->after(coalescing, [services = services_, ownPID = ownPID_, begun = begun_,
+  queue_->after(coalescing, [&services = services_, ownPID = ownPID_, begun = begun_,
                              arrived = lifetime_.bound([this](SpaceContentsReading found, std::uint64_t number) {
                                pending_ = false;
                                publish(std::move(found), number);
@@ -177,11 +177,24 @@ void SpaceContents::reportNewWindows() {
   }
 }
 
+std::vector<AppOnSpace> SpaceContents::apps(ManagedSpaceID onManagedSpace) const {
+  const auto found = appsBySpace_.get().find(onManagedSpace);
+  return found != appsBySpace_.get().end() ? found->second : std::vector<AppOnSpace>();
+}
+
 std::vector<WindowInfo> SpaceContents::windows(ManagedSpaceID onManagedSpace) const {
   std::vector<WindowInfo> here;
   std::ranges::copy_if(windows_.get(), std::back_inserter(here),
                        [&](const WindowInfo& window) { return window.spaceID == onManagedSpace; });
   return here;
+}
+
+AppNames appNames(const SpaceContents& contents) {
+  return [&contents](const Space& space) {
+    std::vector<std::string> names;
+    std::ranges::transform(contents.apps(space.managedID), std::back_inserter(names), &AppOnSpace::name);
+    return names;
+  };
 }
 
 }  // namespace tallowin

@@ -12,12 +12,8 @@
 #include "base/lifetime.h"
 #include "base/published.h"
 #include "base/subscriptions.h"
-#include "platform/desktop.h"
-#include "platform/main_queue.h"
-#include "platform/notification_center.h"
-#include "platform/system.h"
-#include "platform/windows.h"
-#include "platform/workspace.h"
+#include "core/space_state.h"
+#include "platform/platform.h"
 #include "windows/window_info.h"
 
 namespace tallowin {
@@ -48,17 +44,7 @@ struct SpaceContentsLookups {
 /// Windows on no Space, or on several, do not count. Main thread only; the window list is read on a queue of its own.
 class SpaceContents {
  public:
-  struct Services {
-    Desktop& desktop;
-    Windows& windows;
-    Workspace& workspace;
-    NotificationCenter& workspaceNotifications;
-    System& system;
-    MainQueue& mainQueue;
-    WorkQueues& workQueues;
-  };
-
-  explicit SpaceContents(Services services);
+  explicit SpaceContents(const Platform& services);
   SpaceContents(const SpaceContents&) = delete;
   SpaceContents& operator=(const SpaceContents&) = delete;
 
@@ -90,6 +76,9 @@ class SpaceContents {
   [[nodiscard]] Published<AppsBySpace>& appsBySpace() { return appsBySpace_; }
   [[nodiscard]] const Published<AppsBySpace>& appsBySpace() const { return appsBySpace_; }
 
+  /// The published applications on one Space.
+  [[nodiscard]] std::vector<AppOnSpace> apps(ManagedSpaceID onManagedSpace) const;
+
   /// Every window on every Space, front to back. Empty until the first reading. Told of real changes only, after
   /// appsBySpace().
   [[nodiscard]] Published<std::vector<WindowInfo>>& windows() { return windows_; }
@@ -106,7 +95,7 @@ class SpaceContents {
   void publish(SpaceContentsReading found, std::uint64_t number);
   void reportNewWindows();
 
-  const Services services_;
+  const Platform& services_;
   const ProcessID ownPID_;
   Published<AppsBySpace> appsBySpace_;
   Published<std::vector<WindowInfo>> windows_;
@@ -123,5 +112,8 @@ class SpaceContents {
   // Goes first: its destructor waits for the reading that is running.
   const std::unique_ptr<WorkQueue> queue_;
 };
+
+/// The names of the applications on a Space, as the contents have them last. They must outlive the answer.
+[[nodiscard]] AppNames appNames(const SpaceContents& contents);
 
 }  // namespace tallowin

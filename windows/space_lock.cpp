@@ -35,7 +35,7 @@ void PulledAwayReaction::pulledAway(const Space& left, const RunningApplication&
   if (window && window->spaceID != left.managedID) {
     bring(*window, left, snapshot);
   }
-  services_.switchTo(left);
+  switchTo_(left);
   if (!window) {
     openHere(application);
   }
@@ -46,7 +46,7 @@ std::optional<WindowInfo> PulledAwayReaction::windowToBring(const Space& left, P
                                                             const SpaceSnapshot& snapshot) const {
   const auto display = snapshot.display(left);
   const auto active = display ? display->activeSpace() : std::nullopt;
-  auto windows = services_.contents.windows().get();
+  auto windows = contents_.windows().get();
   std::erase_if(windows, [&](const WindowInfo& window) { return window.pid != pid; });
   std::ranges::stable_partition(
       windows, [&](const WindowInfo& window) { return active && window.spaceID == active->managedID; });
@@ -56,12 +56,11 @@ std::optional<WindowInfo> PulledAwayReaction::windowToBring(const Space& left, P
 /// The target is the Space that was left, not the active one, which is still the wrong one.
 void PulledAwayReaction::bring(const WindowInfo& window, const Space& left, const SpaceSnapshot& snapshot) {
   const FrontWindow moved{window.id, window.pid, window.frame};
-  services_.mover.move(moved, left, snapshot, false, false,
-                       [&mover = services_.mover, moved](WindowMover::Result result) {
-                         if (result) {
-                           mover.raise(moved);
-                         }
-                       });
+  mover_.move(moved, left, snapshot, false, false, [&mover = mover_, moved](WindowMover::Result result) {
+    if (result) {
+      mover.raise(moved);
+    }
+  });
 }
 
 void PulledAwayReaction::openHere(const RunningApplication& application) {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/settings.h"
+#include "core/program_services.h"
 #include "core/space.h"
 #include "platform/clock.h"
 #include "platform/notification_center.h"
@@ -22,15 +23,7 @@ class SpaceLock {
   /// A change of the Space sooner than this after an activation was caused by it.
   static constexpr std::chrono::nanoseconds pullTime = std::chrono::milliseconds(700);
 
-  struct Services {
-    NotificationCenter& workspaceNotifications;
-    Workspace& workspace;
-    System& system;
-    const Settings& settings;
-    const Clock& clock;
-  };
-
-  explicit SpaceLock(Services services) : services_(services) {}
+  explicit SpaceLock(const ProgramServices& services) : services_(services) {}
   SpaceLock(const SpaceLock&) = delete;
   SpaceLock& operator=(const SpaceLock&) = delete;
 
@@ -54,7 +47,7 @@ class SpaceLock {
 
   [[nodiscard]] bool wasPulled() const;
 
-  const Services services_;
+  const ProgramServices& services_;
   std::optional<Activation> lastActivation_;
   Subscription observer_;
 };
@@ -66,16 +59,9 @@ class PulledAwayReaction {
   /// From posting the switch to opening an application there, which by then has happened.
   static constexpr Duration openingDelay = std::chrono::milliseconds(250);
 
-  struct Services {
-    WindowMover& mover;
-    const SpaceContents& contents;
-    Workspace& workspace;
-    Toasts& toasts;
-    MainQueue& mainQueue;
-    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
-  };
-
-  explicit PulledAwayReaction(Services services) : services_(std::move(services)) {}
+  PulledAwayReaction(const ProgramServices& services, const SpaceContents& contents, WindowMover& mover,
+                     std::function<void(const Space&)> switchTo)
+      : services_(services), contents_(contents), mover_(mover), switchTo_(std::move(switchTo)) {}
   PulledAwayReaction(const PulledAwayReaction&) = delete;
   PulledAwayReaction& operator=(const PulledAwayReaction&) = delete;
 
@@ -90,7 +76,10 @@ class PulledAwayReaction {
   void bring(const WindowInfo& window, const Space& left, const SpaceSnapshot& snapshot);
   void openHere(const RunningApplication& application);
 
-  const Services services_;
+  const ProgramServices& services_;
+  const SpaceContents& contents_;
+  WindowMover& mover_;
+  std::function<void(const Space&)> switchTo_;
   WorkItem opening_;
 };
 

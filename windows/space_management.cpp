@@ -15,7 +15,7 @@ SpaceManagement::Failure failureOf(DesktopRefusal refusal) {
 
 }  // namespace
 
-SpaceManagement::SpaceManagement(Services services)
+SpaceManagement::SpaceManagement(const Platform& services)
     : asked_(services.asked),
       driver_(services.driven == nullptr
                   ? nullptr

@@ -6,11 +6,7 @@
 
 #include "base/desktop_texts.h"
 #include "base/lifetime.h"
-#include "platform/desktop.h"
-#include "platform/driven_services.h"
-#include "platform/events.h"
-#include "platform/main_queue.h"
-#include "platform/workspace.h"
+#include "platform/platform.h"
 #include "windows/driven/mission_control_driver.h"
 
 namespace tallowin {
@@ -25,15 +21,7 @@ class SpaceManagement {
   /// done it, and of others that the buttons were pressed.
   using Completion = MissionControlDriver::Completion;
 
-  struct Services {
-    AskedDesktop* asked;     ///< the desktop, if it can be asked;
-    DrivenServices* driven;  ///< else what it is driven by
-    Workspace& workspace;
-    Events& events;
-    MainQueue& mainQueue;
-  };
-
-  explicit SpaceManagement(Services services);
+  explicit SpaceManagement(const Platform& services);
   SpaceManagement(const SpaceManagement&) = delete;
   SpaceManagement& operator=(const SpaceManagement&) = delete;
   ~SpaceManagement();
@@ -50,7 +38,7 @@ class SpaceManagement {
  private:
   [[nodiscard]] AskedDesktop::Completion told(Completion completion) const;
 
-  AskedDesktop* const asked_;
+  AskedDesktop* const asked_;                           ///< null where the desktop is driven
   const std::unique_ptr<MissionControlDriver> driver_;  ///< null where the desktop is asked
   Lifetime lifetime_;
 };

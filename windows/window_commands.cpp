@@ -13,11 +13,10 @@ void WindowCommands::fail(std::string_view message, const CommandAnswer& answer)
 }
 
 void WindowCommands::moveFrontWindow(const Space& target, bool follow, const CommandAnswer& answer) {
-  auto& windows = services_.windows;
-  const auto window = windows.mover.frontWindow();
+  const auto window = windows_.mover.frontWindow();
   if (!window) {
-    fail(description(WindowMover::Failure::noWindow, windows.texts), answer);
-    windows.contents.refresh();
+    fail(description(WindowMover::Failure::noWindow, services_.texts()), answer);
+    windows_.contents.refresh();
     return;
   }
   auto application = services_.workspace.frontmostApplication();
@@ -25,20 +24,20 @@ void WindowCommands::moveFrontWindow(const Space& target, bool follow, const Com
     application = services_.workspace.runningApplicationWithProcessIdentifier(window->pid);
   }
   const auto name = application && application->localizedName ? *application->localizedName : "Window";
-  windows.mover.move(
+  windows_.mover.move(
       *window, target, snapshot(), follow, true, [this, name, target, follow, answer](WindowMover::Result result) {
         if (!result) {
-          fail(description(result.error(), services_.windows.texts), answer);
+          fail(description(result.error(), services_.texts()), answer);
         } else {
           services_.toasts.show({"Moved " + name + " to " + services_.store.displayName(target), std::nullopt});
           answer.doneWhen([follow, id = target.id](const SpaceSnapshot& now) { return !follow || now.isActive(id); });
         }
-        services_.windows.contents.refresh();
+        windows_.contents.refresh();
       });
 }
 
 void WindowCommands::moveFrontWindowStep(bool right, bool follow, const CommandAnswer& answer) {
-  const auto display = services_.switcher.displayUnderMouse(snapshot());
+  const auto display = switcher_.displayUnderMouse(snapshot());
   const auto& settings = services_.settings;
   const SteppingRules rules{settings.get(setting::wrapAround), settings.get(setting::hideFullscreenSpaces), false};
   if (const auto target = display ? neighbour(*display, right, rules, {}) : std::nullopt) {
@@ -49,23 +48,23 @@ void WindowCommands::moveFrontWindowStep(bool right, bool follow, const CommandA
 }
 
 Outcome WindowCommands::saveLayout() {
-  services_.windows.contents.readNow();
-  return services_.windows.layoutCommands.saveLayout(snapshot());
+  windows_.contents.readNow();
+  return windows_.layoutCommands.saveLayout(snapshot());
 }
 
 void WindowCommands::restoreLayout(const CommandAnswer& answer) {
-  services_.windows.contents.readNow();
-  services_.windows.layoutCommands.restoreLayout(snapshot(), answer);
+  windows_.contents.readNow();
+  windows_.layoutCommands.restoreLayout(snapshot(), answer);
 }
 
 void WindowCommands::eject(const CommandAnswer& answer) {
-  services_.windows.contents.readNow();
-  services_.windows.layoutCommands.eject(snapshot(), answer);
+  windows_.contents.readNow();
+  windows_.layoutCommands.eject(snapshot(), answer);
 }
 
 Outcome WindowCommands::toggleScratchpad() {
-  services_.windows.contents.readNow();
-  return services_.windows.scratchpad.toggle(snapshot(), services_.toasts);
+  windows_.contents.readNow();
+  return windows_.scratchpad.toggle(snapshot(), services_.toasts);
 }
 
 Outcome WindowCommands::minimizeAll() {
@@ -73,17 +72,16 @@ Outcome WindowCommands::minimizeAll() {
   if (!space) {
     return Outcome::refused(noActiveSpace);
   }
-  auto& windows = services_.windows;
-  windows.contents.readNow();
-  services_.toasts.show(minimizedToast(windows.minimizer.minimizeAll(*space, windows.contents)));
-  windows.contents.refresh();
+  windows_.contents.readNow();
+  services_.toasts.show(minimizedToast(windows_.minimizer.minimizeAll(*space, windows_.contents)));
+  windows_.contents.refresh();
   return Outcome::done();
 }
 
 Outcome WindowCommands::undoMinimize() {
-  const bool canUndo = services_.windows.minimizer.canUndo();
-  services_.windows.minimizer.undo();
-  services_.windows.contents.refresh();
+  const bool canUndo = windows_.minimizer.canUndo();
+  windows_.minimizer.undo();
+  windows_.contents.refresh();
   return canUndo ? Outcome::done() : Outcome::refused("No windows are minimized that could be brought back");
 }
 
@@ -92,25 +90,25 @@ Outcome WindowCommands::saveAndClose() {
   if (!space) {
     return Outcome::refused(noActiveSpace);
   }
-  services_.windows.contents.readNow();
-  const auto outcome = services_.windows.savedSpaceCommands.saveAndClose(*space);
-  services_.windows.contents.refresh();
+  windows_.contents.readNow();
+  const auto outcome = windows_.savedSpaceCommands.saveAndClose(*space);
+  windows_.contents.refresh();
   return outcome;
 }
 
 void WindowCommands::addDesktop(const CommandAnswer& answer) {
   const auto isNew = [before = snapshot()](const Space& space) { return !before.space(space.id); };
-  services_.windows.management.addDesktop(
+  windows_.management.addDesktop(
       answerWhen([isNew](const SpaceSnapshot& now) { return std::ranges::any_of(now.allSpaces(), isNew); },
                  additionFailure, answer));
 }
 
 void WindowCommands::removeDesktop(const Space& space, const CommandAnswer& answer) {
   if (!space.desktopNumber) {
-    fail(services_.windows.texts.desktopNotFound, answer);
+    fail(services_.texts().desktopNotFound, answer);
     return;
   }
-  services_.windows.management.removeDesktop(
+  windows_.management.removeDesktop(
       *space.desktopNumber,
       answerWhen([id = space.id](const SpaceSnapshot& now) { return !now.space(id); }, removalFailure, answer));
 }
@@ -119,12 +117,12 @@ SpaceManagement::Completion WindowCommands::answerWhen(CommandAnswer::Condition 
                                                        const CommandAnswer& answer) const {
   return [this, condition = std::move(condition), failureText, answer](SpaceManagement::Result result) {
     if (result) {
-      if (services_.windows.management.showsAtOnce()) {
+      if (windows_.management.showsAtOnce()) {
         services_.watcher.refresh();
       }
       answer.doneWhen(condition);
     } else {
-      fail(failureText(result.error(), services_.windows.texts), answer);
+      fail(failureText(result.error(), services_.texts()), answer);
     }
   };
 }

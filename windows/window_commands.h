@@ -4,6 +4,7 @@
 
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
+#include "core/program_services.h"
 #include "core/space_watcher.h"
 #include "windows/window_services.h"
 
@@ -13,17 +14,8 @@ namespace tallowin {
 /// they are now. Main thread only.
 class WindowCommands {
  public:
-  struct Services {
-    WindowServices& windows;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    SpaceSwitcher& switcher;
-    Workspace& workspace;
-    const Settings& settings;
-    Toasts& toasts;
-  };
-
-  explicit WindowCommands(Services services) : services_(services) {}
+  WindowCommands(const ProgramServices& services, SpaceSwitcher& switcher, WindowServices& windows)
+      : services_(services), switcher_(switcher), windows_(windows) {}
 
   /// Moves the front window to a Space; with `follow` the user goes along.
   void moveFrontWindow(const Space& target, bool follow, const CommandAnswer& answer);
@@ -52,7 +44,9 @@ class WindowCommands {
                                                        const CommandAnswer& answer) const;
   void fail(std::string_view message, const CommandAnswer& answer) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  SpaceSwitcher& switcher_;
+  WindowServices& windows_;
 };
 
 }  // namespace tallowin

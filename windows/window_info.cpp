@@ -1,45 +1,37 @@
 #include "windows/window_info.h"
 
+#include <utility>
+
+#include "base/property_list_reading.h"
+
 namespace tallowin {
 
 namespace {
 
-/// Hashes of members in order, each mixed into the ones before it.
-template <typename... Members>
-std::size_t combined(const Members&... members) {
-  constexpr std::size_t goldenRatio = 0x9e3779b97f4a7c15;  // 2^64 divided by the golden ratio spreads small values
-  std::size_t result = 0;
-  ((result ^= std::hash<Members>{}(members) + goldenRatio + (result << 6) + (result >> 2)), ...);
-  return result;
-}
-
-std::optional<std::string> iconOfBundle(Workspace& workspace, const std::optional<std::string>& bundle) {
-  const auto application = bundle ? workspace.URLForApplicationWithBundleIdentifier(*bundle) : std::nullopt;
-  return application ? workspace.iconForFile(*application) : std::nullopt;
+std::optional<std::pair<double, double>> pair(const PropertyList& json) {
+  if (!json.is_array() || json.size() != 2) {
+    return std::nullopt;
+  }
+  const auto first = property_list::real(json[0]);
+  const auto second = property_list::real(json[1]);
+  return first && second ? std::optional(std::pair(*first, *second)) : std::nullopt;
 }
 
 }  // namespace
 
-std::optional<std::string> AppOnSpace::icon(Workspace& workspace) const {
-  if (pid < 0) {
-    return iconOfBundle(workspace, bundleID);
+PropertyList toJson(const CGRect& frame) {
+  return PropertyList::array({PropertyList::array({frame.origin.x, frame.origin.y}),
+                              PropertyList::array({frame.size.width, frame.size.height})});
+}
+
+std::optional<CGRect> frameFromJson(const PropertyList& json) {
+  if (!json.is_array() || json.size() != 2) {
+    return std::nullopt;
   }
-  const auto running = workspace.runningApplicationWithProcessIdentifier(pid);
-  return running ? iconOfBundle(workspace, running->bundleIdentifier) : std::nullopt;
+  const auto origin = pair(json[0]);
+  const auto size = pair(json[1]);
+  return origin && size ? std::optional(CGRect{{origin->first, origin->second}, {size->first, size->second}})
+                        : std::nullopt;
 }
 
 }  // namespace tallowin
-
-std::size_t std::hash<tallowin::WindowInfo>::operator()(const tallowin::WindowInfo& window) const noexcept {
-  const auto& [origin, size] = window.frame;
-  return tallowin::combined(window.id, window.pid, window.bundleID, window.appName, window.title, origin.x, origin.y,
-                            size.width, size.height, window.spaceID);
-}
-
-std::size_t std::hash<tallowin::AppOnSpace>::operator()(const tallowin::AppOnSpace& application) const noexcept {
-  auto result = tallowin::combined(application.pid, application.bundleID, application.name);
-  for (const auto window : application.windowIDs) {
-    result = tallowin::combined(result, window);
-  }
-  return result;
-}

@@ -1,14 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
-#include "platform/workspace.h"
+#include "platform/property_list.h"
 
 namespace tallowin {
 
@@ -35,20 +34,12 @@ struct AppOnSpace {
   std::string name;                     ///< as the first of the windows gave it
   std::vector<WindowNumber> windowIDs;  ///< on that Space, front to back
   bool operator==(const AppOnSpace&) const = default;
-
-  /// The application's icon as PNG bytes: of the running application, or, if it does not run, of the one installed
-  /// under the bundle identifier. Nothing when there is none. Main thread only; reads a file.
-  [[nodiscard]] std::optional<std::string> icon(Workspace& workspace) const;
 };
+
+/// A rectangle as records hold it: [[x, y], [width, height]].
+[[nodiscard]] PropertyList toJson(const CGRect& frame);
+
+/// Nothing for anything but two pairs of numbers.
+[[nodiscard]] std::optional<CGRect> frameFromJson(const PropertyList& json);
 
 }  // namespace tallowin
-
-template <>
-struct std::hash<tallowin::WindowInfo> {
-  std::size_t operator()(const tallowin::WindowInfo& window) const noexcept;
-};
-
-template <>
-struct std::hash<tallowin::AppOnSpace> {
-  std::size_t operator()(const tallowin::AppOnSpace& application) const noexcept;
-};

@@ -1,12 +1,14 @@
 #include "windows/window_layout.h"
 
 #include <algorithm>
-#include <map>
-#include <string_view>
+#include <functional>
 
 #include "base/date_text.h"
+#include "base/fnv1a.h"
+#include "base/json_text.h"
 #include "base/record_reader.h"
-#include "windows/frame_json.h"
+#include "base/unicode.h"
+#include "windows/window_info.h"
 
 namespace tallowin {
 
@@ -35,33 +37,32 @@ std::optional<WindowLayout::Entry> entryFromJson(const PropertyList& json) {
                              std::move(displayID).value_or("")};
 }
 
-std::optional<std::vector<WindowLayout::Entry>> entriesFromJson(const PropertyList& json) {
-  if (!json.is_array()) {
-    return std::nullopt;
+constexpr std::size_t longest = 120;
+constexpr std::size_t keptCharacters = 60;
+
+template <typename Hash>
+std::string fileName(std::string_view name, std::string_view displaySetup, Hash hash) {
+  auto base = asFileName(std::string(name) + "--" + std::string(displaySetup));
+  if (firstCharacters(base, longest).size() < base.size()) {
+    base = std::string(firstCharacters(base, keptCharacters)) + std::to_string(hash(base));
   }
-  std::vector<WindowLayout::Entry> entries;
-  entries.reserve(json.size());
-  for (const auto& element : json) {
-    auto entry = entryFromJson(element);
-    if (!entry) {
-      return std::nullopt;
-    }
-    entries.push_back(*std::move(entry));
-  }
-  return entries;
+  return base + ".json";
+}
+
+std::expected<WindowLayout, std::string> parse(std::string_view text) {
+  const auto json = parseJSON(text);
+  auto layout = json ? layoutFromJson(*json) : std::nullopt;
+  return layout ? std::expected<WindowLayout, std::string>(*std::move(layout))
+                : std::unexpected(json ? "the record has the wrong form" : json.error());
 }
 
 }  // namespace
 
 PropertyList toJson(const WindowLayout& layout) {
-  auto entries = PropertyList::array();
-  for (const auto& entry : layout.entries) {
-    entries.push_back(entryToJson(entry));
-  }
   return {{"name", layout.name},
           {"savedAt", iso8601(layout.savedAt)},
           {"displaySetup", layout.displaySetup},
-          {"entries", std::move(entries)}};
+          {"entries", listToJson(layout.entries, entryToJson)}};
 }
 
 std::optional<WindowLayout> layoutFromJson(const PropertyList& json) {
@@ -70,7 +71,8 @@ std::optional<WindowLayout> layoutFromJson(const PropertyList& json) {
   const auto savedAt = dateFromISO8601(reader.text("savedAt").value_or(""));
   auto displaySetup = reader.text("displaySetup");
   const auto* const entriesJson = reader.member("entries");
-  auto entries = entriesJson != nullptr ? entriesFromJson(*entriesJson) : std::vector<WindowLayout::Entry>();
+  auto entries =
+      entriesJson != nullptr ? listFromJson(*entriesJson, entryFromJson) : std::vector<WindowLayout::Entry>();
   if (!reader.good() || !name || !savedAt || !displaySetup || !entries) {
     return std::nullopt;
   }
@@ -98,6 +100,34 @@ std::vector<LayoutMatch> matchLayout(const std::vector<WindowInfo>& windows,
     candidates.erase(taken);
   }
   return matches;
+}
+
+std::string layoutFileName(std::string_view name, std::string_view displaySetup) {
+  return fileName(name, displaySetup, fnv1a);
+}
+
+std::string earlierLayoutFileName(std::string_view name, std::string_view displaySetup) {
+  return fileName(name, displaySetup, std::hash<std::string>());
+}
+
+RecordFile& LayoutFiles::file(std::string_view name, std::string_view displaySetup) {
+  const auto folder = paths_.supportDirectory() / "Layouts";
+  const auto fileName = layoutFileName(name, displaySetup);
+  const auto [file, isNew] = files_.try_emplace(fileName, storage_, folder / fileName, "LayoutManager");
+  if (isNew) {
+    file->second.takeOver(folder / earlierLayoutFileName(name, displaySetup));
+  }
+  return file->second;
+}
+
+void LayoutFiles::write(const WindowLayout& layout, std::string_view name) {
+  auto& replaced = file(name, layout.displaySetup);
+  replaced.read(parse);                                           // what is not understood is kept aside
+  static_cast<void>(replaced.write(prettyJSON(toJson(layout))));  // who must know asks the storage
+}
+
+std::optional<WindowLayout> LayoutFiles::read(std::string_view name, std::string_view displaySetup) {
+  return file(name, displaySetup).read(parse);
 }
 
 }  // namespace tallowin

@@ -65,17 +65,17 @@ MarkCommands::Fault MarkCommands::fail(const std::string& message) {
 }
 
 MarkCommands::Fault MarkCommands::setMark() {
-  const auto window = services_.mover.frontWindow();
+  const auto window = mover_.frontWindow();
   if (!window) {
     return fail(noWindow);
   }
   services_.toasts.show({"Press a letter to mark this window", std::nullopt});
-  services_.marks.captureLetter([this, window = *window](const std::string& letter) { mark(window, letter); });
+  marks_.captureLetter([this, window = *window](const std::string& letter) { mark(window, letter); });
   return std::nullopt;
 }
 
 MarkCommands::Fault MarkCommands::setMark(const std::string& letter) {
-  const auto window = services_.mover.frontWindow();
+  const auto window = mover_.frontWindow();
   if (!window) {
     return fail(noWindow);
   }
@@ -84,27 +84,27 @@ MarkCommands::Fault MarkCommands::setMark(const std::string& letter) {
 }
 
 void MarkCommands::mark(const FrontWindow& window, const std::string& letter) {
-  services_.marks.set(letter, {window.id, window.pid});
+  marks_.set(letter, {window.id, window.pid});
   services_.toasts.show({"Marked as " + letter, "bookmark.fill"});
 }
 
 void MarkCommands::jumpToMark() {
-  services_.marks.captureLetter([this](const std::string& letter) { jumpToMark(letter); });
+  marks_.captureLetter([this](const std::string& letter) { jumpToMark(letter); });
 }
 
 MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
-  const auto mark = services_.marks.find(letter);
+  const auto mark = marks_.find(letter);
   if (!mark) {
     return fail("Nothing is marked as " + letter);
   }
   const FrontWindow window{mark->id, mark->pid, {}};
   const auto elsewhere = spaceToSwitchTo(window.id);
   if (!elsewhere) {
-    services_.mover.raise(window);
+    mover_.raise(window);
     return std::nullopt;
   }
-  services_.switchTo(*elsewhere);
-  services_.mover.raiseAfterSwitch(window, elsewhere->managedID);
+  switchTo_(*elsewhere);
+  mover_.raiseAfterSwitch(window, elsewhere->managedID);
   return std::nullopt;
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/subscriptions.h"
+#include "core/program_services.h"
 #include "core/space_watcher.h"
 #include "platform/desktop.h"
 #include "platform/global_hot_keys.h"
@@ -53,16 +54,9 @@ class WindowMarks {
 /// The user's commands about marks, with what the user is told of them. Main thread only.
 class MarkCommands {
  public:
-  struct Services {
-    WindowMarks& marks;
-    WindowMover& mover;
-    Desktop& desktop;
-    Toasts& toasts;
-    SpaceWatcher& watcher;
-    std::function<void(const Space&)> switchTo;  ///< switches as this program's own doing
-  };
-
-  explicit MarkCommands(Services services) : services_(std::move(services)) {}
+  MarkCommands(const ProgramServices& services, WindowMarks& marks, WindowMover& mover,
+               std::function<void(const Space&)> switchTo)
+      : services_(services), marks_(marks), mover_(mover), switchTo_(std::move(switchTo)) {}
   MarkCommands(const MarkCommands&) = delete;
   MarkCommands& operator=(const MarkCommands&) = delete;
 
@@ -85,7 +79,10 @@ class MarkCommands {
   void mark(const FrontWindow& window, const std::string& letter);
   [[nodiscard]] std::optional<Space> spaceToSwitchTo(WindowNumber window) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  WindowMarks& marks_;
+  WindowMover& mover_;
+  std::function<void(const Space&)> switchTo_;
 };
 
 }  // namespace tallowin

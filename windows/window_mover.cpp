@@ -56,8 +56,9 @@ std::optional<FrontWindow> frontmostWindow(const std::optional<std::vector<Deskt
   return found != list->end() ? std::optional(FrontWindow{found->id, found->pid, found->frame}) : std::nullopt;
 }
 
-WindowMover::WindowMover(Services services)
+WindowMover::WindowMover(const Platform& services, SpaceSwitcher& switcher)
     : services_(services),
+      switcher_(switcher),
       drag_(services.driven == nullptr
                 ? nullptr
                 : std::make_unique<WindowDrag>(services.driven->accessibility, services.events, services.mainQueue)) {}
@@ -149,20 +150,19 @@ void WindowMover::verify(Moves::iterator move) {
 
 void WindowMover::arrived(const Move& move) {
   if (move.follows) {
-    services_.switcher.switchTo(move.target, move.snapshot);
+    switcher_.switchTo(move.target, move.snapshot);
     raiseAfterSwitch(move.window, move.target.managedID);
   }
   move.completion({});
 }
 
 void WindowMover::drag(const Move& move) {
-  drag_->begin(
-      {move.window.frame,
-       [this, target = move.target, snapshot = move.snapshot] { services_.switcher.switchTo(target, snapshot); },
-       [this, window = move.window.id, target = move.target.managedID] { return isOn(window, target); },
-       [completion = move.completion](bool arrived) {
-         completion(arrived ? Result() : std::unexpected(Failure::notMoved));
-       }});
+  drag_->begin({move.window.frame,
+                [this, target = move.target, snapshot = move.snapshot] { switcher_.switchTo(target, snapshot); },
+                [this, window = move.window.id, target = move.target.managedID] { return isOn(window, target); },
+                [completion = move.completion](bool arrived) {
+                  completion(arrived ? Result() : std::unexpected(Failure::notMoved));
+                }});
 }
 
 void WindowMover::bringHere(const WindowInfo& window, const SpaceSnapshot& snapshot, Completion completion) {

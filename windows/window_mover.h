@@ -11,14 +11,7 @@
 #include "base/desktop_texts.h"
 #include "commands/space_switcher.h"
 #include "core/space.h"
-#include "platform/desktop.h"
-#include "platform/driven_services.h"
-#include "platform/events.h"
-#include "platform/log.h"
-#include "platform/main_queue.h"
-#include "platform/system.h"
-#include "platform/windows.h"
-#include "platform/workspace.h"
+#include "platform/platform.h"
 #include "windows/window_info.h"
 
 namespace tallowin {
@@ -50,19 +43,7 @@ class WindowMover {
   /// Runs at most once, on the main thread; inside the call if the desktop need not be asked to move anything.
   using Completion = std::function<void(Result)>;
 
-  struct Services {
-    SpaceSwitcher& switcher;
-    Desktop& desktop;
-    Windows& windows;
-    DrivenServices* driven;  ///< what the desktop is driven by; null where it can be asked
-    Workspace& workspace;
-    Events& events;
-    System& system;
-    MainQueue& mainQueue;
-    Log& log;
-  };
-
-  explicit WindowMover(Services services);
+  WindowMover(const Platform& services, SpaceSwitcher& switcher);
   WindowMover(const WindowMover&) = delete;
   WindowMover& operator=(const WindowMover&) = delete;
   ~WindowMover();
@@ -132,7 +113,8 @@ class WindowMover {
   void raiseIfShown();
   void drag(const Move& move);
 
-  const Services services_;
+  const Platform& services_;
+  SpaceSwitcher& switcher_;
   const std::unique_ptr<WindowDrag> drag_;  ///< null where the desktop can be asked
   Moves moves_;                             ///< those under way
   std::optional<Raise> raising_;

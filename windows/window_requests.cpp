@@ -1,14 +1,71 @@
 #include "windows/window_requests.h"
 
+#include "base/date_text.h"
 #include "base/json_text.h"
+#include "base/record_reader.h"
+#include "base/text_table.h"
 #include "base/unicode.h"
 #include "commands/space_command.h"
 #include "core/app_pins.h"
-#include "windows/window_texts.h"
+#include "core/space_format.h"
 
 namespace tallowin {
 
 namespace {
+
+std::string counted(std::size_t count, const char* noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+/// Windows for reading, one line each, Space by Space: desktop number, Space, application, title; columns are aligned.
+/// Windows on Spaces that the snapshot does not have are left out.
+std::string windowTable(const std::vector<WindowInfo>& windows, const SpaceSnapshot& snapshot,
+                        const SpaceStore& store) {
+  using enum TextTable::Alignment;
+  TextTable table({{right}, {left}, {left}, {left}});
+  for (const auto& space : snapshot.allSpaces()) {
+    for (const auto& window : windows) {
+      if (window.spaceID == space.managedID) {
+        table.add({desktopNumberText(space), store.displayName(space), window.appName, window.title});
+      }
+    }
+  }
+  return table.text();
+}
+
+/// Windows for programs; "number" is that of the desktop.
+PropertyList windowRecords(const std::vector<WindowInfo>& windows, const SpaceSnapshot& snapshot,
+                           const SpaceStore& store) {
+  auto records = PropertyList::array();
+  for (const auto& window : windows) {
+    PropertyList record = {{"id", window.id},       {"pid", window.pid},     {"bundleID", nullptr},
+                           {"app", window.appName}, {"title", window.title}, {"frame", toJson(window.frame)},
+                           {"space", nullptr},      {"number", nullptr},     {"spaceName", nullptr}};
+    if (window.bundleID) {
+      record["bundleID"] = *window.bundleID;
+    }
+    if (const auto space = snapshot.managed(window.spaceID)) {
+      record["space"] = space->id;
+      record["spaceName"] = store.displayName(*space);
+      if (space->desktopNumber) {
+        record["number"] = *space->desktopNumber;
+      }
+    }
+    records.push_back(std::move(record));
+  }
+  return records;
+}
+
+/// Saved Spaces for reading, one line each: when by local time, name, how many applications and tabs.
+std::string savedSpaceTable(const std::vector<SavedSpace>& spaces, const Clock& clock) {
+  using enum TextTable::Alignment;
+  TextTable table({{left}, {left}, {right}, {right}});
+  for (const auto& space : spaces) {
+    table.add({localDateText(space.savedAt, clock), space.name, counted(space.apps.size(), "app"),
+               counted(space.urls.size(), "tab")});
+  }
+  return table.text();
+}
 
 /// Does it with the letter that was given, or asks the user for one.
 template <typename Ask, typename Do>
@@ -40,7 +97,7 @@ void WindowRequests::addTo(RequestTable& table) {
 }
 
 void WindowRequests::windows(RequestJob job) const {
-  auto& contents = services_.windows.contents;
+  auto& contents = windows_.contents;
   contents.readNow();
   const auto& snapshot = services_.watcher.latest();
   auto found = contents.windows().get();
@@ -53,7 +110,7 @@ void WindowRequests::windows(RequestJob job) const {
 }
 
 void WindowRequests::savedSpaces(RequestJob job) const {
-  const auto spaces = services_.windows.savedSpaces.list();
+  const auto spaces = windows_.savedSpaces.list();
   if (job.words.namesOnly()) {
     job.printNames(namesOf(spaces));
     return;
@@ -62,17 +119,13 @@ void WindowRequests::savedSpaces(RequestJob job) const {
     job.print(savedSpaceTable(spaces, services_.clock));
     return;
   }
-  auto records = PropertyList::array();
-  for (const auto& space : spaces) {
-    records.push_back(toJson(space));
-  }
-  job.print(prettyJSON(records));
+  job.print(prettyJSON(listToJson(spaces, [](const SavedSpace& space) { return toJson(space); })));
 }
 
 void WindowRequests::reopen(RequestJob job) const {
   const auto& name = job.words.operands.front();
-  if (const auto space = services_.windows.savedSpaces.named(name)) {
-    services_.windows.savedSpaceCommands.reopen(*space);
+  if (const auto space = windows_.savedSpaces.named(name)) {
+    windows_.savedSpaceCommands.reopen(*space);
     job.succeed();
   } else {
     job.fail("no saved Space is called " + name);
@@ -120,12 +173,12 @@ void WindowRequests::unpin(RequestJob job) const {
 }
 
 void WindowRequests::mark(RequestJob job) const {
-  auto& marks = services_.windows.markCommands;
+  auto& marks = windows_.markCommands;
   byLetter(job, [&] { return marks.setMark(); }, [&](const std::string& letter) { return marks.setMark(letter); });
 }
 
 void WindowRequests::jump(RequestJob job) const {
-  auto& marks = services_.windows.markCommands;
+  auto& marks = windows_.markCommands;
   const auto ask = [&] {
     marks.jumpToMark();
     return MarkCommands::Fault();

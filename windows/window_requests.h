@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/cli/request_job.h"
+#include "core/program_services.h"
 #include "core/space_watcher.h"
 #include "windows/window_services.h"
 
@@ -9,17 +10,7 @@ namespace tallowin {
 /// Requests about windows. Main thread only.
 class WindowRequests {
  public:
-  struct Services {
-    WindowServices& windows;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    Storage& storage;
-    Workspace& workspace;
-    const Settings& settings;
-    const Clock& clock;
-  };
-
-  explicit WindowRequests(Services services) : services_(services) {}
+  WindowRequests(const ProgramServices& services, WindowServices& windows) : services_(services), windows_(windows) {}
 
   /// Makes this the one who answers them. It must outlive the table.
   void addTo(RequestTable& table);
@@ -35,7 +26,8 @@ class WindowRequests {
 
   [[nodiscard]] std::optional<std::string> bundleIDOf(const std::string& application) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  WindowServices& windows_;
 };
 
 }  // namespace tallowin

@@ -26,9 +26,6 @@ struct MirroringProgram : StoringProgram {
     return published;
   }
 
-  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
-                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
-                        desktop.log()}};
   SpaceChanges changes{watcher, store, time};
   DesktopNameMirror mirror{{watcher, store, changes, spaces, desktop.desktopNames()}};
 };

@@ -16,19 +16,8 @@ struct BackupsProgram : StoringProgram {
   BackupsProgram()
       : StoringProgram(R"({"start": "2026-03-02T09:00:00Z", "timeZone": "+05:30", "desktopsByPlace": true})") {}
 
-  SettingsTransfer transfer{{settings,
-                             desktop.spacePlaces(),
-                             desktop.files(),
-                             time,
-                             desktop.system(),
-                             spaces,
-                             drivenWindows,
-                             desktop.screenCapture(),
-                             desktop.displays(),
-                             desktop.desktopFacts(),
-                             {"0.1.0", "77"},
-                             [] { return std::vector<SetUpCheck>(); }}};
-  Backups backups{{transfer, store, settings, desktop.spacePlaces(), desktop.files(), paths, time, desktop.log()}};
+  SettingsTransfer transfer{services};
+  Backups backups{services, transfer};
 };
 
 TEST(Backups, PutBackWhatWasThereAndKeepWhatIs) {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/profile_store.h"
-#include "automation/template_commands.h"
+#include "automation/space_templates.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {
@@ -27,7 +27,7 @@ struct ProfilesProgram : StoringProgram {
   [[nodiscard]] std::string name() const { return store.displayName(space(1)); }
   void setName(const std::string& name) { store.setName(name, id(1)); }
 
-  ProfileStore profiles{{store, settings, storage, paths, time}};
+  ProfileStore profiles{services};
 };
 
 TEST(ProfileStore, SwitchingKeepsTheEditsOfTheActiveProfile) {
@@ -95,13 +95,9 @@ constexpr auto threeDesktops = R"({"start": "2026-03-02T09:00:00Z",
 struct TemplatesProgram : StoringProgram {
   explicit TemplatesProgram(std::string_view scenarioJSON = threeDesktops) : StoringProgram(scenarioJSON) {}
 
-  const DesktopTexts& texts = desktopTexts(DesktopKind::driven);
-  SpaceTemplates templates{{store, desktop.workspace(), desktop.files(), storage, paths}};
-  SpaceManagement management{{nullptr, &driven, desktop.workspace(), desktop.events(), time}};
-  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
-                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
-                        desktop.log()}};
-  TemplateCommands commands{{templates, management, desktop.alerts(), desktop.toasts(), time, texts, watcher}};
+  SpaceTemplates templates{services};
+  SpaceManagement management{platform};
+  TemplateCommands commands{services, templates, management};
 };
 
 TEST(SpaceTemplates, FillTheDesktopsThatThereAre) {
@@ -230,17 +226,15 @@ TEST(ProfilesAndTemplates, AreListedALineEach) {
             (PropertyList{{"name", "Home"}, {"savedAt", "1970-01-01T00:00:00Z"}, {"isActive", true}}));
 }
 
-TEST(AutomaticProfile, IsChosenForASetOfDisplays) {
+TEST(ProfileStore, OneIsChosenForASetOfDisplays) {
   ProfilesProgram program;
-  ProfileCommands commands(program.profiles, program.desktop.toasts());
-  AutomaticProfile automatic({program.profiles, commands, program.settings, program.desktop.displays()});
-  EXPECT_TRUE(automatic.choose("work", program.snapshot()));
-  EXPECT_EQ(automatic.chosen(program.snapshot()), "work");
+  EXPECT_TRUE(program.profiles.chooseForDisplays("work"));
+  EXPECT_EQ(program.profiles.chosenForDisplays(), "work");
   program.profiles.saveCurrent("Work");
-  automatic.displaysChanged(program.snapshot());
+  program.profiles.displaysChanged();
   EXPECT_THAT(program.takeToasts(), ElementsAre("Profile: Work (person.crop.rectangle.stack)")) << "by another case";
-  EXPECT_TRUE(automatic.choose(std::nullopt, program.snapshot()));
-  EXPECT_EQ(automatic.chosen(program.snapshot()), std::nullopt);
+  EXPECT_TRUE(program.profiles.chooseForDisplays(std::nullopt));
+  EXPECT_EQ(program.profiles.chosenForDisplays(), std::nullopt);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "automation/diagnostics.h"
 #include "base/json_text.h"
 #include "tests/storing_program.h"
 
@@ -18,18 +19,14 @@ struct TransferProgram : StoringProgram {
   explicit TransferProgram(std::string_view scenarioJSON = R"({"start": "2026-03-02T09:00:00Z"})")
       : StoringProgram(scenarioJSON) {}
 
-  [[nodiscard]] PropertyList exported() const { return PropertyList::parse(transfer.exportData(store)); }
+  [[nodiscard]] PropertyList exported() const { return PropertyList::parse(transfer.exportData()); }
   /// Everything that an import may change.
   [[nodiscard]] std::string configuration() {
     time.advance(1s);  // the store saves
     return fileText(supportFolder + "spaces.json") + fileText("/home/user/.config/tallowin/preferences.json");
   }
 
-  std::vector<SetUpCheck> checks;
-  const ProgramVersion version{"0.1.0", "77"};
-  SettingsTransfer transfer{{settings, desktop.spacePlaces(), desktop.files(), time, desktop.system(), spaces,
-                             drivenWindows, desktop.screenCapture(), desktop.displays(), desktop.desktopFacts(),
-                             version, [this] { return checks; }}};
+  SettingsTransfer transfer{services};
 };
 
 /// An export with these entries.
@@ -54,7 +51,7 @@ TEST(SettingsTransfer, AFreshExportHoldsTheDefaults) {
   program.preferences.setObject("demoMode", true);
   EXPECT_EQ(program.exported()["settings"].size(), 47U);
   EXPECT_EQ(program.exported()["settings"]["overviewOrder"], "[[\"b\",\"a\"]]");
-  EXPECT_THAT(program.transfer.exportData(program.store), HasSubstr("{\n  \"exportedAt\": "));
+  EXPECT_THAT(program.transfer.exportData(), HasSubstr("{\n  \"exportedAt\": "));
 }
 
 TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
@@ -64,7 +61,7 @@ TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
       {"hudEnabled", "[null]"},        {"localAPI", "[\"yes\"]"}, {"spaceLock", "true"},
       {"hudSize", "[\"small\""},       {"gridColumns", "[2.5]"},  {"notchHover", "[true, 1]"},
       {"backAndForth", "[false]"},     {"hudDuration", "[2]"},    {"spaceDock", std::string(9999, '[')}};
-  EXPECT_TRUE(program.transfer.importData(bundle(settings), program.store));
+  EXPECT_TRUE(program.transfer.importData(bundle(settings)));
   EXPECT_EQ(program.preferences.persistentDomain(), (std::map<std::string, PropertyList>{{"backAndForth", false},
                                                                                          {"gridColumns", 2.5},
                                                                                          {"hudDuration", 2},
@@ -105,8 +102,7 @@ TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
     program.store.setName("Kept", "u1");
     const auto before = program.configuration();
     program.files().overwrite("/tmp/import.json", text);
-    for (const auto& imported : {program.transfer.importData(text, program.store),
-                                 program.transfer.importFile("/tmp/import.json", program.store)}) {
+    for (const auto& imported : {program.transfer.importData(text), program.transfer.importFile("/tmp/import.json")}) {
       ASSERT_FALSE(imported) << text.substr(0, 80);
       EXPECT_EQ(imported.error().sentence, "That file is not a Tallowin export.");
       EXPECT_THAT(imported.error().reason, HasSubstr(reason)) << text.substr(0, 80);
@@ -115,7 +111,7 @@ TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
   }
   TransferProgram program;
   program.files().setRoom(0);
-  EXPECT_TRUE(program.transfer.importData(bundle({{"wrapAround", "[false]"}}), program.store));
+  EXPECT_TRUE(program.transfer.importData(bundle({{"wrapAround", "[false]"}})));
   EXPECT_FALSE(program.settings.get(setting::wrapAround));
   EXPECT_FALSE(program.storage.isSound()) << "what asked for it is told so";
 }
@@ -125,11 +121,10 @@ TEST(Diagnostics, TellHowThingsStand) {
       R"({"missingFunctions": "all", "permissions": {"accessibility": false, "screenRecording": false},
     "preferences": {"switchMode": "classic"}, "files": {"/etc/os-release": "NAME=x\nPRETTY_NAME=\"Debian 12\"\n"},
     "windowManager": {"name": "Openbox\n", "version": "3.6.1", "missingHints": ["_NET_A", "_NET_B"]}})");
-  other.checks = {{"Arrange Spaces", true}, {"Permission", false}};
-  EXPECT_EQ(other.transfer.diagnostics(SpaceSnapshot::empty(), {"Overview", "Back"}),
+  EXPECT_EQ(diagnosticsReport(other.services, SpaceSnapshot::empty(), {"Overview", "Back"}),
             "Tallowin 0.1.0 (77)\nmacOS Version 15.3.1 (simulated)\nBridge health: 0b0 healthy=false\n"
             "Accessibility: false\nScreen Recording: false\nSwitch mode: classic\nDisplays: 0, Spaces: 0\n"
-            "Check Arrange Spaces: ok\nCheck Permission: needs attention\n"
+            "Check Accessibility: needs attention\nCheck Screen Recording: needs attention\nCheck Files saved: ok\n"
             "Shortcuts taken by other apps: Overview, Back\n"
             "Distribution: Debian 12\nWindow manager: Openbox  3.6.1\nEWMH not supported: _NET_A, _NET_B");
   EXPECT_EQ(prettyNameOfOSRelease("A=1\nPRETTY_NAME=plain\n"), "plain");
@@ -151,10 +146,10 @@ TEST(SettingsTransfer, TakesAlongWhoStandsAtWhichPlace) {
   for (const auto& wrong : {PropertyList{1, 1}, PropertyList{"1"}, PropertyList(3), PropertyList(2000, 1)}) {
     auto bad = program.exported();
     bad["places"] = wrong;
-    EXPECT_FALSE(other.transfer.importData(bad.dump(), other.store)) << wrong;
+    EXPECT_FALSE(other.transfer.importData(bad.dump())) << wrong;
   }
   EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
-  EXPECT_TRUE(other.transfer.importData(program.transfer.exportData(program.store), other.store));
+  EXPECT_TRUE(other.transfer.importData(program.transfer.exportData()));
   EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 3, 4, 2}));
 }
 

@@ -30,7 +30,7 @@ struct TimingProgram : StoringProgram {
     tracker.spaceChanged(space);
   }
 
-  TimeTracker tracker{{storage, paths, settings, time}};
+  TimeTracker tracker{services};
 };
 
 TEST(TimeTracker, CountsIntervalsBySpaceAndDay) {

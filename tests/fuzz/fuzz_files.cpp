@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "automation/diagnostics.h"
 #include "automation/profile_store.h"
 #include "automation/settings_transfer.h"
 #include "automation/space_templates.h"
@@ -12,8 +13,8 @@
 #include "base/setting_text.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/storing_program.h"
-#include "windows/layout_files.h"
 #include "windows/saved_spaces.h"
+#include "windows/window_layout.h"
 
 using namespace tallowin;
 
@@ -55,28 +56,14 @@ class Machine : public StoringProgram {
     return {
         {files(), images, desktop.workspace(), desktop.log(), settings, paths}, storage, supportFolder + "spaces.json"};
   }
-  [[nodiscard]] TimeTracker newTracker() { return TimeTracker({storage, paths, settings, time}); }
+  [[nodiscard]] TimeTracker newTracker() { return TimeTracker(services); }
 
-  ProfileStore profiles{{store, settings, storage, paths, time}};
-  SpaceTemplates templates{{store, desktop.workspace(), files(), storage, paths}};
+  ProfileStore profiles{services};
+  SpaceTemplates templates{services};
   LayoutFiles layouts{storage, paths};
-  SettingsTransfer transfer{{settings,
-                             desktop.spacePlaces(),
-                             files(),
-                             time,
-                             desktop.system(),
-                             spaces,
-                             drivenWindows,
-                             desktop.screenCapture(),
-                             desktop.displays(),
-                             desktop.desktopFacts(),
-                             {"0.1.0", "1"},
-                             [] { return std::vector<SetUpCheck>(); }}};
-  SpaceContents contents{
-      {spaces, drivenWindows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
-  SavedSpaces savedSpaces{{store, contents, drivenWindows, desktop.workspace(), storage, paths, time, desktop.log()},
-                          {[](const std::string&) { return false; }, nullptr},
-                          [] { return std::uint64_t{4}; }};
+  SettingsTransfer transfer{services};
+  SpaceContents contents{platform};
+  SavedSpaces savedSpaces{services, contents};
 
  private:
   const std::filesystem::path file_;
@@ -156,12 +143,12 @@ void readTimes(Machine& machine) {
 }
 
 void importSettings(Machine& machine) {
-  const auto before = machine.transfer.exportData(machine.store);
-  const auto imported = machine.transfer.importFile(handedIn, machine.store);
-  const auto after = machine.transfer.exportData(machine.store);
+  const auto before = machine.transfer.exportData();
+  const auto imported = machine.transfer.importFile(handedIn);
+  const auto after = machine.transfer.exportData();
   require(imported || after == before, "what is refused changes nothing");
-  require(machine.transfer.importData(after, machine.store).has_value(), "an export can be imported");
-  require(machine.transfer.exportData(machine.store) == after, "an export that is imported is the same export");
+  require(machine.transfer.importData(after).has_value(), "an export can be imported");
+  require(machine.transfer.exportData() == after, "an export that is imported is the same export");
 }
 
 void readSavedSpaces(Machine& machine) {
@@ -175,7 +162,7 @@ void readSavedSpaces(Machine& machine) {
 }
 
 void readDistribution(Machine& machine) {
-  static_cast<void>(machine.transfer.diagnostics(machine.snapshot(), {}));
+  static_cast<void>(diagnosticsReport(machine.services, machine.snapshot()));
 }
 
 struct Kind {

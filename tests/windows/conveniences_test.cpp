@@ -1,14 +1,12 @@
 // Focus memory, Space lock, application rules, minimising and the scratchpad, on a simulated desktop.
 
+#include "windows/conveniences.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/windows/windows_program.h"
-#include "windows/app_rules.h"
-#include "windows/focus_memory.h"
-#include "windows/scratchpad.h"
 #include "windows/space_lock.h"
-#include "windows/space_minimizer.h"
 
 namespace tallowin {
 namespace {
@@ -49,12 +47,12 @@ struct ConvenientProgram : WindowsProgram {
   void userSwitchesTo(ManagedSpaceID space) { desktop.parts().spaces.switchNow(space); }
   void userActivates(ProcessID pid) { desktop.parts().workspace.activate(pid); }
 
-  FocusMemory focus{{desktop.workspace(), spaces, drivenWindows, desktop.system(), *mover, settings, time}};
-  SpaceLock lock{{desktop.workspaceNotifications(), desktop.workspace(), desktop.system(), settings, time}};
-  PulledAwayReaction reaction{{*mover, contents, desktop.workspace(), desktop.toasts(), time,
-                               [this](const Space& space) { this->userSwitchesTo(space.managedID); }}};
-  AppRules rules{{store, *mover, settings, desktop.log(), desktopTexts(DesktopKind::driven)}};
-  Scratchpad scratchpad{{*mover, contents, desktop.workspace(), settings, desktop.log()}};
+  FocusMemory focus{services, contents, *mover};
+  SpaceLock lock{services};
+  PulledAwayReaction reaction{services, contents, *mover,
+                              [this](const Space& space) { this->userSwitchesTo(space.managedID); }};
+  AppRules rules{services, *mover};
+  Scratchpad scratchpad{services, contents, *mover};
 };
 
 TEST(FocusMemory, GivesTheFocusBackOnReturn) {
@@ -81,7 +79,7 @@ TEST(FocusMemory, GivesTheFocusBackOnReturn) {
     program.readWindows();
     program.userSwitchesTo(1);
     program.state().applications.at(0).isActive = program.state().applications.at(1).isActive = false;
-    program.focus.entered(program.spaceNumbered(1), program.contents);
+    program.focus.entered(program.spaceNumbered(1));
     program.lines.clear();
     program.time.advance(199ms);
     EXPECT_THAT(program.take("AXUIElementPerformAction"), IsEmpty()) << what;
@@ -95,20 +93,20 @@ TEST(FocusMemory, LeavesAFocusOfTheUsersAloneAndWaitsForTheLastChangeOnly) {
   program.focus.leaving(program.spaceNumbered(1));
   EXPECT_EQ(program.focus.lastWindow("managed-1"), (WindowRef{111, 11}));
   program.userActivates(12);
-  program.focus.entered(program.spaceNumbered(1), program.contents);
+  program.focus.entered(program.spaceNumbered(1));
   program.time.advance(1s);
   EXPECT_TRUE(program.state().application(12)->isActive) << "the user is in another window of the Space already";
 
   program.state().applications.at(1).isActive = false;
-  program.focus.entered(program.spaceNumbered(1), program.contents);
+  program.focus.entered(program.spaceNumbered(1));
   program.userSwitchesTo(2);
   program.lines.clear();
   program.time.advance(1s);
   EXPECT_THAT(program.take("activateWithOptions"), IsEmpty()) << "a Space that was only passed is not brought back";
 
-  program.focus.entered(program.spaceNumbered(1), program.contents);
+  program.focus.entered(program.spaceNumbered(1));
   program.time.advance(100ms);
-  program.focus.entered(program.spaceNumbered(2), program.contents);
+  program.focus.entered(program.spaceNumbered(2));
   program.lines.clear();
   program.time.advance(1s);
   EXPECT_THAT(program.take("activateWithOptions"), IsEmpty()) << "nothing is remembered of Space 2";

@@ -9,7 +9,6 @@
 #include "base/json_text.h"
 #include "tests/windows/windows_program.h"
 #include "windows/display_set.h"
-#include "windows/layout_files.h"
 #include "windows/window_layout.h"
 
 namespace tallowin {

@@ -31,10 +31,10 @@ struct MarkingProgram : WindowsProgram {
 
   WindowMarks marks{desktop.globalHotKeys(), time};
   std::vector<std::string> switches;
-  MarkCommands commands{{marks, *mover, spaces, desktop.toasts(), watcher, [this](const Space& space) {
-                           switches.push_back(space.id);
-                           desktop.parts().spaces.switchNow(space.managedID);
-                         }}};
+  MarkCommands commands{services, marks, *mover, [this](const Space& space) {
+                          switches.push_back(space.id);
+                          desktop.parts().spaces.switchNow(space.managedID);
+                        }};
 };
 
 TEST(WindowMarks, TakesTheLetterKeysThatAreFreeUntilOneIsPressed) {

@@ -4,8 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/windows/windows_program.h"
-#include "windows/reconnect_restore.h"
-#include "windows/restart_offer.h"
+#include "windows/automatic_restore.h"
 
 namespace tallowin {
 namespace {
@@ -54,8 +53,7 @@ struct DockingProgram : WindowsProgram {
   }
 
   const SimulatedDisplay external = state().displays.at(1);
-  ReconnectRestore reconnect{{*layouts, contents, desktop.displays(), desktop.defaultNotifications(), settings,
-                              desktop.toasts(), time, watcher}};
+  ReconnectRestore reconnect{services, contents, *layouts};
 };
 
 TEST(ReconnectRestore, SixtyChangesInTwoSecondsAreOne) {
@@ -168,8 +166,7 @@ struct RestartedProgram : DockingProgram {
     offer.start();
   }
 
-  RestartOffer offer{{*layouts, desktop.alerts(), desktop.workspace(), desktop.system(), time, time,
-                      desktopTexts(DesktopKind::driven), watcher}};
+  RestartOffer offer{services, *layouts};
 };
 
 TEST(RestartOffer, IsMadeOnMachinesJustRestartedAndTakenByNothingButItsButton) {

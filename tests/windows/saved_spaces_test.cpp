@@ -4,9 +4,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <random>
 
-#include "base/json_text.h"
+#include "base/uuid.h"
 #include "tests/windows/windows_program.h"
 
 namespace tallowin {
@@ -27,7 +26,9 @@ constexpr auto workingDesktop = R"({"start": "2026-03-02T09:00:00Z",
   "windows": [
     {"number": 1, "pid": 11, "frame": [0, 30, 500, 400]}, {"number": 2, "pid": 12, "frame": [10, 30, 500, 400]},
     {"number": 3, "pid": 11, "frame": [20, 30, 500, 400]}, {"number": 4, "pid": 14}, {"number": 5, "pid": 13},
-    {"number": 6, "pid": 11, "space": 2}]})";
+    {"number": 6, "pid": 11, "space": 2}],
+  "appleScripts": {"tell application \"Safari\" to get URL of every tab of front window":
+                     ["https://a.example", "about:b"]}})";
 
 const std::string file = "/home/user/.local/share/Tallowin/saved-spaces.json";
 
@@ -57,13 +58,7 @@ struct SavingProgram : WindowsProgram {
     return opened;
   }
 
-  std::map<std::string, std::vector<std::string>> tabs = {{"com.apple.Safari", {"https://a.example", "about:b"}},
-                                                          {"com.google.Chrome", {}}};
-  std::mt19937_64 random{1};
-  SavedSpaces savedSpaces{{store, contents, drivenWindows, desktop.workspace(), storage, paths, time, desktop.log()},
-                          {[this](const std::string& bundleID) { return tabs.contains(bundleID); },
-                           [this](const std::string& bundleID) { return tabs.at(bundleID); }},
-                          [this] { return random(); }};
+  SavedSpaces savedSpaces{services, contents};
   SavedSpaceCommands commands{savedSpaces, desktop.toasts()};
 };
 

@@ -59,9 +59,8 @@ struct ContentsProgram : SimulatedProgram {
   CountedWindowList windowList{desktop.windowList()};
   DrivenWindows counted{{bridge, desktop.accessibility(), windowList}};
   std::vector<WindowNumber> newWindows;
-  std::optional<SpaceContents> contents{
-      std::in_place, SpaceContents::Services{spaces, counted, desktop.workspace(), desktop.workspaceNotifications(),
-                                             desktop.system(), time, time}};
+  const Platform countedPlatform = simulatedPlatform(desktop, spaces, driven, counted, preferences, images, time);
+  std::optional<SpaceContents> contents{std::in_place, countedPlatform};
 };
 
 constexpr auto mailAndNotes = R"({
@@ -295,14 +294,6 @@ TEST(SpaceContentsReading, AListThatIsNoneReadsAsEmpty) {
   }
   EXPECT_THAT(readSpaceContents(readWindowList(PropertyList::array({entry(), "window"})), lookups()).windows,
               IsEmpty());
-}
-
-TEST(WindowInfo, HashesTellWindowsAndApplicationsApart) {
-  const WindowInfo window{1, 2, "b", "n", "t", {{1, 2}, {3, 4}}, 5};
-  EXPECT_NE(std::hash<WindowInfo>{}({1, 2, "b", "n", "t", {{1, 2}, {3, 4}}, 9}), std::hash<WindowInfo>{}(window));
-  EXPECT_NE(std::hash<WindowInfo>{}({9, 2, "b", "n", "t", {{1, 2}, {3, 4}}, 5}), std::hash<WindowInfo>{}(window));
-  const AppOnSpace application{1, "b", "n", {3, 4}};
-  EXPECT_NE(std::hash<AppOnSpace>{}(application), std::hash<AppOnSpace>{}({1, "b", "n", {4, 3}}));
 }
 
 }  // namespace

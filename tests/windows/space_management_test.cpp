@@ -67,7 +67,7 @@ struct ManagingProgram : SimulatedProgram {
       : SimulatedProgram(scenarioJSON),
         tree(root),
         drivenBy{bridge, root != nullptr ? tree : desktop.accessibility(), desktop.windowList()} {
-    management.emplace(SpaceManagement::Services{nullptr, &drivenBy, desktop.workspace(), desktop.events(), time});
+    management.emplace(simulatedPlatform(desktop, drivenSpaces, drivenBy, windowService, preferences, images, time));
     lines.clear();
   }
 

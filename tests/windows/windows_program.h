@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "commands/space_switcher.h"
-#include "core/space_watcher.h"
 #include "tests/storing_program.h"
 #include "windows/layout_manager.h"
 #include "windows/space_contents.h"
@@ -33,18 +32,11 @@ struct WindowsProgram : StoringProgram {
     std::erase_if(state().windows, [number](const auto& window) { return window.number == number; });
   }
 
-  SpaceWatcher watcher{{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
-                        desktop.defaultNotifications(), desktop.files(), desktop.folders(), settings, time,
-                        desktop.log()}};
   SpaceSwitcher switcher{{nullptr, &driven, desktop.events(), desktop.displays(), preferences, desktop.system(), time,
                           time, settings, desktop.log()}};
-  SpaceContents contents{
-      {spaces, drivenWindows, desktop.workspace(), desktop.workspaceNotifications(), desktop.system(), time, time}};
-  std::unique_ptr<WindowMover> mover =
-      std::make_unique<WindowMover>(WindowMover::Services{switcher, spaces, drivenWindows, &driven, desktop.workspace(),
-                                                          desktop.events(), desktop.system(), time, desktop.log()});
-  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(LayoutManager::Services{
-      watcher, *mover, contents, drivenWindows, desktop.displays(), storage, paths, settings, time, time});
+  SpaceContents contents{platform};
+  std::unique_ptr<WindowMover> mover = std::make_unique<WindowMover>(platform, switcher);
+  std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(services, contents, *mover);
 };
 
 /// Where layouts are on the simulated machine.

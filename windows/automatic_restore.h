@@ -1,13 +1,21 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 
+#include "base/desktop_texts.h"
+#include "base/lifetime.h"
 #include "base/settings.h"
+#include "core/program_services.h"
 #include "core/space_watcher.h"
+#include "platform/alerts.h"
+#include "platform/clock.h"
 #include "platform/displays.h"
 #include "platform/notification_center.h"
+#include "platform/system.h"
 #include "platform/toasts.h"
+#include "platform/workspace.h"
 #include "windows/display_set.h"
 #include "windows/layout_manager.h"
 
@@ -22,18 +30,8 @@ class ReconnectRestore {
   /// From the last change of the displays to the restore: the system moves windows about itself at first.
   static constexpr Duration delay = std::chrono::seconds(3);
 
-  struct Services {
-    LayoutManager& layouts;
-    SpaceContents& contents;
-    Displays& displays;
-    NotificationCenter& defaultNotifications;
-    const Settings& settings;
-    Toasts& toasts;
-    MainQueue& mainQueue;
-    SpaceWatcher& watcher;
-  };
-
-  explicit ReconnectRestore(Services services) : services_(services) {}
+  ReconnectRestore(const ProgramServices& services, SpaceContents& contents, LayoutManager& layouts)
+      : services_(services), contents_(contents), layouts_(layouts) {}
   ReconnectRestore(const ReconnectRestore&) = delete;
   ReconnectRestore& operator=(const ReconnectRestore&) = delete;
 
@@ -53,13 +51,41 @@ class ReconnectRestore {
   void settle();
   void restore(const WindowLayout& layout);
 
-  const Services services_;
+  const ProgramServices& services_;
+  SpaceContents& contents_;
+  LayoutManager& layouts_;
   Subscription observer_;
   std::optional<DisplaySet> latest_;  ///< as last seen
   // While the displays change:
   std::size_t fewest_ = 0;  ///< so many displays there were at least
   Subscription autoSaveHold_;
   WorkItem settling_;
+};
+
+/// Offers to put windows back after the computer was restarted. Main thread only.
+class RestartOffer {
+ public:
+  /// A machine that has been up for less counts as just restarted.
+  static constexpr Duration recentRestart = std::chrono::seconds(900);
+  /// Applications need this long to open their windows again after a login.
+  static constexpr Duration delay = std::chrono::seconds(45);
+
+  RestartOffer(const ProgramServices& services, LayoutManager& layouts) : services_(services), layouts_(layouts) {}
+  RestartOffer(const RestartOffer&) = delete;
+  RestartOffer& operator=(const RestartOffer&) = delete;
+
+  /// To be called at start-up. If the machine was just restarted and the layout "auto" has windows for the displays
+  /// that are connected 45 seconds later, the user is asked then.
+  void start();
+
+ private:
+  void offer();
+  void restore(const WindowLayout& layout);
+
+  const ProgramServices& services_;
+  LayoutManager& layouts_;
+  WorkItem waiting_;
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

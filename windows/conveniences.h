@@ -1,0 +1,136 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/settings.h"
+#include "commands/outcome.h"
+#include "core/program_services.h"
+#include "core/space.h"
+#include "core/space_store.h"
+#include "platform/log.h"
+#include "platform/system.h"
+#include "platform/toasts.h"
+#include "platform/windows.h"
+#include "platform/workspace.h"
+#include "windows/space_contents.h"
+#include "windows/window_info.h"
+#include "windows/window_mover.h"
+
+namespace tallowin {
+
+/// Which application's new windows belong on which Space, by bundle identifier.
+using RulesByApplication = std::map<std::string, Space, std::less<>>;
+
+/// The rules that the Spaces' automations (`pinnedApps`) make. Where several Spaces pin an application, the last one in
+/// the snapshot's order has it.
+[[nodiscard]] RulesByApplication appRules(const SpaceSnapshot& snapshot, const SpaceStore& store);
+
+/// Sends new windows of an application to the Space that it is pinned to, each window once. Main thread only.
+class AppRules {
+ public:
+  AppRules(const ProgramServices& services, WindowMover& mover) : services_(services), mover_(mover) {}
+  AppRules(const AppRules&) = delete;
+  AppRules& operator=(const AppRules&) = delete;
+
+  /// Applies the rules to windows never seen before, while the setting "applyAppRules" is on. A move that fails is
+  /// logged.
+  void apply(const std::vector<WindowInfo>& newWindows, const SpaceSnapshot& snapshot);
+
+ private:
+  void move(const WindowInfo& window, const Space& space, const SpaceSnapshot& snapshot);
+
+  const ProgramServices& services_;
+  WindowMover& mover_;
+  std::set<WindowNumber> placed_;  ///< windows that a rule was applied to, or that stood where it wants them
+};
+
+/// Remembers which window of each Space had the focus, and gives it back on return. In memory only. Main thread only.
+class FocusMemory {
+ public:
+  /// From entering a Space to giving the focus back: the system chooses a window of its own first.
+  static constexpr Duration delay = std::chrono::milliseconds(200);
+
+  FocusMemory(const ProgramServices& services, const SpaceContents& contents, WindowMover& mover)
+      : services_(services), contents_(contents), mover_(mover) {}
+  FocusMemory(const FocusMemory&) = delete;
+  FocusMemory& operator=(const FocusMemory&) = delete;
+
+  /// To be called before the Space is left: notes the focused window, unless it is one of this program's own.
+  void leaving(const Space& space);
+
+  /// To be called after the Space was entered. While the setting "restoreFocus" is on, the remembered window is raised
+  /// 0.2 seconds from now, unless it is gone, a window of the Space has the focus by then, or the Space is no longer
+  /// shown: raising would bring back a Space that the user only passed. Whatever an earlier call is still waiting for
+  /// is given up.
+  void entered(const Space& space);
+
+  /// The window that would be raised on entering a Space, by Space::id.
+  [[nodiscard]] std::optional<WindowRef> lastWindow(const std::string& spaceID) const;
+
+ private:
+  void restore(const Space& space);
+  [[nodiscard]] bool focusIsOn(ManagedSpaceID space) const;
+  [[nodiscard]] bool focusIsAmong(const std::vector<WindowInfo>& windows) const;
+
+  const ProgramServices& services_;
+  const SpaceContents& contents_;
+  WindowMover& mover_;
+  std::map<std::string, WindowRef> lastWindow_;
+  WorkItem waiting_;
+};
+
+/// Shows one chosen application (setting "scratchpadApp") on the current Space, or hides it. Main thread only.
+class Scratchpad {
+ public:
+  Scratchpad(const ProgramServices& services, const SpaceContents& contents, WindowMover& mover)
+      : services_(services), contents_(contents), mover_(mover) {}
+
+  /// Hides the application if it is the active one, and shows it otherwise: it is opened if it does not run, and its
+  /// first window brought over if that stands on another Space than the active one of the menu-bar display. `toasts`
+  /// tells the user when no application is chosen.
+  Outcome toggle(const SpaceSnapshot& snapshot, Toasts& toasts);
+
+ private:
+  void bring(const std::string& bundleID, ProcessID anyProcess, const SpaceSnapshot& snapshot);
+
+  const ProgramServices& services_;
+  const SpaceContents& contents_;
+  WindowMover& mover_;
+};
+
+/// Minimises every window of a Space, and undoes that. In memory only. Main thread only.
+class SpaceMinimizer {
+ public:
+  explicit SpaceMinimizer(Windows& windows) : windows_(windows) {}
+
+  /// Minimises the windows on a Space and answers how many; undo() brings back these and no others. Windows that cannot
+  /// be reached, or are minimised already, do not count. When there were none, undo() does what it would have done.
+  std::size_t minimizeAll(const Space& space, const SpaceContents& contents);
+
+  /// Whether there is something to undo.
+  [[nodiscard]] bool canUndo() const { return !lastMinimized_.empty(); }
+
+  /// Brings back what minimizeAll() minimised last, as far as it still exists.
+  void undo();
+
+ private:
+  Windows& windows_;
+  std::vector<WindowRef> lastMinimized_;
+};
+
+/// What the user is told when so many windows were minimised.
+[[nodiscard]] Toast minimizedToast(std::size_t count);
+
+/// Opens and activates the application with this bundle identifier, or as the configuration says. That it is not
+/// installed or cannot be opened is logged under `category`; false when it is not installed. `log` must outlive the
+/// opening. Main thread only.
+bool openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category,
+                     const OpenConfiguration& configuration = {});
+
+}  // namespace tallowin
