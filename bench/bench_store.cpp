@@ -12,9 +12,7 @@
 #include "core/space_store.h"
 #include "platform/linux/event_loop.h"
 #include "platform/linux/lazy_images.h"
-#include "platform/linux/system_clock.h"
-#include "platform/linux/system_log.h"
-#include "platform/linux/thread_work_queues.h"
+#include "platform/linux/unix_system.h"
 #include "platform/linux/unix_files.h"
 #include "platform/none/neutral.h"
 

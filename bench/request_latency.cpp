@@ -12,7 +12,6 @@
 #include "bench/stopwatch.h"
 #include "platform/channel/channel_folder.h"
 #include "platform/channel/channel_protocol.h"
-#include "platform/channel/unix_socket.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "app/command_line.h"
 #include "base/storage.h"
-#include "platform/channel/instance_lock.h"
+#include "platform/channel/channel_folder.h"
 #include "platform/platform.h"
 
 namespace tallowin {

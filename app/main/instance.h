@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "app/command_line.h"
-#include "platform/channel/instance_lock.h"
+#include "platform/channel/channel_folder.h"
 
 namespace tallowin {
 

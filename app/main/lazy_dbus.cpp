@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/linux/program_module.h"
+#include "platform/linux/lazy_images.h"
 
 namespace tallowin {
 

@@ -6,7 +6,7 @@
 #include <sys/types.h>
 
 #include "app/command_line.h"
-#include "platform/channel/instance_lock.h"
+#include "platform/channel/channel_folder.h"
 
 namespace tallowin {
 

@@ -7,7 +7,6 @@
 
 #include "platform/channel/channel_folder.h"
 #include "platform/channel/channel_protocol.h"
-#include "platform/channel/unix_socket.h"
 
 namespace tallowin {
 
@@ -29,27 +28,20 @@ HandOver unreachable(const std::string& why) {
 class Conversation {
  public:
   explicit Conversation(const HandOverTerms& terms) : terms_(terms) {}
-  ~Conversation() {
-    if (socket_ >= 0) {
-      ::close(socket_);
-    }
-  }
-  Conversation(const Conversation&) = delete;
-  Conversation& operator=(const Conversation&) = delete;
 
   /// Zero when connected, else errno.
   int connect(const std::string& path) {
-    socket_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    socket_ = OwnedDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const auto address = unixAddress(path);
     const bool connected =
-        socket_ >= 0 && ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        socket_ && ::connect(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     return connected ? 0 : errno;
   }
 
   [[nodiscard]] bool send(const std::string& request) const {
     std::size_t sent = 0;
     while (sent < request.size()) {
-      const auto count = ::send(socket_, request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
+      const auto count = ::send(socket_.get(), request.data() + sent, request.size() - sent, MSG_NOSIGNAL);
       if (count < 0 && errno != EINTR) {
         return false;
       }
@@ -65,7 +57,7 @@ class Conversation {
       }
       constexpr std::size_t most = 65536;
       char bytes[most];
-      const auto count = ::recv(socket_, bytes, sizeof bytes, 0);
+      const auto count = ::recv(socket_.get(), bytes, sizeof bytes, 0);
       if (count < 0 && errno == EINTR) {
         continue;
       }
@@ -81,7 +73,7 @@ class Conversation {
 
  private:
   [[nodiscard]] bool arrivesInTime() const {
-    pollfd wanted{socket_, POLLIN, 0};
+    pollfd wanted{socket_.get(), POLLIN, 0};
     int ready = 0;
     do {
       ready = ::poll(&wanted, 1, terms_.patience);
@@ -119,7 +111,7 @@ class Conversation {
   }
 
   const HandOverTerms terms_;
-  int socket_ = -1;
+  OwnedDescriptor socket_;
   std::string arrived_;
   bool answered_ = false;
   channel::Answerer answerer_;

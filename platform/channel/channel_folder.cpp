@@ -2,8 +2,8 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -43,8 +43,8 @@ PrivateFolder::PrivateFolder(const std::string& path, bool create) {
   if (create) {
     makeWithParents(path);
   }
-  descriptor_ = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-  if (descriptor_ < 0) {
+  descriptor_ = OwnedDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!descriptor_) {
     missing_ = errno == ENOENT;
     error_ = "cannot open the folder " + path + ": " + std::strerror(errno);
     return;
@@ -52,27 +52,42 @@ PrivateFolder::PrivateFolder(const std::string& path, bool create) {
   check(path, create);
 }
 
-PrivateFolder::~PrivateFolder() {
-  if (descriptor_ >= 0) {
-    ::close(descriptor_);
-  }
-}
-
 /// In a folder that somebody else could write to, anybody could listen in the user's name.
 void PrivateFolder::check(const std::string& path, bool mend) {
   struct stat status{};
-  const bool isOurs = ::fstat(descriptor_, &status) == 0 && status.st_uid == ::geteuid();
+  const bool isOurs = ::fstat(descriptor_.get(), &status) == 0 && status.st_uid == ::geteuid();
   const bool isPrivate = (status.st_mode & othersMode) == 0;
-  if (isOurs && (isPrivate || (mend && ::fchmod(descriptor_, privateMode) == 0))) {
+  if (isOurs && (isPrivate || (mend && ::fchmod(descriptor_.get(), privateMode) == 0))) {
     return;
   }
   error_ = "the folder " + path + " is open to others";
-  ::close(descriptor_);
-  descriptor_ = -1;
+  descriptor_ = OwnedDescriptor();
 }
 
 std::string PrivateFolder::shortPath(const char* name) const {
-  return "/proc/self/fd/" + std::to_string(descriptor_) + "/" + name;
+  return "/proc/self/fd/" + std::to_string(descriptor()) + "/" + name;
+}
+
+InstanceLock::InstanceLock(const std::string& folder, const char* name)
+    : folder_(folder, true), error_(folder_.error()) {
+  if (folder_.descriptor() < 0) {
+    return;
+  }
+  constexpr mode_t privateFile = 0600;
+  descriptor_ =
+      OwnedDescriptor(::openat(folder_.descriptor(), name, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, privateFile));
+  if (descriptor_ && ::flock(descriptor_.get(), LOCK_EX | LOCK_NB) == 0) {
+    state_ = State::held;
+  } else if (descriptor_ && errno == EWOULDBLOCK) {
+    state_ = State::taken;
+  } else {
+    error_ = "cannot lock " + folder + "/" + name + ": " + std::strerror(errno);
+  }
+}
+
+void InstanceLock::release() {
+  descriptor_ = OwnedDescriptor();
+  state_ = State::failed;
 }
 
 }  // namespace tallowin

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <cstring>
 #include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "platform/descriptors.h"
 
 namespace tallowin {
 
@@ -13,12 +18,9 @@ class PrivateFolder {
  public:
   /// Opens it; with `create` also makes it, with its parents.
   PrivateFolder(const std::string& path, bool create);
-  ~PrivateFolder();
-  PrivateFolder(const PrivateFolder&) = delete;
-  PrivateFolder& operator=(const PrivateFolder&) = delete;
 
   /// Negative when there is none: error() says why.
-  [[nodiscard]] int descriptor() const { return descriptor_; }
+  [[nodiscard]] int descriptor() const { return descriptor_.get(); }
   [[nodiscard]] bool isMissing() const { return missing_; }
   [[nodiscard]] const std::string& error() const { return error_; }
 
@@ -28,7 +30,7 @@ class PrivateFolder {
  private:
   void check(const std::string& path, bool mend);
 
-  int descriptor_ = -1;
+  OwnedDescriptor descriptor_;
   bool missing_ = false;
   std::string error_;
 };
@@ -37,5 +39,39 @@ class PrivateFolder {
 inline constexpr auto channelSocketName = "socket";
 inline constexpr auto instanceLockName = "lock";
 inline constexpr auto startLockName = "start-lock";  ///< held by whoever starts the instance for its caller
+
+/// The address of a socket in the file system. Paths that are too long are cut off, which no file answers to.
+inline sockaddr_un unixAddress(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::memcpy(address.sun_path, path.data(), path.size() < sizeof address.sun_path ? path.size() : 0);
+  return address;
+}
+
+/// Makes sure that one instance at most is resident in a folder. The lock ends with the process, however it ends.
+class InstanceLock {
+ public:
+  /// Tries once to become the instance of `folder`, which is made where it is missing. With another `name` the lock is
+  /// for something else that only one process may do at a time.
+  explicit InstanceLock(const std::string& folder, const char* name = instanceLockName);
+
+  enum class State {
+    held,
+    taken,   ///< another process is the instance
+    failed,  ///< there is no such folder to be had; error() says why
+  };
+  [[nodiscard]] State state() const { return state_; }
+  [[nodiscard]] const std::string& error() const { return error_; }
+  [[nodiscard]] const PrivateFolder& folder() const { return folder_; }
+
+  /// Lets another process become the instance.
+  void release();
+
+ private:
+  const PrivateFolder folder_;
+  std::string error_;
+  OwnedDescriptor descriptor_;
+  State state_ = State::failed;
+};
 
 }  // namespace tallowin

@@ -5,26 +5,66 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "platform/channel/request_reader.h"
-
 namespace tallowin {
 
-using channel::FrameKind;
-
 namespace {
+
+/// Takes a text and its zero byte away from the front; nothing when there is no zero byte.
+std::optional<std::string> takeText(std::string_view& bytes) {
+  const auto end = bytes.find('\0');
+  if (end == std::string_view::npos) {
+    return std::nullopt;
+  }
+  std::string text(bytes.substr(0, end));
+  bytes.remove_prefix(end + 1);
+  return text;
+}
 
 constexpr int misunderstood = 69;  // EX_UNAVAILABLE (sysexits.h)
 
 }  // namespace
 
-ChannelPeer::ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer,
+std::expected<std::optional<Request>, std::string> readRequest(std::string_view arrived) {
+  if (arrived.size() < channel::lengthSize) {
+    return std::nullopt;
+  }
+  const auto length = channel::readLength(arrived);
+  if (length > channel::maximumRequest) {
+    return std::unexpected("the request is too long");
+  }
+  auto texts = arrived.substr(channel::lengthSize);
+  if (texts.size() < length) {
+    return std::nullopt;
+  }
+  texts = texts.substr(0, length);
+  if (takeText(texts) != channel::protocolName) {
+    return std::unexpected("another version of tallowin is running; tell it to quit and start it again");
+  }
+  auto workingDirectory = takeText(texts);
+  if (!workingDirectory) {
+    return std::unexpected("the request is not complete");
+  }
+  Request request{{}, *std::move(workingDirectory)};
+  while (!texts.empty()) {
+    auto argument = takeText(texts);
+    if (!argument) {
+      return std::unexpected("the request is not complete");
+    }
+    request.arguments.push_back(*std::move(argument));
+  }
+  return request;
+}
+
+using channel::FrameKind;
+
+ChannelPeer::ChannelPeer(OwnedDescriptor socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer,
                          Events events)
-    : socket_(socket),
+    : socket_(std::move(socket)),
       descriptors_(descriptors),
       queue_(queue),
       answerer_(std::move(answerer)),
       events_(std::move(events)),
-      readable_(descriptors.watchReadable(socket, [this] { readMore(); })),
+      readable_(descriptors.watchReadable(socket_.get(), [this] { readMore(); })),
       patience_(queue.after(requestTime, [this] { close(); })) {}
 
 ChannelPeer::~ChannelPeer() {
@@ -33,7 +73,6 @@ ChannelPeer::~ChannelPeer() {
   }
   readable_.cancel();
   writable_.cancel();
-  ::close(socket_);
 }
 
 bool ChannelPeer::hasAskedByNow() {
@@ -46,7 +85,7 @@ bool ChannelPeer::hasAskedByNow() {
 void ChannelPeer::readMore() {
   constexpr std::size_t most = 65536;
   char bytes[most];
-  const auto count = ::recv(socket_, bytes, sizeof bytes, MSG_DONTWAIT);
+  const auto count = ::recv(socket_.get(), bytes, sizeof bytes, MSG_DONTWAIT);
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
     return;
   }
@@ -110,10 +149,10 @@ void ChannelPeer::abandon() {
 void ChannelPeer::flush() {
   while (!waiting_.empty() && !gone_) {
     const auto& frame = waiting_.front();
-    const auto count = ::send(socket_, frame.data() + sent_, frame.size() - sent_, MSG_NOSIGNAL | MSG_DONTWAIT);
+    const auto count = ::send(socket_.get(), frame.data() + sent_, frame.size() - sent_, MSG_NOSIGNAL | MSG_DONTWAIT);
     if (count < 0 && errno == EAGAIN) {
       if (!writable_) {
-        writable_ = descriptors_.watchWritable(socket_, [this] { flush(); });
+        writable_ = descriptors_.watchWritable(socket_.get(), [this] { flush(); });
       }
       return;
     }
@@ -143,7 +182,7 @@ void ChannelPeer::close() {
   readable_.cancel();
   writable_.cancel();
   patience_.cancel();
-  ::shutdown(socket_, SHUT_RDWR);
+  ::shutdown(socket_.get(), SHUT_RDWR);
   going_ = queue_.after(Duration::zero(), [this] {
     const auto onGone = events_.onGone;  // it goes with this peer
     onGone(*this);

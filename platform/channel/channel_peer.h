@@ -1,9 +1,11 @@
 #pragma once
 
 #include <deque>
+#include <expected>
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/channel/channel_protocol.h"
 #include "platform/command_channel.h"
@@ -11,6 +13,10 @@
 #include "platform/main_queue.h"
 
 namespace tallowin {
+
+/// The request that the bytes of a connection hold so far (channel_protocol.h): nothing while it is not complete. The
+/// error is one line for the caller.
+[[nodiscard]] std::expected<std::optional<Request>, std::string> readRequest(std::string_view arrived);
 
 /// The listening end of one connection of the command channel: takes the request, sends the answer as fast as the other
 /// end reads it. Main thread only.
@@ -28,7 +34,8 @@ class ChannelPeer {
   };
 
   /// Owns the socket, which does not block. `answerer` is told to the other end.
-  ChannelPeer(int socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer, Events events);
+  ChannelPeer(OwnedDescriptor socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer,
+              Events events);
   ~ChannelPeer();
   ChannelPeer(const ChannelPeer&) = delete;
   ChannelPeer& operator=(const ChannelPeer&) = delete;
@@ -50,7 +57,7 @@ class ChannelPeer {
   void flush();
   void close();
 
-  const int socket_;
+  const OwnedDescriptor socket_;
   Descriptors& descriptors_;
   MainQueue& queue_;
   const channel::Answerer answerer_;

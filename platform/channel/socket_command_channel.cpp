@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/channel/unix_socket.h"
+#include "platform/channel/channel_folder.h"
 
 namespace tallowin {
 
@@ -18,22 +18,18 @@ namespace {
 constexpr auto socketCommandChannelCategory = "CommandChannel";
 constexpr int busy = 69;  // EX_UNAVAILABLE (sysexits.h)
 
-/// A listening socket at the path, or a negative number and errno.
-int listenAt(const std::string& path) {
-  const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+/// A listening socket at the path, or none and errno.
+OwnedDescriptor listenAt(const std::string& path) {
+  OwnedDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
   const auto address = unixAddress(path);
-  if (socket < 0) {
-    return socket;
-  }
   ::unlink(path.c_str());
-  if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-      ::listen(socket, SOMAXCONN) == 0) {
-    return socket;
-  }
+  const bool listens = socket &&
+                       ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+                       ::listen(socket.get(), SOMAXCONN) == 0;
   const int error = errno;
-  ::close(socket);
+  socket = listens ? std::move(socket) : OwnedDescriptor();
   errno = error;
-  return -1;
+  return socket;
 }
 
 }  // namespace
@@ -83,35 +79,36 @@ class SocketCommandChannel::PeerCaller : public Caller {
 
 std::expected<std::unique_ptr<SocketCommandChannel>, std::string> SocketCommandChannel::open(
     Services services, std::unique_ptr<InstanceLock> lock) {
-  const int listener = listenAt(lock->folder().shortPath(channelSocketName));
-  if (listener < 0) {
+  auto listener = listenAt(lock->folder().shortPath(channelSocketName));
+  if (!listener) {
     return std::unexpected(std::string(std::strerror(errno)));
   }
   return std::unique_ptr<SocketCommandChannel>(
-      new SocketCommandChannel(std::move(services), std::move(lock), listener));
+      new SocketCommandChannel(std::move(services), std::move(lock), std::move(listener)));
 }
 
-SocketCommandChannel::SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock, int listener)
-    : services_(std::move(services)), lock_(std::move(lock)), listener_(listener) {}
+SocketCommandChannel::SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock,
+                                           OwnedDescriptor listener)
+    : services_(std::move(services)), lock_(std::move(lock)), listener_(std::move(listener)) {}
 
 SocketCommandChannel::~SocketCommandChannel() {
   readable_.cancel();
   ::unlink(lock_->folder().shortPath(channelSocketName).c_str());
-  ::close(listener_);
+  listener_ = OwnedDescriptor();
   lock_->release();
   peers_->clear();
 }
 
 void SocketCommandChannel::setHandler(Handler handler) {
   handler_ = std::move(handler);
-  readable_ = handler_ ? services_.descriptors.watchReadable(listener_, [this] { acceptAll(); }) : Subscription();
+  readable_ = handler_ ? services_.descriptors.watchReadable(listener_.get(), [this] { acceptAll(); }) : Subscription();
 }
 
 void SocketCommandChannel::acceptAll() {
   while (true) {
-    const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-    if (socket >= 0) {
-      accept(socket);
+    OwnedDescriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+    if (socket) {
+      accept(std::move(socket));
     } else if (errno == EAGAIN) {
       return;
     } else if (errno != EINTR && errno != ECONNABORTED) {
@@ -142,15 +139,16 @@ bool SocketCommandChannel::dropOneThatHasNotAsked() {
   return true;
 }
 
-void SocketCommandChannel::accept(int socket) {
+void SocketCommandChannel::accept(OwnedDescriptor socket) {
   const auto number = ++lastNumber_;
-  auto peer = std::make_unique<ChannelPeer>(socket, services_.descriptors, services_.mainQueue, services_.answerer,
-                                            ChannelPeer::Events{
-                                                [this, number](ChannelPeer&, Request request) {
-                                                  handler_(request, std::make_unique<PeerCaller>(peers_, number));
-                                                },
-                                                [this, number](ChannelPeer&) { peers_->erase(number); },
-                                            });
+  auto peer =
+      std::make_unique<ChannelPeer>(std::move(socket), services_.descriptors, services_.mainQueue, services_.answerer,
+                                    ChannelPeer::Events{
+                                        [this, number](ChannelPeer&, Request request) {
+                                          handler_(request, std::make_unique<PeerCaller>(peers_, number));
+                                        },
+                                        [this, number](ChannelPeer&) { peers_->erase(number); },
+                                    });
   if (peers_->size() >= maximumPeers && !dropOneThatHasNotAsked()) {
     services_.log.error(socketCommandChannelCategory, "too many programs ask at once");
     peer->send(FrameKind::err, "tallowin: too many programs ask at once\n");

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/channel/channel_folder.h"
 #include "platform/channel/channel_peer.h"
-#include "platform/channel/instance_lock.h"
 #include "platform/command_channel.h"
 #include "platform/descriptors.h"
 #include "platform/log.h"
@@ -47,16 +47,16 @@ class SocketCommandChannel : public CommandChannel {
   /// The connections that live. Shared with the callers, which may outlive the channel.
   using Peers = std::map<PeerNumber, std::unique_ptr<ChannelPeer>>;
 
-  SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock, int listener);
+  SocketCommandChannel(Services services, std::unique_ptr<InstanceLock> lock, OwnedDescriptor listener);
 
   void acceptAll();
   void pause(const std::string& why);
-  void accept(int socket);
+  void accept(OwnedDescriptor socket);
   [[nodiscard]] bool dropOneThatHasNotAsked();
 
   const Services services_;
   std::unique_ptr<InstanceLock> lock_;
-  const int listener_;
+  OwnedDescriptor listener_;
   Handler handler_;
   Subscription readable_;
   WorkItem resume_;

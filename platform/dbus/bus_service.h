@@ -10,9 +10,8 @@
 
 #include "base/lifetime.h"
 #include "platform/clock.h"
-#include "platform/dbus/bus_handles.h"
 #include "platform/dbus/bus_link.h"
-#include "platform/dbus/bus_vtable.h"
+#include "platform/dbus/bus_values.h"
 #include "platform/desktop_service.h"
 #include "platform/log.h"
 

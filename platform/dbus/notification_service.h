@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <expected>
@@ -10,11 +11,23 @@
 #include <vector>
 
 #include "base/broadcaster.h"
-#include "platform/dbus/bus_handles.h"
 #include "platform/dbus/bus_link.h"
-#include "platform/dbus/desktop_notification.h"
 
 namespace tallowin {
+
+/// What the Desktop Notifications Specification 1.2 lets a notification say, as far as it is used here.
+struct DesktopNotification {
+  enum class Urgency : std::uint8_t { low = 0, normal = 1, critical = 2 };
+
+  std::uint32_t replaces = 0;  ///< the number of the notification whose place it takes, 0 for none
+  std::string icon;
+  std::string summary;  ///< plain text
+  std::string body;     ///< markup where the service has the capability "body-markup", else plain text
+  std::vector<std::string> buttons;
+  bool stays = false;  ///< also when it has been clicked on; else it is not even kept in the service's list
+  Urgency urgency = Urgency::normal;
+  std::chrono::milliseconds expiry{0};  ///< zero for never
+};
 
 /// The desktop's notification service (org.freedesktop.Notifications) on the user's bus. The link is opened at the
 /// first call. Nothing waits, and what is told here is told from the main queue with the bus at rest, so that a

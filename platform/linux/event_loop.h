@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "platform/descriptors.h"
-#include "platform/linux/owned_descriptor.h"
 #include "platform/main_queue.h"
 
 struct epoll_event;
@@ -69,6 +68,12 @@ class EventLoop : public MainQueue, public RunLoop, public Descriptors {
   std::mutex mutex_;
   std::vector<std::function<void()>> arrived_;
   bool mayBeAsleep_ = false;
+};
+
+/// Serial queues, each with a thread of its own at low priority.
+class ThreadWorkQueues : public WorkQueues {
+ public:
+  std::unique_ptr<WorkQueue> make(const std::string& label) override;
 };
 
 }  // namespace tallowin

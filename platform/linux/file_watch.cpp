@@ -6,7 +6,7 @@
 #include <string_view>
 #include <sys/inotify.h>
 
-#include "platform/linux/owned_descriptor.h"
+#include "platform/descriptors.h"
 
 namespace tallowin {
 

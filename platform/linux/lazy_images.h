@@ -8,6 +8,10 @@
 
 namespace tallowin {
 
+/// The function of this name in the library `file` from the folder of the running program, which is loaded for good;
+/// null when there is none.
+[[nodiscard]] void* programModuleFunction(const char* file, const char* function);
+
 /// Pictures by the pictures module, which is loaded when the first one is asked for. Without it there are no pictures,
 /// which is said once, in the log. Main thread only.
 class LazyImages : public Images {

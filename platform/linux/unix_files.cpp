@@ -8,8 +8,8 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "platform/descriptors.h"
 #include "platform/linux/file_watch.h"
-#include "platform/linux/owned_descriptor.h"
 
 namespace tallowin {
 
@@ -88,9 +88,6 @@ class TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
-    if (descriptor_ >= 0) {
-      ::close(descriptor_);
-    }
     if (!name_.empty()) {
       ::unlink(name_.c_str());
     }
@@ -98,14 +95,14 @@ class TemporaryFile {
 
   /// Each answers false with errno.
   [[nodiscard]] bool isOpen() {
-    if (descriptor_ < 0) {
+    if (!descriptor_) {
       name_.clear();
     }
-    return descriptor_ >= 0;
+    return bool(descriptor_);
   }
   [[nodiscard]] bool fill(std::string_view bytes, mode_t mode) {
-    return ::fchmod(descriptor_, mode) == 0 && writeAll(descriptor_, bytes) && ::fsync(descriptor_) == 0 &&
-           closeChecked(std::exchange(descriptor_, -1));
+    return ::fchmod(descriptor_.get(), mode) == 0 && writeAll(descriptor_.get(), bytes) &&
+           ::fsync(descriptor_.get()) == 0 && closeChecked(descriptor_.release());
   }
   [[nodiscard]] bool rename(const std::filesystem::path& path) {
     const bool renamed = ::rename(name_.c_str(), path.c_str()) == 0;
@@ -117,7 +114,7 @@ class TemporaryFile {
 
  private:
   std::string name_;
-  int descriptor_;
+  OwnedDescriptor descriptor_;
 };
 
 }  // namespace
@@ -213,13 +210,11 @@ std::expected<void, FileError> UnixFiles::remove(const std::filesystem::path& pa
 
 Subscription UnixFiles::lock(const std::filesystem::path& lockFile) {
   constexpr mode_t privateFile = 0600;
-  const int descriptor = ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, privateFile);
-  if (descriptor < 0) {
-    return {};
+  const auto descriptor =
+      std::make_shared<const OwnedDescriptor>(::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, privateFile));
+  while (*descriptor && ::flock(descriptor->get(), LOCK_EX) != 0 && errno == EINTR) {
   }
-  while (::flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
-  }
-  return Subscription([descriptor] { ::close(descriptor); });
+  return *descriptor ? Subscription([descriptor] {}) : Subscription();
 }
 
 bool UnixFiles::exists(const std::filesystem::path& path) {

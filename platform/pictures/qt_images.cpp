@@ -5,7 +5,12 @@
 #include <QImage>
 #include <QImageReader>
 #include <QPainter>
+#include <QString>
 #include <algorithm>
+#include <cstdio>
+#include <syslog.h>
+
+#include "platform/pictures/pictures_module.h"
 
 namespace tallowin {
 
@@ -61,6 +66,15 @@ std::unique_ptr<QGuiApplication> makeApplicationWithoutScreen() {
   return std::make_unique<QGuiApplication>(count, arguments);
 }
 
+/// What Qt itself has to say is for the system log, not for the user's terminal; what ends the process for both.
+void writeToLog(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
+  const auto text = message.toUtf8();
+  ::syslog(type == QtFatalMsg ? LOG_CRIT : LOG_INFO, "[com.quorvex.tallowin:Qt] %s", text.constData());
+  if (type == QtFatalMsg) {
+    std::fprintf(stderr, "tallowin: %s\n", text.constData());
+  }
+}
+
 }  // namespace
 
 QtImages::QtImages(bool drawsLabels) : drawsLabels_(drawsLabels) {}
@@ -110,3 +124,8 @@ std::optional<Image> QtImages::sketch(int width, int height, const std::vector<S
 }
 
 }  // namespace tallowin
+
+extern "C" Q_DECL_EXPORT tallowin::Images* tallowinMakeImages(bool drawsLabels) {
+  qInstallMessageHandler(tallowin::writeToLog);
+  return new tallowin::QtImages(drawsLabels);
+}

@@ -10,7 +10,7 @@
 #include "base/broadcast_notification_center.h"
 #include "platform/workspace.h"
 #include "platform/x11/x11_window_reader.h"
-#include "platform/xdg/installed_applications.h"
+#include "platform/xdg/application_index.h"
 
 namespace tallowin {
 

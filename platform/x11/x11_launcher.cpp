@@ -4,9 +4,8 @@
 #include <iterator>
 
 #include "base/unicode.h"
-#include "platform/xdg/exec_line.h"
-#include "platform/xdg/icon_lookup.h"
-#include "platform/xdg/known_browsers.h"
+#include "platform/xdg/desktop_entry.h"
+#include "platform/xdg/application_index.h"
 
 namespace tallowin {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/processes.h"
-#include "platform/xdg/installed_applications.h"
+#include "platform/xdg/application_index.h"
 
 namespace tallowin {
 

@@ -6,7 +6,6 @@
 #include <iterator>
 
 #include "base/unicode.h"
-#include "platform/xdg/exec_line.h"
 
 namespace tallowin {
 
@@ -42,6 +41,30 @@ std::string programOf(const DesktopEntry& entry) {
   auto name = words.empty() ? std::string() : std::filesystem::path(words.front()).filename().string();
   return std::ranges::find(launchers, name) == launchers.end() ? name : std::string();
 }
+
+constexpr int sizes[] = {256, 192, 128, 96, 72, 64, 48, 512, 36, 32, 24, 22, 16};
+
+bool isPicture(const std::filesystem::path& path) {
+  std::error_code error;
+  return path.extension() == ".png" && std::filesystem::is_regular_file(path, error);
+}
+
+struct Browser {
+  std::string_view bundleIdentifier;
+  std::span<const std::string_view> names;
+};
+
+// Names of the makers' packages; of Flatpaks where they differ from the bundle identifier.
+constexpr std::string_view chrome[] = {"google-chrome", "google-chrome-stable"};
+constexpr std::string_view brave[] = {"brave-browser", "brave-browser-stable", "brave"};
+constexpr std::string_view edge[] = {"microsoft-edge", "microsoft-edge-stable", "com.microsoft.Edge"};
+constexpr std::string_view vivaldi[] = {"vivaldi-stable", "vivaldi"};
+constexpr std::string_view chromium[] = {"chromium", "chromium-browser"};
+
+constexpr Browser browsers[] = {
+    {"com.google.Chrome", chrome},    {"com.brave.Browser", brave},        {"com.microsoft.edgemac", edge},
+    {"com.vivaldi.Vivaldi", vivaldi}, {"org.chromium.Chromium", chromium},
+};
 
 }  // namespace
 
@@ -163,6 +186,36 @@ const InstalledApplication* ApplicationIndex::byProgram(std::string_view name) c
 
 bool ApplicationIndex::isCurrent() const {
   return std::ranges::all_of(folders_, [](const auto& item) { return modified(item.first) == item.second; });
+}
+
+std::optional<std::filesystem::path> findIcon(std::string_view icon, const XdgEnvironment& environment) {
+  if (icon.empty() || icon.starts_with('/')) {
+    return isPicture(icon) ? std::optional<std::filesystem::path>(icon) : std::nullopt;
+  }
+  const std::string name = std::string(icon) + (icon.ends_with(".png") ? "" : ".png");
+  std::vector<std::filesystem::path> themes = {environment.home / ".icons"};
+  for (const auto& folder : environment.dataFolders) {
+    themes.push_back(folder / "icons");
+  }
+  for (const int size : sizes) {
+    const auto folder = std::to_string(size) + "x" + std::to_string(size);
+    for (const auto& theme : themes) {
+      if (auto path = theme / "hicolor" / folder / "apps" / name; isPicture(path)) {
+        return path;
+      }
+    }
+  }
+  for (const auto& folder : environment.dataFolders) {
+    if (auto path = folder / "pixmaps" / name; isPicture(path)) {
+      return path;
+    }
+  }
+  return std::nullopt;
+}
+
+std::span<const std::string_view> linuxNamesOf(std::string_view bundleIdentifier) {
+  const auto found = std::ranges::find(browsers, bundleIdentifier, &Browser::bundleIdentifier);
+  return found == std::end(browsers) ? std::span<const std::string_view>() : found->names;
 }
 
 }  // namespace tallowin

@@ -2,7 +2,10 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
+#include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,5 +70,38 @@ class ApplicationIndex {
   /// Every folder that was read or looked for, with its modification time then; nothing where there was none.
   std::map<std::filesystem::path, std::optional<std::filesystem::file_time_type>> folders_;
 };
+
+/// The installed applications as they are now: read when first asked for, and again when the folders have changed. Any
+/// thread.
+class InstalledApplications {
+ public:
+  explicit InstalledApplications(XdgEnvironment environment) : environment_(std::move(environment)) {}
+
+  /// Looks at the folders' times, and reads the entries when one has changed. Owned by whoever still looks at it, and
+  /// by this object until the next reading.
+  [[nodiscard]] std::shared_ptr<const ApplicationIndex> current() {
+    const std::lock_guard lock(mutex_);
+    if (index_ == nullptr || !index_->isCurrent()) {
+      index_ = std::make_shared<const ApplicationIndex>(ApplicationIndex::read(environment_));
+    }
+    return index_;
+  }
+
+  [[nodiscard]] const XdgEnvironment& environment() const { return environment_; }
+
+ private:
+  const XdgEnvironment environment_;
+  std::mutex mutex_;
+  std::shared_ptr<const ApplicationIndex> index_;  ///< guarded by mutex_
+};
+
+/// The PNG file of an application's icon: an absolute path as it stands, a name in the "hicolor" theme, the largest
+/// size up to 256 pixels first, then among the pixmaps (Icon Theme Specification; other themes and vector icons are not
+/// looked at). Nothing when there is none.
+[[nodiscard]] std::optional<std::filesystem::path> findIcon(std::string_view icon, const XdgEnvironment& environment);
+
+/// Under which names a browser is known on Linux: ids of desktop entries and programs, to be tried in this order. Empty
+/// for everything but the browsers whose bundle identifiers are widely known.
+[[nodiscard]] std::span<const std::string_view> linuxNamesOf(std::string_view bundleIdentifier);
 
 }  // namespace tallowin

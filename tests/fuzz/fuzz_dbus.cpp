@@ -11,7 +11,7 @@
 #include "commands/cli/request_words.h"
 #include "commands/dbus/desktop_methods.h"
 #include "commands/exit_status.h"
-#include "platform/dbus/bus_handles.h"
+#include "platform/dbus/bus_link.h"
 #include "platform/dbus/bus_values.h"
 #include "tests/fuzz/fuzzing.h"
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/xdg/desktop_entry.h"
-#include "platform/xdg/exec_line.h"
 #include "tests/fuzz/fuzzing.h"
 
 using namespace tallowin;

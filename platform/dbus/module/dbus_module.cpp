@@ -9,8 +9,7 @@
 #include <systemd/sd-journal.h>
 
 #include "platform/dbus/bus_service.h"
-#include "platform/dbus/notification_alerts.h"
-#include "platform/dbus/notification_toasts.h"
+#include "platform/dbus/notifications.h"
 
 namespace tallowin {
 

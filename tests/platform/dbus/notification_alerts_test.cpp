@@ -1,9 +1,8 @@
-#include "platform/dbus/notification_alerts.h"
+#include "platform/dbus/notifications.h"
 
 #include <gmock/gmock.h>
 
 #include "base/pending_alerts.h"
-#include "platform/dbus/notification_toasts.h"
 #include "tests/platform/dbus/notification_test.h"
 
 namespace tallowin {

@@ -1,4 +1,4 @@
-#include "platform/dbus/notification_toasts.h"
+#include "platform/dbus/notifications.h"
 
 #include <gmock/gmock.h>
 #include <sys/socket.h>

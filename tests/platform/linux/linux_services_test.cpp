@@ -12,8 +12,8 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/linux/termination_signals.h"
-#include "platform/linux/thread_work_queues.h"
+#include "platform/linux/unix_system.h"
+#include "platform/linux/event_loop.h"
 #include "platform/linux/unix_files.h"
 #include "platform/linux/unix_processes.h"
 #include "tests/platform/test_loop.h"

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include "platform/xdg/icon_lookup.h"
-#include "platform/xdg/installed_applications.h"
 
 namespace tallowin {
 namespace {

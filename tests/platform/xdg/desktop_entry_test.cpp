@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/xdg/exec_line.h"
 #include "platform/xdg/xdg_environment.h"
 
 namespace tallowin {
