@@ -210,7 +210,7 @@ class RealTimeHost : public SimulatedHost {
              .clock = machine_.clock,
              .log = machine_.log},
             simulatedDesktopServices(simulated, spaces(), driven().services, windows(), desktopQueues_),
-            simulatedUserServices(simulated),
+            {simulated.parts().user, simulated.parts().alerts, simulated.parts().user.presentation()},
             {.urlEvents = simulated.urlEvents(),
              .commandChannel = machine_.commandChannel(),
              .scriptEvents = simulated.scriptEvents(),

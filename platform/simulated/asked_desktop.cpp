@@ -18,23 +18,10 @@ nlohmann::ordered_json rectangle(const CGRect& frame) {
 
 }  // namespace
 
-bool Requests::isPossible(std::string_view request) const {
-  return !state_.requests.impossible.contains(request);
-}
-
-void Requests::after(Duration delay, std::function<void()> work) {
-  const auto number = ++last_;
-  underWay_[number] = queue_.after(delay, [this, number, work = std::move(work)] {
-    const auto mine = std::move(underWay_[number]);
-    underWay_.erase(number);
-    work();
-  });
-}
-
 void Requests::make(std::string_view request, const nlohmann::ordered_json& arguments, std::function<void()> carryOut) {
   journal_.record(request, arguments);
-  if (!isIgnored(request)) {
-    after(state_.requests.time, std::move(carryOut));
+  if (!behaviour().ignored.contains(request)) {
+    after(behaviour().time, std::move(carryOut));
   }
 }
 
@@ -171,11 +158,6 @@ CGSBridgeHealth SimulatedAskedDesktop::health() {
                 Health::notifications | listed);
 }
 
-bool SimulatedAskedDesktop::observe(std::function<void(const DesktopSign&)> observer) {
-  observer_ = std::move(observer);
-  return true;
-}
-
 std::optional<std::vector<ManagedSpaceID>> SimulatedAskedDesktop::spacesOfWindow(WindowNumber number) {
   const auto* const window = state_.window(number);
   return window != nullptr ? std::optional(window->spaces) : std::nullopt;
@@ -235,12 +217,21 @@ void SimulatedAskedDesktop::addSpace(const std::string& display, Completion comp
       std::move(completion));
 }
 
+/// The Space that gets the windows of one that is removed; nothing when it cannot go.
+std::optional<ManagedSpaceID> SimulatedAskedDesktop::heirOf(ManagedSpaceID space) const {
+  for (const auto& row : state_.spaces.displays()) {
+    const auto at = std::ranges::find(row.spaces, space, &DesktopSpace::id);
+    if (at != row.spaces.end()) {
+      const auto next = std::next(at);
+      return row.spaces.size() < 2 ? std::nullopt
+                                   : std::optional(next != row.spaces.end() ? next->id : std::prev(at)->id);
+    }
+  }
+  return std::nullopt;
+}
+
 void SimulatedAskedDesktop::removeSpace(ManagedSpaceID space, Completion completion) {
-  const auto displays = state_.spaces.displays();
-  const auto display = std::ranges::find_if(displays, [&](const DesktopDisplay& candidate) {
-    return std::ranges::find(candidate.spaces, space, &DesktopSpace::id) != candidate.spaces.end();
-  });
-  if (display == displays.end() || display->spaces.size() < 2) {
+  if (!heirOf(space)) {
     completion(std::unexpected(DesktopRefusal::noSpace));
     return;
   }
@@ -249,19 +240,15 @@ void SimulatedAskedDesktop::removeSpace(ManagedSpaceID space, Completion complet
 
 /// False when it stays, as by half: then only its windows have gone.
 bool SimulatedAskedDesktop::remove(ManagedSpaceID space) {
-  for (const auto& row : state_.spaces.displays()) {
-    const auto at = std::ranges::find(row.spaces, space, &DesktopSpace::id);
-    if (at == row.spaces.end() || row.spaces.size() < 2) {
-      continue;
-    }
-    const auto heir = std::next(at) != row.spaces.end() ? std::next(at)->id : std::prev(at)->id;
-    for (auto& window : state_.windows) {
-      std::ranges::replace(window.spaces, space, heir);
-    }
-    windows_.tellChanges();
-    return !requests_.isPartly(removeRequest) && spaces_.removeDesktop(space, heir);
+  const auto heir = heirOf(space);
+  if (!heir) {
+    return false;
   }
-  return false;
+  for (auto& window : state_.windows) {
+    std::ranges::replace(window.spaces, space, *heir);
+  }
+  windows_.tellChanges();
+  return !requests_.isPartly(removeRequest) && spaces_.removeDesktop(space, heir);
 }
 
 SimulatedAskedDesktop::Active SimulatedAskedDesktop::active() const {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "base/delayed_steps.h"
 #include "platform/desktop.h"
 #include "platform/main_queue.h"
 #include "platform/simulated/desktop_state.h"
@@ -20,33 +20,31 @@ namespace tallowin {
 class Requests {
  public:
   Requests(const DesktopState& state, MainQueue& queue, Journal& journal)
-      : state_(state), queue_(queue), journal_(journal) {}
+      : state_(state), journal_(journal), later_(queue) {}
 
   /// Writes a request down, and carries it out when its time has come, unless it is one that is ignored.
   void make(std::string_view request, const nlohmann::ordered_json& arguments, std::function<void()> carryOut);
 
   /// Runs `work` this much later.
-  void after(Duration delay, std::function<void()> work);
+  void after(Duration delay, std::function<void()> work) { later_.after(delay, std::move(work)); }
 
-  [[nodiscard]] bool isPossible(std::string_view request) const;
-  [[nodiscard]] bool isIgnored(std::string_view request) const { return state_.requests.ignored.contains(request); }
+  [[nodiscard]] bool isPossible(std::string_view request) const { return !behaviour().impossible.contains(request); }
   /// Whether it is carried out by half only.
-  [[nodiscard]] bool isPartly(std::string_view request) const { return state_.requests.partly.contains(request); }
+  [[nodiscard]] bool isPartly(std::string_view request) const { return behaviour().partly.contains(request); }
+  [[nodiscard]] const RequestBehaviour& behaviour() const { return state_.requests; }
 
  private:
   const DesktopState& state_;
-  MainQueue& queue_;
   Journal& journal_;
-  std::uint64_t last_ = 0;
-  std::map<std::uint64_t, WorkItem> underWay_;
+  DelayedSteps later_;
 };
 
 /// The windows of a desktop that is asked. What is asked becomes a line of the journal, and is carried out as the
 /// scenario says. Main thread only.
 class AskedWindows : public Windows {
  public:
-  AskedWindows(DesktopState& state, MainQueue& queue, Journal& journal)
-      : state_(state), requests_(state, queue, journal), queue_(queue) {}
+  AskedWindows(DesktopState& state, Requests& requests, MainQueue& queue)
+      : state_(state), requests_(requests), queue_(queue) {}
 
   std::optional<std::vector<DesktopWindow>> list(WindowScope scope) override;
   std::optional<DesktopWindow> window(WindowNumber number) override;
@@ -72,7 +70,7 @@ class AskedWindows : public Windows {
            std::function<void(SimulatedWindow&)> change);
 
   DesktopState& state_;
-  Requests requests_;
+  Requests& requests_;
   MainQueue& queue_;
   std::function<void()> observer_;
   std::vector<DesktopWindow> told_;
@@ -85,14 +83,16 @@ class SimulatedAskedDesktop : public AskedDesktop {
   /// Who asks for a Space waits this long for it before the request counts as ignored.
   static constexpr Duration patience = std::chrono::seconds(1);
 
-  SimulatedAskedDesktop(DesktopState& state, SimulatedSpaces& spaces, AskedWindows& windows, MainQueue& queue,
-                        Journal& journal)
-      : state_(state), spaces_(spaces), windows_(windows), requests_(state, queue, journal) {}
+  SimulatedAskedDesktop(DesktopState& state, SimulatedSpaces& spaces, AskedWindows& windows, Requests& requests)
+      : state_(state), spaces_(spaces), windows_(windows), requests_(requests) {}
 
   std::optional<DesktopReading> read() override;
   std::optional<ManagedSpaceID> activeSpace() override;
   CGSBridgeHealth health() override;
-  bool observe(std::function<void(const DesktopSign&)> observer) override;
+  bool observe(std::function<void(const DesktopSign&)> observer) override {
+    observer_ = std::move(observer);
+    return true;
+  }
   std::optional<std::vector<ManagedSpaceID>> spacesOfWindow(WindowNumber number) override;
   bool moveWindow(WindowNumber number, ManagedSpaceID space) override;
   DesktopAbilities abilities() override;
@@ -111,16 +111,17 @@ class SimulatedAskedDesktop : public AskedDesktop {
   void sign(const std::string& reason);
   void ask(std::string_view request, const nlohmann::ordered_json& arguments, std::function<bool()> carryOut,
            Completion completion);
+  [[nodiscard]] std::optional<ManagedSpaceID> heirOf(ManagedSpaceID space) const;
   bool remove(ManagedSpaceID space);
 
   DesktopState& state_;
   SimulatedSpaces& spaces_;
   AskedWindows& windows_;
-  Requests requests_;
+  Requests& requests_;
   std::function<void(const DesktopSign&)> observer_;
-  std::set<std::string, std::less<>> unheard_;  ///< abilities whose request was ignored
-  Active seen_ = active();                      ///< as everybody could read them last
-  bool isTorn_ = false;                         ///< which Spaces are active cannot be read yet
+  NameSet unheard_;         ///< abilities whose request was ignored
+  Active seen_ = active();  ///< as everybody could read them last
+  bool isTorn_ = false;     ///< which Spaces are active cannot be read yet
 };
 
 }  // namespace tallowin

@@ -1,38 +1,70 @@
 #include "platform/simulated/desktop_state.h"
 
 #include <algorithm>
-#include <cctype>
+
+#include "base/unicode.h"
+#include "platform/events.h"
 
 namespace tallowin {
 
 namespace {
 
-bool sameText(std::string_view one, std::string_view other) {
-  return std::ranges::equal(
-      one, other, {}, [](unsigned char c) { return std::tolower(c); }, [](unsigned char c) { return std::tolower(c); });
+/// The element whose member has this value, or null.
+template <typename Elements, typename Member, typename Value>
+auto* elementWith(Elements& elements, Member member, const Value& value) {
+  const auto found = std::ranges::find(elements, value, member);
+  return found == elements.end() ? nullptr : &*found;
 }
 
 }  // namespace
 
+SymbolicHotKeys freshSymbolicHotKeys() {
+  // HIToolbox/Events.h.
+  constexpr VirtualKeyCode leftArrow = 123;
+  constexpr VirtualKeyCode rightArrow = 124;
+  constexpr VirtualKeyCode digits[] = {18, 19, 20, 21, 23, 22, 26, 28, 25, 29};  // 1 to 9, then 0
+  // Arrow keys carry these beside the modifiers (CGEventTypes.h: numeric pad and secondary Fn).
+  constexpr std::uint64_t arrowFlags = CGEventFlag::control | 0xA00000;
+  SymbolicHotKeys hotKeys;
+  hotKeys[symbolic_hot_key::moveLeft] = {SymbolicHotKeyBinding{leftArrow, arrowFlags}, true};
+  hotKeys[symbolic_hot_key::moveRight] = {SymbolicHotKeyBinding{rightArrow, arrowFlags}, true};
+  for (int desktop = 0; desktop < symbolic_hot_key::desktops; ++desktop) {
+    const std::uint64_t option = desktop < std::ssize(digits) ? 0 : CGEventFlag::alternate;
+    hotKeys[symbolic_hot_key::firstDesktop + desktop] = {
+        SymbolicHotKeyBinding{digits[desktop % std::ssize(digits)], CGEventFlag::control | option}, true};
+  }
+  return hotKeys;
+}
+
+std::optional<int> pressedHotKey(const SymbolicHotKeys& hotKeys, VirtualKeyCode keyCode, std::uint64_t flags) {
+  const auto found = std::ranges::find_if(hotKeys, [&](const auto& each) {
+    const auto& [binding, enabled] = each.second;
+    return enabled && binding && binding->keyCode == keyCode &&
+           (binding->modifierFlags & CGEventFlag::modifiers) == (flags & CGEventFlag::modifiers);
+  });
+  return found != hotKeys.end() ? std::optional(found->first) : std::nullopt;
+}
+
 SimulatedWindow* DesktopState::window(WindowNumber number) {
-  const auto found = std::ranges::find(windows, number, &SimulatedWindow::number);
-  return found == windows.end() ? nullptr : &*found;
+  return elementWith(windows, &SimulatedWindow::number, number);
 }
 
 SimulatedApplication* DesktopState::application(ProcessID pid) {
-  const auto found = std::ranges::find(applications, std::optional(pid), &SimulatedApplication::pid);
-  return found == applications.end() ? nullptr : &*found;
+  return elementWith(applications, &SimulatedApplication::pid, std::optional(pid));
+}
+
+const SimulatedDisplay* DesktopState::display(DisplayID id) const {
+  return elementWith(displays, &SimulatedDisplay::id, id);
 }
 
 std::string DesktopState::applicationName(ProcessID pid) const {
-  const auto found = std::ranges::find(applications, std::optional(pid), &SimulatedApplication::pid);
-  return found == applications.end() ? "" : found->name;
+  const auto* const found = elementWith(applications, &SimulatedApplication::pid, std::optional(pid));
+  return found != nullptr ? found->name : "";
 }
 
 bool DesktopState::isOnScreen(const SimulatedWindow& window) const {
-  const auto owner = std::ranges::find(applications, std::optional(window.pid), &SimulatedApplication::pid);
-  const bool hidden = owner != applications.end() && owner->isHidden;
-  return !window.minimized && !hidden &&
+  const auto* const owner = elementWith(applications, &SimulatedApplication::pid, std::optional(window.pid));
+  return !window.minimized && (owner == nullptr || !owner->isHidden) &&
          std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return spaces.isActive(space); });
 }
 
@@ -70,8 +102,8 @@ std::vector<ManagedSpaceID> DesktopState::activeSpacesAt(CGPoint point) const {
 }
 
 const SimulatedDisplay* DesktopState::displayAt(CGPoint point) const {
-  const auto found =
-      std::ranges::find_if(displays, [&](const auto& display) { return display.bounds.contains(point); });
+  const auto contains = [&](const SimulatedDisplay& display) { return display.bounds.contains(point); };
+  const auto found = std::ranges::find_if(displays, contains);
   return found == displays.end() ? nullptr : &*found;
 }
 
@@ -79,8 +111,8 @@ const SimulatedDisplay* DesktopState::displayNamed(std::string_view identifier) 
   if (identifier == "Main") {
     return displays.empty() ? nullptr : &displays.front();
   }
-  const auto found =
-      std::ranges::find_if(displays, [&](const auto& display) { return sameText(display.uuid, identifier); });
+  const auto isNamed = [&](const SimulatedDisplay& display) { return equalIgnoringCase(display.uuid, identifier); };
+  const auto found = std::ranges::find_if(displays, isNamed);
   return found == displays.end() ? nullptr : &*found;
 }
 

@@ -14,11 +14,13 @@
 #include "platform/main_queue.h"
 #include "platform/property_list.h"
 #include "platform/simulated/raw_spaces.h"
-#include "platform/simulated/symbolic_hot_keys.h"
 #include "platform/system.h"
+#include "platform/window_server.h"
 #include "platform/workspace.h"
 
 namespace tallowin {
+
+using NameSet = std::set<std::string, std::less<>>;
 
 /// A connected display.
 struct SimulatedDisplay {
@@ -70,14 +72,33 @@ enum class SignTiming {
 
 /// What comes of the requests to an asked desktop. Requests are called as in the journal, such as "add-space".
 struct RequestBehaviour {
-  Duration time = std::chrono::milliseconds{1};   ///< from a request to what comes of it
-  std::set<std::string, std::less<>> impossible;  ///< abilities that the window manager lacks
-  std::set<std::string, std::less<>> ignored;     ///< accepted, and nothing comes of them
-  std::set<std::string, std::less<>> partly;      ///< carried out by half
+  Duration time = std::chrono::milliseconds{1};  ///< from a request to what comes of it
+  NameSet impossible;                            ///< abilities that the window manager lacks
+  NameSet ignored;                               ///< accepted, and nothing comes of them
+  NameSet partly;                                ///< carried out by half
   SignTiming signs = SignTiming::exact;
   Duration tornFor = std::chrono::milliseconds{5};  ///< between an early sign and the next
   bool operator==(const RequestBehaviour&) const = default;
 };
+
+/// An entry of the system's table of symbolic hot keys.
+struct SymbolicHotKey {
+  std::optional<SymbolicHotKeyBinding> binding;
+  bool enabled = false;
+  bool operator==(const SymbolicHotKey&) const = default;
+};
+
+/// The system's table of symbolic hot keys that concern Spaces, by number: 79 moves left a Space, 81 moves right a
+/// Space, 118 to 133 switch to Desktop 1 to 16. It lasts as long as the process.
+using SymbolicHotKeys = std::map<int, SymbolicHotKey>;
+
+/// The table as a fresh account has it: arrows with Control, digits with Control for the first ten desktops and with
+/// Control and Option for the rest; all bound and enabled.
+[[nodiscard]] SymbolicHotKeys freshSymbolicHotKeys();
+
+/// The enabled hot key that a press triggers, comparing the four modifiers only.
+[[nodiscard]] std::optional<int> pressedHotKey(const SymbolicHotKeys& hotKeys, VirtualKeyCode keyCode,
+                                               std::uint64_t flags);
 
 /// What happens when a child process is started from a file.
 struct SimulatedChild {
@@ -107,11 +128,11 @@ struct DesktopState {
   bool screenLocked = false;
   CGPoint pointer;
   std::uint32_t pressedMouseButtons = 0;
-  SymbolicHotKeys hotKeys;
+  SymbolicHotKeys hotKeys = freshSymbolicHotKeys();
   std::map<std::string, PropertyList> globalPreferences;
   int trackpads = 1;
   /// Private functions that accept moves of windows and make none.
-  std::set<std::string, std::less<>> ignoredMoves;
+  NameSet ignoredMoves;
   /// Absent where windows are managed by the system itself.
   std::optional<WindowManagerFacts> windowManager;
   /// Key combinations, with their modifiers, that other programs have registered.
@@ -123,8 +144,10 @@ struct DesktopState {
   /// What scripts answer, by their source. One that is not among them fails.
   std::map<std::string, std::vector<std::string>, std::less<>> appleScripts;
 
+  /// Null when there is none.
   [[nodiscard]] SimulatedWindow* window(WindowNumber number);
   [[nodiscard]] SimulatedApplication* application(ProcessID pid);
+  [[nodiscard]] const SimulatedDisplay* display(DisplayID id) const;
   /// The name of a running application, empty when there is none.
   [[nodiscard]] std::string applicationName(ProcessID pid) const;
   /// Whether a window can be seen: it is on an active Space, not minimised, and its application not hidden.

@@ -18,9 +18,6 @@ std::string secondsWithMilliseconds(Duration elapsed) {
 
 }  // namespace
 
-Journal::Journal(const SimulatedClock& clock, std::ostream& stream)
-    : Journal(clock, [&stream](std::string_view line) { stream << line << '\n'; }) {}
-
 void Journal::record(std::string_view op, const nlohmann::ordered_json& arguments) {
   assert(arguments.is_object() || arguments.is_null());
   std::string line = R"({"t":)" + secondsWithMilliseconds(clock_.elapsed()) + R"(,"op":)" + text(op);

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <nlohmann/json.hpp>
-#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -17,8 +16,6 @@ class Journal {
   using Sink = std::function<void(std::string_view line)>;
 
   Journal(const SimulatedClock& clock, Sink sink) : clock_(clock), sink_(std::move(sink)) {}
-  /// Writes lines to a stream, which must outlive the journal.
-  Journal(const SimulatedClock& clock, std::ostream& stream);
 
   /// Writes {"t": seconds since the start with three digits after the point, "op": `op`, then `arguments` in order}.
   /// `arguments` is an object, or null for none. Text that is no UTF-8 is written with replacement characters.

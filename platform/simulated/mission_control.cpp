@@ -1,6 +1,11 @@
 #include "platform/simulated/mission_control.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "platform/simulated/simulated_accessibility.h"
+#include "platform/simulated/simulated_spaces.h"
 
 namespace tallowin {
 
@@ -14,12 +19,98 @@ constexpr double margin = 40;  // above and to the left of the first thumbnail
 /// The close badge is a square of this side in a thumbnail's top left corner.
 constexpr double badgeSize = 24;
 
-CGRect frameAt(const CGRect& display, std::size_t place) {
-  const double x = display.origin.x + margin + static_cast<double>(place) * (thumbnailWidth + gap);
-  return {{x, display.origin.y + margin}, {thumbnailWidth, thumbnailHeight}};
+constexpr VirtualKeyCode escapeKey = 53;  // HIToolbox/Events.h, kVK_Escape
+
+using Elements = std::vector<AXUIElement>;
+
+/// What an element is like; what does not apply is left empty.
+struct Description {
+  std::string role = {};
+  std::string title = {};
+  std::string description = {};
+  std::optional<CGRect> frame = {};
+  std::function<Elements()> children = {};
+  std::function<bool()> press = {};
+  bool isPartOfMissionControl = true;
+};
+
+class DockElement : public SimulatedElement {
+ public:
+  DockElement(const MissionControl& bar, Description description) : bar_(bar), description_(std::move(description)) {}
+
+  [[nodiscard]] AXValue attribute(std::string_view name) const override {
+    const auto& [role, title, words, frame, children, press, isPart] = description_;
+    const auto text = [](const std::string& value) { return value.empty() ? AXValue() : AXValue(value); };
+    return !isShown()                         ? AXValue()
+           : name == "AXRole"                 ? text(role)
+           : name == "AXTitle"                ? text(title)
+           : name == "AXDescription"          ? text(words)
+           : name == "AXChildren" && children ? AXValue(children())
+           : name == "AXPosition" && frame    ? AXValue(frame->origin)
+           : name == "AXSize" && frame        ? AXValue(frame->size)
+                                              : AXValue();
+  }
+
+  bool perform(std::string_view action) const override {
+    return isShown() && action == "AXPress" && description_.press && description_.press();
+  }
+
+ private:
+  [[nodiscard]] bool isShown() const { return bar_.isOpen() || !description_.isPartOfMissionControl; }
+
+  const MissionControl& bar_;
+  const Description description_;
+};
+
+AXUIElement element(const MissionControl& bar, Description description) {
+  return std::make_shared<DockElement>(bar, std::move(description));
 }
 
-constexpr VirtualKeyCode escapeKey = 53;  // HIToolbox/Events.h, kVK_Escape
+AXUIElement group(const MissionControl& bar, std::string title, std::function<Elements()> children) {
+  return element(bar, {.role = "AXGroup", .title = std::move(title), .children = std::move(children)});
+}
+
+Elements buttons(MissionControl& bar, const std::string& display) {
+  Elements elements;
+  for (const auto& thumbnail : bar.thumbnails(display)) {
+    const auto space = thumbnail.space;
+    elements.push_back(
+        element(bar, {.role = "AXButton", .title = thumbnail.title, .frame = thumbnail.frame, .press = [&bar, space] {
+                        return bar.choose(space);
+                      }}));
+    if (thumbnail.hasCloseButton) {
+      elements.push_back(element(bar, {.role = "AXButton", .description = "Remove Desktop", .press = [&bar, space] {
+                                         return bar.remove(space);
+                                       }}));
+    }
+  }
+  if (bar.hasAddButton()) {
+    elements.push_back(element(bar, {.role = "AXButton",
+                                     .description = "add desktop",
+                                     .frame = bar.addButtonFrame(display),
+                                     .press = [&bar, display] { return bar.add(display); }}));
+  }
+  return elements;
+}
+
+Elements displayGroups(MissionControl& bar) {
+  Elements groups;
+  for (const auto& display : bar.displays()) {
+    groups.push_back(group(bar, "", [&bar, display] {
+      return Elements{group(bar, "Spaces Bar", [&bar, display] { return buttons(bar, display); })};
+    }));
+  }
+  return groups;
+}
+
+/// What the Dock shows whether Mission Control is open or not.
+AXUIElement permanent(const MissionControl& bar, std::string role, std::string title,
+                      std::function<Elements()> children) {
+  return element(bar, {.role = std::move(role),
+                       .title = std::move(title),
+                       .children = std::move(children),
+                       .isPartOfMissionControl = false});
+}
 
 }  // namespace
 
@@ -83,12 +174,16 @@ bool MissionControl::clicked(CGPoint location) {
 
 bool MissionControl::choose(ManagedSpaceID space) {
   close();
-  desktops_.switchTo(space, SwitchCause::missionControl);
+  spaces_.switchTo(space, SwitchCause::missionControl);
   return true;
 }
 
+bool MissionControl::add(const std::string& display) {
+  return behaviour_.hasAddButton && spaces_.addDesktop(display);
+}
+
 bool MissionControl::remove(ManagedSpaceID space) {
-  const bool removed = desktops_.removeDesktop(space);
+  const bool removed = spaces_.removeDesktop(space);
   if (removed && hovered_ == space) {
     // What is under the pointer now is seen when it moves.
     hovered_.reset();
@@ -99,7 +194,7 @@ bool MissionControl::remove(ManagedSpaceID space) {
 
 std::vector<std::string> MissionControl::displays() const {
   std::vector<std::string> displays;
-  for (const auto& row : desktops_.displays()) {
+  for (const auto& row : spaces_.displays()) {
     displays.push_back(row.id);
   }
   return displays;
@@ -108,7 +203,7 @@ std::vector<std::string> MissionControl::displays() const {
 std::vector<MissionControl::Thumbnail> MissionControl::thumbnails(const std::string& display) const {
   std::vector<Thumbnail> thumbnails;
   std::size_t number = 0;
-  for (const auto& row : desktops_.displays()) {
+  for (const auto& row : spaces_.displays()) {
     const auto ordinary = std::ranges::count(row.spaces, false, &DesktopSpace::isFullscreen);
     for (const auto& space : row.spaces) {
       number += space.isFullscreen ? 0 : 1;
@@ -118,15 +213,21 @@ std::vector<MissionControl::Thumbnail> MissionControl::thumbnails(const std::str
       // The last desktop cannot be closed, and neither can full-screen Spaces, by their thumbnail.
       const bool badge = !space.isFullscreen && ordinary > 1 && hovered_ == space.id && hoveredLongEnough_;
       thumbnails.push_back({space.id, space.isFullscreen ? "Full Screen" : "Desktop " + std::to_string(number),
-                            frameAt(boundsOf_(display), thumbnails.size()), badge,
-                            badge && behaviour_.hasCloseButtons});
+                            frameAt(display, thumbnails.size()), badge, badge && behaviour_.hasCloseButtons});
     }
   }
   return thumbnails;
 }
 
+CGRect MissionControl::frameAt(const std::string& display, std::size_t place) const {
+  const auto* const shown = state_.displayNamed(display);
+  const auto origin = shown != nullptr ? shown->bounds.origin : CGPoint{};
+  const double x = origin.x + margin + static_cast<double>(place) * (thumbnailWidth + gap);
+  return {{x, origin.y + margin}, {thumbnailWidth, thumbnailHeight}};
+}
+
 CGRect MissionControl::addButtonFrame(const std::string& display) const {
-  return frameAt(boundsOf_(display), thumbnails(display).size());
+  return frameAt(display, thumbnails(display).size());
 }
 
 std::optional<MissionControl::Thumbnail> MissionControl::thumbnailAt(CGPoint location) const {
@@ -138,6 +239,18 @@ std::optional<MissionControl::Thumbnail> MissionControl::thumbnailAt(CGPoint loc
     }
   }
   return std::nullopt;
+}
+
+AXUIElement MissionControl::dockElement() {
+  return permanent(*this, "AXApplication", "Dock", [this] {
+    Elements children = {permanent(*this, "AXList", "", [this] {
+      return Elements{permanent(*this, "AXDockItem", "Finder", {}), permanent(*this, "AXDockItem", "Trash", {})};
+    })};
+    if (isOpen()) {
+      children.push_back(group(*this, "Mission Control", [this] { return displayGroups(*this); }));
+    }
+    return children;
+  });
 }
 
 }  // namespace tallowin

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,9 +8,11 @@
 #include "platform/accessibility.h"
 #include "platform/geometry.h"
 #include "platform/main_queue.h"
-#include "platform/simulated/desktop_operations.h"
+#include "platform/simulated/desktop_state.h"
 
 namespace tallowin {
+
+class SimulatedSpaces;
 
 /// What differs between one Mission Control and another, failures included.
 struct MissionControlBehaviour {
@@ -40,10 +40,9 @@ class MissionControl {
   /// The Dock notification that opens Mission Control, or closes it when it is open or opening.
   static constexpr auto awakeNotification = "com.apple.expose.awake";
 
-  /// `boundsOf` gives the bounds of the display with that identifier.
-  MissionControl(DesktopOperations& desktops, MainQueue& queue, std::function<CGRect(const std::string&)> boundsOf,
-                 MissionControlBehaviour behaviour = {})
-      : desktops_(desktops), queue_(queue), boundsOf_(std::move(boundsOf)), behaviour_(behaviour) {}
+  MissionControl(SimulatedSpaces& spaces, const DesktopState& state, MainQueue& queue,
+                 MissionControlBehaviour behaviour)
+      : spaces_(spaces), state_(state), queue_(queue), behaviour_(behaviour) {}
   MissionControl(const MissionControl&) = delete;
   MissionControl& operator=(const MissionControl&) = delete;
 
@@ -64,12 +63,12 @@ class MissionControl {
   [[nodiscard]] bool isOpen() const { return stage_ == Stage::open; }
 
   /// The Dock's application element: its icons and, while it is open, Mission Control with a "Spaces Bar" for each
-  /// display. It may outlive this object; then it has no attributes.
-  [[nodiscard]] AXUIElement dockElement() const;
+  /// display. This object must outlive it.
+  [[nodiscard]] AXUIElement dockElement();
 
   /// What its elements do and show.
   bool choose(ManagedSpaceID space);  ///< switches to a Space and closes
-  bool add(const std::string& display) { return behaviour_.hasAddButton && desktops_.addDesktop(display); }
+  bool add(const std::string& display);
   bool remove(ManagedSpaceID space);
   [[nodiscard]] bool hasAddButton() const { return behaviour_.hasAddButton; }
   [[nodiscard]] std::vector<std::string> displays() const;
@@ -82,10 +81,12 @@ class MissionControl {
 
   void close();
   [[nodiscard]] std::optional<Thumbnail> thumbnailAt(CGPoint location) const;
+  /// Where the thumbnail at this place of the display's bar is.
+  [[nodiscard]] CGRect frameAt(const std::string& display, std::size_t place) const;
 
-  DesktopOperations& desktops_;
+  SimulatedSpaces& spaces_;
+  const DesktopState& state_;
   MainQueue& queue_;
-  const std::function<CGRect(const std::string&)> boundsOf_;
   const MissionControlBehaviour behaviour_;
 
   Stage stage_ = Stage::closed;
@@ -93,8 +94,6 @@ class MissionControl {
   bool hoveredLongEnough_ = false;
   WorkItem opening_;
   WorkItem hovering_;
-  // Owns nothing: elements hold it weakly, to see whether Mission Control still exists.
-  const std::shared_ptr<MissionControl> self_{this, [](MissionControl*) {}};
 };
 
 }  // namespace tallowin

@@ -2,110 +2,86 @@
 
 #include <algorithm>
 
-#include "platform/simulated/byte_text.h"
+#include "platform/simulated/base64.h"
 #include "platform/simulated/simulated_files.h"
 
 namespace tallowin {
 
 namespace {
 
-constexpr std::pair<std::string_view, ActivationPolicy> policies[] = {{"regular", ActivationPolicy::regular},
-                                                                      {"accessory", ActivationPolicy::accessory},
-                                                                      {"prohibited", ActivationPolicy::prohibited}};
-constexpr std::pair<std::string_view, SignTiming> signTimings[] = {
-    {"exact", SignTiming::exact}, {"early", SignTiming::early}, {"never", SignTiming::never}};
-
-/// What may come of requests, and of which.
-struct RequestFate {
-  std::string_view name;
-  std::set<std::string, std::less<>> RequestBehaviour::* requests;
-  std::vector<std::string_view> known;
-};
-const std::vector<RequestFate>& requestFates() {
-  static const std::vector<RequestFate> fates = {
-      {"impossible", &RequestBehaviour::impossible, {"add-space", "remove-space", "move-window"}},
-      {"ignored",
-       &RequestBehaviour::ignored,
-       {"switch", "add-space", "remove-space", "move-window", "raise-window", "set-frame", "minimize-window",
-        "unminimize-window", "close-window"}},
-      {"partly", &RequestBehaviour::partly, {"remove-space", "set-frame"}}};
-  return fates;
+/// The requests that this may come of.
+void readRequests(ScenarioObject& from, const char* name, const char* what,
+                  std::initializer_list<std::string_view> known, std::optional<NameSet>& requests) {
+  const auto member = from.find(name);
+  for (const auto& request : member ? member->list() : std::vector<ScenarioValue>()) {
+    if (std::ranges::find(known, request.as<std::string>()) == known.end()) {
+      request.expected("a request that can be " + std::string(what));
+    }
+  }
+  from.read(name, requests);
 }
 
 }  // namespace
 
-DisplayRecord readDisplay(ScenarioObject& object) {
-  DisplayRecord record;
+void readRecord(ScenarioObject& from, DisplayRecord& record) {
   auto& display = record.display;
-  display.id = object.require("id").integer<DisplayID>();
-  display.uuid = object.require("uuid").text();
-  const auto bounds = object.require("bounds");
-  display.bounds = bounds.rect();
+  from.require("id", display.id);
+  from.require("uuid", display.uuid);
+  const auto bounds = from.require("bounds");
+  bounds.into(display.bounds);
   constexpr double longestSide = 10'000;  // a picture of it is still one that can be handled
   if (display.bounds.size.width > longestSide || display.bounds.size.height > longestSide) {
     bounds.fail("a display has at most 10000 points a side");
   }
   display.name = "Display " + std::to_string(display.id);
-  object.read("name", display.name);
-  object.read("builtin", display.builtin);
-  object.read("main", record.main);
-  return record;
+  from.read("name", display.name);
+  from.read("builtin", display.builtin);
+  from.read("main", record.main);
 }
 
-SimulatedApplication readApplication(ScenarioObject& object) {
-  SimulatedApplication application;
-  application.name = object.require("name").text();
-  object.read("pid", application.pid);
-  object.read("bundleID", application.bundleIdentifier);
-  if (const auto policy = object.find("activationPolicy")) {
-    application.activationPolicy = policy->oneOf(policies);
+void readRecord(ScenarioObject& from, SimulatedApplication& application) {
+  from.require("name", application.name);
+  from.read("pid", application.pid);
+  from.read("bundleID", application.bundleIdentifier);
+  if (const auto policy = from.find("activationPolicy")) {
+    application.activationPolicy = policy->oneOf<ActivationPolicy>({{"regular", ActivationPolicy::regular},
+                                                                    {"accessory", ActivationPolicy::accessory},
+                                                                    {"prohibited", ActivationPolicy::prohibited}});
   }
-  object.read("active", application.isActive);
-  object.read("hidden", application.isHidden);
-  if (const auto time = object.find("responseTime")) {
-    application.responseTime = readResponseTime(*time);
+  from.read("active", application.isActive);
+  from.read("hidden", application.isHidden);
+  if (const auto time = from.find("responseTime")) {
+    application.responseTime = time->as<Nullable<Duration>>().value;
   }
-  object.read("refusesClose", application.refusesClose);
-  return application;
+  from.read("refusesClose", application.refusesClose);
 }
 
-std::optional<std::vector<ManagedSpaceID>> readSpaces(ScenarioObject& object) {
-  const auto one = object.find("space");
-  const auto several = object.find("spaces");
+void readRecord(ScenarioObject& from, SpacesRecord& record) {
+  const auto one = from.find("space");
+  const auto several = from.find("spaces");
   if (one && several) {
     several->fail("either \"space\" or \"spaces\", not both");
+  } else if (one) {
+    record.spaces = {one->as<ManagedSpaceID>()};
+  } else if (several) {
+    several->into(record.spaces);
   }
-  if (one) {
-    return std::vector{one->integer<ManagedSpaceID>()};
-  }
-  if (!several) {
-    return std::nullopt;
-  }
-  std::vector<ManagedSpaceID> spaces;
-  for (const auto& space : several->list()) {
-    spaces.push_back(space.integer<ManagedSpaceID>());
-  }
-  return spaces;
 }
 
-WindowRecord readWindow(ScenarioObject& object) {
-  WindowRecord record;
+void readRecord(ScenarioObject& from, WindowRecord& record) {
   auto& window = record.window;
-  window.number = object.require("number").integer<WindowNumber>();
-  window.pid = object.require("pid").integer<ProcessID>();
-  const auto title = object.find("title");
-  window.title = title ? title->text() : "";
-  const auto frame = object.find("frame");
-  window.frame = frame ? frame->rect() : CGRect{{100, 100}, {800, 600}};
-  object.read("layer", window.layer);
-  if (const auto alpha = object.find("alpha")) {
-    window.alpha = alpha->number();
-  }
-  object.read("minimized", window.minimized);
-  auto spaces = readSpaces(object);
-  record.onActiveSpace = !spaces;
-  window.spaces = std::move(spaces).value_or(std::vector<ManagedSpaceID>());
-  return record;
+  from.require("number", window.number);
+  from.require("pid", window.pid);
+  from.read("title", window.title);
+  window.frame = {{100, 100}, {800, 600}};
+  from.read("frame", window.frame);
+  from.read("layer", window.layer);
+  from.read("alpha", window.alpha);
+  from.read("minimized", window.minimized);
+  SpacesRecord on;
+  readRecord(from, on);
+  record.onActiveSpace = !on.spaces;
+  window.spaces = std::move(on.spaces).value_or(std::vector<ManagedSpaceID>());
 }
 
 SimulatedWindow WindowRecord::placedIn(const DesktopState& state) const {
@@ -116,94 +92,73 @@ SimulatedWindow WindowRecord::placedIn(const DesktopState& state) const {
   return placed;
 }
 
-std::optional<Duration> readResponseTime(const ScenarioValue& value) {
-  return value.isNull() ? std::nullopt : std::optional(value.seconds());
-}
-
-VirtualKeyCode readKey(const ScenarioValue& value) {
+void readValue(const ScenarioValue& from, KeyRecord& key) {
   // HIToolbox/Events.h, kVK_ANSI_A to kVK_ANSI_Z.
   constexpr VirtualKeyCode letters[] = {0,  11, 8,  2,  14, 3, 5,  4,  34, 38, 40, 37, 46,
                                         45, 31, 35, 12, 15, 1, 17, 32, 9,  13, 7,  16, 6};
-  if (!value.isText()) {
-    return value.integer<VirtualKeyCode>();
+  if (!from.isText()) {
+    from.into(key.code);
+    return;
   }
-  const auto text = value.text();
-  if (text.size() != 1 || text[0] < 'a' || text[0] > 'z') {
-    value.expected("a letter from \"a\" to \"z\" or a virtual key code");
-    return 0;
+  const auto text = from.as<std::string>();
+  if (text.size() == 1 && text[0] >= 'a' && text[0] <= 'z') {
+    key.code = letters[text[0] - 'a'];
+  } else {
+    from.expected("a letter from \"a\" to \"z\" or a virtual key code");
   }
-  return letters[text[0] - 'a'];
 }
 
-HotKeyRecord readHotKey(ScenarioObject& object) {
-  HotKeyRecord record;
-  record.binding = SymbolicHotKeyBinding{object.require("keyCode").integer<VirtualKeyCode>(), 0};
-  if (const auto modifiers = object.find("modifiers")) {
-    record.binding->modifierFlags = modifiers->integer<std::uint64_t>();
-  }
-  const auto enabled = object.find("enabled");
-  record.enabled = !enabled || enabled->boolean();
-  return record;
-}
-
-void HotKeyRecord::applyTo(SymbolicHotKeys& hotKeys, int hotKey) const {
-  hotKeys.bind(hotKey, binding);
-  hotKeys.setEnabled(hotKey, enabled);
+void readRecord(ScenarioObject& from, SymbolicHotKey& hotKey) {
+  hotKey = {SymbolicHotKeyBinding{}, true};
+  from.require("keyCode", hotKey.binding->keyCode);
+  from.read("modifiers", hotKey.binding->modifierFlags);
+  from.read("enabled", hotKey.enabled);
 }
 
 void RequestRecord::applyTo(RequestBehaviour& behaviour) const {
   behaviour.time = time.value_or(behaviour.time);
   behaviour.tornFor = tornFor.value_or(behaviour.tornFor);
   behaviour.signs = signs.value_or(behaviour.signs);
-  for (const auto& fate : requestFates()) {
-    if (const auto found = requests.find(fate.name); found != requests.end()) {
-      behaviour.*fate.requests = found->second;
-    }
-  }
+  behaviour.impossible = impossible.value_or(behaviour.impossible);
+  behaviour.ignored = ignored.value_or(behaviour.ignored);
+  behaviour.partly = partly.value_or(behaviour.partly);
 }
 
-RequestRecord readRequests(ScenarioObject& object) {
-  RequestRecord record;
-  object.read("time", record.time);
-  object.read("tornFor", record.tornFor);
-  if (const auto signs = object.find("signs")) {
-    record.signs = signs->oneOf(signTimings);
+void readRecord(ScenarioObject& from, RequestRecord& record) {
+  from.read("time", record.time);
+  from.read("tornFor", record.tornFor);
+  if (const auto signs = from.find("signs")) {
+    record.signs = signs->oneOf<SignTiming>(
+        {{"exact", SignTiming::exact}, {"early", SignTiming::early}, {"never", SignTiming::never}});
   }
-  for (const auto& [fate, member, known] : requestFates()) {
-    const auto list = object.find(fate);
-    auto* const requests = list ? &record.requests[fate] : nullptr;
-    for (const auto& request : list ? list->list() : std::vector<ScenarioValue>()) {
-      if (std::ranges::find(known, request.text()) == known.end()) {
-        request.expected("a request that can be " + std::string(fate == "partly" ? "carried out partly" : fate));
-      }
-      requests->insert(request.text());
-    }
-  }
-  return record;
+  readRequests(from, "impossible", "impossible", {"add-space", "remove-space", "move-window"}, record.impossible);
+  readRequests(from, "ignored", "ignored",
+               {"switch", "add-space", "remove-space", "move-window", "raise-window", "set-frame", "minimize-window",
+                "unminimize-window", "close-window"},
+               record.ignored);
+  readRequests(from, "partly", "carried out partly", {"remove-space", "set-frame"}, record.partly);
 }
 
-std::string readBytes(ScenarioObject& object) {
-  const auto text = object.find("text");
-  const auto encoded = object.find("base64");
-  if (text && encoded) {
+void readRecord(ScenarioObject& from, BytesRecord& record) {
+  const auto encoded = from.find("base64");
+  if (encoded && from.find("text")) {
     encoded->fail("either \"text\" or \"base64\", not both");
   }
-  if (!encoded) {
-    return text ? text->text() : "";
+  from.read("text", record.bytes);
+  if (encoded) {
+    const auto bytes = bytesOfBase64(encoded->as<std::string>());
+    if (!bytes) {
+      encoded->expected("Base64");
+    }
+    record.bytes = bytes.value_or("");
   }
-  const auto bytes = bytesOfBase64(encoded->text());
-  if (!bytes) {
-    encoded->expected("Base64");
-  }
-  return bytes.value_or("");
 }
 
-std::string readPath(const ScenarioValue& value) {
-  auto path = value.isText() ? simulatedPath(value.text()) : "";
-  if (path.empty()) {
-    value.expected("an absolute path, or one that begins with \"~/\"");
+void readValue(const ScenarioValue& from, PathRecord& record) {
+  record.path = from.isText() ? simulatedPath(from.as<std::string>()) : "";
+  if (record.path.empty()) {
+    from.expected("an absolute path, or one that begins with \"~/\"");
   }
-  return path;
 }
 
 }  // namespace tallowin

@@ -1,27 +1,35 @@
 #pragma once
 
-#include <map>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/simulated/desktop_state.h"
-#include "platform/simulated/scenario.h"
 #include "platform/simulated/scenario_value.h"
 
 namespace tallowin {
 
-/// Readers of the records that occur both in a scenario's initial state and as arguments of its script. Each asks the
-/// object for its members and notes mistakes there.
+class SimulatedDesktop;
+
+// What occurs both in a scenario's initial state and as arguments of its script.
 
 /// A display, and whether it is to be the main one.
 struct DisplayRecord {
   SimulatedDisplay display;
   bool main = false;
 };
-[[nodiscard]] DisplayRecord readDisplay(ScenarioObject& object);
+void readRecord(ScenarioObject& from, DisplayRecord& record);
 
-[[nodiscard]] SimulatedApplication readApplication(ScenarioObject& object);
+void readRecord(ScenarioObject& from, SimulatedApplication& application);
+
+/// "space" or "spaces"; nothing when neither is there.
+struct SpacesRecord {
+  std::optional<std::vector<ManagedSpaceID>> spaces;
+};
+void readRecord(ScenarioObject& from, SpacesRecord& record);
 
 /// A window; without Spaces of its own it belongs on the active one where it is.
 struct WindowRecord {
@@ -31,41 +39,45 @@ struct WindowRecord {
   /// The window as it is on this desktop.
   [[nodiscard]] SimulatedWindow placedIn(const DesktopState& state) const;
 };
-[[nodiscard]] WindowRecord readWindow(ScenarioObject& object);
-
-/// "space" or "spaces"; nothing when neither is there.
-[[nodiscard]] std::optional<std::vector<ManagedSpaceID>> readSpaces(ScenarioObject& object);
-
-/// How long an application takes to answer; nothing for null, which stands for never.
-[[nodiscard]] std::optional<Duration> readResponseTime(const ScenarioValue& value);
+void readRecord(ScenarioObject& from, WindowRecord& record);
 
 /// A key: a lower-case letter of the ANSI keyboard or a virtual key code.
-[[nodiscard]] VirtualKeyCode readKey(const ScenarioValue& value);
-
-/// What a symbolic hot key becomes: unbound, or bound and enabled or not.
-struct HotKeyRecord {
-  std::optional<SymbolicHotKeyBinding> binding;
-  bool enabled = false;
-
-  void applyTo(SymbolicHotKeys& hotKeys, int hotKey) const;
+struct KeyRecord {
+  VirtualKeyCode code = 0;
 };
-[[nodiscard]] HotKeyRecord readHotKey(ScenarioObject& object);
+void readValue(const ScenarioValue& from, KeyRecord& key);
+
+void readRecord(ScenarioObject& from, SymbolicHotKey& hotKey);
 
 /// What comes of requests to a desktop that is asked. What the object does not say stays as it is.
 struct RequestRecord {
   std::optional<Duration> time;
   std::optional<Duration> tornFor;
   std::optional<SignTiming> signs;
-  std::map<std::string_view, std::set<std::string, std::less<>>> requests;  ///< by what comes of them
+  std::optional<NameSet> impossible;
+  std::optional<NameSet> ignored;
+  std::optional<NameSet> partly;
 
   void applyTo(RequestBehaviour& behaviour) const;
 };
-[[nodiscard]] RequestRecord readRequests(ScenarioObject& object);
+void readRecord(ScenarioObject& from, RequestRecord& record);
 
 /// "text" or "base64"; empty without either.
-[[nodiscard]] std::string readBytes(ScenarioObject& object);
+struct BytesRecord {
+  std::string bytes;
+};
+void readRecord(ScenarioObject& from, BytesRecord& record);
 
 /// An absolute path of the simulated machine, its "~" replaced.
-[[nodiscard]] std::string readPath(const ScenarioValue& value);
+struct PathRecord {
+  std::string path;
+};
+void readValue(const ScenarioValue& from, PathRecord& record);
+
+/// What an action of the script does to the desktop when its time has come.
+using ScriptAction = std::function<void(SimulatedDesktop&)>;
+
+/// Reads the arguments of the action of this name, noting mistakes in the object. Nothing when there is no such action.
+[[nodiscard]] std::optional<ScriptAction> readScriptAction(std::string_view name, ScenarioObject& arguments);
 
 }  // namespace tallowin

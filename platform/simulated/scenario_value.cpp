@@ -40,40 +40,38 @@ void ScenarioValue::expected(std::string_view what) const {
   fail("expected " + std::string(what) + ", found " + kind(*json_));
 }
 
-bool ScenarioValue::boolean() const {
+void ScenarioValue::read(bool& value) const {
   if (!json_->is_boolean()) {
     expected("true or false");
-    return false;
   }
-  return json_->get<bool>();
+  value = *json_ == true;
 }
 
-std::string ScenarioValue::text() const {
-  if (!json_->is_string()) {
+void ScenarioValue::read(std::string& value) const {
+  if (!isText()) {
     expected("a text");
-    return {};
   }
-  return json_->get<std::string>();
+  value = isText() ? json_->get<std::string>() : "";
 }
 
-double ScenarioValue::number() const {
+void ScenarioValue::read(double& value) const {
   // A number too large for a double is read as an infinity or refused by the parser, never as a finite one.
-  if (!json_->is_number() || !std::isfinite(json_->get<double>())) {
+  const bool isFinite = json_->is_number() && std::isfinite(json_->get<double>());
+  if (!isFinite) {
     expected("a number");
-    return 0;
   }
-  return json_->get<double>();
+  value = isFinite ? json_->get<double>() : 0;
 }
 
-Duration ScenarioValue::seconds() const {
+void ScenarioValue::read(Duration& value) const {
   constexpr double most = 1e9;
-  const double value = json_->is_number() ? json_->get<double>() : -1;
-  if (!(value >= 0 && value <= most)) {
+  const double seconds = json_->is_number() ? json_->get<double>() : -1;
+  const bool isValid = seconds >= 0 && seconds <= most;
+  if (!isValid) {
     expected("a number of seconds");
-    return Duration::zero();
   }
   // Rounded, so that 1.1 s is a whole number of milliseconds.
-  return Duration{std::llround(value * 1e9)};
+  value = Duration{isValid ? std::llround(seconds * 1e9) : 0};
 }
 
 std::vector<double> ScenarioValue::numbers(std::size_t count, std::string_view what) const {
@@ -85,7 +83,7 @@ std::vector<double> ScenarioValue::numbers(std::size_t count, std::string_view w
   for (const auto& element : list()) {
     // Far beyond any screen, and far within what whole numbers of points can hold.
     constexpr double most = 1e6;
-    const double number = element.number();
+    const double number = element.as<double>();
     if (std::abs(number) > most) {
       element.expected("at most a million points");
     }
@@ -94,17 +92,17 @@ std::vector<double> ScenarioValue::numbers(std::size_t count, std::string_view w
   return result;
 }
 
-CGPoint ScenarioValue::point() const {
-  const auto read = numbers(2, "a point [x, y]");
-  return {read[0], read[1]};
+void ScenarioValue::read(CGPoint& value) const {
+  const auto members = numbers(2, "a point [x, y]");
+  value = {members[0], members[1]};
 }
 
-CGRect ScenarioValue::rect() const {
-  const auto read = numbers(4, "a rectangle [x, y, width, height]");
-  if (read[2] < 0 || read[3] < 0) {
+void ScenarioValue::read(CGRect& value) const {
+  const auto members = numbers(4, "a rectangle [x, y, width, height]");
+  if (members[2] < 0 || members[3] < 0) {
     fail("width and height are not negative");
   }
-  return {{read[0], read[1]}, {read[2], read[3]}};
+  value = {{members[0], members[1]}, {members[2], members[3]}};
 }
 
 std::int64_t ScenarioValue::integerBetween(std::int64_t least, std::int64_t most) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <set>
@@ -27,59 +28,31 @@ class ScenarioValue {
   ScenarioValue(const PropertyList& json, std::string path, ScenarioMistake& mistake)
       : json_(&json), path_(std::move(path)), mistake_(&mistake) {}
 
-  [[nodiscard]] bool boolean() const;
-  [[nodiscard]] std::string text() const;
-  /// A finite number.
-  [[nodiscard]] double number() const;
-  /// A time span of at least 0 and at most a thousand million seconds.
-  [[nodiscard]] Duration seconds() const;
-  [[nodiscard]] CGPoint point() const;  ///< [x, y]
-  [[nodiscard]] CGRect rect() const;    ///< [x, y, width, height]
-  template <typename Integer>
-  [[nodiscard]] Integer integer() const {
-    using Limits = std::numeric_limits<Integer>;
-    return static_cast<Integer>(
-        integerBetween(static_cast<std::int64_t>(Limits::min()), std::in_range<std::int64_t>(Limits::max())
-                                                                     ? static_cast<std::int64_t>(Limits::max())
-                                                                     : std::numeric_limits<std::int64_t>::max()));
-  }
-  /// Puts it where it belongs, as what belongs there; the elements of a list are put behind those that are there.
+  /// Puts it where it belongs, as what belongs there: a truth value, a whole number that fits, a finite number, a text,
+  /// a time span of 0 to a thousand million seconds, a point [x, y], a rectangle [x, y, width, height] or any JSON. The
+  /// elements of a list are put behind those that are there, the members of an object into a map. A type of one's own
+  /// comes with readValue(const ScenarioValue&, Type&), or with readRecord(ScenarioObject&, Type&) where it is an
+  /// object whose members have fixed names.
   template <typename Target>
-  void into(Target& target) const {
-    if constexpr (std::is_same_v<Target, bool>) {
-      target = boolean();
-    } else if constexpr (std::is_integral_v<Target>) {
-      target = integer<Target>();
-    } else if constexpr (std::is_same_v<Target, std::string>) {
-      target = text();
-    } else if constexpr (std::is_same_v<Target, Duration>) {
-      target = seconds();
-    } else if constexpr (std::is_same_v<Target, CGPoint>) {
-      target = point();
-    } else if constexpr (std::is_same_v<Target, CGRect>) {
-      target = rect();
-    } else if constexpr (requires { target.has_value(); }) {
-      into(target.emplace());
-    } else {
-      for (const auto& element : list()) {
-        typename Target::value_type value{};
-        element.into(value);
-        target.insert(target.end(), std::move(value));
-      }
-    }
+  void into(Target& target) const;
+  template <typename Target>
+  [[nodiscard]] Target as() const {
+    Target target{};
+    into(target);
+    return target;
   }
   /// What one of these names stands for; the first where it is none of them.
-  template <typename Meaning, std::size_t count>
-  [[nodiscard]] Meaning oneOf(const std::pair<std::string_view, Meaning> (&names)[count]) const {
+  template <typename Meaning>
+  [[nodiscard]] Meaning oneOf(std::initializer_list<std::pair<std::string_view, Meaning>> names) const {
     std::string known;
-    for (std::size_t i = 0; i < count; ++i) {
-      if (isText() && json_->get_ref<const std::string&>() == names[i].first) {
-        return names[i].second;
+    for (const auto& each : names) {
+      if (*json_ == each.first) {
+        return each.second;
       }
-      known += (i == 0 ? "\"" : i + 1 < count ? ", \"" : " or \"") + std::string(names[i].first) + '"';
+      known += (known.empty() ? "\"" : &each == names.end() - 1 ? " or \"" : ", \"") + std::string(each.first) + '"';
     }
     expected(known);
-    return names[0].second;
+    return names.begin()->second;
   }
   [[nodiscard]] std::vector<ScenarioValue> list() const;
   /// The members of an object whose names are free, such as file paths.
@@ -97,6 +70,13 @@ class ScenarioValue {
 
  private:
   friend class ScenarioObject;
+  void read(bool& value) const;
+  void read(double& value) const;
+  void read(std::string& value) const;
+  void read(Duration& value) const;
+  void read(CGPoint& value) const;
+  void read(CGRect& value) const;
+  void read(PropertyList& value) const { value = *json_; }
   [[nodiscard]] std::int64_t integerBetween(std::int64_t least, std::int64_t most) const;
   [[nodiscard]] std::vector<double> numbers(std::size_t count, std::string_view what) const;
 
@@ -125,12 +105,53 @@ class ScenarioObject {
   }
   /// The member; without it the mistake is noted, and the answer reads as null.
   [[nodiscard]] ScenarioValue require(std::string_view name);
-
-  [[nodiscard]] const ScenarioValue& value() const { return value_; }
+  template <typename Target>
+  void require(std::string_view name, Target& target) {
+    require(name).into(target);
+  }
 
  private:
   const ScenarioValue value_;
   std::set<std::string, std::less<>> known_;
 };
+
+/// A value for which null stands for nothing.
+template <typename Value>
+struct Nullable {
+  std::optional<Value> value;
+};
+template <typename Value>
+void readValue(const ScenarioValue& from, Nullable<Value>& nullable) {
+  if (!from.isNull()) {
+    from.into(nullable.value);
+  }
+}
+
+template <typename Target>
+void ScenarioValue::into(Target& target) const {
+  if constexpr (requires { readValue(*this, target); }) {
+    readValue(*this, target);
+  } else if constexpr (requires(ScenarioObject& object) { readRecord(object, target); }) {
+    ScenarioObject object(*this);
+    readRecord(object, target);
+  } else if constexpr (std::is_integral_v<Target> && !std::is_same_v<Target, bool>) {
+    using Limits = std::numeric_limits<Target>;
+    constexpr auto most = std::in_range<std::int64_t>(Limits::max()) ? static_cast<std::int64_t>(Limits::max())
+                                                                     : std::numeric_limits<std::int64_t>::max();
+    target = static_cast<Target>(integerBetween(static_cast<std::int64_t>(Limits::min()), most));
+  } else if constexpr (requires { read(target); }) {
+    read(target);
+  } else if constexpr (requires { target.has_value(); }) {
+    into(target.emplace());
+  } else if constexpr (requires { typename Target::mapped_type; }) {
+    for (const auto& [name, entry] : entries()) {
+      entry.into(target[name]);
+    }
+  } else {
+    for (const auto& element : list()) {
+      target.insert(target.end(), element.as<typename Target::value_type>());
+    }
+  }
+}
 
 }  // namespace tallowin

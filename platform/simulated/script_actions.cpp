@@ -1,84 +1,119 @@
-#include "platform/simulated/script_actions.h"
-
-#include <algorithm>
 #include <cmath>
+#include <map>
 #include <tuple>
+#include <vector>
 
 #include "platform/simulated/scenario_records.h"
 #include "platform/simulated/simulated_desktop.h"
 
 namespace tallowin {
 
-namespace {
+// Arguments that only actions have.
 
-using Arguments = ScenarioObject;
-using Parts = SimulatedParts;
-using Reader = std::function<ScriptAction(Arguments&)>;
-
-/// An action as most of them are: something done to the desktop's parts.
-template <typename Action>
-ScriptAction onParts(Action action) {
-  return [action = std::move(action)](SimulatedDesktop& desktop) { action(desktop.parts()); };
+using TriggerMember = SimulatedTrigger SimulatedUser::*;
+void readValue(const ScenarioValue& from, TriggerMember& trigger) {
+  trigger = from.oneOf<TriggerMember>({{"edges", &SimulatedUser::edges}, {"touch", &SimulatedUser::touch}});
 }
 
-/// A key, a path, any JSON, and what may be null, as arguments.
-struct KeyArgument {
-  VirtualKeyCode code = 0;
-};
-struct PathArgument {
-  std::string path;
-};
-template <typename Value>
-struct Nullable {
-  std::optional<Value> value;
-};
+using PermissionMember = bool DesktopState::*;
+void readValue(const ScenarioValue& from, PermissionMember& permission) {
+  permission = from.oneOf<PermissionMember>({{"accessibility", &DesktopState::accessibilityAllowed},
+                                             {"screenRecording", &DesktopState::screenRecordingAllowed}});
+}
 
-template <typename Value>
-void readArgument(const ScenarioValue& from, Value& value) {
-  if constexpr (std::is_same_v<Value, KeyArgument>) {
-    value.code = readKey(from);
-  } else if constexpr (std::is_same_v<Value, PathArgument>) {
-    value.path = readPath(from);
-  } else if constexpr (std::is_same_v<Value, PropertyList>) {
-    value = from.json();
-  } else if constexpr (requires { value.value; }) {
-    if (!from.isNull()) {
-      from.into(value.value);
-    }
+void readValue(const ScenarioValue& from, WriteStage& stage) {
+  stage = from.oneOf<WriteStage>({{"open", WriteStage::open},
+                                  {"write", WriteStage::write},
+                                  {"flush", WriteStage::flush},
+                                  {"rename", WriteStage::rename},
+                                  {"folder", WriteStage::folder}});
+}
+
+struct ClockJump {
+  Duration by = Duration::zero();
+};
+void readValue(const ScenarioValue& from, ClockJump& jump) {
+  constexpr double most = 1e9;
+  const auto seconds = from.as<double>();
+  if (std::abs(seconds) > most) {
+    from.expected("at most a thousand million seconds");
   } else {
-    from.into(value);
+    jump.by = Duration{std::llround(seconds * 1e9)};
   }
 }
 
+/// A request as bytes, or put together from its parts.
+struct HTTPRequest {
+  std::string bytes;
+};
+void readRecord(ScenarioObject& from, HTTPRequest& request) {
+  std::optional<std::string> target;
+  from.read("target", target);
+  if (!target) {
+    BytesRecord record;
+    readRecord(from, record);
+    request.bytes = record.bytes;
+    return;
+  }
+  std::string method = "GET";
+  std::map<std::string, std::string> headers;
+  std::string body;
+  from.read("method", method);
+  from.read("headers", headers);
+  from.read("body", body);
+  request.bytes = method + " " + *target + " HTTP/1.1\r\nHost: localhost\r\n";
+  for (const auto& [name, value] : headers) {
+    request.bytes.append(name).append(": ").append(value).append("\r\n");
+  }
+  request.bytes.append("\r\n").append(body);
+}
+
+namespace {
+
+using Parts = SimulatedParts;
+using ActionReader = std::function<ScriptAction(ScenarioObject&)>;
+using Dictionary = std::map<std::string, PropertyList>;
+
+/// In place of an argument's name: the argument is read from the action's members altogether.
+constexpr auto members = "";
+
 /// An argument that is required, unless it is optional.
 template <typename Value>
-Value argument(Arguments& arguments, std::string_view name) {
+Value argument(ScenarioObject& from, std::string_view name) {
   Value value{};
-  if constexpr (requires { value.has_value(); }) {
-    if (const auto member = arguments.find(name)) {
-      readArgument(*member, value.emplace());
-    }
+  if constexpr (requires { readRecord(from, value); }) {
+    readRecord(from, value);
+  } else if constexpr (requires { value.has_value(); }) {
+    from.read(name, value);
   } else {
-    readArgument(arguments.require(name), value);
+    from.require(name, value);
   }
   return value;
 }
 
-/// An action with arguments of these names, in the order in which `perform` takes them.
-template <typename... Values, typename... Names>
-Reader act(void (*perform)(Parts&, Values...), Names... names) {
-  return [=](Arguments& arguments) -> ScriptAction {
-    const std::tuple<std::remove_cvref_t<Values>...> values{argument<std::remove_cvref_t<Values>>(arguments, names)...};
-    return onParts([perform, values](Parts& desktop) {
-      std::apply([&](const auto&... each) { perform(desktop, each...); }, values);
-    });
+template <typename... Values>
+ActionReader actionReader(std::vector<const char*> names, void (*perform)(Parts&, Values...)) {
+  return [names = std::move(names), perform](ScenarioObject& from) -> ScriptAction {
+    [[maybe_unused]] auto name = names.begin();
+    const std::tuple<std::remove_cvref_t<Values>...> values{argument<std::remove_cvref_t<Values>>(from, *name++)...};
+    return [perform, values](SimulatedDesktop& desktop) {
+      std::apply([&](const auto&... each) { perform(desktop.parts(), each...); }, values);
+    };
   };
 }
 
-/// An action on files of these functions of theirs.
-template <auto change, auto... fixed>
-void onFile(Parts& desktop, PathArgument file) {
-  (desktop.files.*change)(file.path, fixed...);
+/// An action with arguments of these names, in the order in which `perform` takes them.
+template <typename Perform>
+ActionReader act(std::vector<const char*> names, Perform perform) {
+  return actionReader(std::move(names), +perform);
+}
+
+/// Does something to a window, if there is one by then.
+template <typename Change>
+void changeWindow(Parts& desktop, WindowNumber number, Change change) {
+  if (auto* const window = desktop.state.window(number)) {
+    change(*window);
+  }
 }
 
 template <NotificationName name>
@@ -86,367 +121,205 @@ void post(Parts& desktop) {
   desktop.workspaceNotifications.post({name, std::nullopt});
 }
 
-/// Does something to a window, if there is one by then.
-template <typename Change>
-void onWindow(Parts& desktop, WindowNumber number, Change change) {
-  if (auto* const window = desktop.state.window(number)) {
-    change(*window);
-  }
-}
+using Actions = std::map<std::string_view, ActionReader>;
 
-void addSpace(Parts& desktop, std::optional<std::string> display) {
-  const auto rows = desktop.spaces.displays();
-  if (const auto places = desktop.spaces.places()) {
-    desktop.spaces.setDesktopCount(places->size() + 1);
-  } else if (display || !rows.empty()) {
-    desktop.spaces.addDesktop(display.value_or(rows.empty() ? "" : rows.front().id));
-  }
-}
-
-void removeSpace(Parts& desktop, ManagedSpaceID space) {
-  if (const auto places = desktop.spaces.places()) {
-    desktop.spaces.setDesktopCount(places->size() - 1);
-  } else {
-    desktop.spaces.removeDesktop(space);
-  }
-}
-
-ScriptAction writeFile(Arguments& arguments) {
-  const auto change = argument<std::optional<bool>>(arguments, "replace").value_or(false) ? &SimulatedFiles::replace
-                                                                                          : &SimulatedFiles::overwrite;
-  return onParts([file = argument<PathArgument>(arguments, "path"), bytes = readBytes(arguments),
-                  change](Parts& desktop) { (desktop.files.*change)(file.path, bytes); });
-}
-
-ScriptAction failDisk(Arguments& arguments) {
-  static constexpr std::pair<std::string_view, WriteStage> stages[] = {{"open", WriteStage::open},
-                                                                       {"write", WriteStage::write},
-                                                                       {"flush", WriteStage::flush},
-                                                                       {"rename", WriteStage::rename},
-                                                                       {"folder", WriteStage::folder}};
-  return onParts([stage = arguments.require("stage").oneOf(stages)](Parts& desktop) { desktop.files.failAt(stage); });
-}
-
-void freeDisk(Parts& desktop) {
-  desktop.files.setRoom(std::nullopt);
-  desktop.files.failAt(std::nullopt);
-}
-
-ScriptAction setPermission(Arguments& arguments) {
-  static constexpr std::pair<std::string_view, bool DesktopState::*> permissions[] = {
-      {"accessibility", &DesktopState::accessibilityAllowed},
-      {"screenRecording", &DesktopState::screenRecordingAllowed}};
-  return onParts(
-      [permission = arguments.require("permission").oneOf(permissions),
-       allowed = argument<bool>(arguments, "allowed")](Parts& desktop) { desktop.state.*permission = allowed; });
-}
-
-ScriptAction pullTrigger(Arguments& arguments) {
-  static constexpr std::pair<std::string_view, SimulatedTrigger SimulatedUser::*> triggers[] = {
-      {"edges", &SimulatedUser::edges}, {"touch", &SimulatedUser::touch}};
-  return onParts(
-      [trigger = arguments.require("trigger").oneOf(triggers)](Parts& desktop) { (desktop.user.*trigger).pull(); });
-}
-
-ScriptAction setSymbolicHotKey(Arguments& arguments) {
-  const auto binding = arguments.require("binding");
-  HotKeyRecord record;
-  if (!binding.isNull()) {
-    ScenarioObject object(binding);
-    record = readHotKey(object);
-  }
-  return onParts([hotKey = argument<int>(arguments, "hotKey"), record](Parts& desktop) {
-    record.applyTo(desktop.state.hotKeys, hotKey);
-  });
-}
-
-ScriptAction jumpClock(Arguments& arguments) {
-  const auto by = arguments.require("by");
-  constexpr double most = 1e9;
-  if (std::abs(by.number()) > most) {
-    by.expected("at most a thousand million seconds");
-    return [](SimulatedDesktop&) {};
-  }
-  return onParts(
-      [jump = Duration{std::llround(by.number() * 1e9)}](Parts& desktop) { desktop.clock.jumpWallClock(jump); });
-}
-
-/// The request as bytes, or put together from its parts.
-std::string readHTTPRequest(Arguments& arguments) {
-  const auto target = argument<std::optional<std::string>>(arguments, "target");
-  if (!target) {
-    return readBytes(arguments);
-  }
-  const auto method = argument<std::optional<std::string>>(arguments, "method").value_or("GET");
-  std::string request = method + " " + *target + " HTTP/1.1\r\nHost: localhost\r\n";
-  if (const auto headers = arguments.find("headers")) {
-    for (const auto& [name, value] : headers->entries()) {
-      request.append(name).append(": ").append(value.text()).append("\r\n");
-    }
-  }
-  return request + "\r\n" + argument<std::optional<std::string>>(arguments, "body").value_or("");
-}
-
-ScriptAction httpRequest(Arguments& arguments) {
-  constexpr std::uint16_t standardPort = 57301;
-  return onParts([port = argument<std::optional<std::uint16_t>>(arguments, "port").value_or(standardPort),
-                  request = readHTTPRequest(arguments)](Parts& desktop) { desktop.listeners.request(port, request); });
-}
-
-/// The member, an object whose names are free; empty when it is not there.
-PropertyList findDictionary(Arguments& arguments, std::string_view name) {
-  auto dictionary = PropertyList::object();
-  if (const auto member = arguments.find(name)) {
-    for (const auto& [key, value] : member->entries()) {
-      dictionary[key] = value.json();
-    }
-  }
-  return dictionary;
-}
-
-ScriptAction runScriptCommand(Arguments& arguments) {
-  const ScriptCommandEvent event{argument<std::string>(arguments, "class"),
-                                 argument<std::optional<PropertyList>>(arguments, "directParameter").value_or(nullptr),
-                                 findDictionary(arguments, "arguments")};
-  return onParts([event](Parts& desktop) { desktop.scriptEvents.run(event); });
-}
-
-ScriptAction runIntent(Arguments& arguments) {
-  const IntentEvent event{argument<std::string>(arguments, "intent"), findDictionary(arguments, "parameters")};
-  return onParts([event](Parts& desktop) { desktop.scriptEvents.run(event); });
-}
-
-ScriptAction callDBus(Arguments& arguments) {
-  auto values = PropertyList::array();
-  if (const auto given = arguments.find("arguments")) {
-    for (const auto& value : given->list()) {
-      values.push_back(value.json());
-    }
-  }
-  return onParts([member = argument<std::string>(arguments, "member"), values](Parts& desktop) {
-    desktop.desktopService.call(member, values);
-  });
-}
-
-ScriptAction launchApplication(Arguments& arguments) {
-  auto application = readApplication(arguments);
-  application.pid = argument<ProcessID>(arguments, "pid");
-  return onParts([application](Parts& desktop) {
-    desktop.workspace.launch(application);
-    if (application.isActive) {
-      desktop.workspace.activate(*application.pid);
-    }
-  });
-}
-
-ScriptAction setResponseTime(Arguments& arguments) {
-  return onParts([pid = argument<ProcessID>(arguments, "pid"),
-                  time = readResponseTime(arguments.require("responseTime"))](Parts& desktop) {
-    if (auto* const application = desktop.state.application(pid)) {
-      application->responseTime = time;
-    }
-  });
-}
-
-ScriptAction openWindow(Arguments& arguments) {
-  return onParts([record = readWindow(arguments)](Parts& desktop) {
-    if (desktop.state.window(record.window.number) == nullptr) {
-      desktop.state.windows.insert(desktop.state.windows.begin(), record.placedIn(desktop.state));
-    }
-  });
-}
-
-ScriptAction moveWindow(Arguments& arguments) {
-  return onParts([number = argument<WindowNumber>(arguments, "number"),
-                  frame = argument<std::optional<CGRect>>(arguments, "frame"),
-                  spaces = readSpaces(arguments)](Parts& desktop) {
-    onWindow(desktop, number, [&](SimulatedWindow& window) {
-      window.frame = frame.value_or(window.frame);
-      window.spaces = spaces.value_or(window.spaces);
-    });
-  });
-}
-
-struct Entry {
-  std::string_view name;
-  Reader read;
-};
-
-// What happens to applications and windows.
-std::vector<Entry> windowActions() {
+Actions windowActions() {
   return {
-      {"activateApplication", act(
-                                  +[](Parts& desktop, ProcessID pid) { desktop.workspace.activate(pid); }, "pid")},
-      {"closeWindow", act(
-                          +[](Parts& desktop, WindowNumber number) {
+      {"activateApplication", act({"pid"}, [](Parts& desktop, ProcessID pid) { desktop.workspace.activate(pid); })},
+      {"closeWindow", act({"number"},
+                          [](Parts& desktop, WindowNumber number) {
                             std::erase_if(desktop.state.windows,
                                           [&](const auto& window) { return window.number == number; });
-                          },
-                          "number")},
-      {"hideApplication", act(
-                              +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, true); }, "pid")},
-      {"launchApplication", launchApplication},
-      {"minimizeWindow", act(
-                             +[](Parts& desktop, WindowNumber number, std::optional<bool> minimized) {
-                               onWindow(desktop, number,
-                                        [&](auto& window) { window.minimized = minimized.value_or(true); });
-                             },
-                             "number", "minimized")},
-      {"moveWindow", moveWindow},
-      {"openWindow", openWindow},
-      {"quitApplication", act(
-                              +[](Parts& desktop, ProcessID pid) { desktop.workspace.quit(pid); }, "pid")},
-      {"retitleWindow", act(
-                            +[](Parts& desktop, WindowNumber number, std::string title) {
-                              onWindow(desktop, number, [&](auto& window) { window.title = title; });
-                            },
-                            "number", "title")},
-      {"setResponseTime", setResponseTime},
+                          })},
+      {"hideApplication", act({"pid"}, [](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, true); })},
+      {"launchApplication", act({members, "pid"},
+                                [](Parts& desktop, const SimulatedApplication& application, ProcessID pid) {
+                                  desktop.workspace.launch(application);
+                                  if (application.isActive) {
+                                    desktop.workspace.activate(pid);
+                                  }
+                                })},
+      {"minimizeWindow", act({"number", "minimized"},
+                             [](Parts& desktop, WindowNumber number, std::optional<bool> minimized) {
+                               changeWindow(desktop, number,
+                                            [&](auto& window) { window.minimized = minimized.value_or(true); });
+                             })},
+      {"moveWindow", act({"number", "frame", members},
+                         [](Parts& desktop, WindowNumber number, std::optional<CGRect> frame, const SpacesRecord& to) {
+                           changeWindow(desktop, number, [&](auto& window) {
+                             window.frame = frame.value_or(window.frame);
+                             window.spaces = to.spaces.value_or(window.spaces);
+                           });
+                         })},
+      {"openWindow", act({members},
+                         [](Parts& desktop, const WindowRecord& opened) {
+                           auto& windows = desktop.state.windows;
+                           if (desktop.state.window(opened.window.number) == nullptr) {
+                             windows.insert(windows.begin(), opened.placedIn(desktop.state));
+                           }
+                         })},
+      {"quitApplication", act({"pid"}, [](Parts& desktop, ProcessID pid) { desktop.workspace.quit(pid); })},
+      {"retitleWindow", act({"number", "title"},
+                            [](Parts& desktop, WindowNumber number, const std::string& title) {
+                              changeWindow(desktop, number, [&](auto& window) { window.title = title; });
+                            })},
+      {"setResponseTime", act({"pid", "responseTime"},
+                              [](Parts& desktop, ProcessID pid, Nullable<Duration> time) {
+                                if (auto* const application = desktop.state.application(pid)) {
+                                  application->responseTime = time.value;
+                                }
+                              })},
       {"unhideApplication",
-       act(
-           +[](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, false); }, "pid")},
+       act({"pid"}, [](Parts& desktop, ProcessID pid) { desktop.workspace.setHidden(pid, false); })},
   };
 }
 
-// What happens to Spaces and displays.
-std::vector<Entry> spaceActions() {
+Actions spaceActions() {
   return {
-      {"addSpace", act(addSpace, "display")},
-      {"bounceDock", act(
-                         +[](Parts& desktop, std::uint16_t count, std::optional<Duration> after) {
+      {"addSpace",
+       act({"display"},
+           [](Parts& desktop, const std::optional<std::string>& display) { desktop.spaces.addByOthers(display); })},
+      {"bounceDock", act({"count", "after"},
+                         [](Parts& desktop, std::uint16_t count, std::optional<Duration> after) {
                            desktop.spaces.bounceNext(count, after.value_or(ScenarioDock{}.bounceAfter));
-                         },
-                         "count", "after")},
+                         })},
       {"connectDisplay",
-       [](Arguments& arguments) {
-         return onParts([record = readDisplay(arguments)](Parts& desktop) { desktop.connectDisplay(record.display); });
-       }},
-      {"disconnectDisplay", act(
-                                +[](Parts& desktop, DisplayID display) { desktop.disconnectDisplay(display); }, "id")},
-      {"pressSymbolicHotKey", act(
-                                  +[](Parts& desktop, int hotKey) { desktop.pressSymbolicHotKey(hotKey); }, "hotKey")},
-      {"removeSpace", act(removeSpace, "space")},
+       act({members}, [](Parts& desktop, const DisplayRecord& record) { desktop.connectDisplay(record.display); })},
+      {"disconnectDisplay", act({"id"}, [](Parts& desktop, DisplayID display) { desktop.disconnectDisplay(display); })},
+      {"pressSymbolicHotKey", act({"hotKey"}, [](Parts& desktop, int hotKey) { desktop.pressSymbolicHotKey(hotKey); })},
+      {"removeSpace",
+       act({"space"}, [](Parts& desktop, ManagedSpaceID space) { desktop.spaces.removeByOthers(space); })},
       {"setDesktopCount",
-       act(
-           +[](Parts& desktop, std::uint16_t count) { desktop.spaces.setDesktopCount(count); }, "count")},
+       act({"count"}, [](Parts& desktop, std::uint16_t count) { desktop.spaces.setDesktopCount(count); })},
       {"setManagedDisplaySpaces",
-       act(
-           +[](Parts& desktop, PropertyList list) { desktop.spaces.replaceList(list); }, "list")},
+       act({"list"}, [](Parts& desktop, const PropertyList& list) { desktop.spaces.replaceList(list); })},
       {"setMenuBarDisplay",
-       act(
-           +[](Parts& desktop, Nullable<std::string> display) { desktop.state.menuBarDisplay = display.value; },
-           "display")},
+       act({"display"},
+           [](Parts& desktop, const Nullable<std::string>& display) { desktop.state.menuBarDisplay = display.value; })},
       {"setRequests",
-       [](Arguments& arguments) {
-         return onParts([record = readRequests(arguments)](Parts& desktop) { record.applyTo(desktop.state.requests); });
-       }},
-      {"setSymbolicHotKey", setSymbolicHotKey},
-      {"switchSpace", act(
-                          +[](Parts& desktop, ManagedSpaceID space) { desktop.spaces.switchNow(space); }, "space")},
+       act({members}, [](Parts& desktop, const RequestRecord& record) { record.applyTo(desktop.state.requests); })},
+      {"setSymbolicHotKey", act({"binding", "hotKey"},
+                                [](Parts& desktop, const Nullable<SymbolicHotKey>& binding, int hotKey) {
+                                  desktop.state.hotKeys[hotKey] = binding.value.value_or(SymbolicHotKey());
+                                })},
+      {"switchSpace", act({"space"}, [](Parts& desktop, ManagedSpaceID space) { desktop.spaces.switchNow(space); })},
   };
 }
 
-// What happens to files, preferences and the machine.
-std::vector<Entry> machineActions() {
+Actions fileActions() {
   return {
-      {"corruptFile", act(onFile<&SimulatedFiles::corrupt>, "path")},
-      {"deleteFile", act(onFile<&SimulatedFiles::take>, "path")},
-      {"failDisk", failDisk},
-      {"fillDisk",
-       act(
-           +[](Parts& desktop, std::optional<std::uint32_t> room) { desktop.files.setRoom(room.value_or(0)); },
-           "room")},
-      {"freeDisk", act(freeDisk)},
-      {"jumpClock", jumpClock},
-      {"lockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = true; })},
-      {"makeUnwritable", act(onFile<&SimulatedFiles::setUnwritable, true>, "path")},
-      {"makeWritable", act(onFile<&SimulatedFiles::setUnwritable, false>, "path")},
-      {"quit", [](Arguments&) -> ScriptAction { return [](SimulatedDesktop& desktop) { desktop.onQuit(0); }; }},
-      {"removePreference", act(
-                               +[](Parts& desktop, std::string key) { desktop.preferencesFile.remove(key); }, "key")},
-      {"renamePlist", act(+[](Parts& desktop) { desktop.files.replace(Parts::spacesFile(), ""); })},
-      {"setGlobalPreference",
-       act(
-           +[](Parts& desktop, std::string key, PropertyList value) { desktop.state.globalPreferences[key] = value; },
-           "key", "value")},
-      {"setPermission", setPermission},
+      {"corruptFile", act({"path"}, [](Parts& desktop, const PathRecord& file) { desktop.files.corrupt(file.path); })},
+      {"deleteFile", act({"path"}, [](Parts& desktop, const PathRecord& file) { desktop.files.take(file.path); })},
+      {"failDisk", act({"stage"}, [](Parts& desktop, WriteStage stage) { desktop.files.failAt(stage); })},
+      {"fillDisk", act({"room"}, [](Parts& desktop,
+                                    std::optional<std::uint32_t> room) { desktop.files.setRoom(room.value_or(0)); })},
+      {"freeDisk", act({},
+                       [](Parts& desktop) {
+                         desktop.files.setRoom(std::nullopt);
+                         desktop.files.failAt(std::nullopt);
+                       })},
+      {"makeUnwritable",
+       act({"path"}, [](Parts& desktop, const PathRecord& file) { desktop.files.setUnwritable(file.path, true); })},
+      {"makeWritable",
+       act({"path"}, [](Parts& desktop, const PathRecord& file) { desktop.files.setUnwritable(file.path, false); })},
+      {"removePreference",
+       act({"key"}, [](Parts& desktop, const std::string& key) { desktop.preferencesFile.remove(key); })},
+      {"renamePlist", act({}, [](Parts& desktop) { desktop.files.replace(Parts::spacesFile(), ""); })},
       {"setPreference",
-       act(
-           +[](Parts& desktop, std::string key, PropertyList value) { desktop.preferencesFile.set(key, value); }, "key",
-           "value")},
-      {"sleepScreens", act(post<NotificationName::NSWorkspaceScreensDidSleepNotification>)},
-      {"unlockScreen", act(+[](Parts& desktop) { desktop.state.screenLocked = false; })},
-      {"wake", act(post<NotificationName::NSWorkspaceDidWakeNotification>)},
-      {"wakeScreens", act(post<NotificationName::NSWorkspaceScreensDidWakeNotification>)},
-      {"writeFile", writeFile},
+       act({"key", "value"}, [](Parts& desktop, const std::string& key,
+                                const PropertyList& value) { desktop.preferencesFile.set(key, value); })},
+      {"writeFile",
+       act({"replace", "path", members},
+           [](Parts& desktop, std::optional<bool> replace, const PathRecord& file, const BytesRecord& content) {
+             const auto write = replace == true ? &SimulatedFiles::replace : &SimulatedFiles::overwrite;
+             (desktop.files.*write)(file.path, content.bytes);
+           })},
   };
 }
 
-// What the user and other programs do.
-std::vector<Entry> userActions() {
+Actions machineActions() {
   return {
-      {"answerAlert",
-       act(
-           +[](Parts& desktop, Nullable<std::string> button) { desktop.alerts.press(button.value); }, "button")},
-      {"answerRenameDialog",
-       act(
-           +[](Parts& desktop, Nullable<std::string> name) { desktop.user.answerRenameDialog(name.value); }, "name")},
-      {"callDBus", callDBus},
-      {"clickDock", act(+[](Parts& desktop) { desktop.user.clickDock(); })},
-      {"httpRequest", httpRequest},
-      {"interruptCommand",
-       act(
-           +[](Parts& desktop, std::int32_t caller) { desktop.commandChannel.interrupt(caller); }, "caller")},
-      {"listenToDBus", act(+[](Parts& desktop) { desktop.desktopService.listen(); })},
-      {"movePointer", act(
-                          +[](Parts& desktop, CGPoint to) { desktop.events.movePointer(to); }, "to")},
-      {"openURL", act(
-                      +[](Parts& desktop, std::string url) { desktop.urlEvents.open(url); }, "url")},
-      {"pressKey", act(
-                       +[](Parts& desktop, KeyArgument key, std::optional<std::uint64_t> modifiers) {
-                         desktop.pressKey(key.code, modifiers.value_or(0));
-                       },
-                       "key", "modifiers")},
-      {"pressMouse", act(+[](Parts& desktop) { desktop.events.pressLeftButton(); })},
-      {"pullTrigger", pullTrigger},
-      {"releaseMouse", act(+[](Parts& desktop) { desktop.events.releaseLeftButton(); })},
-      {"runCommand",
-       act(
-           +[](Parts& desktop, std::vector<std::string> words) { desktop.commandChannel.run(words); }, "arguments")},
-      {"runIntent", runIntent},
-      {"runScriptCommand", runScriptCommand},
-      {"speak", act(
-                    +[](Parts& desktop, std::string phrase) { desktop.scriptEvents.speak(phrase); }, "phrase")},
-      {"touch",
-       act(
-           +[](Parts& desktop, std::vector<CGPoint> contacts) { desktop.trackpads.touch(contacts); }, "contacts")},
+      {"jumpClock", act({"by"}, [](Parts& desktop, ClockJump jump) { desktop.clock.jumpWallClock(jump.by); })},
+      {"lockScreen", act({}, [](Parts& desktop) { desktop.state.screenLocked = true; })},
+      {"quit", [](ScenarioObject&) -> ScriptAction { return [](SimulatedDesktop& desktop) { desktop.onQuit(0); }; }},
+      {"setGlobalPreference",
+       act({"key", "value"}, [](Parts& desktop, const std::string& key,
+                                const PropertyList& value) { desktop.state.globalPreferences[key] = value; })},
+      {"setPermission", act({"permission", "allowed"}, [](Parts& desktop, PermissionMember permission,
+                                                          bool allowed) { desktop.state.*permission = allowed; })},
+      {"sleepScreens", act({}, post<NotificationName::NSWorkspaceScreensDidSleepNotification>)},
+      {"unlockScreen", act({}, [](Parts& desktop) { desktop.state.screenLocked = false; })},
+      {"wake", act({}, post<NotificationName::NSWorkspaceDidWakeNotification>)},
+      {"wakeScreens", act({}, post<NotificationName::NSWorkspaceScreensDidWakeNotification>)},
   };
 }
 
-// Sorted by name.
-const std::vector<Entry>& actions() {
-  static const std::vector<Entry> entries = [] {
-    std::vector<Entry> all;
-    for (const auto& some : {windowActions(), spaceActions(), machineActions(), userActions()}) {
-      std::ranges::copy(some, std::back_inserter(all));
-    }
-    std::ranges::sort(all, {}, &Entry::name);
-    return all;
-  }();
-  return entries;
+Actions userActions() {
+  return {
+      {"answerAlert", act({"button"}, [](Parts& desktop,
+                                         const Nullable<std::string>& button) { desktop.alerts.press(button.value); })},
+      {"answerRenameDialog",
+       act({"name"},
+           [](Parts& desktop, const Nullable<std::string>& name) { desktop.user.answerRenameDialog(name.value); })},
+      {"clickDock", act({}, [](Parts& desktop) { desktop.user.clickDock(); })},
+      {"movePointer", act({"to"}, [](Parts& desktop, CGPoint to) { desktop.events.movePointer(to); })},
+      {"pressKey", act({"key", "modifiers"},
+                       [](Parts& desktop, KeyRecord key, std::optional<std::uint64_t> modifiers) {
+                         desktop.pressKey(key.code, modifiers.value_or(0));
+                       })},
+      {"pressMouse", act({}, [](Parts& desktop) { desktop.events.pressLeftButton(); })},
+      {"pullTrigger", act({"trigger"}, [](Parts& desktop, TriggerMember trigger) { (desktop.user.*trigger).pull(); })},
+      {"releaseMouse", act({}, [](Parts& desktop) { desktop.events.releaseLeftButton(); })},
+      {"touch", act({"contacts"},
+                    [](Parts& desktop, const std::vector<CGPoint>& contacts) { desktop.functions.touch(contacts); })},
+  };
+}
+
+Actions callerActions() {
+  static constexpr std::uint16_t standardPort = 57301;
+  return {
+      {"callDBus",
+       act({"arguments", "member"},
+           [](Parts& desktop, const std::optional<std::vector<PropertyList>>& arguments, const std::string& member) {
+             desktop.desktopService.call(member, arguments.value_or(std::vector<PropertyList>()));
+           })},
+      {"httpRequest", act({"port", members},
+                          [](Parts& desktop, std::optional<std::uint16_t> port, const HTTPRequest& request) {
+                            desktop.listeners.request(port.value_or(standardPort), request.bytes);
+                          })},
+      {"interruptCommand",
+       act({"caller"}, [](Parts& desktop, std::int32_t caller) { desktop.commandChannel.interrupt(caller); })},
+      {"listenToDBus", act({}, [](Parts& desktop) { desktop.desktopService.listen(); })},
+      {"openURL", act({"url"}, [](Parts& desktop, const std::string& url) { desktop.urlEvents.open(url); })},
+      {"runCommand",
+       act({"arguments"},
+           [](Parts& desktop, const std::vector<std::string>& words) { desktop.commandChannel.run(words); })},
+      {"runIntent", act({"intent", "parameters"},
+                        [](Parts& desktop, const std::string& intent, const std::optional<Dictionary>& parameters) {
+                          desktop.scriptEvents.run(IntentEvent{intent, parameters.value_or(Dictionary())});
+                        })},
+      {"runScriptCommand",
+       act({"class", "directParameter", "arguments"},
+           [](Parts& desktop, const std::string& commandClass, const std::optional<PropertyList>& directParameter,
+              const std::optional<Dictionary>& arguments) {
+             desktop.scriptEvents.run(
+                 ScriptCommandEvent{commandClass, directParameter.value_or(nullptr), arguments.value_or(Dictionary())});
+           })},
+      {"speak", act({"phrase"}, [](Parts& desktop, const std::string& phrase) { desktop.scriptEvents.speak(phrase); })},
+  };
 }
 
 }  // namespace
 
-std::optional<ScriptAction> readScriptAction(std::string_view name, ScenarioObject& arguments) {
-  const auto found = std::ranges::find(actions(), name, &Entry::name);
-  return found == actions().end() ? std::nullopt : std::optional(found->read(arguments));
-}
-
-std::vector<std::string_view> scriptActionNames() {
-  std::vector<std::string_view> names;
-  std::ranges::transform(actions(), std::back_inserter(names), &Entry::name);
-  return names;
+std::optional<ScriptAction> readScriptAction(std::string_view name, ScenarioObject& from) {
+  static const std::vector<Actions> groups = {windowActions(),  spaceActions(), fileActions(),
+                                              machineActions(), userActions(),  callerActions()};
+  for (const auto& group : groups) {
+    if (const auto found = group.find(name); found != group.end()) {
+      return found->second(from);
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace tallowin

@@ -1,10 +1,37 @@
 #include "platform/simulated/simulated_accessibility.h"
 
 #include <algorithm>
+#include <chrono>
+#include <memory>
 
 namespace tallowin {
 
 namespace {
+
+/// What the system waits for an answer if nobody has said anything else.
+constexpr Duration defaultTimeout = std::chrono::seconds{6};
+
+/// An element that a simulated application answers for, if it answers at all. The state must outlive it.
+class ApplicationPart : public SimulatedElement {
+ public:
+  ApplicationPart(DesktopState& state, ProcessID pid)
+      : state_(state), pid_(pid), timeout_(std::make_shared<Duration>(defaultTimeout)) {}
+
+  void setMessagingTimeout(Duration timeout) const override { *timeout_ = timeout; }
+
+  [[nodiscard]] bool answers() const override {
+    const auto* const application = state_.application(pid_);
+    return application != nullptr && application->responseTime && *application->responseTime <= *timeout_;
+  }
+
+ protected:
+  DesktopState& state_;
+  const ProcessID pid_;
+
+ private:
+  // Shared by an application's element and all those reached through it.
+  const std::shared_ptr<Duration> timeout_;
+};
 
 class CloseButton : public ApplicationPart {
  public:
@@ -14,39 +41,37 @@ class CloseButton : public ApplicationPart {
     return name == "AXRole" ? AXValue("AXButton") : AXValue();
   }
 
-  bool perform(std::string_view action) const override { return action == "AXPress" && state().close(window_); }
+  bool perform(std::string_view action) const override { return action == "AXPress" && state_.close(window_); }
 
  private:
   const WindowNumber window_;
 };
 
-class OrdinaryWindow : public WindowElement {
+class WindowElement : public ApplicationPart {
  public:
-  using WindowElement::WindowElement;
+  WindowElement(const ApplicationPart& application, WindowNumber number)
+      : ApplicationPart(application), number_(number) {}
+
+  [[nodiscard]] std::optional<WindowNumber> window() const override { return number_; }
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
-    const auto* const window = state().window(number());
+    const auto* const window = state_.window(number_);
     if (window == nullptr) {
       return {};
     }
-    if (name == "AXCloseButton") {
-      return AXUIElement(std::make_shared<CloseButton>(*this, number()));
-    }
-    const std::pair<std::string_view, AXValue> attributes[] = {
-        {"AXRole", "AXWindow"},
-        {"AXTitle", window->title},
-        {"AXPosition", window->frame.origin},
-        {"AXSize", window->frame.size},
-        {"AXMinimized", window->minimized},
-        {"AXMain", isFirstOfItsApplication(*window)},
-    };
-    const auto* const found =
-        std::ranges::find(attributes, name, [](const auto& attribute) { return attribute.first; });
-    return found == std::ranges::end(attributes) ? AXValue() : found->second;
+    const auto first = std::ranges::find(state_.windows, window->pid, &SimulatedWindow::pid);
+    return name == "AXRole"          ? AXValue("AXWindow")
+           : name == "AXTitle"       ? AXValue(window->title)
+           : name == "AXPosition"    ? AXValue(window->frame.origin)
+           : name == "AXSize"        ? AXValue(window->frame.size)
+           : name == "AXMinimized"   ? AXValue(window->minimized)
+           : name == "AXMain"        ? AXValue(first->number == number_)
+           : name == "AXCloseButton" ? AXValue(std::make_shared<CloseButton>(*this, number_))
+                                     : AXValue();
   }
 
   bool setAttribute(std::string_view name, const AXValue& value) const override {
-    auto* const window = state().window(number());
+    auto* const window = state_.window(number_);
     if (window == nullptr) {
       return false;
     }
@@ -63,94 +88,68 @@ class OrdinaryWindow : public WindowElement {
       window->minimized = *flag;
       return true;
     }
-    return flag != nullptr && name == "AXMain" && (!*flag || state().raise(number()));
+    return flag != nullptr && name == "AXMain" && (!*flag || state_.raise(number_));
   }
 
-  bool perform(std::string_view action) const override { return action == "AXRaise" && state().raise(number()); }
+  bool perform(std::string_view action) const override { return action == "AXRaise" && state_.raise(number_); }
 
  private:
-  [[nodiscard]] bool isFirstOfItsApplication(const SimulatedWindow& window) const {
-    const auto& windows = state().windows;
-    const auto first = std::ranges::find(windows, window.pid, &SimulatedWindow::pid);
-    return first != windows.end() && first->number == window.number;
-  }
+  const WindowNumber number_;
 };
 
-class Application : public ApplicationPart {
+class ApplicationElement : public ApplicationPart {
  public:
-  Application(DesktopState& state, ProcessID pid) : ApplicationPart(state, pid) {}
+  using ApplicationPart::ApplicationPart;
 
   [[nodiscard]] AXValue attribute(std::string_view name) const override {
-    const auto* const application = state().application(pid());
+    const auto* const application = state_.application(pid_);
     if (application == nullptr) {
       return {};
     }
-    if (name == "AXRole") {
-      return "AXApplication";
+    if (name == "AXFocusedWindow") {
+      const auto open = windowElements([](const SimulatedWindow& window) { return !window.minimized; });
+      return open.empty() ? AXValue() : AXValue(open.front());
     }
-    if (name == "AXTitle") {
-      return application->name;
-    }
-    if (name == "AXHidden") {
-      return application->isHidden;
-    }
-    if (name == "AXWindows" || name == "AXChildren") {
-      return windowElements([](const SimulatedWindow&) { return true; });
-    }
-    if (name != "AXFocusedWindow") {
-      return {};
-    }
-    const auto open = windowElements([](const SimulatedWindow& window) { return !window.minimized; });
-    return open.empty() ? AXValue() : AXValue(open.front());
+    return name == "AXRole"     ? AXValue("AXApplication")
+           : name == "AXTitle"  ? AXValue(application->name)
+           : name == "AXHidden" ? AXValue(application->isHidden)
+           : name == "AXWindows" || name == "AXChildren"
+               ? AXValue(windowElements([](const SimulatedWindow&) { return true; }))
+               : AXValue();
   }
 
  private:
   [[nodiscard]] std::vector<AXUIElement> windowElements(bool (*wanted)(const SimulatedWindow&)) const {
     std::vector<AXUIElement> elements;
-    for (const auto& window : state().windows) {
+    for (const auto& window : state_.windows) {
       const bool here =
-          std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return state().spaces.isActive(space); });
-      if (window.pid == pid() && window.layer == 0 && here && wanted(window)) {
-        elements.push_back(std::make_shared<OrdinaryWindow>(*this, window.number));
+          std::ranges::any_of(window.spaces, [&](ManagedSpaceID space) { return state_.spaces.isActive(space); });
+      if (window.pid == pid_ && window.layer == 0 && here && wanted(window)) {
+        elements.push_back(std::make_shared<WindowElement>(*this, window.number));
       }
     }
     return elements;
   }
 };
 
-}  // namespace
-
-AXUIElement makeApplicationElement(DesktopState& state, ProcessID pid) {
-  return std::make_shared<Application>(state, pid);
-}
-
-namespace {
-
-const SimulatedElement* ours(const AXUIElement& element) {
+const SimulatedElement* simulatedElement(const AXUIElement& element) {
   return dynamic_cast<const SimulatedElement*>(element.get());
 }
 
-/// Whether the application behind the element answers before the messaging timeout.
-bool answers(const SimulatedElement& element) {
-  const auto* const part = dynamic_cast<const ApplicationPart*>(&element);
-  return part == nullptr || part->answers();
-}
-
-std::string textOf(const SimulatedElement& element, std::string_view attribute) {
-  const auto value = element.attribute(attribute);
-  const auto* const text = std::get_if<std::string>(&value);
-  return text != nullptr ? *text : "";
-}
-
 /// What tells the reader of the journal which element it is.
-nlohmann::ordered_json described(const SimulatedElement& element) {
-  nlohmann::ordered_json description = {{"role", textOf(element, "AXRole")}};
-  if (const auto* const window = dynamic_cast<const WindowElement*>(&element)) {
-    description["window"] = window->number();
+nlohmann::ordered_json identified(const SimulatedElement& element) {
+  const auto text = [&](std::string_view attribute) {
+    const auto value = element.attribute(attribute);
+    const auto* const found = std::get_if<std::string>(&value);
+    return found != nullptr ? *found : "";
+  };
+  nlohmann::ordered_json description = {{"role", text("AXRole")}};
+  if (const auto window = element.window()) {
+    description["window"] = *window;
   }
   for (const auto* const attribute : {"AXTitle", "AXDescription"}) {
-    if (auto text = textOf(element, attribute); !text.empty()) {
-      description[attribute] = std::move(text);
+    if (auto words = text(attribute); !words.empty()) {
+      description[attribute] = std::move(words);
     }
   }
   return description;
@@ -177,22 +176,22 @@ AXUIElement SimulatedAccessibility::AXUIElementCreateApplication(ProcessID pid) 
   const auto* const application = state_.application(pid);
   return application != nullptr && application->bundleIdentifier == "com.apple.dock"
              ? missionControl_.dockElement()
-             : makeApplicationElement(state_, pid);
+             : std::make_shared<ApplicationElement>(state_, pid);
 }
 
 void SimulatedAccessibility::AXUIElementSetMessagingTimeout(const AXUIElement& element, Duration timeout) {
-  if (const auto* const part = dynamic_cast<const ApplicationPart*>(element.get())) {
-    part->setMessagingTimeout(timeout);
+  if (const auto* const known = simulatedElement(element)) {
+    known->setMessagingTimeout(timeout);
   }
 }
 
 const SimulatedElement* SimulatedAccessibility::asked(const AXUIElement& element) const {
-  return state_.accessibilityAllowed ? ours(element) : nullptr;
+  return state_.accessibilityAllowed ? simulatedElement(element) : nullptr;
 }
 
 AXValue SimulatedAccessibility::AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view attribute) {
   const auto* const known = asked(element);
-  return known != nullptr && answers(*known) ? known->attribute(attribute) : AXValue();
+  return known != nullptr && known->answers() ? known->attribute(attribute) : AXValue();
 }
 
 bool SimulatedAccessibility::AXUIElementSetAttributeValue(const AXUIElement& element, std::string_view attribute,
@@ -203,8 +202,8 @@ bool SimulatedAccessibility::AXUIElementSetAttributeValue(const AXUIElement& ele
   }
   journal_.record(
       "AXUIElementSetAttributeValue",
-      {{"element", described(*known)}, {"attribute", attribute}, {"value", std::visit(ValueAsJSON{}, value)}});
-  return answers(*known) && known->setAttribute(attribute, value);
+      {{"element", identified(*known)}, {"attribute", attribute}, {"value", std::visit(ValueAsJSON{}, value)}});
+  return known->answers() && known->setAttribute(attribute, value);
 }
 
 bool SimulatedAccessibility::AXUIElementPerformAction(const AXUIElement& element, std::string_view action) {
@@ -212,8 +211,8 @@ bool SimulatedAccessibility::AXUIElementPerformAction(const AXUIElement& element
   if (known == nullptr) {
     return false;
   }
-  journal_.record("AXUIElementPerformAction", {{"element", described(*known)}, {"action", action}});
-  return answers(*known) && known->perform(action);
+  journal_.record("AXUIElementPerformAction", {{"element", identified(*known)}, {"action", action}});
+  return known->answers() && known->perform(action);
 }
 
 }  // namespace tallowin

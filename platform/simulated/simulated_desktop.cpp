@@ -1,34 +1,8 @@
 #include "platform/simulated/simulated_desktop.h"
 
 #include "base/app_paths.h"
-#include "base/scrolling_direction.h"
 
 namespace tallowin {
-
-namespace {
-
-/// Later systems take only swipes that carry the device's own report.
-constexpr int lastSystemWithPlainSwipes = 26;
-
-DockBehaviour dockBehaviour(const DesktopState& state) {
-  DockBehaviour behaviour;
-  behaviour.requiresAugmentedSwipes = state.systemVersion.major > lastSystemWithPlainSwipes;
-  behaviour.naturalScrolling = [&state] {
-    const auto found = state.globalPreferences.find(scrollingDirectionPreference);
-    return isNaturalScrolling(found != state.globalPreferences.end() ? std::optional(found->second) : std::nullopt);
-  };
-  behaviour.screenLocked = [&state] { return state.screenLocked; };
-  return behaviour;
-}
-
-std::function<CGRect(const std::string&)> boundsIn(const DesktopState& state) {
-  return [&state](const std::string& identifier) {
-    const auto* const display = state.displayNamed(identifier);
-    return display != nullptr ? display->bounds : CGRect{};
-  };
-}
-
-}  // namespace
 
 SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, SimulatedClock& simulatedClock,
                                Images& images, Journal& theJournal)
@@ -40,12 +14,12 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       files(queue, clock, journal),
       preferencesFile(files, scenario.preferences),
       spaces(state, scenario.dock, queue, journal),
-      dock(spaces, state.hotKeys, queue, clock, machine, dockBehaviour(state)),
-      missionControl(spaces, queue, boundsIn(state), scenario.missionControl),
-      windows(state, queue, journal),
-      asked(state, spaces, windows, queue, journal),
-      dragging(state),
-      events(clock, dock, missionControl, dragging, state, journal),
+      dock(spaces, state, queue, clock, machine),
+      missionControl(spaces, state, queue, scenario.missionControl),
+      requests(state, queue, journal),
+      windows(state, requests, queue),
+      asked(state, spaces, windows, requests),
+      events(clock, dock, missionControl, state, journal),
       windowList(state),
       workspace(state, queue, journal, workspaceNotifications),
       accessibility(state, missionControl, journal),
@@ -58,15 +32,13 @@ SimulatedParts::SimulatedParts(const Scenario& scenario, MainQueue& mainQueue, S
       alerts(journal),
       user(journal),
       globalHotKeys(state, journal),
-      objectiveC(coreFoundation, !scenario.missingFunctions.contains(SimulatedObjectiveC::operationClass)),
-      trackpads(state.trackpads, clock, journal),
-      windowServer(state, journal, scenario.notificationFailures),
-      loader({windowServer, coreFoundation, objectiveC, trackpads, queue,
-              [this](std::string_view name) {
-                journal.record("CoreDockSendNotification", {{"name", name}});
-                missionControl.notify(name);
-              }},
-             scenario.missingFunctions) {
+      functions({state, queue, clock, coreFoundation, journal,
+                 [this](std::string_view name) {
+                   journal.record("CoreDockSendNotification", {{"name", name}});
+                   missionControl.notify(name);
+                 }},
+                scenario.missingFunctions, scenario.notificationFailures),
+      loader(scenario.missingFunctions) {
   placeFiles(scenario);
   connectParts();
   if (state.desktopsByPlace) {
@@ -104,7 +76,7 @@ void SimulatedParts::connectParts() {
     workspace.onChange = [this] { windows.tellChanges(); };
   } else {
     spaces.onServerEvent = [this](WindowServerEvent event) {
-      windowServer.notify(event);
+      functions.notify(event);
       if (event == SimulatedSpaces::activeSpaceEvent) {
         workspaceNotifications.post({NotificationName::NSWorkspaceActiveSpaceDidChangeNotification, std::nullopt});
       }
@@ -114,14 +86,15 @@ void SimulatedParts::connectParts() {
   spaces.onArrival = [this](const std::string& display, ManagedSpaceID space) {
     dock.activeSpaceChanged(display);
     if (spaces.displayUnderPointer() == display) {
-      dragging.carryTo(space);
+      events.carryWindowTo(space);
     }
   };
 }
 
 void SimulatedParts::pressSymbolicHotKey(int hotKey) {
-  if (const auto binding = state.hotKeys.binding(hotKey)) {
-    sendKeyToDock(binding->keyCode, binding->modifierFlags);
+  const auto found = state.hotKeys.find(hotKey);
+  if (found != state.hotKeys.end() && found->second.binding) {
+    sendKeyToDock(found->second.binding->keyCode, found->second.binding->modifierFlags);
   }
 }
 
@@ -185,49 +158,47 @@ std::optional<PropertyList> SimulatedDesktop::globalPreference(std::string_view 
 
 DesktopServices simulatedDesktopServices(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,
                                          Windows& windows, WorkQueues& queues) {
+  auto& parts = simulated.parts();
   return {.desktop = desktop,
           .asked = simulated.asked(),
           .driven = simulated.asked() == nullptr ? &driven : nullptr,
           .windows = windows,
-          .desktopNames = simulated.desktopNames(),
-          .spacePlaces = simulated.spacePlaces(),
-          .events = simulated.events(),
-          .displays = simulated.displays(),
-          .workspace = simulated.workspace(),
-          .workspaceNotifications = simulated.workspaceNotifications(),
-          .defaultNotifications = simulated.defaultNotifications(),
-          .screenCapture = simulated.screenCapture(),
-          .globalHotKeys = simulated.globalHotKeys(),
-          .pasteboard = simulated.pasteboard(),
-          .appleScript = simulated.appleScript(),
-          .desktopFacts = simulated.desktopFacts(),
+          .desktopNames = parts.desktopNames,
+          .spacePlaces = parts.spaces,
+          .events = parts.events,
+          .displays = parts.machine,
+          .workspace = parts.workspace,
+          .workspaceNotifications = parts.workspaceNotifications,
+          .defaultNotifications = parts.defaultNotifications,
+          .screenCapture = parts.screenCapture,
+          .globalHotKeys = parts.globalHotKeys,
+          .pasteboard = parts.user,
+          .appleScript = parts.machine,
+          .desktopFacts = parts.machine,
           .desktopQueues = queues};
-}
-
-UserServices simulatedUserServices(SimulatedDesktop& simulated) {
-  return {simulated.toasts(), simulated.alerts(), simulated.presentation()};
 }
 
 Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven, Windows& windows,
                            Preferences& preferences, Images& images, VirtualTime& time) {
-  return {{.files = simulated.files(),
+  auto& parts = simulated.parts();
+  return {{.files = parts.files,
            .folders = simulated.folders(),
            .preferences = preferences,
-           .processes = simulated.processes(),
-           .system = simulated.system(),
+           .processes = parts.machine,
+           .system = parts.machine,
            .images = images,
            .mainQueue = time,
            .workQueues = time,
            .runLoop = time,
            .clock = time,
-           .log = simulated.log()},
+           .log = parts.machine},
           simulatedDesktopServices(simulated, desktop, driven, windows, time),
-          simulatedUserServices(simulated),
-          {.urlEvents = simulated.urlEvents(),
-           .commandChannel = simulated.commandChannel(),
-           .scriptEvents = simulated.scriptEvents(),
-           .desktopService = simulated.desktopService(),
-           .listeners = simulated.listeners()}};
+          {parts.user, parts.alerts, parts.user.presentation()},
+          {.urlEvents = parts.urlEvents,
+           .commandChannel = parts.commandChannel,
+           .scriptEvents = parts.scriptEvents,
+           .desktopService = parts.desktopService,
+           .listeners = parts.listeners}};
 }
 
 }  // namespace tallowin

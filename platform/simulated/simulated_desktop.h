@@ -18,15 +18,13 @@
 #include "platform/simulated/simulated_callers.h"
 #include "platform/simulated/simulated_dock.h"
 #include "platform/simulated/simulated_files.h"
+#include "platform/simulated/simulated_functions.h"
 #include "platform/simulated/simulated_input.h"
 #include "platform/simulated/simulated_loader.h"
 #include "platform/simulated/simulated_machine.h"
-#include "platform/simulated/simulated_runtime.h"
-#include "platform/simulated/simulated_screen_capture.h"
+#include "platform/simulated/simulated_screen.h"
 #include "platform/simulated/simulated_spaces.h"
 #include "platform/simulated/simulated_user.h"
-#include "platform/simulated/simulated_window_list.h"
-#include "platform/simulated/simulated_window_server.h"
 #include "platform/simulated/simulated_workspace.h"
 #include "platform/simulated/virtual_time.h"
 
@@ -60,9 +58,9 @@ struct SimulatedParts {
   SimulatedSpaces spaces;
   SimulatedDock dock;
   MissionControl missionControl;
+  Requests requests;
   AskedWindows windows;
   SimulatedAskedDesktop asked;
-  WindowDragging dragging;
   SimulatedEvents events;
   SimulatedWindowList windowList;
   SimulatedWorkspace workspace;
@@ -78,9 +76,7 @@ struct SimulatedParts {
   SimulatedUser user;
   SimulatedGlobalHotKeys globalHotKeys;
   SimulatedCoreFoundation coreFoundation;
-  SimulatedObjectiveC objectiveC;
-  SimulatedTrackpads trackpads;
-  SimulatedWindowServer windowServer;
+  SimulatedFunctions functions;
   SimulatedLoader loader;
 
  private:
@@ -91,7 +87,7 @@ struct SimulatedParts {
 
 /// A whole desktop in memory. Everything that it reports is what the scenario says; everything that is done to it
 /// becomes a line of the journal. It runs on any main queue, in virtual or in real time. Main thread only. There should
-/// be one at a time: C functions have no context, so that those of the loader serve the desktop made last.
+/// be one at a time: the loader's C functions serve the desktop made last.
 class SimulatedDesktop {
  public:
   /// What it is given must outlive it, the scenario included.
@@ -130,13 +126,9 @@ class SimulatedDesktop {
   SpacePlaces& spacePlaces() { return parts_.spaces; }
   DesktopFacts& desktopFacts() { return parts_.machine; }
   Alerts& alerts() { return parts_.alerts; }
-  Pasteboard& pasteboard() { return parts_.user; }
-  Presentation presentation() { return parts_.user.presentation(); }
   GlobalHotKeys& globalHotKeys() { return parts_.globalHotKeys; }
   URLEvents& urlEvents() { return parts_.urlEvents; }
-  CommandChannel& commandChannel() { return parts_.commandChannel; }
   ScriptEvents& scriptEvents() { return parts_.scriptEvents; }
-  DesktopService& desktopService() { return parts_.desktopService; }
   TCPListeners& listeners() { return parts_.listeners; }
   Files& files() { return parts_.files; }
   /// What the program writes its files here with.
@@ -161,12 +153,11 @@ class SimulatedDesktop {
   std::vector<WorkItem> script_;
 };
 
-/// A simulated desktop's groups of a platform's services. All that is handed in stands on the same desktop; `driven`
+/// A simulated desktop's part of a platform's services. All that is handed in stands on the same desktop; `driven`
 /// counts only where it is driven. Work for the desktop's services is done on `queues`. Everything must outlive the
 /// answer.
 [[nodiscard]] DesktopServices simulatedDesktopServices(SimulatedDesktop& simulated, Desktop& desktop,
                                                        DrivenServices& driven, Windows& windows, WorkQueues& queues);
-[[nodiscard]] UserServices simulatedUserServices(SimulatedDesktop& simulated);
 
 /// A simulated desktop in virtual time as the program sees it. For the rest see above.
 [[nodiscard]] Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, DrivenServices& driven,

@@ -3,13 +3,20 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <expected>
 #include <string_view>
+#include <utility>
+
+#include "base/scrolling_direction.h"
 
 namespace tallowin {
 
 namespace {
 
 constexpr auto dockCategory = "EmulatedDock";
+
+/// Later systems take only swipes that carry the device's own report.
+constexpr int lastSystemWithPlainSwipes = 26;
 
 /// A switch that has not arrived after this long is not waited for any more.
 constexpr Duration patience = std::chrono::seconds(1);
@@ -73,12 +80,21 @@ std::string reportFault(const SimulatedEvent& event, std::string_view report) {
   return agrees ? "" : "its device report contradicts its fields";
 }
 
-}  // namespace
+/// One event of a Dock swipe gesture, as read from its fields.
+struct DockSwipe {
+  enum class Phase { began = 1, changed = 2, ended = 4 };  // IOHIDEventTypes.h, gesture phase bits
+  Phase phase = Phase::began;
+  int direction = 1;       ///< +1 or -1, the sign of field 124
+  bool augmented = false;  ///< it carries the device's own report behind its fields
 
-bool isDockControl(const SimulatedEvent& event) {
-  return event.type() == SimulatedEvent::dockControl;
-}
+  /// 1 to the right, -1 to the left. Plain swipes mean the same whatever the scrolling direction.
+  [[nodiscard]] int meaning(bool naturalScrolling) const {
+    return augmented && !naturalScrolling ? -direction : direction;
+  }
+};
 
+/// Reads a horizontal Dock swipe. The error says what is wrong with it. A device report, where there is one, must be
+/// 96 bytes long and agree with the fields that it repeats.
 std::expected<DockSwipe, std::string> readDockSwipe(const SimulatedEvent& event) {
   if (event.integer(gestureField) != dockSwipeGesture) {
     return std::unexpected("it is no Dock swipe");
@@ -102,17 +118,10 @@ std::expected<DockSwipe, std::string> readDockSwipe(const SimulatedEvent& event)
   return DockSwipe{static_cast<DockSwipe::Phase>(phase), progress > 0 ? 1 : -1, !event.payload.empty()};
 }
 
-SimulatedDock::SimulatedDock(DesktopOperations& desktops, const SymbolicHotKeys& hotKeys, MainQueue& queue,
-                             const Clock& clock, Log& log, DockBehaviour behaviour)
-    : desktops_(desktops),
-      hotKeys_(hotKeys),
-      queue_(queue),
-      clock_(clock),
-      log_(log),
-      behaviour_(std::move(behaviour)) {}
+}  // namespace
 
 bool SimulatedDock::handle(const SimulatedEvent& event) {
-  if (isDockControl(event)) {
+  if (event.type() == SimulatedEvent::dockControl) {
     swipe(event);
     return true;
   }
@@ -120,7 +129,7 @@ bool SimulatedDock::handle(const SimulatedEvent& event) {
 }
 
 std::string SimulatedDock::meaning(const SimulatedEvent& event) const {
-  if (isDockControl(event)) {
+  if (event.type() == SimulatedEvent::dockControl) {
     const auto read = readDockSwipe(event);
     if (!read) {
       return "a malformed gesture";
@@ -128,11 +137,12 @@ std::string SimulatedDock::meaning(const SimulatedEvent& event) const {
     const auto* const phase = read->phase == DockSwipe::Phase::began   ? " begins"
                               : read->phase == DockSwipe::Phase::ended ? " ends"
                                                                        : " goes on";
-    return (direction(*read) > 0 ? "a swipe to the right" : "a swipe to the left") + std::string(phase);
+    return (read->meaning(isNaturalScrolling()) > 0 ? "a swipe to the right" : "a swipe to the left") +
+           std::string(phase);
   }
   const bool isKey = event.type() == SimulatedEvent::keyDown || event.type() == SimulatedEvent::keyUp;
   const auto keyCode = static_cast<VirtualKeyCode>(event.integer(SimulatedEvent::keyCodeField));
-  const auto hotKey = isKey ? hotKeys_.match(keyCode, event.flags) : std::nullopt;
+  const auto hotKey = isKey ? pressedHotKey(state_.hotKeys, keyCode, event.flags) : std::nullopt;
   if (!hotKey) {
     return "";
   }
@@ -142,9 +152,10 @@ std::string SimulatedDock::meaning(const SimulatedEvent& event) const {
              : "desktop " + std::to_string(*hotKey - symbolic_hot_key::firstDesktop + 1);
 }
 
-int SimulatedDock::direction(const DockSwipe& swipe) const {
-  const bool reversed = swipe.augmented && !behaviour_.naturalScrolling();
-  return reversed ? -swipe.direction : swipe.direction;
+bool SimulatedDock::isNaturalScrolling() const {
+  const auto found = state_.globalPreferences.find(scrollingDirectionPreference);
+  return tallowin::isNaturalScrolling(found != state_.globalPreferences.end() ? std::optional(found->second)
+                                                                              : std::nullopt);
 }
 
 void SimulatedDock::swipe(const SimulatedEvent& event) {
@@ -153,7 +164,7 @@ void SimulatedDock::swipe(const SimulatedEvent& event) {
     log_.error(dockCategory, "ignored a malformed gesture: " + read.error());
     return;
   }
-  if (behaviour_.requiresAugmentedSwipes && !read->augmented) {
+  if (state_.systemVersion.major > lastSystemWithPlainSwipes && !read->augmented) {
     log_.error(dockCategory, "ignored a gesture without a device report");
     return;
   }
@@ -168,7 +179,7 @@ void SimulatedDock::swipe(const SimulatedEvent& event) {
   }
   if (read->phase == DockSwipe::Phase::ended) {
     swipeDirection_.reset();
-    step(direction(*read), SwitchCause::gesture);
+    step(read->meaning(isNaturalScrolling()), SwitchCause::gesture);
   }
 }
 
@@ -180,7 +191,7 @@ bool SimulatedDock::pressHotKey(const SimulatedEvent& event) {
   if (event.type() != SimulatedEvent::keyDown) {
     return false;
   }
-  const auto hotKey = hotKeys_.match(keyCode, event.flags);
+  const auto hotKey = pressedHotKey(state_.hotKeys, keyCode, event.flags);
   if (!hotKey) {
     return false;
   }
@@ -200,7 +211,7 @@ void SimulatedDock::activeSpaceChanged(const std::string& display) {
 }
 
 void SimulatedDock::step(int steps, SwitchCause cause) {
-  const auto display = desktops_.displayUnderPointer();
+  const auto display = spaces_.displayUnderPointer();
   if (!display) {
     return;
   }
@@ -222,16 +233,16 @@ std::optional<ManagedSpaceID> SimulatedDock::departure(Heading& heading, const D
 void SimulatedDock::perform(const std::string& display) {
   auto& heading = headings_[display];
   const int steps = std::exchange(heading.steps, 0);
-  if (behaviour_.screenLocked()) {
+  if (state_.screenLocked) {
     return;
   }
-  const auto rows = desktops_.displays();
+  const auto rows = spaces_.displays();
   const auto row = std::ranges::find(rows, display, &DesktopDisplay::id);
   if (row == rows.end()) {
     return;
   }
   const auto from = departure(heading, *row);
-  const auto at = std::ranges::find_if(row->spaces, [&](const DesktopSpace& space) { return space.id == from; });
+  const auto at = std::ranges::find(row->spaces, from, [](const auto& space) { return std::optional(space.id); });
   if (at == row->spaces.end()) {
     return;
   }
@@ -244,11 +255,11 @@ void SimulatedDock::perform(const std::string& display) {
 }
 
 void SimulatedDock::switchToDesktop(std::size_t number) {
-  if (behaviour_.screenLocked()) {
+  if (state_.screenLocked) {
     return;
   }
   std::size_t seen = 0;
-  for (const auto& row : desktops_.displays()) {
+  for (const auto& row : spaces_.displays()) {
     for (const auto& space : row.spaces) {
       if (space.isFullscreen || ++seen != number) {
         continue;
@@ -267,7 +278,7 @@ void SimulatedDock::switchToDesktop(std::size_t number) {
 void SimulatedDock::head(Heading& heading, ManagedSpaceID space, SwitchCause cause) {
   heading.space = space;
   heading.since = clock_.machAbsoluteTime();
-  desktops_.switchTo(space, cause);
+  spaces_.switchTo(space, cause);
 }
 
 }  // namespace tallowin

@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "base/json_text.h"
-#include "platform/simulated/byte_text.h"
+#include "base/unicode.h"
+#include "platform/simulated/base64.h"
 
 namespace tallowin {
 
@@ -278,8 +279,8 @@ void SimulatedFiles::setUnwritable(const Path& path, bool unwritable) {
 nlohmann::ordered_json SimulatedFiles::contents() const {
   auto result = nlohmann::ordered_json::object();
   for (const auto& [path, file] : files_) {
-    result[path] = isUTF8(file.bytes) ? nlohmann::ordered_json(file.bytes)
-                                      : nlohmann::ordered_json{{"base64", base64(file.bytes)}};
+    result[path] = isValidUTF8(file.bytes) ? nlohmann::ordered_json(file.bytes)
+                                           : nlohmann::ordered_json{{"base64", base64(file.bytes)}};
   }
   return result;
 }

@@ -1,65 +1,40 @@
 #include "platform/simulated/simulated_input.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstddef>
-#include <cstring>
-#include <memory>
 #include <utility>
 
-#include "platform/events.h"
-#include "platform/simulated/byte_text.h"
-
 namespace tallowin {
-
-void WindowDragging::begin(CGPoint location) {
-  const auto found = std::ranges::find_if(state_.windows, [&](const SimulatedWindow& window) {
-    return state_.isOnScreen(window) && window.frame.contains(location);
-  });
-  held_.reset();
-  if (found != state_.windows.end() && location.y < found->frame.origin.y + titleBarHeight) {
-    held_ = {found->number, location};
-  }
-}
-
-void WindowDragging::pointerMoved(CGPoint location) {
-  auto* const window = held_ ? state_.window(held_->number) : nullptr;
-  if (window == nullptr) {
-    return;
-  }
-  window->frame.origin.x += location.x - held_->pointer.x;
-  window->frame.origin.y += location.y - held_->pointer.y;
-  held_->pointer = location;
-}
-
-void WindowDragging::carryTo(ManagedSpaceID space) {
-  if (auto* const window = held_ ? state_.window(held_->number) : nullptr) {
-    window->spaces = {space};
-  }
-}
 
 namespace {
 
 constexpr std::uint32_t leftButton = 1;
+/// The title bar takes this much of a window's top, in points.
+constexpr double titleBarHeight = 28;
 
-struct MouseEventName {
-  CGMouseEventType type;
-  const char* name;
-};
-constexpr MouseEventName mouseEvents[] = {
-    {CGMouseEventType::leftMouseDown, "leftMouseDown"},
-    {CGMouseEventType::leftMouseUp, "leftMouseUp"},
-    {CGMouseEventType::mouseMoved, "mouseMoved"},
-    {CGMouseEventType::leftMouseDragged, "leftMouseDragged"},
-};
-
+/// Null for events that are none of the mouse.
 const char* mouseEventName(std::int64_t type) {
-  for (const auto& entry : mouseEvents) {
-    if (static_cast<std::int64_t>(entry.type) == type) {
-      return entry.name;
-    }
+  switch (static_cast<CGMouseEventType>(type)) {
+    case CGMouseEventType::leftMouseDown:
+      return "leftMouseDown";
+    case CGMouseEventType::leftMouseUp:
+      return "leftMouseUp";
+    case CGMouseEventType::mouseMoved:
+      return "mouseMoved";
+    case CGMouseEventType::leftMouseDragged:
+      return "leftMouseDragged";
+    default:
+      return nullptr;
   }
-  return nullptr;
+}
+
+std::string hexadecimal(std::string_view bytes) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  for (const unsigned char byte : bytes) {
+    text += digits[byte >> 4];
+    text += digits[byte & 0xF];
+  }
+  return text;
 }
 
 /// What the journal tells of an event: the fields that matter for its type, all fields for types without a name.
@@ -86,36 +61,24 @@ nlohmann::ordered_json described(const SimulatedEvent& event) {
   return description;
 }
 
-// Every event that reaches this service was made by it.
-SimulatedEvent& ours(CGEvent& event) {
-  return static_cast<SimulatedEvent&>(event);
-}
-
-const SimulatedEvent& ours(const CGEvent& event) {
-  return static_cast<const SimulatedEvent&>(event);
-}
-
 }  // namespace
 
-CGEventPtr SimulatedEvents::CGEventCreate() {
+std::unique_ptr<SimulatedEvent> SimulatedEvents::makeEvent(CGPoint location) const {
   auto event = std::make_unique<SimulatedEvent>();
   event->timestamp = clock_.machAbsoluteTime();
-  event->location = state_.pointer;
+  event->location = location;
   return event;
 }
 
 CGEventPtr SimulatedEvents::CGEventCreateKeyboardEvent(VirtualKeyCode keyCode, bool down) {
-  auto event = std::make_unique<SimulatedEvent>();
-  event->timestamp = clock_.machAbsoluteTime();
+  auto event = makeEvent({});
   event->fields[SimulatedEvent::typeField] = down ? SimulatedEvent::keyDown : SimulatedEvent::keyUp;
   event->fields[SimulatedEvent::keyCodeField] = std::int64_t{keyCode};
   return event;
 }
 
 CGEventPtr SimulatedEvents::CGEventCreateMouseEvent(CGMouseEventType type, CGPoint location) {
-  auto event = std::make_unique<SimulatedEvent>();
-  event->timestamp = clock_.machAbsoluteTime();
-  event->location = location;
+  auto event = makeEvent(location);
   event->fields[SimulatedEvent::typeField] = static_cast<std::int64_t>(type);
   return event;
 }
@@ -123,34 +86,6 @@ CGEventPtr SimulatedEvents::CGEventCreateMouseEvent(CGMouseEventType type, CGPoi
 CGEventPtr SimulatedEvents::CGEventCreateFromData(std::string_view data) {
   auto event = SimulatedEvent::deserialised(data);
   return event ? std::make_unique<SimulatedEvent>(std::move(*event)) : nullptr;
-}
-
-std::string SimulatedEvents::CGEventCreateData(const CGEvent& event) {
-  return ours(event).serialised();
-}
-
-void SimulatedEvents::CGEventSetFlags(CGEvent& event, std::uint64_t flags) {
-  ours(event).flags = flags;
-}
-
-void SimulatedEvents::CGEventSetIntegerValueField(CGEvent& event, CGEventField field, std::int64_t value) {
-  ours(event).fields[field] = value;
-}
-
-void SimulatedEvents::CGEventSetDoubleValueField(CGEvent& event, CGEventField field, double value) {
-  ours(event).fields[field] = value;
-}
-
-double SimulatedEvents::CGEventGetDoubleValueField(const CGEvent& event, CGEventField field) {
-  return ours(event).real(field);
-}
-
-std::uint64_t SimulatedEvents::CGEventGetTimestamp(const CGEvent& event) {
-  return ours(event).timestamp;
-}
-
-CGPoint SimulatedEvents::CGEventGetLocation(const CGEvent& event) {
-  return ours(event).location;
 }
 
 void SimulatedEvents::CGEventPost(CGEventTap tap, const CGEvent& event) {
@@ -197,20 +132,38 @@ void SimulatedEvents::perform(const SimulatedEvent& event) {
 void SimulatedEvents::movePointer(CGPoint location) {
   state_.pointer = location;
   missionControl_.pointerMoved(location);
-  dragging_.pointerMoved(location);
+  if (auto* const window = heldWindow()) {
+    window->frame.origin.x += location.x - held_->pointer.x;
+    window->frame.origin.y += location.y - held_->pointer.y;
+    held_->pointer = location;
+  }
 }
 
 void SimulatedEvents::pressLeftButton() {
   state_.pressedMouseButtons |= leftButton;
-  if (!missionControl_.isOpen()) {
-    dragging_.begin(state_.pointer);
+  if (missionControl_.isOpen()) {
+    return;
+  }
+  const auto at = state_.pointer;
+  const auto found = std::ranges::find_if(state_.windows, [&](const SimulatedWindow& window) {
+    return state_.isOnScreen(window) && window.frame.contains(at);
+  });
+  held_.reset();
+  if (found != state_.windows.end() && at.y < found->frame.origin.y + titleBarHeight) {
+    held_ = {found->number, at};
   }
 }
 
 void SimulatedEvents::releaseLeftButton() {
   state_.pressedMouseButtons &= ~leftButton;
-  dragging_.end();
+  held_.reset();
   missionControl_.clicked(state_.pointer);
+}
+
+void SimulatedEvents::carryWindowTo(ManagedSpaceID space) {
+  if (auto* const window = heldWindow()) {
+    window->spaces = {space};
+  }
 }
 
 std::optional<Subscription> SimulatedGlobalHotKeys::registerHotKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags,
@@ -241,54 +194,6 @@ bool SimulatedGlobalHotKeys::press(VirtualKeyCode keyCode, std::uint64_t modifie
   }
   presses_.tell(press);
   return press.taken;
-}
-
-std::vector<const void*> SimulatedTrackpads::devices() const {
-  std::vector<const void*> references;
-  for (const auto& device : devices_) {
-    references.push_back(&device);
-  }
-  return references;
-}
-
-SimulatedTrackpads::Device* SimulatedTrackpads::find(const void* device) {
-  const auto found = std::ranges::find_if(devices_, [&](const Device& candidate) { return &candidate == device; });
-  return found == devices_.end() ? nullptr : &*found;
-}
-
-void SimulatedTrackpads::registerCallback(const void* device, private_functions::ContactFrameCallback callback) {
-  journal_.record("MTRegisterContactFrameCallback");
-  if (auto* const found = find(device); found != nullptr && callback != nullptr) {
-    found->callbacks.push_back(callback);
-  }
-}
-
-private_functions::Error SimulatedTrackpads::start(const void* device, std::int32_t mode) {
-  journal_.record("MTDeviceStart", {{"mode", mode}});
-  auto* const found = find(device);
-  if (found == nullptr) {
-    return 1;
-  }
-  found->started = true;
-  return 0;
-}
-
-void SimulatedTrackpads::touch(const std::vector<CGPoint>& contacts) {
-  if (devices_.empty() || !devices_.front().started) {
-    return;
-  }
-  std::vector<std::byte> records(contacts.size() * private_functions::contactSize);
-  for (std::size_t i = 0; i < contacts.size(); ++i) {
-    const float position[] = {static_cast<float>(contacts[i].x), static_cast<float>(contacts[i].y)};
-    std::memcpy(&records[i * private_functions::contactSize + private_functions::contactPositionOffset], position,
-                sizeof position);
-  }
-  const auto now = std::chrono::duration<double>(clock_.systemUptime()).count();
-  ++frame_;
-  const auto callbacks = devices_.front().callbacks;
-  for (const auto callback : callbacks) {
-    callback(&devices_.front(), records.data(), static_cast<std::int32_t>(contacts.size()), now, frame_);
-  }
 }
 
 }  // namespace tallowin

@@ -23,17 +23,12 @@ void SimulatedMachine::write(Level level, std::string_view category, std::string
   }
 }
 
-const SimulatedDisplay* SimulatedMachine::find(DisplayID display) const {
-  const auto found = std::ranges::find(state_.displays, display, &SimulatedDisplay::id);
-  return found == state_.displays.end() ? nullptr : &*found;
-}
-
 DisplayID SimulatedMachine::CGMainDisplayID() {
   return state_.displays.empty() ? 0 : state_.displays.front().id;
 }
 
 CGRect SimulatedMachine::CGDisplayBounds(DisplayID display) {
-  const auto* const found = find(display);
+  const auto* const found = state_.display(display);
   return found != nullptr ? found->bounds : CGRect{};
 }
 
@@ -43,7 +38,7 @@ DisplayID SimulatedMachine::CGDisplayGetDisplayIDFromUUID(std::string_view uuid)
 }
 
 bool SimulatedMachine::CGDisplayIsBuiltin(DisplayID display) {
-  const auto* const found = find(display);
+  const auto* const found = state_.display(display);
   return found != nullptr && found->builtin;
 }
 

@@ -55,7 +55,6 @@ class SimulatedMachine : public Log,
   std::optional<std::vector<std::string>> executeAndReturnError(std::string_view source) override;
 
  private:
-  [[nodiscard]] const SimulatedDisplay* find(DisplayID display) const;
   std::expected<std::string, std::string> start(std::string_view op, const ProcessRequest& request);
 
   const DesktopState& state_;

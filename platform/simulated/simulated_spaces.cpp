@@ -10,7 +10,7 @@ constexpr std::size_t mostDesktops = 64;
 
 }  // namespace
 
-std::optional<std::string> SimulatedSpaces::displayUnderPointer() {
+std::optional<std::string> SimulatedSpaces::displayUnderPointer() const {
   const auto* const pointed = state_.displayAt(state_.pointer);
   std::optional<std::string> shared;
   for (const auto& row : displays()) {
@@ -156,6 +156,23 @@ void SimulatedSpaces::setDesktopCount(std::size_t count) {
   announceCount(row.id, row.current && state_.spaces.activeOn(row.id) != row.current);
 }
 
+void SimulatedSpaces::addByOthers(const std::optional<std::string>& display) {
+  const auto rows = displays();
+  if (places_) {
+    setDesktopCount(places_->get().ids().size() + 1);
+  } else if (display || !rows.empty()) {
+    addDesktop(display ? *display : rows.front().id);
+  }
+}
+
+void SimulatedSpaces::removeByOthers(ManagedSpaceID space) {
+  if (places_) {
+    setDesktopCount(places_->get().ids().size() - 1);
+  } else {
+    removeDesktop(space);
+  }
+}
+
 std::optional<std::vector<ManagedSpaceID>> SimulatedSpaces::places() {
   return places_ ? std::optional(places_->get().ids()) : std::nullopt;
 }
@@ -200,7 +217,7 @@ void SimulatedSpaces::replaceList(PropertyList list) {
 }
 
 void SimulatedSpaces::connectDisplay(const SimulatedDisplay& display) {
-  if (std::ranges::find(state_.displays, display.id, &SimulatedDisplay::id) != state_.displays.end()) {
+  if (state_.display(display.id) != nullptr) {
     return;
   }
   const auto before = displays();

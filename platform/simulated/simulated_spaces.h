@@ -9,7 +9,6 @@
 
 #include "base/desktop_places.h"
 #include "platform/main_queue.h"
-#include "platform/simulated/desktop_operations.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
@@ -19,9 +18,12 @@
 
 namespace tallowin {
 
+/// What made the Dock switch.
+enum class SwitchCause { gesture, hotKey, missionControl };
+
 /// What becomes of the Spaces: switches that take their time and may bounce, desktops that come and go; and everybody
 /// who is told of it. Main thread only.
-class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
+class SimulatedSpaces : public SpacePlaces {
  public:
   /// The window server's event numbers for a change of the active Space and of the list of Spaces.
   static constexpr WindowServerEvent activeSpaceEvent = 1401;
@@ -42,13 +44,17 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
                                                                                        ManagedSpaceID) {};
   std::function<void()> onListChanged = [] {};
 
-  std::vector<DesktopDisplay> displays() override { return state_.spaces.displays(); }
-  std::optional<std::string> displayUnderPointer() override;
-  void switchTo(ManagedSpaceID space, SwitchCause cause) override;
-  bool addDesktop(const std::string& display) override;
-  bool removeDesktop(ManagedSpaceID space) override { return removeDesktop(space, std::nullopt); }
-  /// The same, with this Space as the one that gets the windows, and the user where he looked at it.
-  bool removeDesktop(ManagedSpaceID space, std::optional<ManagedSpaceID> heir);
+  /// The displays in the window server's order, as they are now.
+  [[nodiscard]] std::vector<DesktopDisplay> displays() const { return state_.spaces.displays(); }
+  /// The identifier of the display that holds the pointer; nothing when none does.
+  [[nodiscard]] std::optional<std::string> displayUnderPointer() const;
+  /// Begins to show a Space on its display, which takes its time. A Space that is gone is ignored.
+  void switchTo(ManagedSpaceID space, SwitchCause cause);
+  /// Adds a desktop at the right end of a display's ordinary desktops. False when there is no such display.
+  bool addDesktop(const std::string& display);
+  /// Removes a desktop, whose windows go to a neighbour: to this one, where the user goes too if he looked at it, else
+  /// to any. False for the last one.
+  bool removeDesktop(ManagedSpaceID space, std::optional<ManagedSpaceID> heir = {});
 
   std::optional<std::vector<ManagedSpaceID>> places() override;
   std::vector<ManagedSpaceID> parked() override;
@@ -59,6 +65,10 @@ class SimulatedSpaces : public DesktopOperations, public SpacePlaces {
   void keepPlaces(Storage& storage, const std::filesystem::path& file);
   /// Somebody else sets the number of desktops, at least one: they come and go at the right end.
   void setDesktopCount(std::size_t count);
+  /// Somebody else adds a desktop, by default to the first display, or removes one; where desktops are known by their
+  /// places, at the right end.
+  void addByOthers(const std::optional<std::string>& display);
+  void removeByOthers(ManagedSpaceID space);
 
   /// A switch by other means than the Dock's, which takes no time. False when there is no such Space.
   bool switchNow(ManagedSpaceID space);

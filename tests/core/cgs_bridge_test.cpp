@@ -3,6 +3,7 @@
 
 #include "core/driven/cgs_bridge.h"
 
+#include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -10,7 +11,7 @@
 
 #include "core/driven/mach_o_symbols.h"
 #include "platform/private_functions.h"
-#include "platform/simulated/mach_o_image_builder.h"
+#include "platform/simulated/simulated_loader.h"
 #include "tests/simulated_program.h"
 
 namespace tallowin {
@@ -194,18 +195,15 @@ constexpr std::uint64_t huge = std::numeric_limits<std::uint64_t>::max();
 // The walk asks for the name and its zero: 111 bytes for the one symbol that is looked for in earnest.
 static_assert(std::char_traits<char>::length(private_functions::performBridgedOperation) + 1 == 111);
 
+using Image = std::vector<std::byte>;
+
 /// An image that holds "wanted" at 0x4000 behind another symbol, linked for 0x1000.
-MachOImageBuilder goodImage() {
-  MachOImageBuilder builder;
-  builder.linkedAt = 0x1000;
-  builder.symbols = {{"other", 0x3000, {}}, {"wanted", 0x4000, {}}};
-  return builder;
+Image goodImage() {
+  return machOImage({{"other", 0x3000}, {"wanted", 0x4000}}, 0x1000);
 }
 
-std::optional<std::uint64_t> find(const MachOImageBuilder& builder, std::string_view name = "wanted",
-                                  std::int64_t slide = 0x100) {
-  const auto bytes = builder.build();
-  return addressOfSymbol({"/x/SkyLight", bytes, slide, builder.linkedAt + static_cast<std::uint64_t>(slide)}, name);
+std::optional<std::uint64_t> find(const Image& image, std::string_view name = "wanted", std::int64_t slide = 0x100) {
+  return addressOfSymbol({"/x/SkyLight", image, slide, 0x1000 + static_cast<std::uint64_t>(slide)}, name);
 }
 
 TEST(MachOSymbols, AnAddressIsTheValueMovedByTheSlide) {
@@ -217,56 +215,58 @@ TEST(MachOSymbols, AnAddressIsTheValueMovedByTheSlide) {
 }
 
 TEST(MachOSymbols, WhateverIsWrongCountsAsNotFound) {
-  struct Case {
-    const char* why;
-    std::function<void(MachOImageBuilder&)> damage;
+  // The header is at byte 0, the segment command at 32, the symbol-table command at 104, the symbols at 128 and 144.
+  struct Damage {
+    const char* what;
+    std::size_t at;
+    std::uint64_t value;
+    std::size_t width = 4;
   };
-  const Case cases[] = {
-      {"another magic", [](auto& image) { image.magic = 0xfeedface; }},
-      {"the other byte order", [](auto& image) { image.magic = 0xcffaedfe; }},
-      {"no link-edit segment", [](auto& image) { image.hasSegment = false; }},
-      {"another segment", [](auto& image) { image.segmentName = "__LINKEDIT2"; }},
-      {"no symbol table", [](auto& image) { image.hasSymbolTable = false; }},
-      {"no symbols", [](auto& image) { image.symbolCount = 0; }},
-      {"no strings", [](auto& image) { image.stringSize = 0; }},
-      {"more commands than there are", [](auto& image) { image.commandCount = 3; }},
-      {"commands beyond the file", [](auto& image) { image.commandsSize = 0x100000; }},
-      {"commands cut short", [](auto& image) { image.commandsSize = MachOImageBuilder::segmentCommandSize + 4; }},
-      {"a command of no size", [](auto& image) { image.segmentSizeOfCommand = 0; }},
-      {"a command of 7 bytes", [](auto& image) { image.segmentSizeOfCommand = 7; }},
-      {"a command beyond the commands", [](auto& image) { image.segmentSizeOfCommand = 0xfffffff8; }},
-      {"a symbol-table command beyond the commands", [](auto& image) { image.symbolTableSizeOfCommand = 32; }},
-      {"a symbol-table command too small", [](auto& image) { image.symbolTableSizeOfCommand = 23; }},
-      {"a segment at the end of the addresses", [](auto& image) { image.segmentAddress = huge - 8; }},
-      {"a segment before the image", [](auto& image) { image.segmentAddress = 0; }},
-      {"a segment of no size", [](auto& image) { image.segmentSize = 0; }},
-      {"a segment of all addresses", [](auto& image) { image.segmentSize = huge; }},
-      {"a file offset beyond the address", [](auto& image) { image.segmentFileOffset = huge; }},
-      {"symbols before the segment", [](auto& image) { image.symbolOffset = 0; }},
-      {"symbols beyond the segment", [](auto& image) { image.symbolOffset = 0xffffffff; }},
-      {"more symbols than fit", [](auto& image) { image.symbolCount = 0xffffffff; }},
-      {"strings beyond the segment", [](auto& image) { image.stringOffset = 0xfffffff0; }},
-      {"more strings than fit", [](auto& image) { image.stringSize = 0xffffffff; }},
-      {"the name has no index", [](auto& image) { image.symbols[1].stringIndex = 0; }},
-      {"the name is outside the strings", [](auto& image) { image.symbols[1].stringIndex = 0x7fffffff; }},
-      {"the name is not ended", [](auto& image) { image.symbols[1].terminated = false; }},
-      {"the symbol has no value", [](auto& image) { image.symbols[1].value = 0; }},
-      {"the value overflows", [](auto& image) { image.symbols[1].value = huge; }},
+  const Damage damages[] = {
+      {"another magic", 0, 0xfeedface},
+      {"the other byte order", 0, 0xcffaedfe},
+      {"more commands than there are", 16, 3},
+      {"commands beyond the file", 20, 0x100000},
+      {"commands cut short", 20, 76},
+      {"no link-edit segment", 32, 0},
+      {"a command of no size", 36, 0},
+      {"a command of 7 bytes", 36, 7},
+      {"a command beyond the commands", 36, 0xfffffff8},
+      {"another segment", 50, '2', 1},
+      {"a segment at the end of the addresses", 56, huge - 8, 8},
+      {"a segment before the image", 56, 0, 8},
+      {"a segment of no size", 64, 0, 8},
+      {"a segment of all addresses", 64, huge, 8},
+      {"a file offset beyond the address", 72, huge, 8},
+      {"no symbol table", 104, 0},
+      {"a symbol-table command beyond the commands", 108, 32},
+      {"a symbol-table command too small", 108, 23},
+      {"symbols before the segment", 112, 0},
+      {"symbols beyond the segment", 112, 0xffffffff},
+      {"no symbols", 116, 0},
+      {"more symbols than fit", 116, 0xffffffff},
+      {"strings beyond the segment", 120, 0xfffffff0},
+      {"no strings", 124, 0},
+      {"the name is not ended", 124, 13},
+      {"more strings than fit", 124, 0xffffffff},
+      {"the name has no index", 144, 0},
+      {"the name is outside the strings", 144, 0x7fffffff},
+      {"the symbol has no value", 152, 0, 8},
+      {"the value overflows", 152, huge, 8},
   };
-  for (const auto& [why, damage] : cases) {
+  for (const auto& [what, at, value, width] : damages) {
     auto image = goodImage();
-    damage(image);
-    EXPECT_EQ(find(image), std::nullopt) << why;
+    std::memcpy(&image.at(at), &value, width);
+    EXPECT_EQ(find(image), std::nullopt) << what;
   }
 }
 
 TEST(MachOSymbols, AnImageCutOffAnywhereIsReadSafely) {
-  const auto whole = goodImage().build();
-  for (std::size_t length = 0; length < whole.size(); ++length) {
-    const std::vector<std::byte> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-    EXPECT_EQ(addressOfSymbol({"/x/SkyLight", cut, 0, 0x1000}, "wanted"), std::nullopt) << length;
+  auto image = goodImage();
+  while (!image.empty()) {
+    image.pop_back();
+    EXPECT_EQ(find(image), std::nullopt) << image.size();
   }
-  EXPECT_EQ(addressOfSymbol({"/x/SkyLight", whole, 0, 0x1000}, "wanted"), 0x4000);
 }
 
 }  // namespace

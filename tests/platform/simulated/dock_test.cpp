@@ -1,11 +1,9 @@
-#include <algorithm>
-#include <cmath>
+// The Dock's gestures and keys, as posted events, on a desktop of two displays whose switches take 10 ms.
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulated/simulated_dock.h"
-#include "platform/simulated/virtual_time.h"
-#include "tests/lines_log.h"
+#include "tests/simulated_program.h"
 
 namespace tallowin {
 namespace {
@@ -14,213 +12,114 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Desktops that remember what they were asked for; switches arrive only when the test says so.
-class FakeDesktops : public DesktopOperations {
- public:
-  std::vector<DesktopDisplay> displays() override { return all; }
-  std::optional<std::string> displayUnderPointer() override {
-    return pointed && *pointed < all.size() ? std::optional(all[*pointed].id) : std::nullopt;
-  }
-  void switchTo(ManagedSpaceID space, SwitchCause /*cause*/) override { switched.push_back(space); }
-  bool addDesktop(const std::string& /*display*/) override { return false; }
-  bool removeDesktop(ManagedSpaceID /*space*/) override { return false; }
-
-  // display Left: [1] 2 (full screen 9) 3      display Right: [5] 6
-  static DesktopSpace space(ManagedSpaceID id, bool isFullscreen = false) { return {id, "", 0, isFullscreen, {}}; }
-  std::vector<DesktopDisplay> all = {{"Left", {space(1), space(2), space(9, true), space(3)}, 1},
-                                     {"Right", {space(5), space(6)}, 5}};
-  std::optional<std::size_t> pointed = 0;
-  std::vector<ManagedSpaceID> switched;
-};
-
-/// A horizontal Dock swipe in one phase (1 began, 2 changed, 4 ended).
-SimulatedEvent swipeEvent(std::int64_t phase, double progress) {
-  SimulatedEvent event;
-  event.fields = {{55, std::int64_t{30}},
-                  {110, std::int64_t{23}},
-                  {123, std::int64_t{1}},
-                  {124, progress},
-                  {125, 0.5},
-                  {126, -0.25},
-                  {129, 1.5},
-                  {132, phase}};
-  return event;
-}
-
-void putLittleEndian(std::string& bytes, std::uint64_t value, std::size_t width) {
-  for (std::size_t i = 0; i < width; ++i) {
-    bytes += static_cast<char>(static_cast<unsigned char>(value >> (8 * i)));
-  }
-}
-
-/// 16.16 fixed point, cut off toward zero.
-std::uint64_t fixedPoint(double value) {
-  return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::trunc(value * 65536)));
-}
-
-/// The device's report that goes with swipeEvent(): 96 bytes.
-std::string swipeReport(std::int64_t phase, double progress) {
-  struct Number {
-    std::uint64_t value;
-    std::size_t width;
-  };
-  const Number numbers[] = {{123456789, 8},
-                            {0, 8},
-                            {0, 8},
-                            {2, 4},
-                            {40, 4},
-                            {23, 4},
-                            {static_cast<std::uint64_t>(phase) << 24, 4},
-                            {0, 4},
-                            {fixedPoint(0.5), 4},
-                            {fixedPoint(-0.25), 4},
-                            {0, 8},
-                            {0x30001, 4},
-                            {fixedPoint(-progress), 4},
-                            {28, 4},
-                            {9, 4},
-                            {0, 4},
-                            {1, 4},
-                            {fixedPoint(-1.5), 4},
-                            {0, 4},
-                            {0, 4}};
-  std::string report;
-  for (const auto& [value, width] : numbers) {
-    putLittleEndian(report, value, width);
-  }
-  return report;
-}
-
-SimulatedEvent augmentedSwipeEvent(std::int64_t phase, double progress) {
-  auto event = swipeEvent(phase, progress);
-  event.payload = swipeReport(phase, progress);
-  return event;
-}
+// display Left: [1] 2 (full screen 9) 3      display Right: [5] 6
+constexpr auto twoDisplays = R"({"dock": {"switchTime": 0.01}, "pointer": [50, 50],
+  "displays": [{"id": 1, "uuid": "Left", "bounds": [0, 0, 100, 100]},
+               {"id": 2, "uuid": "Right", "bounds": [100, 0, 100, 100]}],
+  "managedDisplaySpaces": [
+    {"Display Identifier": "Left", "Current Space": {"ManagedSpaceID": 1}, "Spaces": [
+      {"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}, {"ManagedSpaceID": 9, "type": 4}, {"ManagedSpaceID": 3}]},
+    {"Display Identifier": "Right", "Current Space": {"ManagedSpaceID": 5}, "Spaces": [
+      {"ManagedSpaceID": 5}, {"ManagedSpaceID": 6}]}]})";
 
 class SimulatedDockTest : public testing::Test {
  protected:
+  /// A horizontal Dock swipe in one phase (1 began, 2 changed, 4 ended).
+  void postSwipe(std::int64_t phase, double progress, const std::string& report = "") {
+    const auto event = events.CGEventCreate();
+    for (const auto& [field, value] : {std::pair<CGEventField, std::int64_t>{55, 30}, {110, 23}, {123, 1}}) {
+      events.CGEventSetIntegerValueField(*event, field, value);
+    }
+    events.CGEventSetDoubleValueField(*event, 124, progress);
+    events.CGEventSetIntegerValueField(*event, 132, phase);
+    events.CGEventPost(CGEventTap::session, *events.CGEventCreateFromData(events.CGEventCreateData(*event) + report));
+  }
+
   void swipe(double progress) {
     for (const std::int64_t phase : {1, 2, 4}) {
-      EXPECT_TRUE(dock.handle(swipeEvent(phase, progress)));
+      postSwipe(phase, progress);
     }
   }
 
-  bool key(VirtualKeyCode keyCode, std::uint64_t flags, bool down = true) {
-    SimulatedEvent event;
-    event.flags = flags;
-    event.fields = {{55, down ? SimulatedEvent::keyDown : SimulatedEvent::keyUp}, {9, std::int64_t{keyCode}}};
-    return dock.handle(event);
-  }
-
-  /// The switch that was asked for last has taken place.
-  void arrive() {
-    for (auto& row : desktops.all) {
-      if (std::ranges::find(row.spaces, desktops.switched.back(), &DesktopSpace::id) != row.spaces.end()) {
-        row.current = desktops.switched.back();
-        dock.activeSpaceChanged(row.id);
-      }
+  /// The Spaces that have been reached within this time.
+  std::vector<ManagedSpaceID> reached(Duration within = 1s) {
+    program.time.advance(within);
+    std::vector<ManagedSpaceID> spaces;
+    for (const auto& record : program.take("activeSpace")) {
+      spaces.push_back(record.at("space"));
     }
+    return spaces;
   }
 
-  VirtualTime time;
-  FakeDesktops desktops;
-  SymbolicHotKeys hotKeys;
-  LinesLog log;
-  SimulatedDock dock{desktops, hotKeys, time, time, log, {}};
+  SimulatedProgram program{twoDisplays};
+  Events& events = program.desktop.events();
 };
 
-TEST_F(SimulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpaces) {
+TEST_F(SimulatedDockTest, aSwipeStepsOncePerGestureAcrossAllSpacesOfTheDisplayUnderThePointer) {
   swipe(1);
-  EXPECT_THAT(desktops.switched, IsEmpty()) << "the switch comes after the burst";
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(2));
-  arrive();
+  EXPECT_THAT(reached(), ElementsAre(2));
   swipe(0.1);
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(2, 9)) << "full-screen Spaces count";
-  arrive();
+  EXPECT_THAT(reached(), ElementsAre(9)) << "full-screen Spaces count";
   swipe(-30);
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(2, 9, 2));
-  desktops.pointed = 1;
+  EXPECT_THAT(reached(), ElementsAre(2));
+  program.state().pointer = {150, 50};
   swipe(1);
-  time.advance(0ms);
-  EXPECT_EQ(desktops.switched.back(), 6) << "the display under the pointer steps";
-  desktops.pointed.reset();
-  swipe(1);
-  time.advance(0ms);
-  EXPECT_EQ(desktops.switched.size(), 4U);
+  EXPECT_THAT(reached(), ElementsAre(6));
+  program.state().pointer = {500, 50};
+  swipe(-1);
+  EXPECT_THAT(reached(), IsEmpty());
 }
 
 TEST_F(SimulatedDockTest, aBurstIsOneSwitchAndStaysWithinTheEnds) {
-  swipe(1);
-  swipe(1);
-  swipe(-1);
-  swipe(1);
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(9));
-  arrive();
+  for (const double progress : {1, 1, -1, 1}) {
+    swipe(progress);
+  }
+  EXPECT_THAT(reached(), ElementsAre(9));
   for (int i = 0; i < 10; ++i) {
     swipe(1);
   }
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(9, 3));
-  arrive();
+  EXPECT_THAT(reached(), ElementsAre(3));
   swipe(1);
-  time.advance(0ms);
-  EXPECT_EQ(desktops.switched.size(), 2U) << "nothing lies beyond the last";
+  EXPECT_THAT(reached(), IsEmpty()) << "nothing lies beyond the last";
 }
 
 TEST_F(SimulatedDockTest, stepsCountFromWhereTheDisplayIsHeading) {
   swipe(1);
-  time.advance(0ms);
+  EXPECT_THAT(reached(5ms), IsEmpty());
   swipe(1);
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(2, 9)) << "the first switch has not arrived yet";
-  // The switch never arrives; after a second the Dock no longer waits for it.
-  time.advance(1001ms);
-  swipe(1);
-  time.advance(0ms);
-  EXPECT_THAT(desktops.switched, ElementsAre(2, 9, 2));
+  EXPECT_THAT(reached(), ElementsAre(9)) << "the first switch had not arrived";
 }
 
 TEST_F(SimulatedDockTest, gesturesThatAreIncompleteOrMalformedDoNothing) {
-  EXPECT_TRUE(dock.handle(swipeEvent(4, 1))) << "it is taken nevertheless";
-  dock.handle(swipeEvent(1, 1));
-  dock.handle(swipeEvent(4, -1));
-  dock.handle(swipeEvent(1, 1));
-  dock.handle(swipeEvent(2, 1));
-  auto malformed = augmentedSwipeEvent(4, 1);
-  malformed.payload[30] = 1;
-  dock.handle(malformed);
-  time.advance(1s);
-  EXPECT_THAT(desktops.switched, IsEmpty());
-  EXPECT_THAT(log.lines, ElementsAre("ignored a malformed gesture: it did not begin",
-                                     "ignored a malformed gesture: it did not begin",
-                                     "ignored a malformed gesture: its device report is wrong at byte 28"));
-}
-
-TEST_F(SimulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTakenTogetherWithTheirReleases) {
-  constexpr VirtualKeyCode digit1 = 18;
-  EXPECT_FALSE(key(digit1, 0));
-  EXPECT_FALSE(key(digit1, CGEventFlag::control | CGEventFlag::shift));
-  EXPECT_FALSE(key(digit1, CGEventFlag::control, false)) << "a release without a press";
-  EXPECT_TRUE(key(digit1, CGEventFlag::control | 0x10000)) << "CapsLock is no matter";
-  EXPECT_TRUE(key(digit1, 0, false)) << "the modifiers may have been released first";
-  EXPECT_FALSE(key(digit1, 0, false)) << "once";
-  hotKeys.setEnabled(symbolic_hot_key::firstDesktop, false);
-  EXPECT_FALSE(key(digit1, CGEventFlag::control));
-  hotKeys.setEnabled(symbolic_hot_key::firstDesktop, true);
-  hotKeys.bind(symbolic_hot_key::firstDesktop, std::nullopt);
-  EXPECT_FALSE(key(digit1, CGEventFlag::control));
-  EXPECT_FALSE(hotKeys.setEnabled(7, true));
+  postSwipe(4, 1);
+  postSwipe(1, 1);
+  postSwipe(4, -1);
+  postSwipe(1, 1);
+  postSwipe(2, 1);
+  postSwipe(4, 1, std::string(96, '\x01'));
+  program.time.advance(1s);
+  EXPECT_EQ(program.state().spaces.activeOn("Left"), 1);
+  EXPECT_THAT(program.takeLog(), ElementsAre("ignored a malformed gesture: it did not begin",
+                                             "ignored a malformed gesture: it did not begin",
+                                             "ignored a malformed gesture: its device report is wrong at byte 8"));
 }
 
 TEST_F(SimulatedDockTest, aDirectSwitchPutsAnEndToPendingSteps) {
   swipe(1);
-  key(20, CGEventFlag::control);
-  time.advance(1s);
-  EXPECT_THAT(desktops.switched, ElementsAre(3));
+  program.desktop.parts().pressSymbolicHotKey(symbolic_hot_key::firstDesktop + 2);
+  EXPECT_THAT(reached(), ElementsAre(3));
+}
+
+TEST_F(SimulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTaken) {
+  auto hotKeys = freshSymbolicHotKeys();
+  constexpr VirtualKeyCode digit1 = 18;
+  EXPECT_EQ(pressedHotKey(hotKeys, digit1, 0), std::nullopt);
+  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control | CGEventFlag::shift), std::nullopt);
+  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control | 0x10000), 118) << "CapsLock is no matter";
+  hotKeys[118].enabled = false;
+  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control), std::nullopt);
+  hotKeys[118] = {std::nullopt, true};
+  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control), std::nullopt);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/simulated/raw_spaces.h"
-#include "platform/simulated/script_actions.h"
 
 namespace tallowin {
 namespace {
@@ -77,19 +76,6 @@ TEST(ScenarioTest, textThatIsNoJSONIsReportedWithItsPlace) {
   }
 }
 
-TEST(ScenarioTest, everyActionCanBeToldFromEveryOther) {
-  const auto names = scriptActionNames();
-  EXPECT_TRUE(std::ranges::is_sorted(names));
-  EXPECT_EQ(std::ranges::adjacent_find(names), names.end());
-  for (const auto name : names) {
-    const PropertyList arguments = PropertyList::object();
-    ScenarioMistake mistake;
-    ScenarioObject object(ScenarioValue(arguments, "here", mistake));
-    EXPECT_TRUE(readScriptAction(name, object)) << name;
-    EXPECT_TRUE(mistake.empty() || mistake.starts_with("here: \"")) << name << ": " << mistake;
-  }
-}
-
 TEST(ScenarioTest, membersArriveWhereTheyBelong) {
   const auto scenario = Scenario::parse(R"({
     "start": "2026-07-01T22:30:00Z", "timeZone": "+02:00", "menuBarDisplay": null,
@@ -107,8 +93,8 @@ TEST(ScenarioTest, membersArriveWhereTheyBelong) {
   ASSERT_EQ(desktop.displays.size(), 2U);
   EXPECT_EQ(desktop.displays[0], (SimulatedDisplay{2, "B", "Lid", {{0, 0}, {100, 50}}, true}));
   EXPECT_EQ(desktop.applications.size(), 2U) << "a Dock that is listed is not added";
-  EXPECT_EQ(desktop.hotKeys.binding(119), (SymbolicHotKeyBinding{19, 262144}));
-  EXPECT_FALSE(desktop.hotKeys.isEnabled(119) || desktop.hotKeys.binding(118));
+  EXPECT_EQ(desktop.hotKeys.at(119), (SymbolicHotKey{SymbolicHotKeyBinding{19, 262144}, false}));
+  EXPECT_EQ(desktop.hotKeys.at(118), SymbolicHotKey());
   const std::vector<ScenarioFile> files = {
       {"/b", std::string("\0\xFF", 2), false, true}, {"/c", "", true, false}, {"/home/user/a", "text", false, false}};
   EXPECT_EQ(scenario->files, files);

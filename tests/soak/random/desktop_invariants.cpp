@@ -1,7 +1,6 @@
 // What the program knows of the desktop, and in what state it leaves it.
 
 #include <algorithm>
-#include <map>
 
 #include "tests/soak/random/invariant.h"
 
@@ -168,15 +167,11 @@ class QueriesSeeCommands : public Invariant {
 /// What the program borrowed is given back: the user's hot keys, the mouse button.
 class BorrowedThingsAreGivenBack : public Invariant {
  public:
-  explicit BorrowedThingsAreGivenBack(const SoakRun& run) : Invariant(run) {
-    for (int key = 79; key <= 133; ++key) {
-      enabled_[key] = run.state().hotKeys.isEnabled(key);
-    }
-  }
+  using Invariant::Invariant;
 
   void hear(const Json& record) override {
     if (record["op"] == "script" && record["do"] == "setSymbolicHotKey") {
-      enabled_.erase(record["hotKey"].get<int>());
+      hotKeys_.erase(record["hotKey"].get<int>());
     }
     // Who may no longer post events cannot let go of a button either.
     usesMouse_ = usesMouse_ ||
@@ -184,8 +179,8 @@ class BorrowedThingsAreGivenBack : public Invariant {
   }
 
   void settled() override {
-    for (const auto& [key, enabled] : enabled_) {
-      if (run_.state().hotKeys.isEnabled(key) != enabled) {
+    for (const auto& [key, hotKey] : hotKeys_) {
+      if (run_.state().hotKeys.at(key) != hotKey) {
         run_.fail("what was borrowed is given back", "hot key " + std::to_string(key));
       }
     }
@@ -195,7 +190,7 @@ class BorrowedThingsAreGivenBack : public Invariant {
   }
 
  private:
-  std::map<int, bool> enabled_;
+  SymbolicHotKeys hotKeys_ = run_.state().hotKeys;
   bool usesMouse_ = run_.state().pressedMouseButtons != 0;
 };
 

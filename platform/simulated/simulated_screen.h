@@ -7,8 +7,21 @@
 #include "platform/screen_capture.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
+#include "platform/window_list.h"
 
 namespace tallowin {
+
+/// The simulated list of windows. As on the real system, windows of other programs have names only for whom screen
+/// recording is allowed. Main thread only.
+class SimulatedWindowList : public WindowList {
+ public:
+  explicit SimulatedWindowList(const DesktopState& state) : state_(state) {}
+
+  std::optional<PropertyList> CGWindowListCopyWindowInfo(std::uint32_t options, WindowNumber relativeTo) override;
+
+ private:
+  const DesktopState& state_;
+};
 
 /// Draws what the simulated displays show: the frames of the windows with their titles. Main thread only.
 class SimulatedScreenCapture : public ScreenCapture {

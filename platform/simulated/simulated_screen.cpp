@@ -1,4 +1,4 @@
-#include "platform/simulated/simulated_screen_capture.h"
+#include "platform/simulated/simulated_screen.h"
 
 #include <algorithm>
 #include <ranges>
@@ -9,11 +9,45 @@ namespace {
 
 constexpr std::size_t mostPreviews = 64;  // more looks than a user goes back and forth between
 
+PropertyList describe(const SimulatedWindow& window, const DesktopState& state) {
+  PropertyList description = {
+      {"kCGWindowLayer", window.layer},
+      {"kCGWindowOwnerPID", window.pid},
+      {"kCGWindowNumber", window.number},
+      {"kCGWindowBounds",
+       {{"X", window.frame.origin.x},
+        {"Y", window.frame.origin.y},
+        {"Width", window.frame.size.width},
+        {"Height", window.frame.size.height}}},
+      {"kCGWindowAlpha", window.alpha},
+      {"kCGWindowOwnerName", state.applicationName(window.pid)},
+  };
+  if (state.screenRecordingAllowed || window.pid == state.ownProcess) {
+    description["kCGWindowName"] = window.title;
+  }
+  return description;
+}
+
 }  // namespace
 
+std::optional<PropertyList> SimulatedWindowList::CGWindowListCopyWindowInfo(std::uint32_t options,
+                                                                            WindowNumber relativeTo) {
+  auto list = PropertyList::array();
+  for (const auto& window : state_.windows) {
+    const bool excluded = ((options & CGWindowListOption::includingWindow) != 0 && window.number != relativeTo) ||
+                          ((options & CGWindowListOption::onScreenOnly) != 0 && !state_.isOnScreen(window)) ||
+                          // Icons and the picture of the desktop lie below everything else.
+                          ((options & CGWindowListOption::excludeDesktopElements) != 0 && window.layer < 0);
+    if (!excluded) {
+      list.push_back(describe(window, state_));
+    }
+  }
+  return list;
+}
+
 std::optional<SimulatedScreenCapture::View> SimulatedScreenCapture::view(DisplayID display) const {
-  const auto found = std::ranges::find(state_.displays, display, &SimulatedDisplay::id);
-  if (!state_.screenRecordingAllowed || found == state_.displays.end()) {
+  const auto* const found = state_.display(display);
+  if (!state_.screenRecordingAllowed || found == nullptr) {
     return std::nullopt;
   }
   const auto origin = found->bounds.origin;

@@ -12,10 +12,4 @@ namespace tallowin {
 /// The bytes that such a text stands for; nothing when it is none.
 [[nodiscard]] std::optional<std::string> bytesOfBase64(std::string_view text);
 
-/// The bytes as lower-case hexadecimal digits.
-[[nodiscard]] std::string hexadecimal(std::string_view bytes);
-
-/// Whether JSON can carry the bytes as they are.
-[[nodiscard]] bool isUTF8(std::string_view bytes);
-
 }  // namespace tallowin

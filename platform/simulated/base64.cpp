@@ -1,7 +1,6 @@
-#include "platform/simulated/byte_text.h"
+#include "platform/simulated/base64.h"
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
 
 namespace tallowin {
 
@@ -48,24 +47,6 @@ std::optional<std::string> bytesOfBase64(std::string_view text) {
     }
   }
   return bytes;
-}
-
-std::string hexadecimal(std::string_view bytes) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string text;
-  for (const auto byte : bytes) {
-    text += digits[static_cast<unsigned char>(byte) >> 4];
-    text += digits[static_cast<unsigned char>(byte) & 0xF];
-  }
-  return text;
-}
-
-bool isUTF8(std::string_view bytes) {
-  try {
-    return !nlohmann::json(bytes).dump().empty();
-  } catch (const nlohmann::json::exception&) {
-    return false;
-  }
 }
 
 }  // namespace tallowin
