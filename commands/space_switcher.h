@@ -1,46 +1,20 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 
-#include "base/settings.h"
+#include "commands/driven/space_driver.h"
 #include "core/space.h"
-#include "platform/clock.h"
-#include "platform/desktop.h"
-#include "platform/displays.h"
-#include "platform/driven_services.h"
-#include "platform/events.h"
-#include "platform/log.h"
-#include "platform/main_queue.h"
-#include "platform/preferences.h"
-#include "platform/system.h"
 
 namespace tallowin {
-
-class SpaceDriver;
 
 /// Makes the system show another Space: by asking the desktop for it, or by driving the Dock as a user would. Main
 /// thread only.
 class SpaceSwitcher {
  public:
-  struct Services {
-    AskedDesktop* asked;     ///< the desktop, if it can be asked;
-    DrivenServices* driven;  ///< else what it is driven by
-    Events& events;
-    Displays& displays;
-    Preferences& preferences;
-    System& system;
-    MainQueue& mainQueue;
-    const Clock& clock;
-    const Settings& settings;
-    Log& log;
-  };
-
-  explicit SpaceSwitcher(Services services);
+  explicit SpaceSwitcher(const SwitchServices& services);
   SpaceSwitcher(const SpaceSwitcher&) = delete;
   SpaceSwitcher& operator=(const SpaceSwitcher&) = delete;
-  ~SpaceSwitcher();
 
   /// Told just before a switch is asked for, while the Space that is left is still shown.
   std::function<void(const SpaceSnapshot& snapshot)> willSwitch;
@@ -57,11 +31,8 @@ class SpaceSwitcher {
   [[nodiscard]] std::optional<DisplaySpaces> displayUnderMouse(const SpaceSnapshot& snapshot) const;
 
  private:
-  AskedDesktop* const asked_;
-  Events& events_;
-  Displays& displays_;
-  Log& log_;
-  const std::unique_ptr<SpaceDriver> driver_;  ///< null where the desktop is asked
+  const SwitchServices services_;
+  std::optional<SpaceDriver> driver_;  ///< nothing where the desktop is asked
 };
 
 }  // namespace tallowin

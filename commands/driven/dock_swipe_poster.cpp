@@ -10,25 +10,6 @@ namespace tallowin {
 
 namespace {
 
-/// Appends numbers with their least significant byte first.
-class LittleEndian {
- public:
-  LittleEndian& word(std::uint32_t value) { return append(value, 4); }
-  LittleEndian& doubleWord(std::uint64_t value) { return append(value, 8); }
-  LittleEndian& fixedPoint(double value) { return word(static_cast<std::uint32_t>(fixed(value))); }
-  [[nodiscard]] std::string take() { return std::move(bytes_); }
-
- private:
-  LittleEndian& append(std::uint64_t value, int width) {
-    for (int i = 0; i < width; ++i) {
-      bytes_.push_back(static_cast<char>(static_cast<unsigned char>(value >> (8 * i))));
-    }
-    return *this;
-  }
-
-  std::string bytes_;
-};
-
 // Undocumented fields of a Dock-control event.
 constexpr CGEventField eventTypeField = 55;
 constexpr CGEventField gestureField = 110;
@@ -75,14 +56,20 @@ std::string iohidPayload(const SwipeReport& report) {
   constexpr std::uint32_t velocityLength = 28;
   constexpr std::uint32_t velocity = 9;  // kIOHIDEventTypeVelocity
   constexpr std::uint32_t velocityDepth = 1;
-  LittleEndian bytes;
-  bytes.doubleWord(report.timestamp).doubleWord(0).doubleWord(0).word(eventCount);
-  bytes.word(swipeLength).word(hidDockSwipe).word(static_cast<std::uint32_t>(report.phase) << 24).word(0);
-  bytes.fixedPoint(report.positionX).fixedPoint(report.positionY).doubleWord(0);
-  bytes.word(swipeFlavor).fixedPoint(-report.progress);
-  bytes.word(velocityLength).word(velocity).word(0).word(velocityDepth);
-  bytes.fixedPoint(-report.velocity).word(0).word(0);
-  return bytes.take();
+  const auto word = [](auto value) { return static_cast<std::uint32_t>(value); };
+  const std::uint32_t words[] = {word(report.timestamp), word(report.timestamp >> 32), 0, 0, 0, 0, eventCount,
+                                 // the swipe
+                                 swipeLength, hidDockSwipe, word(report.phase) << 24, 0, word(fixed(report.positionX)),
+                                 word(fixed(report.positionY)), 0, 0, swipeFlavor, word(fixed(-report.progress)),
+                                 // its velocity
+                                 velocityLength, velocity, 0, velocityDepth, word(fixed(-report.velocity)), 0, 0};
+  std::string bytes;
+  for (const auto value : words) {
+    for (const int shift : {0, 8, 16, 24}) {
+      bytes.push_back(static_cast<char>(static_cast<unsigned char>(value >> shift)));
+    }
+  }
+  return bytes;
 }
 
 DockSwipePoster::DockSwipePoster(Services services)

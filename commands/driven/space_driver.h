@@ -1,33 +1,50 @@
 #pragma once
 
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+
 #include "base/settings.h"
-#include "commands/driven/bounce_watch.h"
 #include "commands/driven/dock_swipe_poster.h"
-#include "commands/driven/symbolic_hot_key_poster.h"
 #include "core/space.h"
-#include "platform/accessibility.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
 #include "platform/displays.h"
 #include "platform/driven_services.h"
+#include "platform/events.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/preferences.h"
+#include "platform/system.h"
 
 namespace tallowin {
 
+/// What switching Spaces needs.
+struct SwitchServices {
+  AskedDesktop* asked;     ///< the desktop, if it can be asked;
+  DrivenServices* driven;  ///< else what it is driven by
+  Events& events;
+  Displays& displays;
+  Preferences& preferences;
+  System& system;
+  MainQueue& mainQueue;
+  const Clock& clock;
+  const Settings& settings;
+  Log& log;
+};
+
 /// Switches Spaces by driving the Dock as a user would: by a swipe gesture (`instant`) or by the Mission Control
-/// shortcuts (`classic`). Main thread only.
+/// shortcuts (`classic`). A shortcut that the user has switched off is switched on for the press, and off again 1.5 s
+/// after the last press, or when this object goes. Main thread only.
 class SpaceDriver {
  public:
-  struct Services {
-    DrivenServices& driven;
-    Events& events;
-    Displays& displays;
-    Preferences& preferences;
-    System& system;
-    MainQueue& mainQueue;
-    const Clock& clock;
-    const Settings& settings;
-    Log& log;
-  };
-
-  explicit SpaceDriver(Services services);
+  /// The desktop is driven.
+  explicit SpaceDriver(const SwitchServices& services)
+      : services_(services), swipes_({services.events, services.preferences, services.system, services.clock}) {}
+  SpaceDriver(const SpaceDriver&) = delete;
+  SpaceDriver& operator=(const SpaceDriver&) = delete;
+  ~SpaceDriver() { restoreHotKeys(); }
 
   /// Whether this program may post events. The system may ask the user to allow it, without waiting for the answer.
   bool mayDrive();
@@ -35,18 +52,36 @@ class SpaceDriver {
   /// Switches a display from its active Space to another of its Spaces. False when nothing could be posted.
   bool drive(const std::string& displayID, const Space& active, const Space& target);
 
-  /// To be called with every new snapshot, so that instant switches that bounce back are noticed.
-  void observe(const SpaceSnapshot& snapshot) { bounces_.observe(snapshot); }
+  /// To be called with every new snapshot: judges the last instant switch of each display. From the second one on that
+  /// bounced back, which is when the Dock returned right after it to the Space it came from, all switches are classic.
+  void observe(const SpaceSnapshot& snapshot);
 
  private:
+  /// The last instant switch made on a display.
+  struct GestureRecord {
+    std::string originID;
+    std::string targetID;
+    std::uint64_t madeAt = 0;  ///< in ticks, so that a change of the wall clock does not matter
+    bool armed = false;        ///< the display has been seen on the target
+  };
+
   [[nodiscard]] bool switchesClassically() const;
   bool classicSwitch(const Space& target, std::int64_t steps);
+  /// False when the hot key has no binding, cannot be switched on, or its events cannot be made.
+  bool postSymbolicHotKey(int hotKey);
+  bool enable(int hotKey);
+  void scheduleHotKeyRestore();
+  void restoreHotKeys();
   void bringPointerTo(const std::string& displayID);
+  void countBounce();
 
-  const Services services_;
+  const SwitchServices services_;
   DockSwipePoster swipes_;
-  SymbolicHotKeyPoster hotKeys_;
-  BounceWatch bounces_;
+  std::set<int> forceEnabledHotKeys_;
+  WorkItem restoreWork_;
+  std::map<std::string, GestureRecord> gestureRecords_;  ///< by display identifier
+  int bounceCount_ = 0;
+  bool prefersClassicAfterBounces_ = false;
 };
 
 /// The Mission Control shortcut of a desktop.

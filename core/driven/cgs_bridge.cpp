@@ -1,10 +1,9 @@
 #include "core/driven/cgs_bridge.h"
 
 #include <array>
+#include <cstring>
 
 #include "base/property_list_reading.h"
-#include "core/driven/callback_slot.h"
-#include "core/driven/cf_object.h"
 
 namespace tallowin {
 
@@ -25,16 +24,45 @@ void notificationTrampoline(std::uint32_t event, void* /*data*/, std::size_t /*l
   notificationReceiver().call(event);
 }
 
+CallbackSlot<const TouchFrame&>& touchReceiver() {
+  static CallbackSlot<const TouchFrame&> slot;
+  return slot;
+}
+
+/// The frame that `count` contact records make up.
+TouchFrame frameOf(const void* contacts, std::int32_t count, double timestamp) {
+  TouchFrame frame{count, 0, 0, timestamp};
+  if (count < 1 || contacts == nullptr) {
+    return frame;
+  }
+  double sumX = 0;
+  double sumY = 0;
+  const auto* record = static_cast<const std::byte*>(contacts);
+  for (std::int32_t i = 0; i < count; ++i, record += private_functions::contactSize) {
+    std::array<float, 2> position{};
+    std::memcpy(position.data(), record + private_functions::contactPositionOffset, sizeof position);
+    sumX += position[0];
+    sumY += position[1];
+  }
+  frame.meanX = static_cast<float>(sumX / count);
+  frame.meanY = static_cast<float>(sumY / count);
+  return frame;
+}
+
+std::int32_t frameTrampoline(const void* /*device*/, const void* contacts, std::int32_t count, double timestamp,
+                             std::int32_t /*frame*/) {
+  touchReceiver().call(frameOf(contacts, count, timestamp));
+  return 0;
+}
+
 }  // namespace
 
 CGSBridge::CGSBridge(DynamicLoader& loader, CoreFoundation& coreFoundation)
-    : lookup_(loader),
-      coreFoundation_(coreFoundation),
-      moves_(lookup_, coreFoundation),
-      touchMonitor_(lookup_, coreFoundation) {}
+    : lookup_(loader), coreFoundation_(coreFoundation), moves_(lookup_, coreFoundation) {}
 
 CGSBridge::~CGSBridge() {
   notificationReceiver().clear(this);
+  touchReceiver().clear(this);
 }
 
 ConnectionID CGSBridge::CGSBridgeConnection() {
@@ -149,12 +177,9 @@ std::optional<std::vector<ManagedSpaceID>> CGSBridge::CGSBridgeCopySpacesForWind
 }
 
 std::optional<WindowNumber> CGSBridge::CGSBridgeAXWindowID(const AXUIElement& element) {
-  std::call_once(axLooked_, [this] {
-    axGetWindow_ = reinterpret_cast<private_functions::AXUIElementGetWindow>(
-        lookup_.resolveInDefaultNamespace("_AXUIElementGetWindow"));
-  });
+  const auto getWindow = functions_.axGetWindow.get(lookup_);
   WindowNumber window = 0;
-  if (element == nullptr || axGetWindow_ == nullptr || axGetWindow_(element->reference(), &window) != 0) {
+  if (element == nullptr || getWindow == nullptr || getWindow(element->reference(), &window) != 0) {
     return std::nullopt;
   }
   return window;
@@ -170,14 +195,16 @@ bool CGSBridge::CGSBridgeMoveWindowToSpace(WindowNumber window, ManagedSpaceID s
 }
 
 bool CGSBridge::CGSBridgeDockNotify(std::string_view notification) {
+  using Function = private_functions::CoreDockSendNotification;
+  constexpr auto name = "CoreDockSendNotification";
   std::call_once(dockLooked_, [this] {
-    auto* found = lookup_.resolveInDefaultNamespace("CoreDockSendNotification");
-    if (found == nullptr) {
-      auto& loader = lookup_.loader();
-      auto* framework = loader.open(private_functions::hiServices, DynamicLoader::lazy);
-      found = framework != nullptr ? loader.symbol(framework, "CoreDockSendNotification") : nullptr;
+    dockSendNotification_ = lookup_.resolveInDefaultNamespace<Function>(name);
+    auto* const framework = dockSendNotification_ == nullptr
+                                ? lookup_.loader().open(private_functions::hiServices, DynamicLoader::lazy)
+                                : nullptr;
+    if (framework != nullptr) {
+      dockSendNotification_ = reinterpret_cast<Function>(lookup_.loader().symbol(framework, name));
     }
-    dockSendNotification_ = reinterpret_cast<private_functions::CoreDockSendNotification>(found);
   });
   if (dockSendNotification_ == nullptr) {
     return false;
@@ -186,8 +213,30 @@ bool CGSBridge::CGSBridgeDockNotify(std::string_view notification) {
   return true;
 }
 
+/// Starting again registers on every device again.
 bool CGSBridge::CGSBridgeStartTouchMonitor(TouchCallback callback) {
-  return touchMonitor_.start(std::move(callback));
+  auto& loader = lookup_.loader();
+  auto* const framework = loader.open(private_functions::multitouchSupport, DynamicLoader::lazy);
+  if (framework == nullptr) {
+    return false;
+  }
+  const auto createList =
+      reinterpret_cast<private_functions::DeviceCreateList>(loader.symbol(framework, "MTDeviceCreateList"));
+  const auto registerCallback = reinterpret_cast<private_functions::RegisterContactFrameCallback>(
+      loader.symbol(framework, "MTRegisterContactFrameCallback"));
+  const auto startDevice = reinterpret_cast<private_functions::DeviceStart>(loader.symbol(framework, "MTDeviceStart"));
+  if (createList == nullptr || registerCallback == nullptr || startDevice == nullptr) {
+    return false;
+  }
+  touchReceiver().set(this, std::move(callback));
+  const CFObject devices(coreFoundation_, createList());
+  bool started = false;
+  for (const auto* device : coreFoundation_.elements(devices.get())) {
+    constexpr std::int32_t defaultMode = 0;
+    registerCallback(device, frameTrampoline);
+    started = startDevice(device, defaultMode) == 0 || started;
+  }
+  return started;
 }
 
 }  // namespace tallowin

@@ -3,8 +3,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "core/driven/symbol_lookup.h"
-#include "core/driven/touch_monitor.h"
+#include "core/driven/private_function.h"
 #include "core/driven/window_moves.h"
 #include "platform/core_foundation.h"
 #include "platform/private_functions.h"
@@ -56,6 +55,7 @@ class CGSBridge : public WindowServer {
         "CGSSetSymbolicHotKeyEnabled", "SLSSetSymbolicHotKeyEnabled"};
     PrivateFunction<private_functions::CopySpacesForWindows> copySpacesForWindows{"SLSCopySpacesForWindows",
                                                                                   "CGSCopySpacesForWindows"};
+    PrivateFunction<private_functions::AXUIElementGetWindow> axGetWindow{"_AXUIElementGetWindow"};
   };
 
   [[nodiscard]] std::optional<PropertyList> managedDisplaySpaces(Functions& functions, ConnectionID connection);
@@ -64,11 +64,8 @@ class CGSBridge : public WindowServer {
   CoreFoundation& coreFoundation_;
   Functions functions_;
   WindowMoves moves_;
-  TouchMonitor touchMonitor_;
 
   std::atomic<ConnectionID> connection_ = 0;
-  std::once_flag axLooked_;
-  private_functions::AXUIElementGetWindow axGetWindow_ = nullptr;
   std::once_flag dockLooked_;
   private_functions::CoreDockSendNotification dockSendNotification_ = nullptr;
 };

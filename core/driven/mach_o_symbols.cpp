@@ -19,22 +19,10 @@ constexpr std::uint32_t segmentSize = 72;         // struct segment_command_64
 constexpr std::uint64_t symbolEntrySize = 16;     // struct nlist_64
 constexpr std::size_t segmentNameLength = 16;
 
-struct Segment {
-  std::uint64_t address;
-  std::uint64_t size;
-  std::uint64_t fileOffset;
-};
-
-struct SymbolTable {
-  std::uint32_t symbolOffset;
-  std::uint32_t symbolCount;
-  std::uint32_t stringOffset;
-  std::uint32_t stringSize;
-};
-
+/// Where the load commands that matter are in the image.
 struct Commands {
-  std::optional<Segment> linkEdit;
-  std::optional<SymbolTable> symbols;
+  std::optional<std::uint64_t> linkEdit;
+  std::optional<std::uint64_t> symbolTable;
 };
 
 /// Reads numbers out of the image. Mach-O images of this process have its byte order.
@@ -65,42 +53,9 @@ class Bytes {
   std::span<const std::byte> bytes_;
 };
 
-/// Sums and differences of addresses that become nothing when one overflows.
-class Address {
- public:
-  explicit Address(std::uint64_t value) : value_(value) {}
-
-  Address& operator+=(std::uint64_t summand) {
-    valid_ = !__builtin_add_overflow(value_, summand, &value_) && valid_;
-    return *this;
-  }
-  Address& operator-=(std::uint64_t subtrahend) {
-    valid_ = !__builtin_sub_overflow(value_, subtrahend, &value_) && valid_;
-    return *this;
-  }
-  Address& slideBy(std::int64_t slide) {
-    valid_ = !__builtin_add_overflow(value_, slide, &value_) && valid_;
-    return *this;
-  }
-  [[nodiscard]] std::optional<std::uint64_t> value() const { return valid_ ? std::optional(value_) : std::nullopt; }
-
- private:
-  std::uint64_t value_;
-  bool valid_ = true;
-};
-
-void readSegment(const Bytes& bytes, std::uint64_t at, Commands& commands) {
-  constexpr std::string_view linkEdit("__LINKEDIT\0\0\0\0\0\0", segmentNameLength);
-  if (bytes.text(at + 8, segmentNameLength) == linkEdit) {
-    commands.linkEdit = Segment{*bytes.number<std::uint64_t>(at + 24), *bytes.number<std::uint64_t>(at + 32),
-                                *bytes.number<std::uint64_t>(at + 40)};
-  }
-}
-
-void readSymbolTable(const Bytes& bytes, std::uint64_t at, Commands& commands) {
-  commands.symbols = SymbolTable{*bytes.number<std::uint32_t>(at + 8), *bytes.number<std::uint32_t>(at + 12),
-                                 *bytes.number<std::uint32_t>(at + 16), *bytes.number<std::uint32_t>(at + 20)};
-}
+/// Sums and differences of addresses, which do not overflow.
+using WideAddress = __int128;
+constexpr WideAddress addressEnd = WideAddress{1} << 64;
 
 std::optional<Commands> readCommands(const Bytes& bytes) {
   const auto count = bytes.number<std::uint32_t>(commandCountOffset);
@@ -120,10 +75,11 @@ std::optional<Commands> readCommands(const Bytes& bytes) {
     if (size < minimumCommandSize || size > end - at) {
       return std::nullopt;
     }
-    if (kind == segmentKind && size >= segmentSize) {
-      readSegment(bytes, at, commands);
+    constexpr std::string_view linkEdit("__LINKEDIT\0\0\0\0\0\0", segmentNameLength);
+    if (kind == segmentKind && size >= segmentSize && bytes.text(at + 8, segmentNameLength) == linkEdit) {
+      commands.linkEdit = at;
     } else if (kind == symbolTableKind && size >= symbolTableSize) {
-      readSymbolTable(bytes, at, commands);
+      commands.symbolTable = at;
     }
     at += size;
   }
@@ -131,22 +87,18 @@ std::optional<Commands> readCommands(const Bytes& bytes) {
 }
 
 /// Where a part of the link-edit segment lies in the image's bytes, if it lies wholly inside both.
-std::optional<std::uint64_t> offsetInImage(const LoadedImage& image, const Segment& linkEdit, std::uint64_t fileOffset,
+std::optional<std::uint64_t> offsetInImage(const LoadedImage& image, std::uint64_t linkEdit, std::uint64_t fileOffset,
                                            std::uint64_t size) {
-  const auto start = Address(linkEdit.address).slideBy(image.slide).value();
-  if (!start) {
+  const Bytes bytes(image.bytes);
+  const auto start = WideAddress{*bytes.number<std::uint64_t>(linkEdit + 24)} + image.slide;
+  const auto end = start + *bytes.number<std::uint64_t>(linkEdit + 32);
+  const auto address = start - *bytes.number<std::uint64_t>(linkEdit + 40) + fileOffset;
+  const auto offset = address - image.loadAddress;
+  if (start < 0 || end > addressEnd || address < start || address + size > end || offset < 0 || offset >= addressEnd) {
     return std::nullopt;
   }
-  const auto address = (Address(*start) -= linkEdit.fileOffset) += fileOffset;
-  const auto segmentEnd = (Address(*start) += linkEdit.size).value();
-  auto last = address;
-  const auto end = (last += size).value();
-  if (!address.value() || !segmentEnd || !end || *address.value() < *start || *end > *segmentEnd) {
-    return std::nullopt;
-  }
-  auto relative = address;
-  const auto offset = (relative -= image.loadAddress).value();
-  return offset && Bytes(image.bytes).covers(*offset, size) ? offset : std::nullopt;
+  const auto found = static_cast<std::uint64_t>(offset);
+  return bytes.covers(found, size) ? std::optional(found) : std::nullopt;
 }
 
 /// Whether the string table, from `offset` on, holds `name` and the zero that ends it.
@@ -164,26 +116,25 @@ bool isMachO64(std::span<const std::byte> image) {
 std::optional<std::uint64_t> addressOfSymbol(const LoadedImage& image, std::string_view name) {
   const Bytes bytes(image.bytes);
   const auto commands = isMachO64(image.bytes) ? readCommands(bytes) : std::nullopt;
-  if (!commands || !commands->linkEdit || !commands->symbols) {
+  if (!commands || !commands->linkEdit || !commands->symbolTable) {
     return std::nullopt;
   }
-  const auto& table = *commands->symbols;
-  if (table.symbolCount == 0 || table.stringSize == 0) {
-    return std::nullopt;
-  }
-  const auto entries =
-      offsetInImage(image, *commands->linkEdit, table.symbolOffset, std::uint64_t{table.symbolCount} * symbolEntrySize);
-  const auto stringsAt = offsetInImage(image, *commands->linkEdit, table.stringOffset, table.stringSize);
+  const auto member = [&](std::uint64_t at) { return *bytes.number<std::uint32_t>(*commands->symbolTable + at); };
+  const auto count = member(12);
+  const auto stringSize = member(20);
+  const auto entries = offsetInImage(image, *commands->linkEdit, member(8), std::uint64_t{count} * symbolEntrySize);
+  const auto stringsAt = offsetInImage(image, *commands->linkEdit, member(16), stringSize);
   if (!entries || !stringsAt) {
     return std::nullopt;
   }
-  const auto strings = bytes.text(*stringsAt, table.stringSize);
-  for (std::uint32_t i = 0; i < table.symbolCount; ++i) {
+  const auto strings = bytes.text(*stringsAt, stringSize);
+  for (std::uint32_t i = 0; i < count; ++i) {
     const std::uint64_t entry = *entries + i * symbolEntrySize;
     const auto nameOffset = *bytes.number<std::uint32_t>(entry);
     const auto value = *bytes.number<std::uint64_t>(entry + 8);
     if (nameOffset != 0 && value != 0 && holdsName(strings, nameOffset, name)) {
-      return Address(value).slideBy(image.slide).value();
+      const auto address = WideAddress{value} + image.slide;
+      return address >= 0 && address < addressEnd ? std::optional(static_cast<std::uint64_t>(address)) : std::nullopt;
     }
   }
   return std::nullopt;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "core/driven/cf_object.h"
 #include "core/driven/mach_o_symbols.h"
 
 namespace tallowin {
@@ -33,10 +32,11 @@ bool WindowMoves::TWMoveBridgedIsAvailable() {
 }
 
 void WindowMoves::findBridged() {
-  const auto getClass = defaultSymbol<private_functions::GetClass>("objc_getClass");
-  const auto selector = defaultSymbol<private_functions::RegisterSelector>("sel_registerName");
-  const auto getMethod = defaultSymbol<private_functions::GetInstanceMethod>("class_getInstanceMethod");
-  bridged_.send = defaultSymbol<void*>("objc_msgSend");
+  const auto getClass = lookup_.resolveInDefaultNamespace<private_functions::GetClass>("objc_getClass");
+  const auto selector = lookup_.resolveInDefaultNamespace<private_functions::RegisterSelector>("sel_registerName");
+  const auto getMethod =
+      lookup_.resolveInDefaultNamespace<private_functions::GetInstanceMethod>("class_getInstanceMethod");
+  bridged_.send = lookup_.resolveInDefaultNamespace<void*>("objc_msgSend");
   bridged_.perform = findEntryPoint();
   if (getClass == nullptr || selector == nullptr || getMethod == nullptr || bridged_.send == nullptr) {
     return;
@@ -52,8 +52,8 @@ void WindowMoves::findBridged() {
 
 private_functions::PerformBridgedOperation WindowMoves::findEntryPoint() const {
   using Function = private_functions::PerformBridgedOperation;
-  if (auto* exported = lookup_.resolveInDefaultNamespace(private_functions::performBridgedOperation)) {
-    return reinterpret_cast<Function>(exported);
+  if (const auto exported = lookup_.resolveInDefaultNamespace<Function>(private_functions::performBridgedOperation)) {
+    return exported;
   }
   const auto images = lookup_.loader().loadedImages();
   const auto framework = std::ranges::find_if(images, isWindowServerFramework);
@@ -83,41 +83,26 @@ bool WindowMoves::TWMoveBridged(WindowNumber window, ManagedSpaceID space) {
   return true;
 }
 
-bool WindowMoves::TWMoveManagedSpaceIsAvailable() {
-  std::call_once(managedLooked_, [this] {
-    moveToManagedSpace_ = defaultSymbol<private_functions::MoveWindowsToManagedSpace>("SLSMoveWindowsToManagedSpace");
-  });
-  return moveToManagedSpace_ != nullptr;
-}
-
 bool WindowMoves::TWMoveManagedSpace(ConnectionID connection, WindowNumber window, ManagedSpaceID space) {
   if (!TWMoveManagedSpaceIsAvailable()) {
     return false;
   }
   const CFObject windows(coreFoundation_, coreFoundation_.create(windowList(window)));
-  if (!windows) {
-    return false;
+  if (windows) {
+    moveToManagedSpace_.get(lookup_)(connection, windows.get(), static_cast<std::uint64_t>(space));
   }
-  moveToManagedSpace_(connection, windows.get(), static_cast<std::uint64_t>(space));
-  return true;
-}
-
-bool WindowMoves::TWMoveCompatIDIsAvailable() {
-  std::call_once(compatLooked_, [this] {
-    setCompatID_ = defaultSymbol<private_functions::SpaceSetCompatID>("SLSSpaceSetCompatID");
-    setWorkspace_ = defaultSymbol<private_functions::SetWindowListWorkspace>("SLSSetWindowListWorkspace");
-  });
-  return setCompatID_ != nullptr && setWorkspace_ != nullptr;
+  return static_cast<bool>(windows);
 }
 
 bool WindowMoves::TWMoveCompatID(ConnectionID connection, WindowNumber window, ManagedSpaceID space) {
   if (!TWMoveCompatIDIsAvailable()) {
     return false;
   }
+  const auto setCompatID = setCompatID_.get(lookup_);
   const auto managed = static_cast<std::uint64_t>(space);
-  setCompatID_(connection, managed, workspace);
-  const auto error = setWorkspace_(connection, &window, 1, workspace);
-  setCompatID_(connection, managed, 0);
+  setCompatID(connection, managed, workspace);
+  const auto error = setWorkspace_.get(lookup_)(connection, &window, 1, workspace);
+  setCompatID(connection, managed, 0);
   return error == 0;
 }
 

@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-#include "core/driven/symbol_lookup.h"
+#include "core/driven/private_function.h"
 #include "platform/core_foundation.h"
 #include "platform/private_functions.h"
 
@@ -21,12 +21,14 @@ class WindowMoves {
 
   /// The call that moves windows to a Space. It reports nothing: true means that it was made.
   bool TWMoveManagedSpace(ConnectionID connection, WindowNumber window, ManagedSpaceID space);
-  bool TWMoveManagedSpaceIsAvailable();
+  bool TWMoveManagedSpaceIsAvailable() { return moveToManagedSpace_.get(lookup_) != nullptr; }
 
   /// The older way by workspaces: the Space is tagged for a moment with a workspace number and the window moved there.
   /// True when the window server reported success.
   bool TWMoveCompatID(ConnectionID connection, WindowNumber window, ManagedSpaceID space);
-  bool TWMoveCompatIDIsAvailable();
+  bool TWMoveCompatIDIsAvailable() {
+    return setCompatID_.get(lookup_) != nullptr && setWorkspace_.get(lookup_) != nullptr;
+  }
 
  private:
   /// What the bridged operation needs of the Objective-C run time.
@@ -42,21 +44,14 @@ class WindowMoves {
   void findBridged();
   [[nodiscard]] private_functions::PerformBridgedOperation findEntryPoint() const;
 
-  template <typename Function>
-  [[nodiscard]] Function defaultSymbol(std::string_view name) const {
-    return reinterpret_cast<Function>(lookup_.resolveInDefaultNamespace(name));
-  }
-
   SymbolLookup& lookup_;
   CoreFoundation& coreFoundation_;
 
   std::once_flag bridgedLooked_;
   Bridged bridged_;
-  std::once_flag managedLooked_;
-  private_functions::MoveWindowsToManagedSpace moveToManagedSpace_ = nullptr;
-  std::once_flag compatLooked_;
-  private_functions::SpaceSetCompatID setCompatID_ = nullptr;
-  private_functions::SetWindowListWorkspace setWorkspace_ = nullptr;
+  PrivateFunction<private_functions::MoveWindowsToManagedSpace> moveToManagedSpace_{"SLSMoveWindowsToManagedSpace"};
+  PrivateFunction<private_functions::SpaceSetCompatID> setCompatID_{"SLSSpaceSetCompatID"};
+  PrivateFunction<private_functions::SetWindowListWorkspace> setWorkspace_{"SLSSetWindowListWorkspace"};
 };
 
 }  // namespace tallowin

@@ -49,8 +49,8 @@ struct SwitchingProgram : SimulatedProgram {
   }
 
   std::optional<SpaceSwitcher> switcher{
-      std::in_place, SpaceSwitcher::Services{nullptr, &driven, desktop.events(), desktop.displays(), preferences,
-                                             desktop.system(), time, time, settings, desktop.log()}};
+      std::in_place, SwitchServices{nullptr, &driven, desktop.events(), desktop.displays(), preferences,
+                                    desktop.system(), time, time, settings, desktop.log()}};
 };
 
 constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",

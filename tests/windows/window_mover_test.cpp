@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/windows/windows_program.h"
-#include "windows/driven/ax.h"
+#include "windows/driven/driven_windows.h"
 #include "windows/driven/window_drag.h"
 
 namespace tallowin {

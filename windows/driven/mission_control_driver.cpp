@@ -57,6 +57,11 @@ AXUIElement firstOf(const std::vector<AXUIElement>& elements, Wanted wanted) {
   return found != elements.end() ? *found : nullptr;
 }
 
+AXUIElement firstWith(const AX& ax, const std::vector<AXUIElement>& elements, std::string_view attribute,
+                      std::string_view text) {
+  return firstOf(elements, [&](const AXUIElement& element) { return ax.text(element, attribute) == text; });
+}
+
 }  // namespace
 
 MissionControlDriver::MissionControlDriver(Services services)
@@ -65,17 +70,15 @@ MissionControlDriver::MissionControlDriver(Services services)
       steps_(services.mainQueue) {}
 
 void MissionControlDriver::addDesktop(Completion completion) {
-  openMissionControl(
-      [this, completion = std::move(completion)](const Buttons& buttons) { pressAdd(buttons, completion); });
+  openMissionControl(completion, [this, completion](const Buttons& buttons) { pressAdd(buttons, completion); });
 }
 
 void MissionControlDriver::removeDesktop(std::int64_t number, Completion completion) {
-  openMissionControl([this, number, completion = std::move(completion)](const Buttons& buttons) {
-    hoverOver(buttons, number, completion);
-  });
+  openMissionControl(completion,
+                     [this, number, completion](const Buttons& buttons) { hoverOver(buttons, number, completion); });
 }
 
-void MissionControlDriver::openMissionControl(Opened opened) {
+void MissionControlDriver::openMissionControl(Completion completion, Opened opened) {
   ++underWay_;
   if (const auto buttons = findButtons(); !buttons.empty()) {
     opened(buttons);
@@ -85,18 +88,22 @@ void MissionControlDriver::openMissionControl(Opened opened) {
   if (openings_++ == 0) {
     services_.driven.windowServer.CGSBridgeDockNotify(openNotification);
   }
-  pollLater(openingTime, mostPolls, std::move(opened));
+  pollLater(openingTime, mostPolls, std::move(completion), std::move(opened));
 }
 
-void MissionControlDriver::pollLater(Duration delay, int pollsLeft, Opened opened) {
-  steps_.after(delay, [this, pollsLeft, opened = std::move(opened)] {
+void MissionControlDriver::pollLater(Duration delay, int pollsLeft, Completion completion, Opened opened) {
+  steps_.after(delay, [this, pollsLeft, completion = std::move(completion), opened = std::move(opened)] {
     const auto buttons = findButtons();
     if (buttons.empty() && pollsLeft > 1) {
-      pollLater(pollInterval, pollsLeft - 1, opened);
+      pollLater(pollInterval, pollsLeft - 1, completion, opened);
       return;
     }
     --openings_;
-    opened(buttons);
+    if (buttons.empty()) {
+      complete(std::unexpected(Failure::unavailable), completion);
+    } else {
+      opened(buttons);
+    }
   });
 }
 
@@ -110,19 +117,12 @@ MissionControlDriver::Buttons MissionControlDriver::findButtons() const {
 
 AXUIElement MissionControlDriver::desktopButton(const Buttons& buttons, std::int64_t number) const {
   const auto label = "Desktop " + std::to_string(number);
-  const auto titled = firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXTitle") == label; });
-  return titled != nullptr
-             ? titled
-             : firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXDescription") == label; });
+  const auto titled = firstWith(ax_, buttons, "AXTitle", label);
+  return titled != nullptr ? titled : firstWith(ax_, buttons, "AXDescription", label);
 }
 
 void MissionControlDriver::pressAdd(const Buttons& buttons, const Completion& completion) {
-  if (buttons.empty()) {
-    complete(std::unexpected(Failure::unavailable), completion);
-    return;
-  }
-  const auto add =
-      firstOf(buttons, [&](const AXUIElement& button) { return ax_.text(button, "AXDescription") == "add desktop"; });
+  const auto add = firstWith(ax_, buttons, "AXDescription", "add desktop");
   if (add == nullptr) {
     complete(std::unexpected(Failure::noButton), completion);
     return;
@@ -132,10 +132,6 @@ void MissionControlDriver::pressAdd(const Buttons& buttons, const Completion& co
 }
 
 void MissionControlDriver::hoverOver(const Buttons& buttons, std::int64_t number, const Completion& completion) {
-  if (buttons.empty()) {
-    complete(std::unexpected(Failure::unavailable), completion);
-    return;
-  }
   const auto frame = ax_.frame(desktopButton(buttons, number));
   if (!frame) {
     complete(std::unexpected(Failure::notFound), completion);

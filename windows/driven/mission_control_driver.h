@@ -11,7 +11,7 @@
 #include "platform/events.h"
 #include "platform/main_queue.h"
 #include "platform/workspace.h"
-#include "windows/driven/ax.h"
+#include "windows/driven/driven_windows.h"
 
 namespace tallowin {
 
@@ -50,10 +50,11 @@ class MissionControlDriver {
 
  private:
   using Buttons = std::vector<AXUIElement>;
-  using Opened = std::function<void(const Buttons&)>;  ///< told of no buttons when it did not open
+  using Opened = std::function<void(const Buttons&)>;
 
-  void openMissionControl(Opened opened);
-  void pollLater(Duration delay, int pollsLeft, Opened opened);
+  /// Completes with the failure when it does not open.
+  void openMissionControl(Completion completion, Opened opened);
+  void pollLater(Duration delay, int pollsLeft, Completion completion, Opened opened);
   [[nodiscard]] Buttons findButtons() const;
   [[nodiscard]] AXUIElement desktopButton(const Buttons& buttons, std::int64_t number) const;
 

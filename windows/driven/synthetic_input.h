@@ -6,12 +6,27 @@
 namespace tallowin::synthetic_input {
 
 /// Where the pointer is, origin top left; (0, 0) when the system does not tell.
-[[nodiscard]] CGPoint pointerLocation(Events& events);
+[[nodiscard]] inline CGPoint pointerLocation(Events& events) {
+  const auto event = events.CGEventCreate();
+  return event != nullptr ? events.CGEventGetLocation(*event) : CGPoint{};
+}
+
+inline void post(Events& events, const CGEventPtr& event) {
+  if (event != nullptr) {
+    events.CGEventPost(CGEventTap::hid, *event);
+  }
+}
 
 /// One event of the left button or the bare pointer at `location`, origin top left.
-void postMouse(Events& events, CGMouseEventType type, CGPoint location);
+inline void postMouse(Events& events, CGMouseEventType type, CGPoint location) {
+  post(events, events.CGEventCreateMouseEvent(type, location));
+}
 
 /// Presses a key without modifiers and releases it.
-void typeKey(Events& events, VirtualKeyCode keyCode);
+inline void typeKey(Events& events, VirtualKeyCode keyCode) {
+  for (const bool down : {true, false}) {
+    post(events, events.CGEventCreateKeyboardEvent(keyCode, down));
+  }
+}
 
 }  // namespace tallowin::synthetic_input

@@ -39,18 +39,18 @@ CGPoint WindowDrag::grabPoint(const CGRect& frame) {
 }
 
 CGPoint WindowDrag::draggedTo() const {
-  const auto grabbed = grabPoint(held_->journey.frame);
+  const auto grabbed = grabPoint(held_->task.frame);
   return {grabbed.x + dragDistance, grabbed.y};
 }
 
-void WindowDrag::begin(Journey journey) {
+void WindowDrag::begin(Task task) {
   assert(!isUnderWay());
   if (!accessibility_.AXIsProcessTrustedWithOptions(true)) {
-    journey.done(false);
+    task.done(false);
     return;
   }
-  const auto grabbed = grabPoint(journey.frame);
-  held_ = {std::move(journey), synthetic_input::pointerLocation(events_)};
+  const auto grabbed = grabPoint(task.frame);
+  held_ = {std::move(task), synthetic_input::pointerLocation(events_)};
   postMouse(events_, CGMouseEventType::mouseMoved, grabbed);
   postMouse(events_, CGMouseEventType::leftMouseDown, grabbed);
   postMouse(events_, CGMouseEventType::leftMouseDragged, draggedTo());
@@ -59,17 +59,17 @@ void WindowDrag::begin(Journey journey) {
 
 void WindowDrag::switchSpace() {
   next_ = mainQueue_.after(switchTime, [this] { release(); });
-  held_->journey.switchSpace();
+  held_->task.switchSpace();
 }
 
 void WindowDrag::release() {
   postMouse(events_, CGMouseEventType::leftMouseUp, draggedTo());
   const auto held = *std::exchange(held_, std::nullopt);
-  const bool arrived = held.journey.hasArrived();
+  const bool arrived = held.task.hasArrived();
   if (!arrived) {
     events_.CGWarpMouseCursorPosition(held.pointerBefore);
   }
-  held.journey.done(arrived);
+  held.task.done(arrived);
 }
 
 }  // namespace tallowin

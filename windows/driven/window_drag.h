@@ -20,7 +20,7 @@ class WindowDrag {
   WindowDrag(const WindowDrag&) = delete;
   WindowDrag& operator=(const WindowDrag&) = delete;
 
-  struct Journey {
+  struct Task {
     CGRect frame;                       ///< of the window, in screen coordinates, origin top left
     std::function<void()> switchSpace;  ///< runs when the window is held
     std::function<bool()> hasArrived;   ///< asked when it has been released
@@ -30,7 +30,7 @@ class WindowDrag {
   /// Begins at once: 0.12 seconds to the switch and 0.55 more to the release. The pointer goes back to where it was if
   /// the window has not arrived. Without permission, for which the system may ask the user, it ends before it begins.
   /// Must not be called while another drag is under way.
-  void begin(Journey journey);
+  void begin(Task task);
 
   [[nodiscard]] bool isUnderWay() const { return held_.has_value(); }
 
@@ -43,7 +43,7 @@ class WindowDrag {
   [[nodiscard]] CGPoint draggedTo() const;
 
   struct Held {
-    Journey journey;
+    Task task;
     CGPoint pointerBefore;
   };
 
