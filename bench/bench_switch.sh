@@ -15,6 +15,19 @@ start_instance() {
   eventually "$OURS" current >/dev/null 2>&1
 }
 
+# Scripts on entering the first two desktops write a line to a pipe, which cat prints.
+until_scripts_begin() {
+  local pipe=$DESKTOP_DIRECTORY/entered number
+  mkfifo "$pipe"
+  echo "exec cat <>$pipe" >"$pipe.sh"
+  echo "{\"scriptOnEnter\": \"echo entered >$pipe\"}" >"$pipe.json"
+  for number in 1 2; do
+    "$OURS" automation "$number" set "$pipe.json" || exit 1
+  done
+  beside watch_latency "another program's switch until a script on entering writes (ms)" "sh $pipe.sh" \
+    "xprop -spy" "xprop -spy -root _NET_CURRENT_DESKTOP"
+}
+
 under_openbox() {
   beside switch_latency "switch by command line, start to change (ms), without an instance" \
     "$OURS --home $DESKTOP_DIRECTORY/alone --platform x11 --switch %n" "wmctrl -s" "wmctrl -s %i"
@@ -25,8 +38,13 @@ under_openbox() {
     "wmctrl -s" "wmctrl -s %i" "xdotool set_desktop" "xdotool set_desktop %i"
   "$BUILD/bench/request_latency" "$RUNS" "$XDG_RUNTIME_DIR/tallowin" |
     rows "request to the instance until the change (ms)" "bare xcb program" || exit 1
+  "$BUILD/bench/request_latency" "$RUNS" "$XDG_RUNTIME_DIR/tallowin" "$(xdotool search --name '^TRIAL$')" |
+    rows "front window moved, request to the instance until the change (ms)" "bare xcb program" || exit 1
+  beside add_latency "desktop added by command line, start to change (ms)" "$OURS tallowin://add-desktop" \
+    "wmctrl -n" "wmctrl -n 5"
   beside watch_latency "another program's switch until the line of \`watch\` (ms)" "$OURS watch" \
     "xprop -spy" "xprop -spy -root _NET_CURRENT_DESKTOP"
+  until_scripts_begin
   "$OURS" quit
 }
 

@@ -26,16 +26,16 @@ class NoProcesses : public Processes {
 
 /// A session that is asked.
 struct Services {
-  std::optional<std::vector<DesktopWindow>> readList() { return session->windows().list(WindowScope::all); }
+  std::optional<std::vector<DesktopWindow>> readList() { return session->windows.list(WindowScope::all); }
 
   void readContents() {
     std::map<ProcessID, int> windowsOf;
     for (const auto& window : readList().value_or(std::vector<DesktopWindow>())) {
-      session->workspace().runningApplicationWithProcessIdentifier(window.pid);
+      session->workspace.runningApplicationWithProcessIdentifier(window.pid);
       ++windowsOf[window.pid];
     }
     for (const auto& [pid, count] : windowsOf) {
-      session->workspace().runningApplicationWithProcessIdentifier(pid);
+      session->workspace.runningApplicationWithProcessIdentifier(pid);
     }
   }
 
@@ -52,9 +52,10 @@ int main(int argc, char** argv) {
   using namespace tallowin::bench;
   const Turns turns(argc, argv);  // its first "command" is what to read
   tallowin::Services services;
-  if (auto connected = tallowin::X11Session::connect(services.loop, services.loop, services.loop, services.processes,
-                                                     services.places, 0, [] {})) {
-    services.session = *std::move(connected);
+  if (auto connection = tallowin::X11Connection::open()) {
+    services.session =
+        std::make_unique<tallowin::X11Session>(*std::move(connection), services.loop, services.loop, services.loop,
+                                               services.processes, services.places, 0, [] {});
   }
   if (!services.session || turns.commands.size() != 2) {
     std::cerr << "usage: bench_window_list RUNS list|contents COMMAND, on an X server\n";

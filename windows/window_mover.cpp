@@ -116,7 +116,7 @@ void WindowMover::move(const FrontWindow& window, const Space& target, const Spa
   }
   services_.desktop.moveWindow(window.id, target.managedID);
   const auto move =
-      moves_.insert(moves_.end(), {window, target, snapshot, follow, allowDrag, std::move(completion), {}});
+      moves_.insert(moves_.end(), {window, target, snapshot, follow, allowDrag, std::move(completion), arrivals_, {}});
   move->verification = services_.mainQueue.after(verificationDelay, [this, move] { verify(move); });
 }
 
@@ -140,6 +140,10 @@ void WindowMover::verify(Moves::iterator move) {
   due.splice(due.end(), moves_, move);
   if (isOn(move->window.id, move->target.managedID)) {
     arrived(*move);
+  } else if (drag_ == nullptr && std::exchange(move->arrivalsSeen, arrivals_) != arrivals_) {
+    // The window manager carries out one request after the other, and this one is still to come.
+    move->verification = services_.mainQueue.after(verificationDelay, [this, move] { verify(move); });
+    moves_.splice(moves_.end(), due);
   } else if (move->allowsDrag && drag_ != nullptr && !drag_->isUnderWay()) {
     services_.log.info("WindowMover", "private move did not take, using drag fallback");
     drag(*move);
@@ -149,6 +153,7 @@ void WindowMover::verify(Moves::iterator move) {
 }
 
 void WindowMover::arrived(const Move& move) {
+  ++arrivals_;
   if (move.follows) {
     switcher_.switchTo(move.target, move.snapshot);
     raiseAfterSwitch(move.window, move.target.managedID);

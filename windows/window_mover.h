@@ -54,7 +54,8 @@ class WindowMover {
   [[nodiscard]] std::optional<FrontWindow> frontWindow() const;
 
   /// Moves a window to `target` and completes when that has been verified: after 0.12 seconds, or sooner if
-  /// windowsChanged() or spacesChanged() is called when it is there. With `follow` the target is then switched to and
+  /// windowsChanged() is called when it is there. Where the desktop is asked that begins anew as long as other windows
+  /// have arrived meanwhile. With `follow` the target is then switched to and
   /// the window raised, which the completion does not wait for. With `allowDrag` the mouse is taken over for 0.67
   /// seconds if nothing else helps; while one drag is under way a second one is not begun and fails with `notMoved`.
   /// `snapshot` must be recent and hold `target`.
@@ -93,6 +94,7 @@ class WindowMover {
     bool follows = false;
     bool allowsDrag = false;
     Completion completion;
+    std::size_t arrivalsSeen = 0;  ///< arrivals_ when this was last looked at
     WorkItem verification;
   };
   using Moves = std::list<Move>;
@@ -117,6 +119,7 @@ class WindowMover {
   SpaceSwitcher& switcher_;
   const std::unique_ptr<WindowDrag> drag_;  ///< null where the desktop can be asked
   Moves moves_;                             ///< those under way
+  std::size_t arrivals_ = 0;                ///< so many windows have arrived
   std::optional<Raise> raising_;
 };
 

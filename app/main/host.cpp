@@ -4,7 +4,8 @@
 #include <iostream>
 
 #include "commands/exit_status.h"
-#include "platform/x11/x11_session.h"
+#include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_desktop_reader.h"
 
 namespace tallowin {
 
@@ -24,7 +25,7 @@ constexpr auto noWayland =
 std::unique_ptr<X11Connection> connectToDesktop(const CommandLine& line) {
   const bool canWait = (line.mode == Mode::resident || line.mode == Mode::doctor) && !isWayland();
   auto connection = X11Connection::open();
-  const bool isDesktop = connection && (canWait || X11Session::windowManagerPresent(**connection));
+  const bool isDesktop = connection && (canWait || isManaged(**connection));
   return isDesktop ? *std::move(connection) : nullptr;
 }
 
@@ -54,11 +55,11 @@ std::optional<HostError> whyNoDesktop(const CommandLine& line) {
   if (line.platform == PlatformChoice::simulated || line.platform == PlatformChoice::none) {
     return std::nullopt;
   }
-  if (line.platform == PlatformChoice::automatic && isWayland() && !X11Session::windowManagerPresent()) {
+  const auto connection = X11Connection::open();
+  if (line.platform == PlatformChoice::automatic && isWayland() && !(connection && isManaged(**connection))) {
     return HostError{noWayland, exit_status::unavailable};
   }
-  const auto fault = X11Session::whyNoServer();
-  return fault ? std::optional(HostError{*fault, exit_status::unavailable}) : std::nullopt;
+  return connection ? std::nullopt : std::optional(HostError{connection.error(), exit_status::unavailable});
 }
 
 bool runsLoop(Mode mode) {

@@ -21,7 +21,7 @@ using HandOverOutcome = HandOver::Outcome;
 
 /// Another instance may be about to listen, or about to end.
 constexpr auto patience = 5s;
-constexpr auto pause = 10ms;
+constexpr auto pause = 1ms;
 
 Instance ended(int status, const std::string& message = "") {
   if (!message.empty()) {

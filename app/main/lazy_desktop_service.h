@@ -5,8 +5,8 @@
 
 namespace tallowin {
 
-/// The object for other programs by the D-Bus module, which is loaded in the first turn of the main queue after the
-/// object was offered, so that start-up does not wait for it. Main thread only.
+/// The object for other programs by the D-Bus module, which is loaded 50 ms after the object was offered, so that
+/// start-up and the first callers do not wait for it. Main thread only.
 class LazyDesktopService : public DesktopService {
  public:
   LazyDesktopService(LazyDBus& dbus, MainQueue& mainQueue) : dbus_(dbus), mainQueue_(mainQueue) {}

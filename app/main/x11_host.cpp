@@ -39,20 +39,20 @@ class X11Host : public Host {
 
   Platform platform() override {
     return {machine_.systemServices(),
-            {.desktop = session_.desktop(),
-             .asked = &session_.desktop(),
+            {.desktop = session_.desktop,
+             .asked = &session_.desktop,
              .driven = nullptr,
-             .windows = session_.windows(),
-             .desktopNames = session_.desktopNames(),
-             .spacePlaces = session_.desktop(),
-             .events = session_.events(),
-             .displays = session_.displays(),
-             .workspace = session_.workspace(),
-             .workspaceNotifications = session_.workspaceNotifications(),
-             .defaultNotifications = session_.defaultNotifications(),
-             .screenCapture = session_.screenCapture(),
-             .globalHotKeys = session_.globalHotKeys(),
-             .pasteboard = session_.pasteboard(),
+             .windows = session_.windows,
+             .desktopNames = session_.desktopNames,
+             .spacePlaces = session_.desktop,
+             .events = session_.events,
+             .displays = session_.displays,
+             .workspace = session_.workspace,
+             .workspaceNotifications = session_.workspaceNotifications,
+             .defaultNotifications = session_.defaultNotifications,
+             .screenCapture = session_.screenCapture,
+             .globalHotKeys = session_.globalHotKeys,
+             .pasteboard = session_.pasteboard,
              .appleScript = appleScript_,
              .desktopFacts = facts_,
              .desktopQueues = desktopQueues_},
@@ -77,7 +77,7 @@ class X11Host : public Host {
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
   X11Session session_;
-  MachineFacts facts_{session_.desktopFacts()};
+  MachineFacts facts_{session_.desktopFacts};
 };
 
 }  // namespace

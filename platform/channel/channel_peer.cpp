@@ -64,8 +64,14 @@ ChannelPeer::ChannelPeer(OwnedDescriptor socket, Descriptors& descriptors, MainQ
       queue_(queue),
       answerer_(std::move(answerer)),
       events_(std::move(events)),
-      readable_(descriptors.watchReadable(socket_.get(), [this] { readMore(); })),
       patience_(queue.after(requestTime, [this] { close(); })) {}
+
+void ChannelPeer::begin() {
+  readMore();
+  if (!gone_) {
+    readable_ = descriptors_.watchReadable(socket_.get(), [this] { readMore(); });
+  }
+}
 
 ChannelPeer::~ChannelPeer() {
   if (statusAtEnd_) {

@@ -27,7 +27,7 @@ class ChannelPeer {
   /// When more bytes than this wait for a reader who stalls, it is dropped with a notice at the next frame.
   static constexpr std::size_t maximumWaiting = std::size_t{256} << 10;
 
-  /// What the connection leads to. Each may destroy the peer.
+  /// What the connection leads to. onGone may destroy the peer.
   struct Events {
     std::function<void(ChannelPeer&, Request)> onRequest;
     std::function<void(ChannelPeer&)> onGone;
@@ -39,6 +39,9 @@ class ChannelPeer {
   ~ChannelPeer();
   ChannelPeer(const ChannelPeer&) = delete;
   ChannelPeer& operator=(const ChannelPeer&) = delete;
+
+  /// Takes what has arrived with the connection, usually the whole request, and watches for more.
+  void begin();
 
   /// Sends a frame, or keeps it until the other end reads. False when the other end has gone or the answer has ended.
   bool send(channel::FrameKind kind, std::string_view text);

@@ -155,7 +155,7 @@ void SocketCommandChannel::accept(OwnedDescriptor socket) {
     peer->end(busy);
     return;
   }
-  peers_->emplace(number, std::move(peer));
+  peers_->emplace(number, std::move(peer)).first->second->begin();
 }
 
 }  // namespace tallowin

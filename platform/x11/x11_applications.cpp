@@ -4,11 +4,15 @@
 #include <iterator>
 #include <tuple>
 
-#include "platform/x11/x11_process_identity.h"
+#include "platform/x11/x11_properties.h"
 
 namespace tallowin {
 
 namespace {
+
+/// Reading which applications are installed takes its time: what a command came for, and whoever waited for the start,
+/// goes first.
+constexpr Duration untilFirstUpdate = std::chrono::milliseconds(50);
 
 /// The window that tells what its application is: the oldest ordinary one, as far as window ids grow with time.
 const X11Window& speaker(const std::vector<const X11Window*>& windows) {
@@ -138,8 +142,7 @@ X11ApplicationChanges::X11ApplicationChanges(X11Connection& connection, X11Windo
       applications_(applications),
       queue_(queue),
       notifications_(notifications) {
-  // A turn later, as reading which applications are installed takes its time: what a command came for goes first.
-  work_ = queue_.after(Duration::zero(), [this] {
+  work_ = queue_.after(untilFirstUpdate, [this] {
     work_.cancel();
     updateSoon();
   });

@@ -1,6 +1,9 @@
 #include "platform/x11/x11_connection.h"
 
+#include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <poll.h>
 #include <xcb/randr.h>
 #include <xcb/res.h>
 #include <xcb/xtest.h>
@@ -9,6 +12,7 @@ namespace tallowin {
 
 namespace {
 
+constexpr auto timePatience = std::chrono::milliseconds(100);
 constexpr std::uint32_t longestProperty = longestPropertyBytes / 4;  // GetProperty counts in units of four bytes
 
 const xcb_screen_t* findScreen(xcb_connection_t* connection, int number) {
@@ -151,11 +155,52 @@ void X11Connection::writeMoveToDesktop(xcb_window_t window, std::uint32_t deskto
   writeToWindowManager(window, X11Atom::netWmDesktop, {desktop, pagerSource, 0, 0, 0});
 }
 
+bool X11ServerTime::connect() {
+  if (connection_ != nullptr && xcb_connection_has_error(connection_.get()) == 0) {
+    return true;
+  }
+  connection_.reset(xcb_connect(nullptr, nullptr));
+  const auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
+  if (xcb_connection_has_error(connection_.get()) != 0 || roots.rem == 0) {
+    return false;
+  }
+  window_ = xcb_generate_id(connection_.get());
+  const std::uint32_t values[] = {1, XCB_EVENT_MASK_PROPERTY_CHANGE};
+  xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, window_, roots.data->root, -1, -1, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
+                    values);
+  return true;
+}
+
+xcb_timestamp_t X11ServerTime::now() {
+  if (!connect()) {
+    return XCB_CURRENT_TIME;
+  }
+  // Nothing is appended; the server tells of it all the same.
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window_, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
+                      nullptr);
+  xcb_flush(connection_.get());
+  const auto end = std::chrono::steady_clock::now() + timePatience;
+  for (;;) {
+    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+      if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY) {
+        return reinterpret_cast<const xcb_property_notify_event_t&>(*event).time;
+      }
+    }
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    pollfd descriptor{xcb_get_file_descriptor(connection_.get()), POLLIN, 0};
+    if (left.count() <= 0 || xcb_connection_has_error(connection_.get()) != 0) {
+      return XCB_CURRENT_TIME;
+    }
+    const int ready = poll(&descriptor, 1, static_cast<int>(left.count()));
+    if (ready == 0 || (ready < 0 && errno != EINTR)) {
+      return XCB_CURRENT_TIME;
+    }
+  }
+}
+
 X11EventPump::X11EventPump(X11Connection& connection, MainQueue& queue, Descriptors& descriptors, Handlers handlers)
-    : connection_(connection),
-      queue_(queue),
-      handlers_(std::move(handlers)),
-      self_(std::make_shared<X11EventPump*>(this)) {
+    : connection_(connection), queue_(queue), handlers_(std::move(handlers)) {
   watch_ = descriptors.watchReadable(xcb_get_file_descriptor(connection_.raw()), [this] { drain(); });
   connection_.setReadObserver([this] { drainSoon(); });
   connection_.flush();
@@ -169,12 +214,10 @@ void X11EventPump::drainSoon() {
   if (std::exchange(isDraining_, true)) {
     return;
   }
-  queue_.async([weak = std::weak_ptr(self_)] {
-    if (const auto self = weak.lock()) {
-      (*self)->isDraining_ = false;
-      (*self)->drain();
-    }
-  });
+  queue_.async(lifetime_.bound([this] {
+    isDraining_ = false;
+    drain();
+  }));
 }
 
 void X11EventPump::drain() {

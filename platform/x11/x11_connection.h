@@ -12,6 +12,7 @@
 #include <utility>
 #include <xcb/xcb.h>
 
+#include "base/lifetime.h"
 #include "platform/descriptors.h"
 #include "platform/main_queue.h"
 #include "platform/x11/x11_atoms.h"
@@ -127,6 +128,24 @@ template <typename Event>
   return event.response_type & 0x7F;
 }
 
+/// The server's clock, which requests to the window manager carry. Main thread only.
+class X11ServerTime {
+ public:
+  /// The time now, as the server stamps a property that is changed for the purpose (ICCCM, Communication with the
+  /// Server). On a connection of its own, so that nobody else's events are waited behind. XCB_CURRENT_TIME when the
+  /// server does not answer within a tenth of a second.
+  xcb_timestamp_t now();
+
+ private:
+  bool connect();
+
+  struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+  };
+  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  xcb_window_t window_ = XCB_WINDOW_NONE;
+};
+
 /// Brings the server's events to the main thread, and notices when the server is gone. Constructed and destroyed on the
 /// main thread, outside the handlers.
 class X11EventPump {
@@ -154,8 +173,7 @@ class X11EventPump {
   Handlers handlers_;
   Subscription watch_;
   bool isDraining_ = false;  ///< a drain waits in the queue
-  /// Owned by the pump, and by a queued drain while it runs; a drain that finds it gone does nothing.
-  std::shared_ptr<X11EventPump*> self_;
+  Lifetime lifetime_;
 };
 
 }  // namespace tallowin

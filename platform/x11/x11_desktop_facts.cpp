@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
-#include <xcb/res.h>
+#include <sstream>
 
-#include "platform/x11/x11_process_identity.h"
+#include "base/words.h"
+#include "platform/x11/x11_properties.h"
 
 namespace tallowin {
 
@@ -32,17 +32,10 @@ constexpr VersionArgument versionArguments[] = {
     {"xfwm4", "--version"},
 };
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 SetUpCheck windowManagerCheck(const WindowManagerFacts& manager) {
   std::string finding = "The window manager is " + (manager.name.empty() ? "one without a name" : manager.name);
   finding += manager.version.empty() ? "." : " " + manager.version + ".";
-  std::string missing;
-  for (const auto& hint : manager.missingHints) {
-    missing.append(missing.empty() ? "" : ", ").append(hint);
-  }
+  const auto missing = joined(manager.missingHints, ", ");
   finding += missing.empty() ? " It supports all that is used of EWMH."
                              : " It does not claim to support these hints of EWMH: " + missing + ".";
   return {"Window manager", true, finding};
@@ -59,17 +52,14 @@ SetUpCheck desktopsCheck(std::size_t count) {
 
 }  // namespace
 
-X11DesktopFacts::X11DesktopFacts(X11Connection& connection, X11DesktopReader& desktops, Processes& processes)
-    : connection_(connection), desktops_(desktops), processes_(processes) {}
-
 std::optional<WindowManagerFacts> X11DesktopFacts::windowManager() {
   const auto state = desktops_.read();
   if (state.checkWindow == 0) {
     return std::nullopt;
   }
   WindowManagerFacts facts{validUtf8(state.managerName), "", missingHints()};
-  if (const auto pid = processOf(state.checkWindow)) {
-    facts.version = versionOf(static_cast<ProcessID>(*pid));
+  if (const auto pid = windows_.process(state.checkWindow)) {
+    facts.version = versionOf(*pid);
   }
   return facts;
 }
@@ -88,22 +78,6 @@ std::vector<SetUpCheck> X11DesktopFacts::checks() {
   return checks;
 }
 
-std::optional<std::uint32_t> X11DesktopFacts::processOf(xcb_window_t window) {
-  if (!connection_.hasExtension(xcb_res_id)) {
-    return std::nullopt;
-  }
-  const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-  const auto answer =
-      connection_.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids(connection_.raw(), 1, &wanted));
-  if (!answer) {
-    return std::nullopt;
-  }
-  const auto each = xcb_res_query_client_ids_ids_iterator(answer.get());
-  return each.rem > 0 && xcb_res_client_id_value_value_length(each.data) > 0
-             ? std::optional(*xcb_res_client_id_value_value(each.data))
-             : std::nullopt;
-}
-
 std::string X11DesktopFacts::versionOf(ProcessID pid) {
   const auto argument = versionArgument(programName(pid));
   if (argument.empty()) {
@@ -115,12 +89,8 @@ std::string X11DesktopFacts::versionOf(ProcessID pid) {
 }
 
 std::vector<std::string> X11DesktopFacts::missingHints() {
-  const auto property =
-      connection_.takeProperty(connection_.requestProperty(connection_.root(), X11Atom::netSupported, XCB_ATOM_ATOM));
-  std::vector<xcb_atom_t> supported(property.format == 32 ? property.bytes.size() / sizeof(xcb_atom_t) : 0);
-  if (!supported.empty()) {
-    std::memcpy(supported.data(), property.bytes.data(), supported.size() * sizeof(xcb_atom_t));
-  }
+  const auto supported = parseWords(
+      connection_.takeProperty(connection_.requestProperty(connection_.root(), X11Atom::netSupported, XCB_ATOM_ATOM)));
   std::vector<std::string> missing;
   for (const auto hint : usedHints) {
     if (std::ranges::find(supported, connection_.atom(hint)) == supported.end()) {
@@ -130,15 +100,14 @@ std::vector<std::string> X11DesktopFacts::missingHints() {
   return missing;
 }
 
-std::string versionIn(std::string_view text) {
-  const auto isBlank = [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == ','; };
-  while (!text.empty()) {
-    const auto word = text.substr(0, static_cast<std::size_t>(std::ranges::find_if(text, isBlank) - text.begin()));
+std::string versionIn(std::string text) {
+  std::ranges::replace(text, ',', ' ');
+  std::istringstream words(text);
+  for (std::string word; words >> word;) {
     const auto version = word.starts_with('v') ? word.substr(1) : word;
-    if (!version.empty() && isDigit(version.front()) && version.find('.') != std::string_view::npos) {
-      return std::string(version);
+    if (!version.empty() && version[0] >= '0' && version[0] <= '9' && version.find('.') != version.npos) {
+      return version;
     }
-    text.remove_prefix(std::min(word.size() + 1, text.size()));
   }
   return "";
 }

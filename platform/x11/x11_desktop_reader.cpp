@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <numeric>
 #include <set>
 
 #include "base/fnv1a.h"
-#include "platform/x11/x11_desktop_names_plan.h"
+#include "platform/x11/x11_desktop_names.h"
 
 namespace tallowin {
 
@@ -14,12 +15,9 @@ namespace {
 constexpr std::uint64_t hashedBase = std::uint64_t{1} << 48;
 
 std::optional<ManagedSpaceID> leadingNumber(std::string_view name) {
-  std::int32_t number = 0;
-  if (name.empty() || name[0] < '0' || name[0] > '9') {
-    return std::nullopt;
-  }
-  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
-  return error == std::errc() && number > 0 ? std::optional<ManagedSpaceID>(number) : std::nullopt;
+  std::int32_t number = 0;  // and so it stays where there is none, or one that does not fit
+  std::from_chars(name.data(), name.data() + name.size(), number);
+  return number > 0 ? std::optional<ManagedSpaceID>(number) : std::nullopt;
 }
 
 ManagedSpaceID hashedID(std::string_view text) {
@@ -36,10 +34,8 @@ std::string positionText(std::size_t index) {
 }
 
 std::vector<ManagedSpaceID> numberedSpaceIDs(std::size_t count) {
-  std::vector<ManagedSpaceID> ids;
-  for (std::size_t index = 0; index < count; ++index) {
-    ids.push_back(static_cast<ManagedSpaceID>(index + 1));
-  }
+  std::vector<ManagedSpaceID> ids(count);
+  std::iota(ids.begin(), ids.end(), 1);
   return ids;
 }
 
@@ -179,6 +175,11 @@ X11View X11DesktopReader::present() {
 void X11DesktopReader::release() {
   held_.reset();
   readAt_.reset();
+}
+
+bool isManaged(X11Connection& connection) {
+  KeptDesktopPlaces places;
+  return X11DesktopReader(connection, places).read().checkWindow != XCB_WINDOW_NONE;
 }
 
 X11DesktopState X11DesktopReader::stateOf(const X11DesktopProperties& properties) {

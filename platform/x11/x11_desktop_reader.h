@@ -119,4 +119,7 @@ class X11DesktopReader {
   std::optional<unsigned> readAt_;  ///< the connection's moment
 };
 
+/// Whether an EWMH window manager is running on the server.
+[[nodiscard]] bool isManaged(X11Connection& connection);
+
 }  // namespace tallowin

@@ -6,7 +6,6 @@
 
 #include "platform/pasteboard.h"
 #include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_server_time.h"
 
 namespace tallowin {
 

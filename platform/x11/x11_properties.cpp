@@ -1,47 +1,18 @@
 #include "platform/x11/x11_properties.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
+#include <filesystem>
+#include <unistd.h>
 
+#include "base/unicode.h"
 #include "platform/x11/x11_connection.h"
 
 namespace tallowin {
 
 namespace {
-
-/// What may follow one range of leading bytes (The Unicode Standard, table 3-7).
-struct Utf8Form {
-  unsigned char firstLow;
-  unsigned char firstHigh;
-  std::size_t length;
-  unsigned char secondLow;
-  unsigned char secondHigh;
-};
-
-constexpr Utf8Form utf8Forms[] = {
-    {0x00, 0x7F, 1, 0, 0},       {0xC2, 0xDF, 2, 0x80, 0xBF}, {0xE0, 0xE0, 3, 0xA0, 0xBF},
-    {0xE1, 0xEC, 3, 0x80, 0xBF}, {0xED, 0xED, 3, 0x80, 0x9F}, {0xEE, 0xEF, 3, 0x80, 0xBF},
-    {0xF0, 0xF0, 4, 0x90, 0xBF}, {0xF1, 0xF3, 4, 0x80, 0xBF}, {0xF4, 0xF4, 4, 0x80, 0x8F},
-};
-
-bool within(char byte, unsigned char low, unsigned char high) {
-  const auto value = static_cast<unsigned char>(byte);
-  return value >= low && value <= high;
-}
-
-/// The length of the well-formed character at the front, 0 when there is none.
-std::size_t characterLength(std::string_view bytes) {
-  const auto form = std::ranges::find_if(
-      utf8Forms, [&](const Utf8Form& candidate) { return within(bytes[0], candidate.firstLow, candidate.firstHigh); });
-  if (form == std::end(utf8Forms) || bytes.size() < form->length) {
-    return 0;
-  }
-  if (form->length > 1 && !within(bytes[1], form->secondLow, form->secondHigh)) {
-    return 0;
-  }
-  const auto rest = form->length > 2 ? bytes.substr(2, form->length - 2) : std::string_view{};
-  return std::ranges::all_of(rest, [](char byte) { return within(byte, 0x80, 0xBF); }) ? form->length : 0;
-}
 
 struct TypeLayer {
   X11Atom type;
@@ -117,15 +88,10 @@ std::vector<std::string> parseDesktopNames(const X11Property& property) {
 
 std::string validUtf8(std::string_view bytes) {
   std::string text;
-  text.reserve(bytes.size());
   while (!bytes.empty()) {
-    const auto length = characterLength(bytes);
-    if (length == 0) {
-      text += "\xEF\xBF\xBD";
-    } else {
-      text += bytes.substr(0, length);
-    }
-    bytes.remove_prefix(std::max<std::size_t>(length, 1));
+    const auto character = firstCharacters(bytes, 1);
+    text += isValidUTF8(character) ? character : "\xEF\xBF\xBD";
+    bytes.remove_prefix(character.size());
   }
   return text;
 }
@@ -184,6 +150,45 @@ CGRect withExtents(const CGRect& client, const FrameExtents& extents) {
 CGSize clientSize(CGSize frame, const FrameExtents& extents) {
   return {std::max(frame.width - extents.left - extents.right, 1.0),
           std::max(frame.height - extents.top - extents.bottom, 1.0)};
+}
+
+std::vector<std::string> localMachineNames() {
+  std::vector<std::string> names = {"localhost"};
+  std::array<char, 256> buffer{};
+  if (gethostname(buffer.data(), buffer.size() - 1) == 0) {
+    const std::string whole = buffer.data();
+    names.push_back(whole);
+    names.push_back(whole.substr(0, whole.find('.')));
+  }
+  return names;
+}
+
+std::optional<ProcessID> processOf(const ProcessEvidence& evidence, const std::vector<std::string>& localNames) {
+  const auto isPid = [](std::optional<std::uint32_t> pid) { return pid && *pid > 0 && *pid < firstStandInPid; };
+  const auto isLocal = [&](const std::string& name) { return std::ranges::find(localNames, name) != localNames.end(); };
+  const bool local = isLocal(evidence.machine) || isLocal(evidence.machine.substr(0, evidence.machine.find('.')));
+  if (!local && !evidence.machine.empty()) {
+    return std::nullopt;
+  }
+  if (isPid(evidence.server)) {
+    return static_cast<ProcessID>(*evidence.server);
+  }
+  return local && isPid(evidence.named) ? std::optional(static_cast<ProcessID>(*evidence.named)) : std::nullopt;
+}
+
+ProcessID standInPid(std::uint32_t window, std::uint32_t resourceMask) {
+  return firstStandInPid + static_cast<ProcessID>((window & ~resourceMask) >> std::popcount(resourceMask));
+}
+
+std::string programName(ProcessID pid) {
+  if (pid <= 0 || pid >= firstStandInPid) {
+    return {};
+  }
+  std::error_code error;
+  auto name = std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", error).filename().string();
+  // What the kernel adds when the program's file has been replaced since, as by an update.
+  constexpr std::string_view deleted = " (deleted)";
+  return name.ends_with(deleted) ? name.substr(0, name.size() - deleted.size()) : name;
 }
 
 }  // namespace tallowin

@@ -30,6 +30,10 @@ bool losesMinimizedWindows(const X11DesktopState& state) {
   return state.managerName == "Fluxbox";
 }
 
+bool isShown(const X11Window& window) {
+  return !window.hidden;
+}
+
 /// What a request carries for a coordinate, negative ones as two's complement.
 std::uint32_t word(double value) {
   constexpr double lowest = std::numeric_limits<std::int16_t>::min();
@@ -51,14 +55,45 @@ bool X11Refusals::isRefused(Request request, const X11DesktopState& desktops) {
   return found != worked_.end() ? !found->second : desktops.dynamic && request == Request::minimize;
 }
 
-void X11WindowActions::send(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data) {
-  connection_.sendToWindowManager(window, message, data);
+void X11Waits::until(std::function<bool()> happened, Duration limit, std::function<void(bool)> then) {
+  const int id = ++latest_;
+  waits_[id] = {std::move(happened), std::move(then), queue_.after(limit, [this, id] { look(id, true); })};
 }
 
-void X11WindowActions::removeState(xcb_window_t window, X11Atom first, std::optional<X11Atom> second) {
-  send(
+void X11Waits::lookAgain() {
+  std::vector<int> ids;
+  for (const auto& [id, wait] : waits_) {
+    ids.push_back(id);
+  }
+  for (const auto id : ids) {
+    look(id, false);
+  }
+}
+
+void X11Waits::look(int id, bool isLast) {
+  const auto found = waits_.find(id);
+  if (found == waits_.end()) {
+    return;
+  }
+  const bool happened = found->second.happened();
+  if (happened || isLast) {
+    const auto node = waits_.extract(id);
+    node.mapped().then(happened);
+  }
+}
+
+std::function<bool()> X11WindowActions::is(xcb_window_t number, std::function<bool(const X11Window&)> wanted) {
+  return [this, number, wanted = std::move(wanted)] {
+    const auto now = reader_.read(number);
+    return !now || wanted(*now);
+  };
+}
+
+void X11WindowActions::writeState(xcb_window_t window, std::uint32_t change, X11Atom first,
+                                  std::optional<X11Atom> second) {
+  connection_.writeToWindowManager(
       window, X11Atom::netWmState,
-      {removeProperty, connection_.atom(first), second ? connection_.atom(*second) : 0, X11Connection::pagerSource, 0});
+      {change, connection_.atom(first), second ? connection_.atom(*second) : 0, X11Connection::pagerSource, 0});
 }
 
 bool X11WindowActions::isHere(const X11Window& window) {
@@ -80,15 +115,10 @@ void X11WindowActions::minimize(const std::vector<xcb_window_t>& windows) {
   for (const auto window : windows) {
     connection_.writeToWindowManager(window, X11Atom::wmChangeState, {iconicState, 0, 0, 0, 0});
     // openbox takes a window on another desktop for minimised already, and hears this only.
-    connection_.writeToWindowManager(
-        window, X11Atom::netWmState,
-        {addProperty, connection_.atom(X11Atom::netWmStateHidden), 0, X11Connection::pagerSource, 0});
+    writeState(window, addProperty, X11Atom::netWmStateHidden);
   }
   connection_.flush();
-  const auto isMinimized = [this](xcb_window_t number) {
-    const auto window = reader_.read(number);
-    return !window || window->hidden;
-  };
+  const auto isMinimized = [this](xcb_window_t window) { return is(window, &X11Window::hidden)(); };
   waits_.until([=] { return std::ranges::any_of(windows, isMinimized); }, requestPatience,
                [this](bool happened) { refusals_.note(X11Refusals::Request::minimize, happened); });
 }
@@ -98,17 +128,13 @@ bool X11WindowActions::restore(xcb_window_t number, std::function<void()> then) 
   if (!window) {
     return false;
   }
-  const auto isShown = [this, number] {
-    const auto now = reader_.read(number);
-    return now && !now->hidden;
-  };
   if (!window->hidden) {
     if (then) {
       then();
     }
   } else if (isHere(*window)) {
     makeActive(number);
-    waits_.until(isShown, untilRestored, [this, window = *window, then = std::move(then)](bool happened) {
+    waits_.until(is(number, isShown), untilRestored, [this, window = *window, then = std::move(then)](bool happened) {
       if (!happened) {
         mapAgain(window, then);
       } else if (then) {
@@ -124,14 +150,10 @@ bool X11WindowActions::restore(xcb_window_t number, std::function<void()> then) 
 /// A client that maps its window again wants it back (ICCCM, Changing Window State); some window managers hear of that
 /// only, others of the state only.
 void X11WindowActions::mapAgain(const X11Window& window, const std::function<void()>& then) {
-  removeState(window.id, X11Atom::netWmStateHidden);
+  writeState(window.id, removeProperty, X11Atom::netWmStateHidden);
   xcb_map_window(connection_.raw(), window.id);
   connection_.flush();
-  const auto isShown = [this, number = window.id] {
-    const auto now = reader_.read(number);
-    return now && !now->hidden;
-  };
-  waits_.until(isShown, untilRestored, [this, window, then](bool happened) {
+  waits_.until(is(window.id, isShown), untilRestored, [this, window, then](bool happened) {
     if (happened && window.desktop) {
       connection_.writeMoveToDesktop(window.id, *window.desktop);  // metacity fetches it to the desktop in front
       connection_.flush();
@@ -166,28 +188,37 @@ bool X11WindowActions::setFrame(xcb_window_t number, const CGRect& frame) {
     }
     return connection_.alive();
   }
-  removeState(number, X11Atom::netWmStateMaximizedVert, X11Atom::netWmStateMaximizedHorz);
-  removeState(number, X11Atom::netWmStateFullscreen);
-  const auto isOrdinary = [this, number] {
-    const auto now = reader_.read(number);
-    return !now || (!now->maximized && !now->fullscreen);
-  };
+  writeState(number, removeProperty, X11Atom::netWmStateMaximizedVert, X11Atom::netWmStateMaximizedHorz);
+  writeState(number, removeProperty, X11Atom::netWmStateFullscreen);
+  connection_.flush();
+  const auto isOrdinary = [](const X11Window& now) { return !now.maximized && !now.fullscreen; };
   // One that keeps its state may take the frame all the same.
-  waits_.until(isOrdinary, untilOrdinary, [this, number, frame](bool /*happened*/) {
-    if (const auto now = reader_.read(number)) {
-      moveResize(*now, frame);
-    }
+  waits_.until(is(number, isOrdinary), untilOrdinary, [this, number, frame](bool /*happened*/) {
+    moveResize(number, frame);
+    // fluxbox tells only later that an ordinary window has its borders again, around which the size counts.
+    const auto isInPlace = [frame](const X11Window& now) { return now.frame == frame; };
+    waits_.until(is(number, isInPlace), requestPatience, [this, number, frame](bool happened) {
+      if (!happened) {
+        moveResize(number, frame);
+      }
+    });
   });
   return connection_.alive();
+}
+
+void X11WindowActions::moveResize(xcb_window_t number, const CGRect& frame) {
+  if (const auto window = reader_.read(number)) {
+    moveResize(*window, frame);
+  }
 }
 
 void X11WindowActions::moveResize(const X11Window& window, const CGRect& frame) {
   const auto client = clientSize(frame.size, window.extents.value_or(FrameExtents{}));
   // Where the decoration is not known the frame is the client's own rectangle.
   const auto gravity = window.extents ? northWestGravity : staticGravity;
-  send(window.id, X11Atom::netMoveresizeWindow,
-       {gravity | positionGiven | sizeGiven | fromPager, word(frame.origin.x), word(frame.origin.y), word(client.width),
-        word(client.height)});
+  connection_.sendToWindowManager(window.id, X11Atom::netMoveresizeWindow,
+                                  {gravity | positionGiven | sizeGiven | fromPager, word(frame.origin.x),
+                                   word(frame.origin.y), word(client.width), word(client.height)});
 }
 
 bool X11WindowActions::raise(xcb_window_t number) {
@@ -207,7 +238,7 @@ bool X11WindowActions::raise(xcb_window_t number) {
   if (isInFront(number)) {
     return true;  // also so that this is not taken for an effect of the request
   }
-  send(number, X11Atom::netRestackWindow, {X11Connection::pagerSource, 0, above, 0, 0});
+  connection_.sendToWindowManager(number, X11Atom::netRestackWindow, {X11Connection::pagerSource, 0, above, 0, 0});
   const auto activations = activations_;
   waits_.until([this, number] { return isInFront(number); }, requestPatience,
                [this, window = *window, activateIfHere, activations](bool happened) {
@@ -243,7 +274,8 @@ bool X11WindowActions::activate(xcb_window_t number) {
     makeActive(number);
     return connection_.alive();
   }
-  send(connection_.root(), X11Atom::netCurrentDesktop, {*window->desktop, time_.now(), 0, 0, 0});
+  connection_.sendToWindowManager(connection_.root(), X11Atom::netCurrentDesktop,
+                                  {*window->desktop, time_.now(), 0, 0, 0});
   waits_.until([this, desktop = *window->desktop] { return desktops_.read().current == desktop; }, requestPatience,
                [this, number, activation](bool happened) {
                  if (happened && activation == activations_) {
@@ -254,14 +286,15 @@ bool X11WindowActions::activate(xcb_window_t number) {
 }
 
 void X11WindowActions::makeActive(xcb_window_t window) {
-  send(window, X11Atom::netActiveWindow, {X11Connection::pagerSource, time_.now(), XCB_WINDOW_NONE, 0, 0});
+  connection_.sendToWindowManager(window, X11Atom::netActiveWindow,
+                                  {X11Connection::pagerSource, time_.now(), XCB_WINDOW_NONE, 0, 0});
 }
 
 bool X11WindowActions::close(xcb_window_t window) {
   if (!reader_.read(window)) {
     return false;
   }
-  send(window, X11Atom::netCloseWindow, {time_.now(), X11Connection::pagerSource, 0, 0, 0});
+  connection_.sendToWindowManager(window, X11Atom::netCloseWindow, {time_.now(), X11Connection::pagerSource, 0, 0, 0});
   return connection_.alive();
 }
 

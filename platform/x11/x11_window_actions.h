@@ -7,10 +7,9 @@
 #include <vector>
 
 #include "platform/geometry.h"
+#include "platform/main_queue.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
-#include "platform/x11/x11_server_time.h"
-#include "platform/x11/x11_waits.h"
 #include "platform/x11/x11_window_reader.h"
 
 namespace tallowin {
@@ -34,6 +33,33 @@ class X11Refusals {
  private:
   std::pair<std::uint32_t, std::string> windowManager_;
   std::map<Request, bool> worked_;  ///< nothing for what was not tried
+};
+
+/// Waits, without blocking, for what the server's events tell: that a window manager has done what it was asked for.
+/// What is under way when this is destroyed is forgotten. Main thread only.
+class X11Waits {
+ public:
+  explicit X11Waits(MainQueue& queue) : queue_(queue) {}
+
+  /// Runs `then` once, never inside this call: with true as soon as `happened` holds, which is looked at whenever
+  /// events have come, with false when it does not hold after `limit`.
+  void until(std::function<bool()> happened, Duration limit, std::function<void(bool)> then);
+
+  /// To be called when events have been handled.
+  void lookAgain();
+
+ private:
+  struct Wait {
+    std::function<bool()> happened;
+    std::function<void(bool)> then;
+    WorkItem end;
+  };
+
+  void look(int id, bool isLast);
+
+  MainQueue& queue_;
+  std::map<int, Wait> waits_;
+  int latest_ = 0;
 };
 
 /// What can be done to a managed window. Each operation asks the window manager and does not wait; what has to follow
@@ -70,12 +96,14 @@ class X11WindowActions {
   bool close(xcb_window_t window);
 
  private:
-  void send(xcb_window_t window, X11Atom message, const std::array<std::uint32_t, 5>& data);
-  void removeState(xcb_window_t window, X11Atom first, std::optional<X11Atom> second = {});
+  /// Looks whether a window is as wanted, or has gone.
+  [[nodiscard]] std::function<bool()> is(xcb_window_t window, std::function<bool(const X11Window&)> wanted);
+  void writeState(xcb_window_t window, std::uint32_t change, X11Atom first, std::optional<X11Atom> second = {});
   [[nodiscard]] bool isHere(const X11Window& window);
   [[nodiscard]] bool isInFront(xcb_window_t window);
   void mapAgain(const X11Window& window, const std::function<void()>& then);
   void makeActive(xcb_window_t window);
+  void moveResize(xcb_window_t window, const CGRect& frame);
   void moveResize(const X11Window& window, const CGRect& frame);
 
   X11Connection& connection_;

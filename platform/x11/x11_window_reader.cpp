@@ -6,7 +6,7 @@
 #include <set>
 #include <xcb/res.h>
 
-#include "platform/x11/x11_process_identity.h"
+#include "platform/x11/x11_properties.h"
 
 namespace tallowin {
 
@@ -205,6 +205,11 @@ X11WindowReader::Pids X11WindowReader::takePids(std::optional<std::uint32_t> seq
   return pids;
 }
 
+std::optional<ProcessID> X11WindowReader::process(xcb_window_t window) {
+  const auto pids = takePids(requestPids({window}));
+  return pids.empty() ? std::nullopt : std::optional(static_cast<ProcessID>(pids.begin()->second));
+}
+
 void X11WindowReader::handle(const xcb_generic_event_t& event) {
   switch (x11EventType(event)) {
     case XCB_PROPERTY_NOTIFY:
@@ -297,6 +302,8 @@ std::optional<X11Window> X11WindowReader::read(xcb_window_t window) {
     return std::nullopt;
   }
   numbers_.noteManaged({window});
+  latest_ = read;
+  latestAt_ = connection_.moment();
   return read;
 }
 
@@ -322,6 +329,9 @@ std::map<xcb_window_t, std::uint32_t> X11WindowReader::desktopsOf(const std::vec
 }
 
 std::optional<std::vector<ManagedSpaceID>> X11WindowReader::spacesOf(xcb_window_t window) {
+  if (latest_ && latest_->id == window && latestAt_ == connection_.moment()) {
+    return spacesShowing(desktops_.present().desktops, latest_->desktop, latest_->sticky);
+  }
   const auto desktopCookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
   const auto statesCookie = connection_.requestProperty(window, X11Atom::netWmState, XCB_ATOM_ATOM);
   const auto desktops = desktops_.read();

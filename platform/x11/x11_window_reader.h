@@ -76,8 +76,11 @@ class X11WindowReader {
   std::map<xcb_window_t, std::uint32_t> desktopsOfWindows();
   /// Those of these windows, in one; a window that has gone has none.
   std::map<xcb_window_t, std::uint32_t> desktopsOf(const std::vector<xcb_window_t>& windows);
-  /// The Spaces that show a window, in one round trip.
+  /// The Spaces that show a window, in one round trip; in none where that window has just been read.
   std::optional<std::vector<ManagedSpaceID>> spacesOf(xcb_window_t window);
+
+  /// The process at the other end of the connection of a window's client, where the server knows (X-Resource 1.2).
+  std::optional<ProcessID> process(xcb_window_t window);
 
   /// Takes an event of the server.
   void handle(const xcb_generic_event_t& event);
@@ -116,6 +119,8 @@ class X11WindowReader {
   const std::vector<std::string> localNames_;
   X11WindowNumbers numbers_;
   std::map<xcb_window_t, Known> known_;
+  std::optional<X11Window> latest_;  ///< the one that was read by itself
+  unsigned latestAt_ = 0;            ///< the connection's moment
 };
 
 }  // namespace tallowin

@@ -4,6 +4,10 @@
 #include <fstream>
 #include <iterator>
 
+#include "base/unicode.h"
+#include "platform/xdg/application_index.h"
+#include "platform/xdg/desktop_entry.h"
+
 namespace tallowin {
 
 namespace {
@@ -22,6 +26,21 @@ xcb_window_t windowToActivate(const X11WindowSnapshot& screen, const X11Applicat
     anywhere = anywhere == 0 ? number : anywhere;
   }
   return anywhere;
+}
+
+/// What Debian and its relatives call the user's terminal, then one that most systems have. Both take "-e PROGRAM".
+constexpr const char* terminals[] = {"x-terminal-emulator", "xterm"};
+
+std::string contentOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::optional<DesktopEntry> readEntry(const std::filesystem::path& path, const XdgEnvironment& environment) {
+  if (path.extension() != ".desktop") {
+    return std::nullopt;
+  }
+  return parseDesktopEntry(contentOf(path), localeTags(environment.locale));
 }
 
 }  // namespace
@@ -100,20 +119,15 @@ bool X11Workspace::activateWithOptions(ProcessID pid) {
   return window != 0 && actions_.activate(window);
 }
 
-std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleIdentifier(std::string_view bundle) {
-  return launcher_.find(bundle);
-}
-
 void X11Workspace::openApplicationAtURL(const std::filesystem::path& application,
                                         const OpenConfiguration& configuration, OpenCompletion completion) {
-  const auto file = launcher_.resolve(application);
+  const auto file = resolve(application);
   const bool another = configuration.createsNewApplicationInstance || !configuration.arguments.empty();
   const auto running = another ? std::nullopt : processOf(file);
   std::expected<void, std::string> result;
-  if (running && configuration.opensNewWindow) {
-    result = launcher_.openNewWindow(file);
-  } else if (!running || (configuration.activates && !activateWithOptions(*running))) {
-    result = launcher_.open(file, configuration.arguments);
+  const bool newWindow = running && configuration.opensNewWindow;
+  if (!running || newWindow || (configuration.activates && !activateWithOptions(*running))) {
+    result = open(file, configuration.arguments, newWindow);
   }
   queue_.async([result = std::move(result), completion = std::move(completion)] { completion(result); });
 }
@@ -122,22 +136,111 @@ void X11Workspace::openApplicationAtURL(const std::filesystem::path& application
 std::optional<ProcessID> X11Workspace::processOf(const std::filesystem::path& application) {
   const auto snapshot = applications_.latest();
   const auto found = std::ranges::find_if(snapshot->applications, [&](const X11Application& running) {
-    return launcher_.find(running.bundleIdentifier) == application;
+    return URLForApplicationWithBundleIdentifier(running.bundleIdentifier) == application;
   });
   return found != snapshot->applications.end() ? std::optional(found->pid) : std::nullopt;
 }
 
 bool X11Workspace::openURL(std::string_view url) {
-  return launcher_.openURL(std::string(url));
+  return start({"xdg-open", std::string(url)}) || start({"gio", "open", std::string(url)});
 }
 
 std::optional<std::string> X11Workspace::iconForFile(const std::filesystem::path& file) {
-  const auto picture = launcher_.iconOf(file);
-  if (!picture) {
+  const auto entry = readEntry(file, installed_.environment());
+  const auto picture = entry ? findIcon(entry->icon, installed_.environment()) : std::nullopt;
+  return picture ? std::optional(contentOf(*picture)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleIdentifier(std::string_view bundle) {
+  if (auto file = findNamed(bundle)) {
+    return file;
+  }
+  for (const auto name : linuxNamesOf(bundle)) {
+    if (auto file = findNamed(name)) {
+      return file;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::filesystem::path> X11Workspace::findNamed(std::string_view name) {
+  const auto index = installed_.current();
+  if (const auto* application = index->find(name)) {
+    return application->file;
+  }
+  const auto& folders = installed_.environment().programFolders;
+  if (name.find('/') != name.npos) {
     return std::nullopt;
   }
-  std::ifstream bytes(*picture, std::ios::binary);
-  return std::string{std::istreambuf_iterator<char>(bytes), std::istreambuf_iterator<char>()};
+  const auto program = findProgram(name, folders);
+  return program ? program : findProgram(lowerCased(name), folders);
+}
+
+std::filesystem::path X11Workspace::resolve(const std::filesystem::path& application) {
+  const bool isBundle = application.extension() == ".app";
+  if (application.empty() || (!isBundle && application.has_parent_path())) {
+    return application;
+  }
+  const bool hasSuffix = isBundle || application.extension() == ".desktop";
+  const auto name = (hasSuffix ? application.stem() : application.filename()).string();
+  if (auto file = URLForApplicationWithBundleIdentifier(name)) {
+    return *file;
+  }
+  const auto index = installed_.current();
+  const auto* found = index->named(name);
+  if (found == nullptr) {
+    found = index->match({name, name, ""});
+  }
+  return found != nullptr ? found->file : application;
+}
+
+std::expected<void, std::string> X11Workspace::open(const std::filesystem::path& path,
+                                                    const std::vector<std::string>& arguments, bool newWindow) {
+  if (path.extension() == ".desktop") {
+    auto entry = readEntry(path, installed_.environment());
+    if (!entry || entry->hidden) {
+      return std::unexpected(path.string() + " is no desktop entry of an application");
+    }
+    if (newWindow && !entry->newWindowExec.empty()) {
+      entry->exec = entry->newWindowExec;
+    }
+    return openEntry(path, *entry, arguments);
+  }
+  if (path.is_absolute() && findProgram(path.string(), {})) {
+    return processes_.launch({.executable = path.string(), .arguments = arguments, .addedEnvironment = {}});
+  }
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) {
+    return std::unexpected("there is no " + path.string());
+  }
+  return openURL(path.string()) ? std::expected<void, std::string>()
+                                : std::unexpected("nothing can open " + path.string());
+}
+
+std::expected<void, std::string> X11Workspace::openEntry(const std::filesystem::path& path, const DesktopEntry& entry,
+                                                         const std::vector<std::string>& arguments) {
+  auto words = expandExec(entry, path.string(), arguments);
+  if (words.empty()) {
+    return std::unexpected(path.string() + " does not say what to run");
+  }
+  if (entry.terminal) {
+    for (const auto* name : terminals) {
+      if (const auto terminal = findProgram(name, installed_.environment().programFolders)) {
+        words.insert(words.begin(), {terminal->string(), "-e"});
+        break;
+      }
+    }
+  }
+  return start(std::move(words));
+}
+
+std::expected<void, std::string> X11Workspace::start(std::vector<std::string> words) {
+  const auto program = findProgram(words.front(), installed_.environment().programFolders);
+  if (!program) {
+    return std::unexpected("there is no program " + words.front());
+  }
+  words.erase(words.begin());
+  return processes_.launch({.executable = program->string(), .arguments = std::move(words), .addedEnvironment = {}});
 }
 
 }  // namespace tallowin

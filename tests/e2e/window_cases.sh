@@ -239,7 +239,7 @@ desktop_identity_case() {
 
 # Some window managers have names of their own for desktops without one.
 plain_named_desktops() {
-  named_desktops | sed -E 's/ [^ ]*( |-)?3( E)?,/ Desktop 3\2,/'
+  named_desktops | sed -E 's/ (([Dd]esktop|[Ww]orkspace)[ -]?)?3( E)?,/ Desktop 3\3,/'
 }
 
 windows_by_desktop() {

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "base/unicode.h"
-#include "platform/x11/x11_desktop_names_plan.h"
+#include "platform/x11/x11_desktop_names.h"
 #include "platform/x11/x11_desktop_reader.h"
 #include "platform/x11/x11_displays.h"
 #include "platform/x11/x11_properties.h"

@@ -13,8 +13,8 @@ class X11DesktopWorld : public DesktopWorld {
     (void)desktop().observe([](const DesktopSign&) {});
   }
 
-  Desktop& desktop() override { return world_.session().desktop(); }
-  AskedDesktop* asked() override { return &world_.session().desktop(); }
+  Desktop& desktop() override { return world_.session().desktop; }
+  AskedDesktop* asked() override { return &world_.session().desktop; }
   void settle() override { world_.settle(); }
   void userSwitchesTo(std::size_t place) override {
     client_.connection().sendToWindowManager(client_.root(), X11Atom::netCurrentDesktop,

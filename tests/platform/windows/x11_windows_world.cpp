@@ -13,12 +13,12 @@ class X11WindowsWorld : public WindowsWorld {
     const auto front = world_.open(editor_, 0, "elsewhere.example.org");
     all_ = {front, middle, behind, elsewhere};
     for (const auto& window : all_) {
-      world_.session().windows().setFrame(window, {{30, 40}, {300, 200}});
+      world_.session().windows.setFrame(window, {{30, 40}, {300, 200}});
     }
     settle();
   }
 
-  Windows& windows() override { return world_.session().windows(); }
+  Windows& windows() override { return world_.session().windows; }
   void settle() override { world_.settle(); }
   [[nodiscard]] std::vector<WindowRef> all() const override { return all_; }
 

@@ -148,10 +148,10 @@ TEST_F(X11WindowsTest, TellsWhichApplicationsComeAndGo) {
   start();
   TestClient client;
   open(client, "Early");
-  loop_.runReady();
+  EXPECT_TRUE(eventually([&] { return !loop_.hasTimers(); }));
   std::vector<std::string> told;
   const auto observe = [&](NotificationName name, std::string_view text) {
-    return session_->workspaceNotifications().addObserver(name, [&told, text](const Notification& notification) {
+    return session_->workspaceNotifications.addObserver(name, [&told, text](const Notification& notification) {
       told.push_back(std::string(text) + (*notification.application == getpid() ? " local" : " remote"));
     });
   };
@@ -187,17 +187,17 @@ TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
     processes_.launched.clear();
     configuration.arguments = arguments;
     std::string said;
-    session_->workspace().openApplicationAtURL(path, configuration,
-                                               [&](const auto& result) { said = result ? "opened" : result.error(); });
+    session_->workspace.openApplicationAtURL(path, configuration,
+                                             [&](const auto& result) { said = result ? "opened" : result.error(); });
     EXPECT_TRUE(loop_.runUntil([&] { return !said.empty(); }));
     return processes_.launched.empty() ? said : said + " by " + processes_.launched.back();
   };
-  EXPECT_EQ(session_->workspace().URLForApplicationWithBundleIdentifier("editor"), entry);
-  EXPECT_EQ(session_->workspace().URLForApplicationWithBundleIdentifier("no such thing"), std::nullopt);
+  EXPECT_EQ(session_->workspace.URLForApplicationWithBundleIdentifier("editor"), entry);
+  EXPECT_EQ(session_->workspace.URLForApplicationWithBundleIdentifier("no such thing"), std::nullopt);
   EXPECT_EQ(openIt(entry), "opened by true");
   EXPECT_EQ(openIt(folder / "applications/broken.desktop"), "there is no program no-such-tool");
   EXPECT_EQ(openIt("/bin/ls", {"a", "b"}), "opened by ls a b");
-  const auto chrome = session_->workspace().URLForApplicationWithBundleIdentifier("com.google.Chrome");
+  const auto chrome = session_->workspace.URLForApplicationWithBundleIdentifier("com.google.Chrome");
   ASSERT_EQ(chrome, folder / "applications/google-chrome.desktop");
   EXPECT_EQ(openIt(*chrome, {"--profile-directory=Profile 1"}), "opened by echo --profile-directory=Profile 1");
   for (const auto* application : {"editor", "editor.desktop", "/Applications/The Editor.app", "the editor"}) {
@@ -209,7 +209,7 @@ TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
 
   TestClient client;
   open(client, "Editor");
-  EXPECT_EQ(session_->workspace().runningApplicationsWithBundleIdentifier("editor").at(0).localizedName, "The Editor");
+  EXPECT_EQ(session_->workspace.runningApplicationsWithBundleIdentifier("editor").at(0).localizedName, "The Editor");
   EXPECT_EQ(openIt(entry), "opened") << "it runs: it is made the active one";
   configuration.opensNewWindow = true;
   EXPECT_EQ(openIt(entry), "opened by true") << "its Exec again";

@@ -16,18 +16,14 @@ using testing::IsEmpty;
 class X11DesktopNamesTest : public X11DesktopTest {
  protected:
   void SetUp() override {
-    X11DesktopTest::SetUp();
-    if (!IsSkipped()) {
-      somebody_.emplace();
-      const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-      xcb_change_window_attributes(somebody_->raw(), somebody_->root(), XCB_CW_EVENT_MASK, &mask);
-    }
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(somebody_.raw(), somebody_.root(), XCB_CW_EVENT_MASK, &mask);
   }
 
   std::vector<std::string> read(X11Atom property) {
-    auto& connection = somebody_->connection();
+    auto& connection = somebody_.connection();
     return parseDesktopNames(connection.takeProperty(
-        connection.requestProperty(somebody_->root(), property, connection.atom(X11Atom::utf8String))));
+        connection.requestProperty(somebody_.root(), property, connection.atom(X11Atom::utf8String))));
   }
 
   /// The names in short: "Mail|2|".
@@ -40,37 +36,28 @@ class X11DesktopNamesTest : public X11DesktopTest {
   }
 
   void writeNames(const std::vector<std::string>& names) {
-    somebody_->setText(somebody_->root(), X11Atom::netDesktopNames, encodeTexts(names));
-    somebody_->sync();
+    somebody_.setText(somebody_.root(), X11Atom::netDesktopNames, encodeTexts(names));
+    somebody_.sync();
   }
 
   void deleteNames() {
-    xcb_delete_property(somebody_->raw(), somebody_->root(), somebody_->atom(X11Atom::netDesktopNames));
-    somebody_->sync();
+    xcb_delete_property(somebody_.raw(), somebody_.root(), somebody_.atom(X11Atom::netDesktopNames));
+    somebody_.sync();
   }
 
   /// How often the names were written or deleted since the last call.
   int takeChanges() {
-    somebody_->sync();
+    somebody_.sync();
     int changes = 0;
-    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(somebody_->raw())}) {
+    while (const XcbPtr<xcb_generic_event_t> event{xcb_poll_for_event(somebody_.raw())}) {
       const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
       const bool isProperty = (event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY;
-      changes += isProperty && change.atom == somebody_->atom(X11Atom::netDesktopNames) ? 1 : 0;
+      changes += isProperty && change.atom == somebody_.atom(X11Atom::netDesktopNames) ? 1 : 0;
     }
     return changes;
   }
 
-  void publish(const std::map<ManagedSpaceID, std::string>& names) { session_->desktopNames().publish(names); }
-
-  std::vector<ManagedSpaceID> ids() {
-    std::vector<ManagedSpaceID> ids;
-    const auto reading = desktop().read();
-    for (const auto& space : reading ? reading->displays.at(0).spaces : std::vector<DesktopSpace>()) {
-      ids.push_back(space.id);
-    }
-    return ids;
-  }
+  void publish(const std::map<ManagedSpaceID, std::string>& names) { session_->desktopNames.publish(names); }
 
   /// Lets everything that has happened take its effect, and the time pass.
   void settle(Duration time = 50ms) {
@@ -80,7 +67,7 @@ class X11DesktopNamesTest : public X11DesktopTest {
     loop_.runReady();
   }
 
-  std::optional<TestClient> somebody_;
+  TestClient somebody_;
 };
 
 TEST_F(X11DesktopNamesTest, MirrorsNamesAndGivesTheOldOnesBackEvenAfterBeingKilled) {

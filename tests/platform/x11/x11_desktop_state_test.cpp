@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "platform/x11/x11_desktop_names_plan.h"
+#include "platform/x11/x11_desktop_names.h"
 #include "platform/x11/x11_desktop_reader.h"
 #include "tests/platform/x11/property_values.h"
 

@@ -1,61 +1,50 @@
 #pragma once
 
+#include <algorithm>
 #include <gmock/gmock.h>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "platform/x11/x11_session.h"
-#include "tests/platform/x11/obedient_window_manager.h"
-#include "tests/platform/x11/recording_processes.h"
 #include "tests/platform/x11/scripted_window_manager.h"
 #include "tests/platform/x11/stepped_loop.h"
-#include "tests/platform/x11/test_client.h"
-#include "tests/platform/x11/x_server.h"
-#include "tests/set_clock.h"
+#include "tests/platform/x11/x11_world.h"
 
 namespace tallowin {
 
 /// A session on a real server, whose window manager is the test or in this process.
 template <typename Loop>
-class X11SessionTest : public XServerTest {
+class X11SessionTest : public testing::Test, protected X11Machine<Loop> {
  protected:
-  auto tryToConnect() {
-    return X11Session::connect(loop_, clock(), loop_, processes_, places_, 0, [this] { ++lost_; });
-  }
-
   void connect() {
-    auto connected = tryToConnect();
-    ASSERT_TRUE(connected) << connected.error();
-    session_ = std::move(*connected);
+    X11Machine<Loop>::connect();
     desktop().observe([this](const DesktopSign& sign) {
       EXPECT_TRUE(sign.isExact);
       told_.push_back(sign.reason);
     });
-    loop_.runReady();
+    this->loop_.runReady();
   }
 
-  const Clock& clock() {
-    if constexpr (std::derived_from<Loop, Clock>) {
-      return loop_;
-    } else {
-      return clock_;
-    }
-  }
+  X11Desktop& desktop() { return this->session_->desktop; }
+  Windows& windows() { return this->session_->windows; }
 
-  X11Desktop& desktop() { return session_->desktop(); }
-  Windows& windows() { return session_->windows(); }
+  DesktopDisplay display() { return desktop().read().value_or(DesktopReading{{{}}}).displays.at(0); }
+
+  std::vector<ManagedSpaceID> ids() {
+    std::vector<ManagedSpaceID> ids;
+    std::ranges::transform(display().spaces, std::back_inserter(ids), &DesktopSpace::id);
+    return ids;
+  }
 
   /// The list in short: "1 [2] 3", or "none".
   std::string spaces() {
-    const auto reading = desktop().read();
     std::string text;
-    for (const auto& space : reading ? reading->displays.at(0).spaces : std::vector<DesktopSpace>()) {
-      const bool isCurrent = reading->displays[0].current == space.id;
-      text += (text.empty() ? "" : " ") + (isCurrent ? "[" + std::to_string(space.id) + "]" : std::to_string(space.id));
+    for (const auto id : ids()) {
+      const auto number = std::to_string(id);
+      text += (text.empty() ? "" : " ") + (display().current == id ? "[" + number + "]" : number);
     }
     return text.empty() ? "none" : text;
   }
@@ -69,23 +58,17 @@ class X11SessionTest : public XServerTest {
     };
   }
 
-  Loop loop_;
-  SetClock clock_;
-  RecordingProcesses processes_;
-  KeptDesktopPlaces places_;
-  std::unique_ptr<X11Session> session_;
   std::vector<std::string> told_;
   std::string outcome_;
-  int lost_ = 0;
 };
 
 /// With a window manager that the test plays, and delays that pass when the test says so.
 class X11DesktopTest : public X11SessionTest<SteppedLoop> {
  protected:
   void post(VirtualKeyCode keyCode, std::uint64_t flags, bool down) {
-    auto event = session_->events().CGEventCreateKeyboardEvent(keyCode, down);
-    session_->events().CGEventSetFlags(*event, flags);
-    session_->events().CGEventPost(CGEventTap::hid, *event);
+    auto event = session_->events.CGEventCreateKeyboardEvent(keyCode, down);
+    session_->events.CGEventSetFlags(*event, flags);
+    session_->events.CGEventPost(CGEventTap::hid, *event);
   }
 
   /// What the window manager was asked for so far.
@@ -100,7 +83,7 @@ class X11DesktopTest : public X11SessionTest<SteppedLoop> {
 };
 
 /// With windows of clients in this process under a window manager that does what it is asked for.
-class X11WindowsTest : public X11SessionTest<TestLoop> {
+class X11WindowsTest : public X11SessionTest<RealLoop> {
  protected:
   void start(std::uint32_t desktops = 4, std::set<X11Atom> ignored = {}, int depth = 1,
              std::string_view name = "Openbox") {

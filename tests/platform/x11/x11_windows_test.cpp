@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/x11/x11_process_identity.h"
 #include "tests/platform/x11/x11_session_fixture.h"
 
 namespace tallowin {
@@ -76,8 +75,8 @@ TEST_F(X11WindowsTest, WindowsOfOtherMachinesHaveAProcessOfTheirOwn) {
   EXPECT_EQ(pids[1], pids[2]);
   EXPECT_GT(pids[3], firstStandInPid);
   EXPECT_NE(pids[1], pids[3]);
-  EXPECT_EQ(session_->workspace().runningApplications().size(), 3U);
-  EXPECT_EQ(session_->workspace().runningApplicationWithProcessIdentifier(pids[3])->bundleIdentifier, "Remote");
+  EXPECT_EQ(session_->workspace.runningApplications().size(), 3U);
+  EXPECT_EQ(session_->workspace.runningApplicationWithProcessIdentifier(pids[3])->bundleIdentifier, "Remote");
 }
 
 TEST_F(X11WindowsTest, SetsFramesWithTheDecorationTakenIntoAccount) {
@@ -116,7 +115,7 @@ TEST_F(X11WindowsTest, MinimisesHidesAndBringsBack) {
   const auto two = open(client, "Editor");
   const auto three = open(client, "Editor");
   const auto pid = getpid();
-  auto& workspace = session_->workspace();
+  auto& workspace = session_->workspace;
   const auto isHidden = [&](xcb_window_t window) { return read(window).hidden; };
   const auto applicationIsHidden = [&] { return workspace.runningApplicationWithProcessIdentifier(pid)->isHidden; };
   EXPECT_TRUE(windows().minimize(ref(one)));
@@ -162,7 +161,7 @@ TEST_F(X11WindowsTest, ActivatesTheMainWindowAfterSwitchingToItsDesktop) {
   const auto there = open(client, "Editor");
   const auto here = open(client, "Editor");
   moveToDesktop(there, 2);
-  auto& workspace = session_->workspace();
+  auto& workspace = session_->workspace;
   const auto isActive = [&](xcb_window_t window) { return witnessDesktops_->look().activeWindow == window; };
   EXPECT_TRUE(workspace.activateWithOptions(getpid()));
   ASSERT_TRUE(eventually([&] { return isActive(here); }));
@@ -196,7 +195,7 @@ TEST_F(X11WindowsTest, KnowsWhatTheWindowManagerIgnores) {
   moveToDesktop(two, 1);
   const auto activations = manager_->count(X11Atom::netActiveWindow);
   EXPECT_TRUE(windows().raise(ref(two)));
-  EXPECT_TRUE(session_->workspace().activateWithOptions(getpid()));
+  EXPECT_TRUE(session_->workspace.activateWithOptions(getpid()));
   EXPECT_TRUE(eventually([&] { return !loop_.hasTimers(); }));
   EXPECT_EQ(manager_->count(X11Atom::netActiveWindow), activations) << "its desktop does not come: it is not fetched";
   desktop().addSpace("Main", intoOutcome());
@@ -300,7 +299,7 @@ TEST_F(X11WindowFreshnessTest, IsOverWithTheTurnAndWithEveryRequest) {
   windows().list(WindowScope::all);
   movedByOthersTo(1);
   EXPECT_THAT(spacesOf(window), Optional(ElementsAre(1))) << "as it was read";
-  EXPECT_TRUE(session_->workspace().runningApplicationWithProcessIdentifier(getpid())->isActive);
+  EXPECT_TRUE(session_->workspace.runningApplicationWithProcessIdentifier(getpid())->isActive);
   EXPECT_EQ(spacesOf(client.root()), std::nullopt) << "not managed";
   EXPECT_FALSE(desktop().moveWindow(client.root(), 1));
   EXPECT_FALSE(desktop().moveWindow(window, 5));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdlib>
-#include <gtest/gtest.h>
+#include <stdexcept>
 #include <string>
 
 #include "tests/platform/child_process.h"
@@ -13,35 +13,20 @@ class XServer {
  public:
   XServer() {
     const auto number = process_.readLine();
-    display_ = number.empty() ? "" : ":" + number;
-    setenv("DISPLAY", display_.c_str(), 1);
+    if (number.empty()) {
+      throw std::runtime_error("Xvfb could not be started");
+    }
+    setenv("DISPLAY", (":" + number).c_str(), 1);
   }
-
   ~XServer() { unsetenv("DISPLAY"); }
   XServer(const XServer&) = delete;
   XServer& operator=(const XServer&) = delete;
-
-  /// Whether there is a server: Xvfb may not be installed.
-  [[nodiscard]] bool running() const { return !display_.empty(); }
 
   void stop() { process_.stop(); }
 
  private:
   ChildProcess process_{{"Xvfb", "-displayfd", std::to_string(ChildProcess::lineDescriptor), "-screen", "0",
                          "640x480x24", "-nolisten", "tcp", "-noreset"}};
-  std::string display_;
-};
-
-/// A test that needs a server.
-class XServerTest : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!server_.running()) {
-      GTEST_SKIP() << "Xvfb could not be started";
-    }
-  }
-
-  XServer server_;
 };
 
 }  // namespace tallowin
