@@ -65,12 +65,6 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                         [this](const std::string& url) { return handleURLEvent(url); }}),
       spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
                       appNames(windows_.contents)}),
-      windowRequests_(services_, windows_),
-      recordRequests_(services_, records_,
-                      [this](const SpaceCommand& command, OutcomeHandler done) {
-                        performer_.perform(command, {}, std::move(done));
-                      }),
-      editRequests_(services_, automation_, appNames(windows_.contents)),
       requests_(answers(), underWay_),
       scripting_({platform.scriptEvents, platform.desktopService, watcher_, store_, changes_,
                   [this](const std::string& url) { return handleURLEvent(url); },
@@ -148,9 +142,11 @@ RequestTable AppDelegate::answers() {
   RequestTable table;
   commandRequests_.addTo(table);
   spaceRequests_.addTo(table);
-  windowRequests_.addTo(table);
-  recordRequests_.addTo(table);
-  editRequests_.addTo(table);
+  addWindowRequests(table, services_, windows_);
+  addRecordRequests(table, services_, records_, [this](const SpaceCommand& command, OutcomeHandler done) {
+    performer_.perform(command, {}, std::move(done));
+  });
+  addEditRequests(table, services_, automation_, appNames(windows_.contents));
   table[RequestKind::doctor] = [this](const RequestJob& job) {
     answerDoctor(job, reportOfInstance(setUpChecks(platform_, storage_), settings_, localAPI_.openPort()));
   };

@@ -13,7 +13,6 @@
 #include "app/space_naming.h"
 #include "app/space_pipeline.h"
 #include "automation/automation_runner.h"
-#include "automation/edit_requests.h"
 #include "automation/note_files.h"
 #include "automation/record_requests.h"
 #include "automation/record_services.h"
@@ -28,7 +27,6 @@
 #include "platform/platform.h"
 #include "windows/automatic_names.h"
 #include "windows/window_commands.h"
-#include "windows/window_requests.h"
 #include "windows/window_services.h"
 
 namespace tallowin {
@@ -109,9 +107,6 @@ class AppDelegate {
   StateFeed feed_;
   CommandRequests commandRequests_;
   SpaceRequests spaceRequests_;
-  WindowRequests windowRequests_;
-  RecordRequests recordRequests_;
-  EditRequests editRequests_;
   RequestHandler requests_;
   ScriptingChannels scripting_;
   LocalAPI localAPI_;

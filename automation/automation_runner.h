@@ -12,7 +12,7 @@
 
 #include "base/delayed_steps.h"
 #include "core/program_services.h"
-#include "platform/events.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -69,7 +69,7 @@ void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, Proces
 
 /// Does what the user wants done when a Space is left and entered. Nothing that goes wrong is told but in the log. Main
 /// thread only.
-class AutomationRunner {
+class AutomationRunner : Pinned {
  public:
   /// Whether a Space has no windows.
   using IsSpaceEmpty = std::function<bool(const Space&)>;
@@ -77,8 +77,6 @@ class AutomationRunner {
   using AppsOnSpace = std::function<std::set<ProcessID>(const Space&)>;
 
   AutomationRunner(const ProgramServices& services, IsSpaceEmpty isSpaceEmpty, AppsOnSpace appsOnSpace);
-  AutomationRunner(const AutomationRunner&) = delete;
-  AutomationRunner& operator=(const AutomationRunner&) = delete;
 
   /// To be called once for every change of the active Space; without `from` at the start. Programs are started at once;
   /// the rest follows within half a second, whatever Space is active then. Does nothing while the setting

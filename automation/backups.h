@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "automation/settings_transfer.h"
-#include "base/app_paths.h"
 #include "core/program_services.h"
 
 namespace tallowin {

@@ -6,14 +6,14 @@
 
 #include "base/unicode.h"
 #include "base/words.h"
-#include "windows/display_set.h"
+#include "windows/window_layout.h"
 
 namespace tallowin {
 
 namespace {
 
 void appendDesktop(std::vector<std::string>& lines, const ProgramServices& services, const SpaceSnapshot& snapshot) {
-  if (const auto displaySet = connectedDisplays(services.displays, snapshot).key(); !displaySet.empty()) {
+  if (const auto displaySet = displaySetKey(connectedDisplays(services.displays, snapshot)); !displaySet.empty()) {
     lines.push_back("Display set: " + displaySet);
   }
   const auto release = services.files.read("/etc/os-release");

@@ -1,8 +1,8 @@
-#include "automation/edit_requests.h"
-
 #include <algorithm>
 #include <array>
+#include <functional>
 
+#include "automation/record_requests.h"
 #include "base/foreign_json.h"
 #include "base/json_text.h"
 #include "commands/space_command.h"
@@ -59,122 +59,131 @@ std::optional<std::string> strangeMember(const PropertyList& json) {
   return std::nullopt;
 }
 
-}  // namespace
+/// Answers requests that change what is said of one Space.
+struct EditRequests {
+  const ProgramServices& services;
+  AutomationRunner& runner;
+  AppNames apps;
 
-void EditRequests::addTo(RequestTable& table) {
-  table[RequestKind::edit] = [this](RequestJob job) { edit(std::move(job)); };
-  table[RequestKind::automation] = [this](RequestJob job) { automation(std::move(job)); };
-}
+  std::optional<Space> space(const RequestJob& job) const {
+    const auto ref = spaceRefFromText(job.words.operands.front());
+    services.watcher.refresh();  // a number counts the desktops as they are now
+    auto found = resolve(ref, services.watcher.latest(), services.store);
+    if (!found) {
+      job.fail(notFoundMessage(ref).value_or(noActiveSpace));
+    }
+    return found;
+  }
 
-std::optional<Space> EditRequests::space(const RequestJob& job) const {
-  const auto ref = spaceRefFromText(job.words.operands.front());
-  services_.watcher.refresh();  // a number counts the desktops as they are now
-  auto found = resolve(ref, services_.watcher.latest(), services_.store);
-  if (!found) {
-    job.fail(notFoundMessage(ref).value_or(noActiveSpace));
-  }
-  return found;
-}
-
-/// Ends the job if something is wrong with the values; nothing is changed before that is known.
-bool EditRequests::refuse(const RequestJob& job) const {
-  const auto& options = job.words.options;
-  if (options.empty() || (options.size() == 1 && job.words.json())) {
-    job.fail("say what to change: --name, --symbol, --color, --note, --group or --icon", exit_status::usage);
-    return true;
-  }
-  if (const auto color = options.find("--color");
-      color != options.end() && !color->second.empty() && !isColor(color->second)) {
-    job.fail("a colour is written as #9B6BF4", exit_status::usage);
-    return true;
-  }
-  if (const auto icon = options.find("--icon"); icon != options.end() && !icon->second.empty()) {
-    if (const auto fault = lookAtIcon(job.path(icon->second)); !fault) {
-      job.fail(fault.error());
+  /// Ends the job if something is wrong with the values; nothing is changed before that is known.
+  bool refuse(const RequestJob& job) const {
+    const auto& options = job.words.options;
+    if (options.empty() || (options.size() == 1 && job.words.json())) {
+      job.fail("say what to change: --name, --symbol, --color, --note, --group or --icon", exit_status::usage);
       return true;
     }
-  }
-  return false;
-}
-
-std::expected<void, ForeignFault> EditRequests::lookAtIcon(const std::filesystem::path& image) const {
-  const std::string notUnderstood = "That file is no picture.";
-  const auto bytes = readForeignFile(services_.files, image, notUnderstood);
-  if (!bytes) {
-    return std::unexpected(bytes.error());
-  }
-  return services_.images.decode(*bytes) ? std::expected<void, ForeignFault>()
-                                         : std::unexpected(ForeignFault{notUnderstood, "it cannot be decoded", false});
-}
-
-void EditRequests::edit(RequestJob job) const {
-  const auto edited = refuse(job) ? std::nullopt : space(job);
-  if (!edited) {
-    return;
-  }
-  const auto& options = job.words.options;
-  for (const auto& [option, apply] : edits) {
-    if (const auto value = options.find(std::string(option)); value != options.end()) {
-      apply(services_.store, value->second, edited->id);
+    if (const auto color = options.find("--color");
+        color != options.end() && !color->second.empty() && !isColor(color->second)) {
+      job.fail("a colour is written as #9B6BF4", exit_status::usage);
+      return true;
     }
+    if (const auto icon = options.find("--icon"); icon != options.end() && !icon->second.empty()) {
+      if (const auto fault = lookAtIcon(job.path(icon->second)); !fault) {
+        job.fail(fault.error());
+        return true;
+      }
+    }
+    return false;
   }
-  if (const auto icon = options.find("--icon"); icon != options.end()) {
-    const auto image = icon->second.empty() ? std::nullopt : std::optional(job.path(icon->second));
-    if (const auto set = services_.store.setCustomIcon(image, edited->id); !set) {
-      job.fail("cannot save: " + set.error().description, exit_status::cannotCreate);
+
+  std::expected<void, ForeignFault> lookAtIcon(const std::filesystem::path& image) const {
+    const std::string notUnderstood = "That file is no picture.";
+    const auto bytes = readForeignFile(services.files, image, notUnderstood);
+    if (!bytes) {
+      return std::unexpected(bytes.error());
+    }
+    return services.images.decode(*bytes) ? std::expected<void, ForeignFault>()
+                                          : std::unexpected(ForeignFault{notUnderstood, "it cannot be decoded", false});
+  }
+
+  void edit(const RequestJob& job) const {
+    const auto edited = refuse(job) ? std::nullopt : space(job);
+    if (!edited) {
       return;
     }
+    const auto& options = job.words.options;
+    for (const auto& [option, apply] : edits) {
+      if (const auto value = options.find(std::string(option)); value != options.end()) {
+        apply(services.store, value->second, edited->id);
+      }
+    }
+    if (const auto icon = options.find("--icon"); icon != options.end()) {
+      const auto image = icon->second.empty() ? std::nullopt : std::optional(job.path(icon->second));
+      if (const auto set = services.store.setCustomIcon(image, edited->id); !set) {
+        job.fail("cannot save: " + set.error().description, exit_status::cannotCreate);
+        return;
+      }
+    }
+    if (!job.words.json()) {
+      job.succeedOnceSaved(services.storage);
+    } else if (job.save(services.storage)) {
+      job.print(prettyJSON(spaceRecord(*edited, services.store, apps)));
+    }
   }
-  if (!job.words.json()) {
-    job.succeedOnceSaved(services_.storage);
-  } else if (job.save(services_.storage)) {
-    job.print(prettyJSON(spaceRecord(*edited, services_.store, apps_)));
-  }
-}
 
-void EditRequests::automation(RequestJob job) const {
-  const auto& operands = job.words.operands;
-  const auto what = operands.size() > 1 ? operands[1] : "get";
-  const bool hasFile = operands.size() > 2;
-  if (hasFile != (what == "set") || (what != "get" && what != "set" && what != "clear" && what != "run")) {
-    job.fail("what can be asked for: get, set FILE, clear, run", exit_status::usage);
-    return;
+  void answerAutomation(const RequestJob& job) const {
+    const auto& operands = job.words.operands;
+    const auto what = operands.size() > 1 ? operands[1] : "get";
+    const bool hasFile = operands.size() > 2;
+    if (hasFile != (what == "set") || (what != "get" && what != "set" && what != "clear" && what != "run")) {
+      job.fail("what can be asked for: get, set FILE, clear, run", exit_status::usage);
+      return;
+    }
+    const auto edited = space(job);
+    if (!edited) {
+      return;
+    }
+    const auto automation = services.store.meta(edited->id).automation.value_or(SpaceAutomation());
+    if (what == "set") {
+      setAutomation(job, *edited);
+    } else if (what == "get") {
+      job.print(prettyJSON(toJson(automation)));
+    } else if (what == "clear") {
+      services.store.setAutomation({}, edited->id);
+      job.succeedOnceSaved(services.storage);
+    } else {
+      runner.launch(automation);
+      job.succeed();
+    }
   }
-  const auto edited = space(job);
-  if (!edited) {
-    return;
-  }
-  const auto automation = services_.store.meta(edited->id).automation.value_or(SpaceAutomation());
-  if (what == "set") {
-    setAutomation(job, *edited);
-  } else if (what == "get") {
-    job.print(prettyJSON(toJson(automation)));
-  } else if (what == "clear") {
-    services_.store.setAutomation({}, edited->id);
-    job.succeedOnceSaved(services_.storage);
-  } else {
-    automation_.launch(automation);
-    job.succeed();
-  }
-}
 
-void EditRequests::setAutomation(const RequestJob& job, const Space& space) const {
-  const auto path = job.path(job.words.operands.back());
-  const auto json = readForeignJSON(services_.files, path, "that file is not an automation");
-  if (!json) {
-    job.fail(json.error());
-    return;
+  void setAutomation(const RequestJob& job, const Space& space) const {
+    const auto path = job.path(job.words.operands.back());
+    const auto json = readForeignJSON(services.files, path, "that file is not an automation");
+    if (!json) {
+      job.fail(json.error());
+      return;
+    }
+    const auto strange = json->is_object() ? strangeMember(*json) : std::nullopt;
+    const auto automation = automationFromJson(*json);
+    if (strange) {
+      job.fail("an automation has no member \"" + *strange + "\"", exit_status::badData);
+    } else if (!automation) {
+      job.fail("that file is not an automation (a member has the wrong type)", exit_status::badData);
+    } else {
+      services.store.setAutomation(*automation, space.id);
+      job.succeedOnceSaved(services.storage);
+    }
   }
-  const auto strange = json->is_object() ? strangeMember(*json) : std::nullopt;
-  const auto automation = automationFromJson(*json);
-  if (strange) {
-    job.fail("an automation has no member \"" + *strange + "\"", exit_status::badData);
-  } else if (!automation) {
-    job.fail("that file is not an automation (a member has the wrong type)", exit_status::badData);
-  } else {
-    services_.store.setAutomation(*automation, space.id);
-    job.succeedOnceSaved(services_.storage);
-  }
+};
+
+}  // namespace
+
+void addEditRequests(RequestTable& table, const ProgramServices& services, AutomationRunner& automation,
+                     const AppNames& apps) {
+  const EditRequests answers{services, automation, apps};
+  table[RequestKind::edit] = std::bind_front(&EditRequests::edit, answers);
+  table[RequestKind::automation] = std::bind_front(&EditRequests::answerAutomation, answers);
 }
 
 }  // namespace tallowin

@@ -7,7 +7,7 @@
 #include "base/property_list_reading.h"
 #include "base/record_reader.h"
 #include "base/unicode.h"
-#include "windows/display_set.h"
+#include "windows/window_layout.h"
 
 namespace tallowin {
 
@@ -136,7 +136,7 @@ PropertyList profileRecords(const std::vector<SpaceProfile>& profiles, const std
 }
 
 std::string ProfileStore::displaySet() const {
-  return connectedDisplays(services_.displays, services_.watcher.latest()).key();
+  return displaySetKey(connectedDisplays(services_.displays, services_.watcher.latest()));
 }
 
 void ProfileStore::displaysChanged() {

@@ -5,17 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "base/app_paths.h"
 #include "base/record_file.h"
-#include "base/settings.h"
 #include "commands/outcome.h"
 #include "core/program_services.h"
 #include "core/space_meta.h"
-#include "core/space_store.h"
-#include "platform/clock.h"
-#include "platform/displays.h"
 #include "platform/property_list.h"
-#include "platform/toasts.h"
 
 namespace tallowin {
 

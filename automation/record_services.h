@@ -11,20 +11,19 @@
 #include "base/record_file.h"
 #include "base/subscriptions.h"
 #include "core/space_changes.h"
+#include "platform/pinned.h"
 #include "windows/space_contents.h"
 
 namespace tallowin {
 
 /// Keeps "state.json" in the support folder up to date, for other programs on the machine: the state record as it is
 /// 0.4 seconds after the last change of the Spaces, of what is said of them and of what is on them. Main thread only.
-class StateExporter {
+class StateExporter : Pinned {
  public:
   static constexpr Duration delay = std::chrono::milliseconds(400);
 
   /// Watches from now on.
   StateExporter(const ProgramServices& services, SpaceChanges& changes, SpaceContents& contents);
-  StateExporter(const StateExporter&) = delete;
-  StateExporter& operator=(const StateExporter&) = delete;
 
   /// Writes the file 0.4 seconds after the last call of a run of them; not before the first snapshot, as until then
   /// nothing is known.
@@ -38,11 +37,9 @@ class StateExporter {
 };
 
 /// Everything that keeps records and moves them, put together. Main thread only.
-struct RecordServices {
+struct RecordServices : private Pinned {
   RecordServices(const ProgramServices& services, SpaceChanges& changes, SpaceContents& contents,
                  SpaceManagement& management);
-  RecordServices(const RecordServices&) = delete;
-  RecordServices& operator=(const RecordServices&) = delete;
 
   /// As the commands of these names do for the user, after a copy was made of what they replace.
   Outcome useProfile(const std::string& name);

@@ -9,20 +9,13 @@
 #include <string_view>
 #include <vector>
 
-#include "base/app_paths.h"
-#include "base/desktop_texts.h"
 #include "base/foreign_json.h"
 #include "base/lifetime.h"
 #include "base/record_file.h"
 #include "commands/outcome.h"
 #include "core/program_services.h"
-#include "core/space_store.h"
-#include "core/space_watcher.h"
-#include "platform/alerts.h"
-#include "platform/main_queue.h"
+#include "platform/pinned.h"
 #include "platform/property_list.h"
-#include "platform/toasts.h"
-#include "platform/workspace.h"
 #include "windows/space_management.h"
 
 namespace tallowin {
@@ -95,7 +88,7 @@ class SpaceTemplates {
 };
 
 /// The user's commands about templates, with what the user is told and asked. Main thread only.
-class TemplateCommands {
+class TemplateCommands : Pinned {
  public:
   /// Desktops that were added are looked for this long, this often.
   static constexpr Duration patience = std::chrono::seconds(3);
@@ -105,8 +98,6 @@ class TemplateCommands {
 
   TemplateCommands(const ProgramServices& services, SpaceTemplates& templates, SpaceManagement& management)
       : services_(services), templates_(templates), management_(management) {}
-  TemplateCommands(const TemplateCommands&) = delete;
-  TemplateCommands& operator=(const TemplateCommands&) = delete;
 
   /// Applies the template of this name. When there are too few desktops, asks whether to add the others, and then adds
   /// them and applies it again; what becomes of that is not waited for.

@@ -4,25 +4,21 @@
 #include <string>
 
 #include "automation/time_record.h"
-#include "base/app_paths.h"
 #include "base/broadcaster.h"
 #include "base/record_file.h"
-#include "base/settings.h"
 #include "core/program_services.h"
-#include "core/space.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
 /// Records how long the user is in each Space on each day, by the wall clock, in "stats.json" in the support folder.
 /// Nothing leaves the machine. A change is saved 5 seconds after the last one; what was not saved when the program ends
 /// is lost. Main thread only.
-class TimeTracker {
+class TimeTracker : Pinned {
  public:
   /// Reads the record. One that is missing, or cannot be read or understood, counts as empty; what was not understood
   /// is kept aside before the record is written.
   explicit TimeTracker(const ProgramServices& services);
-  TimeTracker(const TimeTracker&) = delete;
-  TimeTracker& operator=(const TimeTracker&) = delete;
 
   /// The active Space of the menu-bar display has changed.
   void spaceChanged(const Space& to);

@@ -5,12 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "base/settings.h"
 #include "base/subscriptions.h"
 #include "core/program_services.h"
-#include "core/space_store.h"
-#include "core/space_watcher.h"
-#include "platform/desktop_names.h"
+#include "platform/pinned.h"
 #include "windows/space_contents.h"
 
 namespace tallowin {
@@ -18,12 +15,10 @@ namespace tallowin {
 /// Names ordinary Spaces that the user has not named, while the setting "autoNameSpaces" is on: as the desktop system
 /// itself calls them, else after the application with most windows there (the first by name of several). Main thread
 /// only.
-class AutomaticNames {
+class AutomaticNames : Pinned {
  public:
   /// Gives the store the names from now on.
   AutomaticNames(const ProgramServices& services, SpaceContents& contents);
-  AutomaticNames(const AutomaticNames&) = delete;
-  AutomaticNames& operator=(const AutomaticNames&) = delete;
   ~AutomaticNames() { services_.store.autoNameProvider = nullptr; }
 
   /// Told when names of Spaces in the latest snapshot have become others.

@@ -13,7 +13,7 @@ void ReconnectRestore::start() {
 
 void ReconnectRestore::look() {
   auto now = connectedDisplays(services_.displays, services_.watcher.latest());
-  if (now.identifiers.empty() || now == latest_) {
+  if (now.empty() || now == latest_) {
     return;
   }
   const auto before = std::exchange(latest_, std::move(now));
@@ -21,7 +21,7 @@ void ReconnectRestore::look() {
     onChange();
   }
   if (before) {
-    displaysChanged(before->identifiers.size(), latest_->identifiers.size());
+    displaysChanged(before->size(), latest_->size());
   }
 }
 
@@ -36,8 +36,8 @@ void ReconnectRestore::displaysChanged(std::size_t before, std::size_t now) {
 
 void ReconnectRestore::settle() {
   const auto hold = std::move(autoSaveHold_);
-  if (latest_->identifiers.size() > fewest_ && services_.settings.get(setting::restoreOnDisplayReconnect)) {
-    if (const auto layout = layouts_.load(layout_name::reconnect, latest_->key())) {
+  if (latest_->size() > fewest_ && services_.settings.get(setting::restoreOnDisplayReconnect)) {
+    if (const auto layout = layouts_.load(layout_name::reconnect, displaySetKey(*latest_))) {
       restore(*layout);
     }
   }

@@ -4,20 +4,11 @@
 #include <memory>
 #include <optional>
 
-#include "base/desktop_texts.h"
 #include "base/lifetime.h"
-#include "base/settings.h"
 #include "core/program_services.h"
-#include "core/space_watcher.h"
-#include "platform/alerts.h"
-#include "platform/clock.h"
-#include "platform/displays.h"
-#include "platform/notification_center.h"
-#include "platform/system.h"
-#include "platform/toasts.h"
-#include "platform/workspace.h"
-#include "windows/display_set.h"
+#include "platform/pinned.h"
 #include "windows/layout_manager.h"
+#include "windows/window_layout.h"
 
 namespace tallowin {
 
@@ -25,15 +16,13 @@ namespace tallowin {
 /// automatic saving from recording what the system did to the windows meanwhile. Plugging in a dock makes displays come
 /// and go several times, which counts as one change; that no display at all is connected, as while they sleep, is none.
 /// Main thread only.
-class ReconnectRestore {
+class ReconnectRestore : Pinned {
  public:
   /// From the last change of the displays to the restore: the system moves windows about itself at first.
   static constexpr Duration delay = std::chrono::seconds(3);
 
   ReconnectRestore(const ProgramServices& services, SpaceContents& contents, LayoutManager& layouts)
       : services_(services), contents_(contents), layouts_(layouts) {}
-  ReconnectRestore(const ReconnectRestore&) = delete;
-  ReconnectRestore& operator=(const ReconnectRestore&) = delete;
 
   /// Told of the first set and of every other one at once, before windows are put back.
   std::function<void()> onChange;
@@ -55,7 +44,7 @@ class ReconnectRestore {
   SpaceContents& contents_;
   LayoutManager& layouts_;
   Subscription observer_;
-  std::optional<DisplaySet> latest_;  ///< as last seen
+  std::optional<std::vector<std::string>> latest_;  ///< as last seen
   // While the displays change:
   std::size_t fewest_ = 0;  ///< so many displays there were at least
   Subscription autoSaveHold_;
@@ -63,7 +52,7 @@ class ReconnectRestore {
 };
 
 /// Offers to put windows back after the computer was restarted. Main thread only.
-class RestartOffer {
+class RestartOffer : Pinned {
  public:
   /// A machine that has been up for less counts as just restarted.
   static constexpr Duration recentRestart = std::chrono::seconds(900);
@@ -71,8 +60,6 @@ class RestartOffer {
   static constexpr Duration delay = std::chrono::seconds(45);
 
   RestartOffer(const ProgramServices& services, LayoutManager& layouts) : services_(services), layouts_(layouts) {}
-  RestartOffer(const RestartOffer&) = delete;
-  RestartOffer& operator=(const RestartOffer&) = delete;
 
   /// To be called at start-up. If the machine was just restarted and the layout "auto" has windows for the displays
   /// that are connected 45 seconds later, the user is asked then.

@@ -7,16 +7,10 @@ namespace tallowin {
 
 namespace {
 
-constexpr auto scratchpadCategory = "Scratchpad";
-
-bool isShown(const RunningApplication& application) {
-  return application.isActive && !application.isHidden;
-}
-
-}  // namespace
-
-RulesByApplication appRules(const SpaceSnapshot& snapshot, const SpaceStore& store) {
-  RulesByApplication rules;
+/// Which application's new windows belong on which Space, by bundle identifier. Where several Spaces pin an
+/// application, the last one in the snapshot's order has it.
+std::map<std::string, Space> appRules(const SpaceSnapshot& snapshot, const SpaceStore& store) {
+  std::map<std::string, Space> rules;
   for (const auto& space : snapshot.allSpaces()) {
     for (const auto& bundleID : store.meta(space.id).automation.value_or(SpaceAutomation()).pinnedApps) {
       rules.insert_or_assign(bundleID, space);
@@ -24,6 +18,14 @@ RulesByApplication appRules(const SpaceSnapshot& snapshot, const SpaceStore& sto
   }
   return rules;
 }
+
+constexpr auto scratchpadCategory = "Scratchpad";
+
+bool isShown(const RunningApplication& application) {
+  return application.isActive && !application.isHidden;
+}
+
+}  // namespace
 
 void AppRules::apply(const std::vector<WindowInfo>& newWindows, const SpaceSnapshot& snapshot) {
   if (newWindows.empty() || !services_.settings.get(setting::applyAppRules)) {
@@ -103,11 +105,11 @@ bool FocusMemory::focusIsAmong(const std::vector<WindowInfo>& windows) const {
   return focused && std::ranges::any_of(windows, [&](const WindowInfo& window) { return window.id == *focused; });
 }
 
-Outcome Scratchpad::toggle(const SpaceSnapshot& snapshot, Toasts& toasts) {
+Outcome Scratchpad::toggle(const SpaceSnapshot& snapshot) {
   const auto bundleID = services_.settings.get(setting::scratchpadApp);
   if (bundleID.empty()) {
     constexpr auto message = "Choose a scratchpad app in Settings > Windows";
-    toasts.show({message, std::nullopt, true});
+    services_.toasts.show({message, std::nullopt, true});
     return Outcome::refused(message);
   }
   const auto running = services_.workspace.runningApplicationsWithBundleIdentifier(bundleID);
@@ -159,11 +161,6 @@ void SpaceMinimizer::undo() {
   for (const auto& window : std::exchange(lastMinimized_, {})) {
     windows_.unminimize(window);
   }
-}
-
-Toast minimizedToast(std::size_t count) {
-  return {"Minimized " + std::to_string(count) + " windows. Undo from the Tallowin menu.",
-          "arrow.down.right.and.arrow.up.left"};
 }
 
 bool openApplication(const std::string& bundleID, Workspace& workspace, Log& log, std::string_view category,

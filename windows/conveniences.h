@@ -8,35 +8,20 @@
 #include <string_view>
 #include <vector>
 
-#include "base/settings.h"
 #include "commands/outcome.h"
 #include "core/program_services.h"
-#include "core/space.h"
-#include "core/space_store.h"
-#include "platform/log.h"
-#include "platform/system.h"
-#include "platform/toasts.h"
-#include "platform/windows.h"
-#include "platform/workspace.h"
+#include "platform/pinned.h"
 #include "windows/space_contents.h"
 #include "windows/window_info.h"
 #include "windows/window_mover.h"
 
 namespace tallowin {
 
-/// Which application's new windows belong on which Space, by bundle identifier.
-using RulesByApplication = std::map<std::string, Space, std::less<>>;
-
-/// The rules that the Spaces' automations (`pinnedApps`) make. Where several Spaces pin an application, the last one in
-/// the snapshot's order has it.
-[[nodiscard]] RulesByApplication appRules(const SpaceSnapshot& snapshot, const SpaceStore& store);
-
-/// Sends new windows of an application to the Space that it is pinned to, each window once. Main thread only.
-class AppRules {
+/// Sends new windows of an application to the Space that it is pinned to by the Space's automation (`pinnedApps`), each
+/// window once. Main thread only.
+class AppRules : Pinned {
  public:
   AppRules(const ProgramServices& services, WindowMover& mover) : services_(services), mover_(mover) {}
-  AppRules(const AppRules&) = delete;
-  AppRules& operator=(const AppRules&) = delete;
 
   /// Applies the rules to windows never seen before, while the setting "applyAppRules" is on. A move that fails is
   /// logged.
@@ -51,15 +36,13 @@ class AppRules {
 };
 
 /// Remembers which window of each Space had the focus, and gives it back on return. In memory only. Main thread only.
-class FocusMemory {
+class FocusMemory : Pinned {
  public:
   /// From entering a Space to giving the focus back: the system chooses a window of its own first.
   static constexpr Duration delay = std::chrono::milliseconds(200);
 
   FocusMemory(const ProgramServices& services, const SpaceContents& contents, WindowMover& mover)
       : services_(services), contents_(contents), mover_(mover) {}
-  FocusMemory(const FocusMemory&) = delete;
-  FocusMemory& operator=(const FocusMemory&) = delete;
 
   /// To be called before the Space is left: notes the focused window, unless it is one of this program's own.
   void leaving(const Space& space);
@@ -92,9 +75,9 @@ class Scratchpad {
       : services_(services), contents_(contents), mover_(mover) {}
 
   /// Hides the application if it is the active one, and shows it otherwise: it is opened if it does not run, and its
-  /// first window brought over if that stands on another Space than the active one of the menu-bar display. `toasts`
-  /// tells the user when no application is chosen.
-  Outcome toggle(const SpaceSnapshot& snapshot, Toasts& toasts);
+  /// first window brought over if that stands on another Space than the active one of the menu-bar display. The
+  /// user is told when no application is chosen.
+  Outcome toggle(const SpaceSnapshot& snapshot);
 
  private:
   void bring(const std::string& bundleID, ProcessID anyProcess, const SpaceSnapshot& snapshot);
@@ -123,9 +106,6 @@ class SpaceMinimizer {
   Windows& windows_;
   std::vector<WindowRef> lastMinimized_;
 };
-
-/// What the user is told when so many windows were minimised.
-[[nodiscard]] Toast minimizedToast(std::size_t count);
 
 /// Opens and activates the application with this bundle identifier, or as the configuration says. That it is not
 /// installed or cannot be opened is logged under `category`; false when it is not installed. `log` must outlive the

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "windows/display_set.h"
 #include "windows/window_layout.h"
 
 namespace tallowin {
@@ -49,7 +48,7 @@ LayoutManager::LayoutManager(const ProgramServices& services, SpaceContents& con
       steps_(services.mainQueue) {}
 
 std::string LayoutManager::displaySetup(const SpaceSnapshot& snapshot) const {
-  return connectedDisplays(services_.displays, snapshot).key();
+  return displaySetKey(connectedDisplays(services_.displays, snapshot));
 }
 
 WindowLayout LayoutManager::capture(std::string_view name, const SpaceSnapshot& snapshot) const {
@@ -177,32 +176,32 @@ void LayoutManager::moveToHomeMonitor(const std::vector<Monitor>& monitors, Move
   });
 }
 
-Outcome LayoutCommands::saveLayout(const SpaceSnapshot& snapshot) {
-  const auto count = layouts_.save(layout_name::manual, snapshot).entries.size();
-  toasts_.show({"Saved the position of " + std::to_string(count) + " windows", layoutSymbol});
+Outcome LayoutManager::saveLayout(const SpaceSnapshot& snapshot) {
+  const auto count = save(layout_name::manual, snapshot).entries.size();
+  services_.toasts.show({"Saved the position of " + std::to_string(count) + " windows", layoutSymbol});
   return Outcome::done();
 }
 
-void LayoutCommands::restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer) {
-  const auto setup = layouts_.displaySetup(snapshot);
-  auto layout = layouts_.load(layout_name::manual, setup);
+void LayoutManager::restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer) {
+  const auto setup = displaySetup(snapshot);
+  auto layout = load(layout_name::manual, setup);
   if (!layout) {
-    layout = layouts_.load(layout_name::automatic, setup);
+    layout = load(layout_name::automatic, setup);
   }
   if (!layout) {
     constexpr auto message = "No saved window layout for these displays yet";
-    toasts_.show({message, std::nullopt, true});
+    services_.toasts.show({message, std::nullopt, true});
     answer.refuse(message);
     return;
   }
-  layouts_.restore(*layout, snapshot, [&toasts = toasts_, answer](std::size_t moved) {
+  restore(*layout, snapshot, [&toasts = services_.toasts, answer](std::size_t moved) {
     toasts.show({"Put " + std::to_string(moved) + " windows back on their Spaces", layoutSymbol});
     answer.done();
   });
 }
 
-void LayoutCommands::eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer) {
-  layouts_.ejectExternalDisplays(snapshot, [&toasts = toasts_, answer](std::size_t moved) {
+void LayoutManager::eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer) {
+  ejectExternalDisplays(snapshot, [&toasts = services_.toasts, answer](std::size_t moved) {
     toasts.show({"Moved " + std::to_string(moved) + " windows off external displays. Safe to unplug.", "eject"});
     answer.done();
   });

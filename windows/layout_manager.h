@@ -11,11 +11,7 @@
 #include "base/lifetime.h"
 #include "commands/commands_under_way.h"
 #include "core/program_services.h"
-#include "core/space_watcher.h"
-#include "platform/clock.h"
-#include "platform/displays.h"
-#include "platform/main_queue.h"
-#include "platform/toasts.h"
+#include "platform/pinned.h"
 #include "windows/space_contents.h"
 #include "windows/window_layout.h"
 #include "windows/window_mover.h"
@@ -51,7 +47,7 @@ class MoveTally {
 };
 
 /// Remembers which window stood where, for each set of displays, and puts windows back. Main thread only.
-class LayoutManager {
+class LayoutManager : Pinned {
  public:
   static constexpr Duration autoSaveInterval = std::chrono::seconds(300);
 
@@ -60,8 +56,6 @@ class LayoutManager {
   using Completion = MoveTally::Completion;
 
   LayoutManager(const ProgramServices& services, SpaceContents& contents, WindowMover& mover);
-  LayoutManager(const LayoutManager&) = delete;
-  LayoutManager& operator=(const LayoutManager&) = delete;
 
   /// The key under which layouts are kept for the displays that are connected now.
   [[nodiscard]] std::string displaySetup(const SpaceSnapshot& snapshot) const;
@@ -87,6 +81,15 @@ class LayoutManager {
   /// Holds automatic saving until the subscription is let go of, as while windows are not where the user put them.
   [[nodiscard]] Subscription holdAutoSave();
 
+  /// The user's command, of which the user is told: saves the layout "manual" for the displays that are connected.
+  Outcome saveLayout(const SpaceSnapshot& snapshot);
+
+  /// The same: puts windows back as "manual" has them, or "auto" if that was never saved for these displays.
+  void restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
+
+  /// The same: gathers all windows on the display that stays when the others are unplugged.
+  void eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
+
   /// Saves "auto" and starts moving every window to the display that stays when the others are unplugged; where all
   /// monitors show one set of Spaces, to the monitor that stays, on the same Space.
   void ejectExternalDisplays(const SpaceSnapshot& snapshot, Completion completion);
@@ -109,25 +112,6 @@ class LayoutManager {
   int autoSaveHolds_ = 0;     ///< so many hold automatic saving
   bool autoSaveDue_ = false;  ///< a save was due meanwhile
   Lifetime lifetime_;
-};
-
-/// The user's commands about window layouts, with what the user is told of them. Main thread only.
-class LayoutCommands {
- public:
-  LayoutCommands(LayoutManager& layouts, Toasts& toasts) : layouts_(layouts), toasts_(toasts) {}
-
-  /// Saves the layout "manual" for the displays that are connected.
-  Outcome saveLayout(const SpaceSnapshot& snapshot);
-
-  /// Puts windows back as "manual" has them, or "auto" if that was never saved for these displays.
-  void restoreLayout(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
-
-  /// Gathers all windows on the display that stays when the others are unplugged.
-  void eject(const SpaceSnapshot& snapshot, const CommandAnswer& answer);
-
- private:
-  LayoutManager& layouts_;
-  Toasts& toasts_;
 };
 
 }  // namespace tallowin

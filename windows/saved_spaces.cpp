@@ -9,7 +9,7 @@
 #include "base/unicode.h"
 #include "base/uuid.h"
 #include "windows/conveniences.h"
-#include "windows/window_info.h"
+#include "windows/window_layout.h"
 
 namespace tallowin {
 
@@ -219,22 +219,22 @@ std::optional<SavedSpace> SavedSpaces::named(std::string_view name) {
   return found != spaces.end() ? std::optional(*found) : std::nullopt;
 }
 
-Outcome SavedSpaceCommands::saveAndClose(const Space& space) {
-  const auto saved = savedSpaces_.save(space);
+Outcome SavedSpaces::saveAndClose(const Space& space) {
+  const auto saved = save(space);
   if (!saved) {
     const auto message = description(saved.error());
-    toasts_.show({std::string(message), std::nullopt, true});
+    services_.toasts.show({std::string(message), std::nullopt, true});
     return Outcome::refused(message);
   }
   const auto apps = std::to_string(saved->apps.size());
-  toasts_.show({"Saved " + saved->name + " with " + apps + " apps and closed its windows", symbol});
-  savedSpaces_.closeWindows(space);
+  services_.toasts.show({"Saved " + saved->name + " with " + apps + " apps and closed its windows", symbol});
+  closeWindows(space);
   return Outcome::done();
 }
 
-void SavedSpaceCommands::reopen(const SavedSpace& space) {
-  savedSpaces_.restore(space);
-  toasts_.show({"Reopening " + space.name, symbol});
+void SavedSpaces::reopen(const SavedSpace& space) {
+  restore(space);
+  services_.toasts.show({"Reopening " + space.name, symbol});
 }
 
 }  // namespace tallowin

@@ -10,12 +10,8 @@
 #include "base/record_file.h"
 #include "commands/outcome.h"
 #include "core/program_services.h"
-#include "platform/apple_script.h"
-#include "platform/clock.h"
 #include "platform/geometry.h"
 #include "platform/property_list.h"
-#include "platform/toasts.h"
-#include "platform/workspace.h"
 #include "windows/space_contents.h"
 
 namespace tallowin {
@@ -70,6 +66,13 @@ class SavedSpaces {
   /// Adds a record of what is open on the Space.
   [[nodiscard]] std::expected<SavedSpace, Failure> save(const Space& space);
 
+  /// The user's command, of which the user is told: saves the Space and closes its windows. What could not be saved is
+  /// not closed.
+  Outcome saveAndClose(const Space& space);
+
+  /// The same: opens a saved Space again.
+  void reopen(const SavedSpace& space);
+
   /// Presses the close buttons of the Space's windows, as they were read last, without waiting for their applications,
   /// which may ask their users.
   void closeWindows(const Space& space) const;
@@ -96,20 +99,6 @@ class SavedSpaces {
   const SpaceContents& contents_;
   const BrowserTabs browserTabs_;
   RecordFile file_;
-};
-
-/// The user's commands about saved Spaces, with what the user is told of them. Main thread only.
-class SavedSpaceCommands {
- public:
-  SavedSpaceCommands(SavedSpaces& savedSpaces, Toasts& toasts) : savedSpaces_(savedSpaces), toasts_(toasts) {}
-
-  /// Saves the Space, tells the user, and closes its windows. What could not be saved is not closed.
-  Outcome saveAndClose(const Space& space);
-  void reopen(const SavedSpace& space);
-
- private:
-  SavedSpaces& savedSpaces_;
-  Toasts& toasts_;
 };
 
 }  // namespace tallowin

@@ -13,6 +13,7 @@
 #include "base/published.h"
 #include "base/subscriptions.h"
 #include "core/space_state.h"
+#include "platform/pinned.h"
 #include "platform/platform.h"
 #include "windows/window_info.h"
 
@@ -42,11 +43,9 @@ struct SpaceContentsLookups {
 
 /// Knows which ordinary windows of other applications stand on which Space, and reports windows never seen before.
 /// Windows on no Space, or on several, do not count. Main thread only; the window list is read on a queue of its own.
-class SpaceContents {
+class SpaceContents : Pinned {
  public:
   explicit SpaceContents(const Platform& services);
-  SpaceContents(const SpaceContents&) = delete;
-  SpaceContents& operator=(const SpaceContents&) = delete;
 
   /// Told of windows that no earlier reading had, front to back, after they have been published. Windows that the first
   /// reading finds are not new, and no number is reported twice, not even one that was closed and given out again.

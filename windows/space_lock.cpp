@@ -14,13 +14,13 @@ void SpaceLock::start() {
 }
 
 bool SpaceLock::spaceChanged(const std::optional<Space>& from, const Space& to, bool initiatedByTallowin) {
-  const bool concerned = !initiatedByTallowin && from && from->displayID == to.displayID && onPulledAway;
+  const bool concerned = !initiatedByTallowin && from && from->displayID == to.displayID;
   if (!concerned || !services_.settings.get(setting::spaceLock) || !wasPulled()) {
     return false;
   }
   RunningApplication ended;
   ended.pid = lastActivation_->pid;
-  onPulledAway(*from, services_.workspace.runningApplicationWithProcessIdentifier(ended.pid).value_or(ended));
+  goBack(*from, services_.workspace.runningApplicationWithProcessIdentifier(ended.pid).value_or(ended));
   return true;
 }
 
@@ -29,8 +29,8 @@ bool SpaceLock::wasPulled() const {
          std::chrono::nanoseconds(services_.clock.machAbsoluteTime() - lastActivation_->at) < pullTime;
 }
 
-void PulledAwayReaction::pulledAway(const Space& left, const RunningApplication& application,
-                                    const SpaceSnapshot& snapshot) {
+void SpaceLock::goBack(const Space& left, const RunningApplication& application) {
+  const auto& snapshot = services_.watcher.latest();
   const auto window = windowToBring(left, application.pid, snapshot);
   if (window && window->spaceID != left.managedID) {
     bring(*window, left, snapshot);
@@ -42,8 +42,8 @@ void PulledAwayReaction::pulledAway(const Space& left, const RunningApplication&
   services_.toasts.show({"Brought " + application.localizedName.value_or("the app") + " here", "lock"});
 }
 
-std::optional<WindowInfo> PulledAwayReaction::windowToBring(const Space& left, ProcessID pid,
-                                                            const SpaceSnapshot& snapshot) const {
+std::optional<WindowInfo> SpaceLock::windowToBring(const Space& left, ProcessID pid,
+                                                   const SpaceSnapshot& snapshot) const {
   const auto display = snapshot.display(left);
   const auto active = display ? display->activeSpace() : std::nullopt;
   auto windows = contents_.windows().get();
@@ -54,7 +54,7 @@ std::optional<WindowInfo> PulledAwayReaction::windowToBring(const Space& left, P
 }
 
 /// The target is the Space that was left, not the active one, which is still the wrong one.
-void PulledAwayReaction::bring(const WindowInfo& window, const Space& left, const SpaceSnapshot& snapshot) {
+void SpaceLock::bring(const WindowInfo& window, const Space& left, const SpaceSnapshot& snapshot) {
   const FrontWindow moved{window.id, window.pid, window.frame};
   mover_.move(moved, left, snapshot, false, false, [&mover = mover_, moved](WindowMover::Result result) {
     if (result) {
@@ -63,7 +63,7 @@ void PulledAwayReaction::bring(const WindowInfo& window, const Space& left, cons
   });
 }
 
-void PulledAwayReaction::openHere(const RunningApplication& application) {
+void SpaceLock::openHere(const RunningApplication& application) {
   if (!application.bundleIdentifier) {
     return;
   }

@@ -6,13 +6,14 @@
 
 #include "base/desktop_texts.h"
 #include "base/lifetime.h"
+#include "platform/pinned.h"
 #include "platform/platform.h"
 #include "windows/driven/mission_control_driver.h"
 
 namespace tallowin {
 
 /// Adds and removes desktops: by asking the desktop for it, or through Mission Control. Main thread only.
-class SpaceManagement {
+class SpaceManagement : Pinned {
  public:
   /// Of a desktop that can be asked, `unavailable` says that it does not do that.
   using Failure = MissionControlDriver::Failure;
@@ -22,8 +23,6 @@ class SpaceManagement {
   using Completion = MissionControlDriver::Completion;
 
   explicit SpaceManagement(const Platform& services);
-  SpaceManagement(const SpaceManagement&) = delete;
-  SpaceManagement& operator=(const SpaceManagement&) = delete;
   ~SpaceManagement();
 
   /// Adds a desktop to the first display.

@@ -49,22 +49,22 @@ void WindowCommands::moveFrontWindowStep(bool right, bool follow, const CommandA
 
 Outcome WindowCommands::saveLayout() {
   windows_.contents.readNow();
-  return windows_.layoutCommands.saveLayout(snapshot());
+  return windows_.layouts.saveLayout(snapshot());
 }
 
 void WindowCommands::restoreLayout(const CommandAnswer& answer) {
   windows_.contents.readNow();
-  windows_.layoutCommands.restoreLayout(snapshot(), answer);
+  windows_.layouts.restoreLayout(snapshot(), answer);
 }
 
 void WindowCommands::eject(const CommandAnswer& answer) {
   windows_.contents.readNow();
-  windows_.layoutCommands.eject(snapshot(), answer);
+  windows_.layouts.eject(snapshot(), answer);
 }
 
 Outcome WindowCommands::toggleScratchpad() {
   windows_.contents.readNow();
-  return windows_.scratchpad.toggle(snapshot(), services_.toasts);
+  return windows_.scratchpad.toggle(snapshot());
 }
 
 Outcome WindowCommands::minimizeAll() {
@@ -73,7 +73,9 @@ Outcome WindowCommands::minimizeAll() {
     return Outcome::refused(noActiveSpace);
   }
   windows_.contents.readNow();
-  services_.toasts.show(minimizedToast(windows_.minimizer.minimizeAll(*space, windows_.contents)));
+  const auto count = windows_.minimizer.minimizeAll(*space, windows_.contents);
+  services_.toasts.show({"Minimized " + std::to_string(count) + " windows. Undo from the Tallowin menu.",
+                         "arrow.down.right.and.arrow.up.left"});
   windows_.contents.refresh();
   return Outcome::done();
 }
@@ -91,7 +93,7 @@ Outcome WindowCommands::saveAndClose() {
     return Outcome::refused(noActiveSpace);
   }
   windows_.contents.readNow();
-  const auto outcome = windows_.savedSpaceCommands.saveAndClose(*space);
+  const auto outcome = windows_.savedSpaces.saveAndClose(*space);
   windows_.contents.refresh();
   return outcome;
 }

@@ -5,7 +5,6 @@
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "core/program_services.h"
-#include "core/space_watcher.h"
 #include "windows/window_services.h"
 
 namespace tallowin {

@@ -7,7 +7,6 @@
 
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
-#include "platform/property_list.h"
 
 namespace tallowin {
 
@@ -28,18 +27,11 @@ struct WindowInfo {
 
 /// An application with at least one window on a Space.
 struct AppOnSpace {
-  /// A negative value stands for an application that is not running.
   ProcessID pid = 0;
   std::optional<std::string> bundleID;
   std::string name;                     ///< as the first of the windows gave it
   std::vector<WindowNumber> windowIDs;  ///< on that Space, front to back
   bool operator==(const AppOnSpace&) const = default;
 };
-
-/// A rectangle as records hold it: [[x, y], [width, height]].
-[[nodiscard]] PropertyList toJson(const CGRect& frame);
-
-/// Nothing for anything but two pairs of numbers.
-[[nodiscard]] std::optional<CGRect> frameFromJson(const PropertyList& json);
 
 }  // namespace tallowin

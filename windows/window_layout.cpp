@@ -6,13 +6,24 @@
 #include "base/date_text.h"
 #include "base/fnv1a.h"
 #include "base/json_text.h"
+#include "base/property_list_reading.h"
 #include "base/record_reader.h"
 #include "base/unicode.h"
-#include "windows/window_info.h"
+#include "base/words.h"
+#include "core/display_lookup.h"
 
 namespace tallowin {
 
 namespace {
+
+std::optional<std::pair<double, double>> pair(const PropertyList& json) {
+  if (!json.is_array() || json.size() != 2) {
+    return std::nullopt;
+  }
+  const auto first = property_list::real(json[0]);
+  const auto second = property_list::real(json[1]);
+  return first && second ? std::optional(std::pair(*first, *second)) : std::nullopt;
+}
 
 PropertyList entryToJson(const WindowLayout::Entry& entry) {
   return {{"bundleID", entry.bundleID},
@@ -56,7 +67,57 @@ std::expected<WindowLayout, std::string> parse(std::string_view text) {
                 : std::unexpected(json ? "the record has the wrong form" : json.error());
 }
 
+std::vector<Space> ordinarySpaces(const DisplaySpaces& display) {
+  auto spaces = display.spaces;
+  std::erase_if(spaces, &Space::isFullscreen);
+  return spaces;
+}
+
+double areaOf(const CGRect& rect) {
+  return rect.size.width * rect.size.height;
+}
+
+const Monitor& homeMonitor(const std::vector<Monitor>& monitors) {
+  auto home = std::ranges::find_if(monitors, &Monitor::isBuiltIn);
+  if (home == monitors.end()) {
+    home = std::ranges::find_if(monitors, &Monitor::isPrimary);
+  }
+  return home != monitors.end() ? *home : monitors.front();
+}
+
+/// The monitor that shows most of a frame, `home` if no other one shows more of it than that; null when none shows any.
+const Monitor* monitorOf(const CGRect& frame, const Monitor& home, const std::vector<Monitor>& monitors) {
+  const auto shown = [&](const Monitor& monitor) { return areaOf(intersection(frame, monitor.bounds)); };
+  const auto& most = *std::ranges::max_element(monitors, {}, shown);
+  const auto& found = shown(most) > shown(home) ? most : home;
+  return shown(found) > 0 ? &found : nullptr;
+}
+
+/// The frame at its place in another area, made smaller and moved as far as is needed to lie inside.
+CGRect inside(const CGRect& area, const CGRect& frame, CGPoint placeInItsArea) {
+  const CGSize size{std::min(frame.size.width, area.size.width), std::min(frame.size.height, area.size.height)};
+  const auto fitted = [](double place, double room) { return std::clamp(place, 0.0, room); };
+  return {{area.origin.x + fitted(placeInItsArea.x, area.size.width - size.width),
+           area.origin.y + fitted(placeInItsArea.y, area.size.height - size.height)},
+          size};
+}
+
 }  // namespace
+
+PropertyList toJson(const CGRect& frame) {
+  return PropertyList::array({PropertyList::array({frame.origin.x, frame.origin.y}),
+                              PropertyList::array({frame.size.width, frame.size.height})});
+}
+
+std::optional<CGRect> frameFromJson(const PropertyList& json) {
+  if (!json.is_array() || json.size() != 2) {
+    return std::nullopt;
+  }
+  const auto origin = pair(json[0]);
+  const auto size = pair(json[1]);
+  return origin && size ? std::optional(CGRect{{origin->first, origin->second}, {size->first, size->second}})
+                        : std::nullopt;
+}
 
 PropertyList toJson(const WindowLayout& layout) {
   return {{"name", layout.name},
@@ -128,6 +189,59 @@ void LayoutFiles::write(const WindowLayout& layout, std::string_view name) {
 
 std::optional<WindowLayout> LayoutFiles::read(std::string_view name, std::string_view displaySetup) {
   return file(name, displaySetup).read(parse);
+}
+
+std::string displaySetKey(const std::vector<std::string>& displays) {
+  return joined(displays, "+");
+}
+
+std::vector<std::string> connectedDisplays(Displays& displays, const SpaceSnapshot& snapshot) {
+  auto connected = displays.displaySetIdentifiers();
+  if (connected.empty()) {
+    std::ranges::transform(snapshot.displays, std::back_inserter(connected), &DisplaySpaces::id);
+  }
+  std::ranges::sort(connected);
+  return connected;
+}
+
+std::optional<DisplaySpaces> homeDisplay(Displays& displays, const SpaceSnapshot& snapshot) {
+  const auto builtin = std::ranges::find_if(snapshot.displays, [&](const DisplaySpaces& candidate) {
+    const auto display = displayWithIdentifier(displays, candidate.id);
+    return display != 0 && displays.CGDisplayIsBuiltin(display);
+  });
+  return builtin != snapshot.displays.end() ? std::optional(*builtin) : snapshot.menuBarDisplay();
+}
+
+std::vector<SpaceEjection> planEjection(const SpaceSnapshot& snapshot, const DisplaySpaces& home) {
+  const auto homeSpaces = ordinarySpaces(home);
+  std::vector<SpaceEjection> plan;
+  for (const auto& display : snapshot.displays) {
+    if (display.id == home.id || homeSpaces.empty()) {
+      continue;
+    }
+    const auto spaces = ordinarySpaces(display);
+    for (std::size_t i = 0; i < spaces.size(); ++i) {
+      plan.push_back({spaces[i], homeSpaces[std::min(i, homeSpaces.size() - 1)]});
+    }
+  }
+  return plan;
+}
+
+std::vector<WindowEjection> planEjection(const std::vector<WindowInfo>& windows, const std::vector<Monitor>& monitors) {
+  std::vector<WindowEjection> plan;
+  if (monitors.empty()) {
+    return plan;
+  }
+  const auto& home = homeMonitor(monitors);
+  for (const auto& window : windows) {
+    const auto* const monitor = monitorOf(window.frame, home, monitors);
+    if (monitor != nullptr && monitor != &home) {
+      const auto& corner = monitor->workArea.origin;
+      const CGPoint place{window.frame.origin.x - corner.x, window.frame.origin.y - corner.y};
+      plan.push_back({window, inside(home.workArea, window.frame, place)});
+    }
+  }
+  return plan;
 }
 
 }  // namespace tallowin

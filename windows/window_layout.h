@@ -9,7 +9,9 @@
 
 #include "base/app_paths.h"
 #include "base/record_file.h"
+#include "core/space.h"
 #include "platform/clock.h"
+#include "platform/displays.h"
 #include "platform/geometry.h"
 #include "platform/property_list.h"
 #include "windows/window_info.h"
@@ -25,6 +27,12 @@ inline constexpr std::string_view automatic = "auto";
 inline constexpr std::string_view reconnect = "auto-setup";
 }  // namespace layout_name
 
+/// A rectangle as records hold it: [[x, y], [width, height]].
+[[nodiscard]] PropertyList toJson(const CGRect& frame);
+
+/// Nothing for anything but two pairs of numbers.
+[[nodiscard]] std::optional<CGRect> frameFromJson(const PropertyList& json);
+
 /// Which window of which application stood where, for one set of displays. Its JSON keys are its members' names.
 struct WindowLayout {
   /// One window.
@@ -39,7 +47,7 @@ struct WindowLayout {
 
   std::string name;
   Date savedAt;              ///< kept to the second
-  std::string displaySetup;  ///< DisplaySet::key() of the displays it was made for
+  std::string displaySetup;  ///< displaySetKey() of the displays it was made for
   std::vector<Entry> entries;
   bool operator==(const WindowLayout&) const = default;
 };
@@ -91,5 +99,40 @@ class LayoutFiles {
   const AppPaths& paths_;
   std::map<std::string, RecordFile> files_;  ///< those that were used, by their names in the folder
 };
+
+/// The displays that are connected now, sorted as bytes: those that the platform names, or, where it names none, those
+/// of the snapshot. The platform comes first because some desktops have one set of Spaces for all their displays.
+[[nodiscard]] std::vector<std::string> connectedDisplays(Displays& displays, const SpaceSnapshot& snapshot);
+
+/// The key under which layouts and profiles are kept for these displays: their identifiers joined with "+".
+[[nodiscard]] std::string displaySetKey(const std::vector<std::string>& displays);
+
+/// Where the windows of one Space go before its display is unplugged.
+struct SpaceEjection {
+  Space from;
+  Space to;
+  bool operator==(const SpaceEjection&) const = default;
+};
+
+/// The display that stays: the first built-in one of the snapshot, else the one with the menu bar. Nothing only without
+/// displays.
+[[nodiscard]] std::optional<DisplaySpaces> homeDisplay(Displays& displays, const SpaceSnapshot& snapshot);
+
+/// For every other display, where the windows of its ordinary Spaces go: the Space at one position to the home
+/// display's ordinary Space at the same position, or to the last one when it has fewer. Empty when it has none.
+[[nodiscard]] std::vector<SpaceEjection> planEjection(const SpaceSnapshot& snapshot, const DisplaySpaces& home);
+
+/// Where a window goes before the monitor that it is on is unplugged.
+struct WindowEjection {
+  WindowInfo window;
+  CGRect frame;
+  bool operator==(const WindowEjection&) const = default;
+};
+
+/// Which windows leave their monitors for the one that stays: the first built-in one, else the primary one, else the
+/// first. They keep their places in the work area, and their sizes, as far as those fit into that of the monitor that
+/// stays. A window counts as on the monitor that shows most of it; one that none shows stays.
+[[nodiscard]] std::vector<WindowEjection> planEjection(const std::vector<WindowInfo>& windows,
+                                                       const std::vector<Monitor>& monitors);
 
 }  // namespace tallowin

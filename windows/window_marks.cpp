@@ -20,13 +20,14 @@ void WindowMarks::captureLetter(std::function<void(const std::string& letter)> o
   onLetter_ = std::move(onLetter);
   char name = 'A';
   for (const auto key : letterKeys) {
-    auto registered = hotKeys_.registerHotKey(key, 0, [this, letter = std::string(1, name)] { captured(letter); });
+    auto registered =
+        services_.globalHotKeys.registerHotKey(key, 0, [this, letter = std::string(1, name)] { captured(letter); });
     if (registered) {
       pending_.add(*std::move(registered));
     }
     ++name;
   }
-  timeout_ = mainQueue_.after(captureTime, [this] { endCapture(); });
+  timeout_ = services_.mainQueue.after(captureTime, [this] { endCapture(); });
 }
 
 /// Takes a copy of the letter: ending the capture ends the hot key whose press this is, and everything that it holds.
@@ -59,22 +60,22 @@ std::optional<WindowRef> WindowMarks::find(const std::string& letter) const {
   return found != marks_.end() ? std::optional(found->second) : std::nullopt;
 }
 
-MarkCommands::Fault MarkCommands::fail(const std::string& message) {
+WindowMarks::Fault WindowMarks::fail(const std::string& message) {
   services_.toasts.show({message, std::nullopt});
   return message;
 }
 
-MarkCommands::Fault MarkCommands::setMark() {
+WindowMarks::Fault WindowMarks::setMark() {
   const auto window = mover_.frontWindow();
   if (!window) {
     return fail(noWindow);
   }
   services_.toasts.show({"Press a letter to mark this window", std::nullopt});
-  marks_.captureLetter([this, window = *window](const std::string& letter) { mark(window, letter); });
+  captureLetter([this, window = *window](const std::string& letter) { mark(window, letter); });
   return std::nullopt;
 }
 
-MarkCommands::Fault MarkCommands::setMark(const std::string& letter) {
+WindowMarks::Fault WindowMarks::setMark(const std::string& letter) {
   const auto window = mover_.frontWindow();
   if (!window) {
     return fail(noWindow);
@@ -83,17 +84,17 @@ MarkCommands::Fault MarkCommands::setMark(const std::string& letter) {
   return std::nullopt;
 }
 
-void MarkCommands::mark(const FrontWindow& window, const std::string& letter) {
-  marks_.set(letter, {window.id, window.pid});
+void WindowMarks::mark(const FrontWindow& window, const std::string& letter) {
+  marks_.insert_or_assign(letter, WindowRef{window.id, window.pid});
   services_.toasts.show({"Marked as " + letter, "bookmark.fill"});
 }
 
-void MarkCommands::jumpToMark() {
-  marks_.captureLetter([this](const std::string& letter) { jumpToMark(letter); });
+void WindowMarks::jumpToMark() {
+  captureLetter([this](const std::string& letter) { jumpToMark(letter); });
 }
 
-MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
-  const auto mark = marks_.find(letter);
+WindowMarks::Fault WindowMarks::jumpToMark(const std::string& letter) {
+  const auto mark = find(letter);
   if (!mark) {
     return fail("Nothing is marked as " + letter);
   }
@@ -109,7 +110,7 @@ MarkCommands::Fault MarkCommands::jumpToMark(const std::string& letter) {
 }
 
 /// The first Space that shows a window; nothing when one that does is active, or none is known.
-std::optional<Space> MarkCommands::spaceToSwitchTo(WindowNumber window) const {
+std::optional<Space> WindowMarks::spaceToSwitchTo(WindowNumber window) const {
   const auto& snapshot = services_.watcher.fresh();
   std::vector<Space> spaces;
   for (const auto id : services_.desktop.spacesOfWindow(window).value_or(std::vector<ManagedSpaceID>())) {

@@ -11,6 +11,7 @@
 #include "base/desktop_texts.h"
 #include "commands/space_switcher.h"
 #include "core/space.h"
+#include "platform/pinned.h"
 #include "platform/platform.h"
 #include "windows/window_info.h"
 
@@ -34,7 +35,7 @@ class WindowDrag;
 /// Moves windows to other Spaces and reports whether they really got there. It asks the desktop first; where that does
 /// nothing, the desktop is driven, and the caller allows it, it drags the window over as a user would. Main thread
 /// only. When the mover is destroyed, moves under way end without completing.
-class WindowMover {
+class WindowMover : Pinned {
  public:
   /// Why a window was not moved, in the order in which it is found out.
   enum class Failure { noWindow, fullscreenWindow, fullscreenTarget, sameSpace, notMoved };
@@ -44,8 +45,6 @@ class WindowMover {
   using Completion = std::function<void(Result)>;
 
   WindowMover(const Platform& services, SpaceSwitcher& switcher);
-  WindowMover(const WindowMover&) = delete;
-  WindowMover& operator=(const WindowMover&) = delete;
   ~WindowMover();
 
   /// The window that the user is working in: the focused window of the frontmost application, else the frontmost

@@ -1,13 +1,16 @@
-#include "windows/window_requests.h"
+#include <functional>
 
 #include "base/date_text.h"
 #include "base/json_text.h"
 #include "base/record_reader.h"
 #include "base/text_table.h"
 #include "base/unicode.h"
+#include "commands/cli/request_job.h"
 #include "commands/space_command.h"
 #include "core/app_pins.h"
 #include "core/space_format.h"
+#include "windows/window_layout.h"
+#include "windows/window_services.h"
 
 namespace tallowin {
 
@@ -81,109 +84,113 @@ void byLetter(const RequestJob& job, const Ask& ask, const Do& doIt) {
   }
 }
 
+/// Answers requests about windows.
+struct WindowRequests {
+  const ProgramServices& services;
+  WindowServices& windows;
+
+  void listWindows(const RequestJob& job) const {
+    auto& contents = windows.contents;
+    contents.readNow();
+    const auto& snapshot = services.watcher.latest();
+    auto found = contents.windows().get();
+    if (!job.words.has("--all")) {
+      const auto active = snapshot.activeSpace();
+      found = active ? contents.windows(active->managedID) : std::vector<WindowInfo>();
+    }
+    job.print(job.words.json() ? prettyJSON(windowRecords(found, snapshot, services.store))
+                               : windowTable(found, snapshot, services.store));
+  }
+
+  void listSavedSpaces(const RequestJob& job) const {
+    const auto spaces = windows.savedSpaces.list();
+    if (job.words.namesOnly()) {
+      job.printNames(namesOf(spaces));
+      return;
+    }
+    if (!job.words.json()) {
+      job.print(savedSpaceTable(spaces, services.clock));
+      return;
+    }
+    job.print(prettyJSON(listToJson(spaces, [](const SavedSpace& space) { return toJson(space); })));
+  }
+
+  void reopen(const RequestJob& job) const {
+    const auto& name = job.words.operands.front();
+    if (const auto space = windows.savedSpaces.named(name)) {
+      windows.savedSpaces.reopen(*space);
+      job.succeed();
+    } else {
+      job.fail("no saved Space is called " + name);
+    }
+  }
+
+  /// The application that a person means: its bundle identifier, or the name of one that runs.
+  std::optional<std::string> bundleIDOf(const std::string& application) const {
+    for (const auto& running : services.workspace.runningApplications()) {
+      if (running.bundleIdentifier && (*running.bundleIdentifier == application ||
+                                       equalIgnoringCase(running.localizedName.value_or(""), application))) {
+        return running.bundleIdentifier;
+      }
+    }
+    return services.workspace.URLForApplicationWithBundleIdentifier(application) ? std::optional(application)
+                                                                                 : std::nullopt;
+  }
+
+  void pin(const RequestJob& job) const {
+    const auto& application = job.words.operands.front();
+    const auto ref = spaceRefFromText(job.words.operands.back());
+    const auto bundleID = bundleIDOf(application);
+    services.watcher.refresh();  // a number counts the desktops as they are now
+    const auto space = resolve(ref, services.watcher.latest(), services.store);
+    if (!bundleID) {
+      job.fail("no application called " + application + " is running or installed");
+    } else if (!space) {
+      job.fail(notFoundMessage(ref).value_or(noActiveSpace));
+    } else {
+      pinApplication(*bundleID, *space, services.store);
+      if (!services.settings.get(setting::applyAppRules)) {
+        job.caller->err("tallowin: windows stay where they open while the setting applyAppRules is off\n");
+      }
+      job.succeedOnceSaved(services.storage);
+    }
+  }
+
+  void unpin(const RequestJob& job) const {
+    const auto& application = job.words.operands.front();
+    if (unpinApplication(bundleIDOf(application).value_or(application), services.store)) {
+      job.succeedOnceSaved(services.storage);
+    } else {
+      job.fail(application + " is pinned to no Space");
+    }
+  }
+
+  void mark(const RequestJob& job) const {
+    auto& marks = windows.marks;
+    byLetter(job, [&] { return marks.setMark(); }, [&](const std::string& letter) { return marks.setMark(letter); });
+  }
+
+  void jump(const RequestJob& job) const {
+    auto& marks = windows.marks;
+    const auto ask = [&] {
+      marks.jumpToMark();
+      return WindowMarks::Fault();
+    };
+    byLetter(job, ask, [&](const std::string& letter) { return marks.jumpToMark(letter); });
+  }
+};
+
 }  // namespace
 
-void WindowRequests::addTo(RequestTable& table) {
-  const auto add = [&](RequestKind kind, void (WindowRequests::*member)(RequestJob) const) {
-    table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
-  };
-  add(RequestKind::windows, &WindowRequests::windows);
-  add(RequestKind::savedSpaces, &WindowRequests::savedSpaces);
-  add(RequestKind::reopen, &WindowRequests::reopen);
-  add(RequestKind::pin, &WindowRequests::pin);
-  add(RequestKind::unpin, &WindowRequests::unpin);
-  add(RequestKind::mark, &WindowRequests::mark);
-  add(RequestKind::jump, &WindowRequests::jump);
-}
-
-void WindowRequests::windows(RequestJob job) const {
-  auto& contents = windows_.contents;
-  contents.readNow();
-  const auto& snapshot = services_.watcher.latest();
-  auto found = contents.windows().get();
-  if (!job.words.has("--all")) {
-    const auto active = snapshot.activeSpace();
-    found = active ? contents.windows(active->managedID) : std::vector<WindowInfo>();
-  }
-  job.print(job.words.json() ? prettyJSON(windowRecords(found, snapshot, services_.store))
-                             : windowTable(found, snapshot, services_.store));
-}
-
-void WindowRequests::savedSpaces(RequestJob job) const {
-  const auto spaces = windows_.savedSpaces.list();
-  if (job.words.namesOnly()) {
-    job.printNames(namesOf(spaces));
-    return;
-  }
-  if (!job.words.json()) {
-    job.print(savedSpaceTable(spaces, services_.clock));
-    return;
-  }
-  job.print(prettyJSON(listToJson(spaces, [](const SavedSpace& space) { return toJson(space); })));
-}
-
-void WindowRequests::reopen(RequestJob job) const {
-  const auto& name = job.words.operands.front();
-  if (const auto space = windows_.savedSpaces.named(name)) {
-    windows_.savedSpaceCommands.reopen(*space);
-    job.succeed();
-  } else {
-    job.fail("no saved Space is called " + name);
-  }
-}
-
-/// The application that a person means: its bundle identifier, or the name of one that runs.
-std::optional<std::string> WindowRequests::bundleIDOf(const std::string& application) const {
-  for (const auto& running : services_.workspace.runningApplications()) {
-    if (running.bundleIdentifier && (*running.bundleIdentifier == application ||
-                                     equalIgnoringCase(running.localizedName.value_or(""), application))) {
-      return running.bundleIdentifier;
-    }
-  }
-  return services_.workspace.URLForApplicationWithBundleIdentifier(application) ? std::optional(application)
-                                                                                : std::nullopt;
-}
-
-void WindowRequests::pin(RequestJob job) const {
-  const auto& application = job.words.operands.front();
-  const auto ref = spaceRefFromText(job.words.operands.back());
-  const auto bundleID = bundleIDOf(application);
-  services_.watcher.refresh();  // a number counts the desktops as they are now
-  const auto space = resolve(ref, services_.watcher.latest(), services_.store);
-  if (!bundleID) {
-    job.fail("no application called " + application + " is running or installed");
-  } else if (!space) {
-    job.fail(notFoundMessage(ref).value_or(noActiveSpace));
-  } else {
-    pinApplication(*bundleID, *space, services_.store);
-    if (!services_.settings.get(setting::applyAppRules)) {
-      job.caller->err("tallowin: windows stay where they open while the setting applyAppRules is off\n");
-    }
-    job.succeedOnceSaved(services_.storage);
-  }
-}
-
-void WindowRequests::unpin(RequestJob job) const {
-  const auto& application = job.words.operands.front();
-  if (unpinApplication(bundleIDOf(application).value_or(application), services_.store)) {
-    job.succeedOnceSaved(services_.storage);
-  } else {
-    job.fail(application + " is pinned to no Space");
-  }
-}
-
-void WindowRequests::mark(RequestJob job) const {
-  auto& marks = windows_.markCommands;
-  byLetter(job, [&] { return marks.setMark(); }, [&](const std::string& letter) { return marks.setMark(letter); });
-}
-
-void WindowRequests::jump(RequestJob job) const {
-  auto& marks = windows_.markCommands;
-  const auto ask = [&] {
-    marks.jumpToMark();
-    return MarkCommands::Fault();
-  };
-  byLetter(job, ask, [&](const std::string& letter) { return marks.jumpToMark(letter); });
+void addWindowRequests(RequestTable& table, const ProgramServices& services, WindowServices& windows) {
+  const WindowRequests answers{services, windows};
+  table[RequestKind::windows] = std::bind_front(&WindowRequests::listWindows, answers);
+  table[RequestKind::savedSpaces] = std::bind_front(&WindowRequests::listSavedSpaces, answers);
+  table[RequestKind::reopen] = std::bind_front(&WindowRequests::reopen, answers);
+  table[RequestKind::pin] = std::bind_front(&WindowRequests::pin, answers);
+  table[RequestKind::unpin] = std::bind_front(&WindowRequests::unpin, answers);
+  table[RequestKind::mark] = std::bind_front(&WindowRequests::mark, answers);
+  table[RequestKind::jump] = std::bind_front(&WindowRequests::jump, answers);
 }
 
 }  // namespace tallowin

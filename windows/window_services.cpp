@@ -7,24 +7,16 @@ WindowServices::WindowServices(const ProgramServices& services, SpaceSwitcher& s
     : contents(services),
       mover(services, switcher),
       focusMemory(services, contents, mover),
-      spaceLock(services),
-      pulledAway(services, contents, mover, switchTo),
+      spaceLock(services, contents, mover, switchTo),
       appRules(services, mover),
       minimizer(services.windows),
       scratchpad(services, contents, mover),
-      marks(services.globalHotKeys, services.mainQueue),
-      markCommands(services, marks, mover, switchTo),
+      marks(services, mover, switchTo),
       layouts(services, contents, mover),
-      layoutCommands(layouts, services.toasts),
       reconnect(services, contents, layouts),
       restartOffer(services, layouts),
       savedSpaces(services, contents),
-      savedSpaceCommands(savedSpaces, services.toasts),
       management(services) {
-  spaceLock.onPulledAway = [this, &watcher = services.watcher](const Space& left,
-                                                               const RunningApplication& application) {
-    pulledAway.pulledAway(left, application, watcher.latest());
-  };
   contents.onChange = [this] { mover.windowsChanged(); };
 }
 

@@ -3,8 +3,10 @@
 #include <functional>
 #include <set>
 
+#include "commands/cli/request_job.h"
 #include "commands/space_switcher.h"
 #include "core/program_services.h"
+#include "platform/pinned.h"
 #include "windows/automatic_restore.h"
 #include "windows/conveniences.h"
 #include "windows/layout_manager.h"
@@ -18,11 +20,9 @@
 namespace tallowin {
 
 /// Everything that has to do with windows, put together and connected. Main thread only.
-struct WindowServices {
+struct WindowServices : private Pinned {
   /// `switchTo` switches as this program's own doing.
   WindowServices(const ProgramServices& services, SpaceSwitcher& switcher, std::function<void(const Space&)> switchTo);
-  WindowServices(const WindowServices&) = delete;
-  WindowServices& operator=(const WindowServices&) = delete;
 
   /// Whether a Space has no windows. Before the first reading of the contents, as when the first Space is entered at
   /// the start, they are read for it, here and below.
@@ -35,19 +35,18 @@ struct WindowServices {
   WindowMover mover;
   FocusMemory focusMemory;
   SpaceLock spaceLock;
-  PulledAwayReaction pulledAway;
   AppRules appRules;
   SpaceMinimizer minimizer;
   Scratchpad scratchpad;
   WindowMarks marks;
-  MarkCommands markCommands;
   LayoutManager layouts;
-  LayoutCommands layoutCommands;
   ReconnectRestore reconnect;
   RestartOffer restartOffer;
   SavedSpaces savedSpaces;
-  SavedSpaceCommands savedSpaceCommands;
   SpaceManagement management;
 };
+
+/// Has requests about windows answered. What is handed in must outlive the table. Main thread only.
+void addWindowRequests(RequestTable& table, const ProgramServices& services, WindowServices& windows);
 
 }  // namespace tallowin

@@ -1,7 +1,7 @@
 #include "app/main/machine_facts.h"
 
 #include "app/main/lazy_dbus.h"
-#include "platform/xdg/autostart.h"
+#include "platform/xdg/xdg_environment.h"
 
 namespace tallowin {
 

@@ -11,6 +11,7 @@
 #include "platform/command_channel.h"
 #include "platform/descriptors.h"
 #include "platform/main_queue.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -20,7 +21,7 @@ namespace tallowin {
 
 /// The listening end of one connection of the command channel: takes the request, sends the answer as fast as the other
 /// end reads it. Main thread only.
-class ChannelPeer {
+class ChannelPeer : Pinned {
  public:
   /// Whoever connects must have sent its request by then.
   static constexpr Duration requestTime = std::chrono::seconds(10);
@@ -37,8 +38,6 @@ class ChannelPeer {
   ChannelPeer(OwnedDescriptor socket, Descriptors& descriptors, MainQueue& queue, channel::Answerer answerer,
               Events events);
   ~ChannelPeer();
-  ChannelPeer(const ChannelPeer&) = delete;
-  ChannelPeer& operator=(const ChannelPeer&) = delete;
 
   /// Takes what has arrived with the connection, usually the whole request, and watches for more.
   void begin();

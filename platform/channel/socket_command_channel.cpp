@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "platform/channel/channel_folder.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -35,11 +36,9 @@ OwnedDescriptor listenAt(const std::string& path) {
 }  // namespace
 
 /// The caller at the other end of a connection that may have ended.
-class SocketCommandChannel::PeerCaller : public Caller {
+class SocketCommandChannel::PeerCaller : public Caller, Pinned {
  public:
   PeerCaller(std::weak_ptr<Peers> peers, PeerNumber number) : peers_(std::move(peers)), number_(number) {}
-  PeerCaller(const PeerCaller&) = delete;
-  PeerCaller& operator=(const PeerCaller&) = delete;
   ~PeerCaller() override {
     if (auto* peer = find()) {
       peer->abandon();

@@ -11,11 +11,12 @@
 #include "platform/descriptors.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
 /// The command channel as a Unix socket in the folder of the instance's lock. Main thread only.
-class SocketCommandChannel : public CommandChannel {
+class SocketCommandChannel : public CommandChannel, Pinned {
  public:
   struct Services {
     Descriptors& descriptors;
@@ -35,8 +36,6 @@ class SocketCommandChannel : public CommandChannel {
 
   /// Lets the next instance start, then ends the answers that were to be ended last.
   ~SocketCommandChannel() override;
-  SocketCommandChannel(const SocketCommandChannel&) = delete;
-  SocketCommandChannel& operator=(const SocketCommandChannel&) = delete;
 
   void setHandler(Handler handler) override;
 

@@ -10,6 +10,7 @@
 #include "base/broadcaster.h"
 #include "platform/descriptors.h"
 #include "platform/main_queue.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -28,7 +29,7 @@ using BusMessage = std::unique_ptr<sd_bus_message, BusUnref<sd_bus_message_unref
 
 /// A connection to the user's message bus, served from the main thread's loop. Nothing waits for the other side: calls
 /// are queued until the bus has answered the greeting. Main thread only.
-class UserBus {
+class UserBus : Pinned {
  public:
   /// Begins to connect. The error is a few words for a log. `onLost` runs once, when the bus has gone or turns out not
   /// to be one, after the replies of all outstanding calls (they are errors); the connection may be let go of in it.
@@ -38,8 +39,6 @@ class UserBus {
 
   /// What has not been sent is dropped; no reply comes any more.
   ~UserBus();
-  UserBus(const UserBus&) = delete;
-  UserBus& operator=(const UserBus&) = delete;
 
   [[nodiscard]] sd_bus* raw() const { return bus_; }
 
@@ -66,11 +65,9 @@ class UserBus {
 
 /// The program's one connection to the user's bus, shared by all who speak there. It is opened when one of them wants
 /// it, also again after it was lost. Main thread only.
-class BusLink {
+class BusLink : Pinned {
  public:
   BusLink(MainQueue& queue, Descriptors& descriptors) : queue_(queue), descriptors_(descriptors) {}
-  BusLink(const BusLink&) = delete;
-  BusLink& operator=(const BusLink&) = delete;
 
   /// The connection, or null while there is none.
   [[nodiscard]] UserBus* bus() const { return bus_.get(); }

@@ -14,6 +14,7 @@
 #include "platform/dbus/bus_values.h"
 #include "platform/desktop_service.h"
 #include "platform/log.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -24,11 +25,9 @@ namespace tallowin {
 /// While another process has the name this one waits in the bus's line for it. Without a bus, or when it goes, the log
 /// tells once; the next change of a property, at most every 30 s, looks whether there is one again, so that nothing
 /// wakes a program that is idle. Main thread only.
-class BusService : public DesktopService {
+class BusService : public DesktopService, Pinned {
  public:
   BusService(BusLink& link, MainQueue& queue, const Clock& clock, Log& log);
-  BusService(const BusService&) = delete;
-  BusService& operator=(const BusService&) = delete;
 
   Subscription offer(ServiceDescription description, Handlers handlers) override;
   void tellChanged(const std::string& interface, const std::vector<std::string>& properties) override;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/desktop_service.h"
+#include "platform/pinned.h"
 #include "platform/property_list.h"
 
 namespace tallowin {
@@ -34,12 +35,10 @@ struct NamedBusValue {
 [[nodiscard]] int appendNamed(sd_bus_message* message, const std::vector<NamedBusValue>& values);
 
 /// An interface in the form that sd_bus_add_object_vtable(3) takes, and keeps a pointer to.
-class BusVtable {
+class BusVtable : Pinned {
  public:
   /// `called` handles every method, `get` reads every property.
   BusVtable(const ServiceDescription::Interface& interface, sd_bus_message_handler_t called, sd_bus_property_get_t get);
-  BusVtable(const BusVtable&) = delete;
-  BusVtable& operator=(const BusVtable&) = delete;
 
   [[nodiscard]] const char* interface() const { return interface_.name.c_str(); }
   [[nodiscard]] const sd_bus_vtable* entries() const { return entries_.data(); }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/dbus/bus_values.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -70,11 +71,9 @@ std::vector<std::string> readTexts(sd_bus_message* message) {
 
 }  // namespace
 
-struct NotificationService::PendingCall {
+struct NotificationService::PendingCall : private Pinned {
   PendingCall(MainQueue& mainQueue, Reply whenReplied) : queue(mainQueue), reply(std::move(whenReplied)) {}
   ~PendingCall() { sd_bus_slot_unref(slot); }
-  PendingCall(const PendingCall&) = delete;
-  PendingCall& operator=(const PendingCall&) = delete;
 
   MainQueue& queue;
   Reply reply;
@@ -174,22 +173,15 @@ std::expected<void, std::string> NotificationService::send(const char* method, c
 }
 
 int NotificationService::addMatches() {
-  struct Match {
-    const char* rule;
-    sd_bus_message_handler_t heard;
-  };
-  static constexpr std::array matches = {
-      Match{"type='signal',sender='org.freedesktop.Notifications',path='/org/freedesktop/Notifications',"
-            "interface='org.freedesktop.Notifications',member='ActionInvoked'",
-            heardInvoked},
-      Match{"type='signal',sender='org.freedesktop.Notifications',path='/org/freedesktop/Notifications',"
-            "interface='org.freedesktop.Notifications',member='NotificationClosed'",
-            heardClosed},
-      Match{"type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-            "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='org.freedesktop.Notifications'",
-            heardChanged}};
+  static constexpr std::array rules = {
+      "type='signal',sender='org.freedesktop.Notifications',path='/org/freedesktop/Notifications',"
+      "interface='org.freedesktop.Notifications',member='ActionInvoked'",
+      "type='signal',sender='org.freedesktop.Notifications',path='/org/freedesktop/Notifications',"
+      "interface='org.freedesktop.Notifications',member='NotificationClosed'",
+      "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+      "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='org.freedesktop.Notifications'"};
   int status = 0;
-  for (const auto& [rule, heard] : matches) {
+  for (const auto* const rule : rules) {
     sd_bus_slot* slot = nullptr;
     status = status < 0 ? status : sd_bus_add_match_async(link_.bus()->raw(), &slot, rule, heard, nullptr, this);
     matches_.emplace_back(slot);
@@ -220,34 +212,22 @@ int NotificationService::replied(sd_bus_message* reply, void* call, sd_bus_error
   return 0;
 }
 
-int NotificationService::heardInvoked(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+int NotificationService::heard(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
   auto* const service = static_cast<NotificationService*>(self);
-  std::uint32_t number = 0;
-  const char* action = nullptr;
-  if (sd_bus_message_read(signal, "us", &number, &action) > 0) {
-    service->tellLater([service, id = ID{sender(signal), number}, action = std::string(action)] {
-      service->listener_.invoked(id, action);
-    });
-  }
-  return 0;
-}
-
-int NotificationService::heardClosed(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
-  auto* const service = static_cast<NotificationService*>(self);
+  const std::string_view what = sd_bus_message_get_member(signal);
   std::uint32_t number = 0;
   std::uint32_t reason = 0;
-  if (sd_bus_message_read(signal, "uu", &number, &reason) > 0) {
-    service->tellLater([service, id = ID{sender(signal), number}, reason] { service->listener_.closed(id, reason); });
-  }
-  return 0;
-}
-
-int NotificationService::heardChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
-  auto* const service = static_cast<NotificationService*>(self);
+  const char* action = nullptr;
   const char* name = nullptr;
   const char* before = nullptr;
   const char* now = nullptr;
-  if (sd_bus_message_read(signal, "sss", &name, &before, &now) > 0) {
+  if (what == "ActionInvoked" && sd_bus_message_read(signal, "us", &number, &action) > 0) {
+    service->tellLater([service, id = ID{sender(signal), number}, action = std::string(action)] {
+      service->listener_.invoked(id, action);
+    });
+  } else if (what == "NotificationClosed" && sd_bus_message_read(signal, "uu", &number, &reason) > 0) {
+    service->tellLater([service, id = ID{sender(signal), number}, reason] { service->listener_.closed(id, reason); });
+  } else if (what == "NameOwnerChanged" && sd_bus_message_read(signal, "sss", &name, &before, &now) > 0) {
     service->tellLater([service, now = std::string(now)] { service->listener_.changed(now); });
   }
   return 0;

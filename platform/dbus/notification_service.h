@@ -12,6 +12,7 @@
 
 #include "base/broadcaster.h"
 #include "platform/dbus/bus_link.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -32,7 +33,7 @@ struct DesktopNotification {
 /// The desktop's notification service (org.freedesktop.Notifications) on the user's bus. The link is opened at the
 /// first call. Nothing waits, and what is told here is told from the main queue with the bus at rest, so that a
 /// listener may call anything. Main thread only.
-class NotificationService {
+class NotificationService : Pinned {
  public:
   /// A notification. Numbers start anew with each service, so they mean nothing without the service's own bus name.
   struct ID {
@@ -59,8 +60,6 @@ class NotificationService {
         queue_(queue),
         openedListener_(link.onOpened([this] { opened(); })),
         lostListener_(link.onLost([this] { lost(); })) {}
-  NotificationService(const NotificationService&) = delete;
-  NotificationService& operator=(const NotificationService&) = delete;
 
   /// What the service can do ("actions", "body-markup"...).
   [[nodiscard]] Call capabilities(Done<std::vector<std::string>> done);
@@ -88,9 +87,7 @@ class NotificationService {
   void tellNext();
 
   static int replied(sd_bus_message* reply, void* call, sd_bus_error* error);
-  static int heardInvoked(sd_bus_message* signal, void* self, sd_bus_error* error);
-  static int heardClosed(sd_bus_message* signal, void* self, sd_bus_error* error);
-  static int heardChanged(sd_bus_message* signal, void* self, sd_bus_error* error);
+  static int heard(sd_bus_message* signal, void* self, sd_bus_error* error);
 
   BusLink& link_;
   MainQueue& queue_;

@@ -14,6 +14,7 @@
 #include "platform/clock.h"
 #include "platform/dbus/notification_service.h"
 #include "platform/log.h"
+#include "platform/pinned.h"
 #include "platform/toasts.h"
 
 namespace tallowin {
@@ -24,12 +25,10 @@ namespace tallowin {
 /// While a notification is being answered, which takes long when the service has yet to start, the newest message waits
 /// for it and those before are only logged. When there is no bus or no service, messages are only logged, and the next
 /// one after 30 s tries again. Main thread only.
-class NotificationToasts : public Toasts {
+class NotificationToasts : public Toasts, Pinned {
  public:
   NotificationToasts(NotificationService& service, const Clock& clock, Log& log)
       : service_(service), clock_(clock), log_(log), logged_(log), lost_(service.onLost([this] { lost(); })) {}
-  NotificationToasts(const NotificationToasts&) = delete;
-  NotificationToasts& operator=(const NotificationToasts&) = delete;
 
   void show(const Toast& toast) override;
 
@@ -58,11 +57,9 @@ class NotificationToasts : public Toasts {
 /// nothing. One without buttons is no more than a message, so closing it leaves the question open; so does a service
 /// that takes it away by itself. Where there is no service, or it goes, the log tells, and the next service on the same
 /// bus shows the questions that are open. Main thread only.
-class NotificationAlerts : public AlertDisplay {
+class NotificationAlerts : public AlertDisplay, Pinned {
  public:
   NotificationAlerts(NotificationService& service, Log& log);
-  NotificationAlerts(const NotificationAlerts&) = delete;
-  NotificationAlerts& operator=(const NotificationAlerts&) = delete;
 
   Subscription show(const Alert& alert, const std::string& howToAnswer, Answered answered) override;
 

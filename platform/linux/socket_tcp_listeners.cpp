@@ -5,6 +5,8 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include "platform/pinned.h"
+
 namespace tallowin {
 
 namespace {
@@ -69,11 +71,9 @@ std::expected<std::vector<OwnedDescriptor>, std::string> openLoopbackSockets(std
   return sockets;
 }
 
-class SocketTCPListener : public TCPListener {
+class SocketTCPListener : public TCPListener, Pinned {
  public:
   SocketTCPListener(TCPService& service, TCPService::EntranceID entrance) : service_(service), entrance_(entrance) {}
-  SocketTCPListener(const SocketTCPListener&) = delete;
-  SocketTCPListener& operator=(const SocketTCPListener&) = delete;
   ~SocketTCPListener() override { service_.close(entrance_); }
 
  private:

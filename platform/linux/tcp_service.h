@@ -17,6 +17,7 @@
 #include "platform/descriptors.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "platform/pinned.h"
 #include "platform/tcp_listener.h"
 
 namespace tallowin {
@@ -63,11 +64,9 @@ struct TCPLimits {
 };
 
 /// One thread that accepts connections and serves them all, with epoll(7). Its functions are for one other thread.
-class TCPService {
+class TCPService : Pinned {
  public:
   TCPService(Log& log, const TCPLimits& limits);
-  TCPService(const TCPService&) = delete;
-  TCPService& operator=(const TCPService&) = delete;
   /// Drops whoever is being served.
   ~TCPService();
 

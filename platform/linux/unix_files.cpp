@@ -10,6 +10,7 @@
 
 #include "platform/descriptors.h"
 #include "platform/linux/file_watch.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -81,12 +82,10 @@ bool closeChecked(int descriptor) {
 }
 
 /// A file of a free name that is deleted unless it is renamed.
-class TemporaryFile {
+class TemporaryFile : Pinned {
  public:
   explicit TemporaryFile(const std::filesystem::path& folder)
       : name_((folder / ".tallowin-XXXXXX").string()), descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
     if (!name_.empty()) {
       ::unlink(name_.c_str());

@@ -14,6 +14,8 @@
 #include <unistd.h>
 #include <vector>
 
+#include "platform/pinned.h"
+
 namespace tallowin {
 
 namespace {
@@ -52,7 +54,7 @@ struct ChildOutput {
 };
 
 /// How a child begins: what POSIX keeps in two objects.
-struct Beginning {
+struct Beginning : private Pinned {
   Beginning(const std::string& workingDirectory, const ChildOutput& output) {
     posix_spawn_file_actions_init(&actions);
     // First, lest it be one of the descriptors that the others replace.
@@ -76,8 +78,6 @@ struct Beginning {
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
   }
-  Beginning(const Beginning&) = delete;
-  Beginning& operator=(const Beginning&) = delete;
 
   void open(int descriptor, int target) {
     if (target >= 0) {

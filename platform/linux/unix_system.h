@@ -7,6 +7,7 @@
 #include "platform/clock.h"
 #include "platform/descriptors.h"
 #include "platform/log.h"
+#include "platform/pinned.h"
 #include "platform/system.h"
 
 namespace tallowin {
@@ -36,13 +37,11 @@ class SystemClock : public Clock {
 /// The machine's log by syslog(3), which journals collect too. Each line begins with the subsystem and the category.
 /// Where nothing takes the machine's log, which syslog(3) would find out anew for every line, that is found out once a
 /// minute.
-class SystemLog : public Log {
+class SystemLog : public Log, Pinned {
  public:
   /// With `verbose` every line goes to standard error as well.
   explicit SystemLog(bool verbose);
   ~SystemLog() override;
-  SystemLog(const SystemLog&) = delete;
-  SystemLog& operator=(const SystemLog&) = delete;
 
   void write(Level level, std::string_view category, std::string_view message) override;
 

@@ -1,7 +1,11 @@
 #include "platform/xdg/xdg_environment.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <unistd.h>
+
+#include "platform/xdg/desktop_entry.h"
 
 namespace tallowin {
 
@@ -32,6 +36,28 @@ std::vector<std::filesystem::path> absoluteFolders(std::string_view list) {
 bool isProgram(const std::filesystem::path& path) {
   std::error_code error;
   return std::filesystem::is_regular_file(path, error) && access(path.c_str(), X_OK) == 0;
+}
+
+namespace fs = std::filesystem;
+
+constexpr auto unitName = "tallowin.service";
+constexpr auto entryName = "autostart/com.quorvex.Tallowin.desktop";
+
+/// An empty value counts as unset (XDG base directory specification).
+std::string variable(const char* name, const std::string& standard) {
+  const char* value = std::getenv(name);
+  return value != nullptr && *value != '\0' ? value : standard;
+}
+
+bool isThere(const fs::path& path) {
+  std::error_code error;
+  return fs::symlink_status(path, error).type() > fs::file_type::not_found;
+}
+
+/// A unit that is a link to the null device is masked, whatever other folders say.
+bool isMasked(const fs::path& unit) {
+  std::error_code error;
+  return fs::read_symlink(unit, error) == "/dev/null";
 }
 
 }  // namespace
@@ -115,6 +141,40 @@ std::vector<std::string> localeTags(std::string_view locale) {
     }
   }
   return tags;
+}
+
+AutostartFolders processAutostartFolders() {
+  const auto home = variable("HOME", "/");
+  const fs::path configuration = variable("XDG_CONFIG_HOME", home + "/.config");
+  AutostartFolders folders{
+      {configuration},
+      {configuration / "systemd/user", "/etc/systemd/user", "/usr/local/lib/systemd/user", "/usr/lib/systemd/user"}};
+  for (const auto& folder : parts(variable("XDG_CONFIG_DIRS", "/etc/xdg"))) {
+    folders.configuration.emplace_back(folder);
+  }
+  return folders;
+}
+
+std::optional<fs::path> autostartPlace(const AutostartFolders& folders) {
+  for (const auto& folder : folders.units) {
+    if (isMasked(folder / unitName)) {
+      break;
+    }
+    if (const auto wanted = folder / "graphical-session.target.wants" / unitName; isThere(wanted)) {
+      return wanted;
+    }
+  }
+  for (const auto& folder : folders.configuration) {
+    const auto place = folder / entryName;
+    if (!isThere(place)) {
+      continue;
+    }
+    std::ifstream file(place);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    const auto entry = parseDesktopEntry(text, {});
+    return entry && !entry->hidden ? std::optional(place) : std::nullopt;  // the first one hides the others
+  }
+  return std::nullopt;
 }
 
 }  // namespace tallowin

@@ -37,20 +37,13 @@ constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-1111
 
 /// A program with the conveniences, whose user sits at two displays.
 struct ConvenientProgram : WindowsProgram {
-  ConvenientProgram() : WindowsProgram(twoDisplays) {
-    lock.onPulledAway = [this](const Space& left, const RunningApplication& application) {
-      reaction.pulledAway(left, application, this->snapshot());
-    };
-    lock.start();
-  }
+  ConvenientProgram() : WindowsProgram(twoDisplays) { lock.start(); }
 
   void userSwitchesTo(ManagedSpaceID space) { desktop.parts().spaces.switchNow(space); }
   void userActivates(ProcessID pid) { desktop.parts().workspace.activate(pid); }
 
   FocusMemory focus{services, contents, *mover};
-  SpaceLock lock{services};
-  PulledAwayReaction reaction{services, contents, *mover,
-                              [this](const Space& space) { this->userSwitchesTo(space.managedID); }};
+  SpaceLock lock{services, contents, *mover, [this](const Space& space) { this->userSwitchesTo(space.managedID); }};
   AppRules rules{services, *mover};
   Scratchpad scratchpad{services, contents, *mover};
 };
@@ -147,7 +140,7 @@ TEST(SpaceLock, OnlyAnApplicationActivatedJustBeforePulls) {
   }
 }
 
-TEST(PulledAwayReaction, OpensAnApplicationWithoutWindowsEachTime) {
+TEST(SpaceLock, OpensAnApplicationWithoutWindowsEachTime) {
   ConvenientProgram program;
   SimulatedApplication tray;
   tray.pid = 14;
@@ -226,7 +219,7 @@ TEST(Scratchpad, ShowsOpensAndHides) {
   ConvenientProgram program;
   const auto toggle = [&program] {
     program.lines.clear();
-    program.scratchpad.toggle(program.snapshot(), program.desktop.toasts());
+    program.scratchpad.toggle(program.snapshot());
     program.time.advance(1s);
   };
   const auto application = [&program](ProcessID pid) { return *program.state().application(pid); };

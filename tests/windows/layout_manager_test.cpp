@@ -8,7 +8,6 @@
 
 #include "base/json_text.h"
 #include "tests/windows/windows_program.h"
-#include "windows/display_set.h"
 #include "windows/window_layout.h"
 
 namespace tallowin {
@@ -40,8 +39,6 @@ struct LayoutProgram : WindowsProgram {
   using WindowsProgram::WindowsProgram;
 
   void moveByHand(WindowNumber window, ManagedSpaceID space) { state().window(window)->spaces = {space}; }
-
-  LayoutCommands commands{*layouts, desktop.toasts()};
 };
 
 std::string layoutFile(std::string_view name) {
@@ -101,7 +98,7 @@ TEST(LayoutManager, OnlyOrdinaryWindowsOfKnownApplicationsAreCaptured) {
   const auto layout = program.layouts->save("manual", program.snapshot());
   EXPECT_THAT(layout.entries, IsEmpty()) << "one without bundle identifier, one full screen";
   EXPECT_THAT(program.desktop.files().list(layoutFolder), IsEmpty());
-  program.commands.restoreLayout(program.snapshot(), {});
+  program.layouts->restoreLayout(program.snapshot(), {});
   EXPECT_THAT(program.takeToasts(), ElementsAre("! No saved window layout for these displays yet"));
 }
 
@@ -119,7 +116,7 @@ TEST(LayoutManager, AManualLayoutThatCannotBeUsedGivesWayToTheAutomaticOne) {
     program.files().overwrite(layoutFile("manual"), manual);
     program.moveByHand(101, 4);
     program.readWindows();
-    program.commands.restoreLayout(program.snapshot(), {});
+    program.layouts->restoreLayout(program.snapshot(), {});
     program.time.advance(1s);
     EXPECT_THAT(program.takeToasts(),
                 ElementsAre("Put " + std::to_string(count) + " windows back on their Spaces (rectangle.3.group)"));
@@ -344,14 +341,13 @@ TEST(PlanEjection, GathersWindowsOnTheMonitorThatStays) {
   }
 }
 
-TEST(DisplaySet, TheKeyDoesNotDependOnTheOrder) {
+TEST(ConnectedDisplays, AreSortedSoThatTheirKeyDoesNotDependOnTheOrder) {
   SimulatedProgram program(R"({"displays": []})");
   SpaceSnapshot snapshot;
   snapshot.displays = {display("B", 1, "d"), display("a", 2, "d"), display("A", 3, "d")};
   const auto set = connectedDisplays(program.desktop.displays(), snapshot);
-  EXPECT_THAT(set.identifiers, ElementsAre("A", "B", "a"));
-  EXPECT_EQ(set.key(), "A+B+a");
-  EXPECT_EQ(DisplaySet().key(), "");
+  EXPECT_EQ(displaySetKey(set), "A+B+a");
+  EXPECT_EQ(displaySetKey({}), "");
 }
 
 }  // namespace

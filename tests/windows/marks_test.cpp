@@ -29,12 +29,11 @@ struct MarkingProgram : WindowsProgram {
 
   bool press(VirtualKeyCode key) { return desktop.parts().globalHotKeys.press(key, 0); }
 
-  WindowMarks marks{desktop.globalHotKeys(), time};
   std::vector<std::string> switches;
-  MarkCommands commands{services, marks, *mover, [this](const Space& space) {
-                          switches.push_back(space.id);
-                          desktop.parts().spaces.switchNow(space.managedID);
-                        }};
+  WindowMarks marks{services, *mover, [this](const Space& space) {
+                      switches.push_back(space.id);
+                      desktop.parts().spaces.switchNow(space.managedID);
+                    }};
 };
 
 TEST(WindowMarks, TakesTheLetterKeysThatAreFreeUntilOneIsPressed) {
@@ -82,35 +81,35 @@ TEST(WindowMarks, LettersAreThoseOfTheKeyboard) {
   }
 }
 
-TEST(MarkCommands, MarkTheWindowThatWasInFrontWhenAsked) {
+TEST(WindowMarks, MarkTheWindowThatWasInFrontWhenAsked) {
   MarkingProgram program;
-  program.commands.setMark();
+  program.marks.setMark();
   program.desktop.parts().workspace.activate(12);
   EXPECT_TRUE(program.press(keyM));
   EXPECT_EQ(program.marks.find("M"), (WindowRef{111, 11}));
   program.lines.clear();
-  program.commands.jumpToMark("M");
+  program.marks.jumpToMark("M");
   EXPECT_THAT(program.take("activateWithOptions"), SizeIs(1)) << "at once on the active Space";
   EXPECT_THAT(program.switches, IsEmpty());
 }
 
-TEST(MarkCommands, AMarkFollowsItsWindowAndDiesWithIt) {
+TEST(WindowMarks, AMarkFollowsItsWindowAndDiesWithIt) {
   MarkingProgram program;
-  program.commands.setMark("X");
+  program.marks.setMark("X");
   EXPECT_THAT(program.takeToasts(), ElementsAre("Marked as X (bookmark.fill)"));
   program.state().window(111)->spaces = {3};
-  program.commands.jumpToMark("X");
+  program.marks.jumpToMark("X");
   EXPECT_THAT(program.switches, ElementsAre(program.spaceNumbered(3).id));
   program.time.advance(1s);
   program.closeWindow(111);
   program.lines.clear();
-  program.commands.jumpToMark("X");
+  program.marks.jumpToMark("X");
   program.time.advance(1s);
   EXPECT_THAT(program.lines, IsEmpty());
 
   MarkingProgram empty("{}");
-  empty.commands.setMark();
-  empty.commands.setMark("A");
+  empty.marks.setMark();
+  empty.marks.setMark("A");
   EXPECT_THAT(empty.takeToasts(), ElementsAre("No window to mark", "No window to mark"));
   EXPECT_FALSE(empty.press(keyA)) << "no letter is asked for";
 }

@@ -41,7 +41,7 @@ struct SavingProgram : WindowsProgram {
 
   void saveAndClose(ManagedSpaceID space) {
     lines.clear();
-    commands.saveAndClose(spaceNumbered(space));
+    savedSpaces.saveAndClose(spaceNumbered(space));
   }
 
   /// The applications and URLs opened since the last look at the journal.
@@ -59,7 +59,6 @@ struct SavingProgram : WindowsProgram {
   }
 
   SavedSpaces savedSpaces{services, contents};
-  SavedSpaceCommands commands{savedSpaces, desktop.toasts()};
 };
 
 TEST(SavedSpaces, SavesClosesAndReopens) {

@@ -10,6 +10,7 @@
 
 #include "platform/dbus/bus_service.h"
 #include "platform/dbus/notifications.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 
@@ -44,7 +45,7 @@ class SharedDesktopBus : public DesktopBus {
 };
 
 /// A connection of its own to the user's bus, on which every call waits so long at most; null when there is no bus.
-class WaitingBus {
+class WaitingBus : Pinned {
  public:
   explicit WaitingBus(Duration patience) {
     if (sd_bus_open_user(&bus_) < 0) {
@@ -55,8 +56,6 @@ class WaitingBus {
     sd_bus_set_method_call_timeout(bus_, static_cast<std::uint64_t>(microseconds));
   }
   ~WaitingBus() { sd_bus_flush_close_unref(bus_); }
-  WaitingBus(const WaitingBus&) = delete;
-  WaitingBus& operator=(const WaitingBus&) = delete;
 
   /// Calls a method of the bus itself. Null when it fails.
   template <typename... Arguments>

@@ -1,4 +1,4 @@
-#include "platform/xdg/autostart.h"
+#include "platform/xdg/xdg_environment.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
