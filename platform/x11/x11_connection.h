@@ -139,10 +139,7 @@ class X11ServerTime {
  private:
   bool connect();
 
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  std::unique_ptr<X11Connection> connection_;
   xcb_window_t window_ = XCB_WINDOW_NONE;
 };
 

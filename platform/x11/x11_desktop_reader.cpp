@@ -98,7 +98,6 @@ X11DesktopReader::Cookies X11DesktopReader::request() {
   const auto root = connection_.root();
   const auto property = [&](X11Atom atom, xcb_atom_t type) { return connection_.requestProperty(root, atom, type); };
   const auto text = connection_.atom(X11Atom::utf8String);
-  const auto [likelyCheck, likelyName] = requestCheckWindow(likelyCheckWindow_);
   return {.moment = connection_.moment(),
           .likelyCheckWindow = likelyCheckWindow_,
           .count = property(X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL),
@@ -106,8 +105,7 @@ X11DesktopReader::Cookies X11DesktopReader::request() {
           .names = property(X11Atom::netDesktopNames, text),
           .record = property(X11Atom::tallowinDesktopNames, text),
           .check = property(X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW),
-          .likelyCheck = likelyCheck,
-          .likelyName = likelyName,
+          .likely = requestCheckWindow(likelyCheckWindow_),
           .active = property(X11Atom::netActiveWindow, XCB_ATOM_WINDOW),
           .pointer = xcb_query_pointer(connection_.raw(), root),
           .size = xcb_get_geometry(connection_.raw(), root)};
@@ -124,7 +122,7 @@ X11DesktopProperties X11DesktopReader::readProperties() {
 X11DesktopProperties X11DesktopReader::takeProperties(const Cookies& cookies) {
   X11DesktopProperties properties;
   properties.checkWindow = cookies.likelyCheckWindow;
-  takeCheckWindow(cookies.likelyCheck, cookies.likelyName, properties);
+  takeCheckWindow(cookies.likely, properties);
   properties.numberOfDesktops = connection_.takeProperty(cookies.count);
   properties.currentDesktop = connection_.takeProperty(cookies.current);
   properties.desktopNames = connection_.takeProperty(cookies.names);
@@ -132,23 +130,20 @@ X11DesktopProperties X11DesktopReader::takeProperties(const Cookies& cookies) {
   properties.supportingWmCheck = connection_.takeProperty(cookies.check);
   const auto named = parseCardinal(properties.supportingWmCheck);
   if (named && *named != properties.checkWindow) {
-    const auto [check, name] = requestCheckWindow(*named);
     properties.checkWindow = likelyCheckWindow_ = *named;
-    takeCheckWindow(check, name, properties);
+    takeCheckWindow(requestCheckWindow(*named), properties);
   }
   return properties;
 }
 
-std::pair<xcb_get_property_cookie_t, xcb_get_property_cookie_t> X11DesktopReader::requestCheckWindow(
-    xcb_window_t window) {
+X11DesktopReader::CheckCookies X11DesktopReader::requestCheckWindow(xcb_window_t window) {
   return {connection_.requestProperty(window, X11Atom::netSupportingWmCheck, XCB_ATOM_WINDOW),
           connection_.requestProperty(window, X11Atom::netWmName, connection_.atom(X11Atom::utf8String))};
 }
 
-void X11DesktopReader::takeCheckWindow(xcb_get_property_cookie_t check, xcb_get_property_cookie_t name,
-                                       X11DesktopProperties& properties) {
-  properties.checkWindowCheck = connection_.takeProperty(check);
-  properties.checkWindowName = connection_.takeProperty(name);
+void X11DesktopReader::takeCheckWindow(const CheckCookies& cookies, X11DesktopProperties& properties) {
+  properties.checkWindowCheck = connection_.takeProperty(cookies.check);
+  properties.checkWindowName = connection_.takeProperty(cookies.name);
 }
 
 X11View X11DesktopReader::take(const Cookies& cookies) {

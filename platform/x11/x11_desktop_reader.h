@@ -76,10 +76,15 @@ class X11DesktopReader {
   /// something happens.
   X11View present();
   /// look() in two parts, for those who have more to ask in the same round trip.
+  struct CheckCookies {
+    xcb_get_property_cookie_t check, name;
+  };
   struct Cookies {
     unsigned moment;
     xcb_window_t likelyCheckWindow;
-    xcb_get_property_cookie_t count, current, names, record, check, likelyCheck, likelyName, active;
+    xcb_get_property_cookie_t count, current, names, record, check;
+    CheckCookies likely;
+    xcb_get_property_cookie_t active;
     xcb_query_pointer_cookie_t pointer;
     xcb_get_geometry_cookie_t size;
   };
@@ -106,9 +111,8 @@ class X11DesktopReader {
   };
 
   X11DesktopProperties takeProperties(const Cookies& cookies);
-  void takeCheckWindow(xcb_get_property_cookie_t check, xcb_get_property_cookie_t name,
-                       X11DesktopProperties& properties);
-  [[nodiscard]] std::pair<xcb_get_property_cookie_t, xcb_get_property_cookie_t> requestCheckWindow(xcb_window_t window);
+  void takeCheckWindow(const CheckCookies& cookies, X11DesktopProperties& properties);
+  [[nodiscard]] CheckCookies requestCheckWindow(xcb_window_t window);
 
   X11Connection& connection_;
   KeptDesktopPlaces& places_;

@@ -68,35 +68,22 @@ bool isPanel(std::string_view name) {
   return std::ranges::any_of(panelConnectors, [&](std::string_view connector) { return name.starts_with(connector); });
 }
 
-/// What a monitor is put together from, asked for before any answer is awaited.
-struct MonitorCookies {
-  CGRect bounds;
-  bool primary;
-  xcb_get_atom_name_cookie_t name;
-  std::optional<xcb_randr_get_output_property_cookie_t> edid;
-};
-
-MonitorCookies request(const X11Connection& connection, const xcb_randr_monitor_info_t& monitor) {
-  const CGRect bounds{{static_cast<double>(monitor.x), static_cast<double>(monitor.y)},
-                      {static_cast<double>(monitor.width), static_cast<double>(monitor.height)}};
-  MonitorCookies cookies{bounds, monitor.primary != 0, xcb_get_atom_name(connection.raw(), monitor.name), std::nullopt};
-  if (xcb_randr_monitor_info_outputs_length(&monitor) > 0) {
-    cookies.edid =
-        xcb_randr_get_output_property(connection.raw(), *xcb_randr_monitor_info_outputs(&monitor),
-                                      connection.atom(X11Atom::edid), XCB_GET_PROPERTY_TYPE_ANY, 0, longestEdid, 0, 0);
-  }
-  return cookies;
-}
-
-std::string takeName(X11Connection& connection, xcb_get_atom_name_cookie_t cookie) {
-  const auto answer = connection.reply(xcb_get_atom_name_reply, cookie);
+std::string nameOf(X11Connection& connection, xcb_atom_t atom) {
+  const auto answer = connection.reply(xcb_get_atom_name_reply, xcb_get_atom_name(connection.raw(), atom));
   return answer ? validUtf8({xcb_get_atom_name_name(answer.get()),
                              static_cast<std::size_t>(xcb_get_atom_name_name_length(answer.get()))})
                 : std::string();
 }
 
-std::string takeEdid(X11Connection& connection, xcb_randr_get_output_property_cookie_t cookie) {
-  const auto answer = connection.reply(xcb_randr_get_output_property_reply, cookie);
+/// The EDID of a monitor's first output; empty when it has none.
+std::string edidOf(X11Connection& connection, const xcb_randr_monitor_info_t& monitor) {
+  if (xcb_randr_monitor_info_outputs_length(&monitor) == 0) {
+    return {};
+  }
+  const auto answer = connection.reply(
+      xcb_randr_get_output_property_reply,
+      xcb_randr_get_output_property(connection.raw(), *xcb_randr_monitor_info_outputs(&monitor),
+                                    connection.atom(X11Atom::edid), XCB_GET_PROPERTY_TYPE_ANY, 0, longestEdid, 0, 0));
   if (!answer || answer->format != 8) {
     return {};
   }
@@ -106,14 +93,10 @@ std::string takeEdid(X11Connection& connection, xcb_randr_get_output_property_co
 
 /// What panels leave of the desktop that comes first (EWMH, _NET_WORKAREA); nothing when nobody says.
 std::optional<CGRect> parseWorkArea(const X11Property& property) {
-  std::array<std::uint32_t, 4> area{};
-  if (property.format != 32 || property.bytes.size() < sizeof area) {
-    return std::nullopt;
-  }
-  std::memcpy(area.data(), property.bytes.data(), sizeof area);
-  const auto [x, y, width, height] = area;
-  return CGRect{{static_cast<double>(x), static_cast<double>(y)},
-                {static_cast<double>(width), static_cast<double>(height)}};
+  const auto words = parseWords(property);
+  return words.size() < 4 ? std::nullopt
+                          : std::optional(CGRect{{static_cast<double>(words[0]), static_cast<double>(words[1])},
+                                                 {static_cast<double>(words[2]), static_cast<double>(words[3])}});
 }
 
 }  // namespace
@@ -215,19 +198,19 @@ std::vector<X11Displays::Described> X11Displays::describedMonitors() {
   if (!answer) {
     return {};
   }
-  std::vector<MonitorCookies> cookies;
+  std::vector<Described> found;
   for (auto each = xcb_randr_get_monitors_monitors_iterator(answer.get()); each.rem > 0;
        xcb_randr_monitor_info_next(&each)) {
-    cookies.push_back(request(connection_, *each.data));
-  }
-  std::ranges::stable_partition(cookies, &MonitorCookies::primary);
-  std::vector<Described> found;
-  for (const auto& [bounds, primary, nameCookie, edid] : cookies) {
+    const auto& monitor = *each.data;
+    const CGRect bounds{{static_cast<double>(monitor.x), static_cast<double>(monitor.y)},
+                        {static_cast<double>(monitor.width), static_cast<double>(monitor.height)}};
     const auto unobstructed = workArea ? intersection(bounds, *workArea) : CGRect();
-    const auto name = takeName(connection_, nameCookie);
-    found.push_back({{name, bounds, unobstructed == CGRect() ? bounds : unobstructed, isPanel(name), primary},
-                     edid ? takeEdid(connection_, *edid) : std::string()});
+    const auto name = nameOf(connection_, monitor.name);
+    found.push_back(
+        {{name, bounds, unobstructed == CGRect() ? bounds : unobstructed, isPanel(name), monitor.primary != 0},
+         edidOf(connection_, monitor)});
   }
+  std::ranges::stable_partition(found, [](const Described& each) { return each.monitor.isPrimary; });
   return found;
 }
 

@@ -83,20 +83,14 @@ X11WindowReader::X11WindowReader(X11Connection& connection, X11DesktopReader& de
         return xcb_change_window_attributes(connection_.raw(), window, XCB_CW_EVENT_MASK, &mask).sequence;
       }) {}
 
-std::map<xcb_window_t, xcb_get_property_cookie_t> X11WindowReader::requestMissing(
-    const std::vector<xcb_window_t>& listed) {
-  std::map<xcb_window_t, xcb_get_property_cookie_t> cookies;
-  for (const auto window : numbers_.missingFrom(listed)) {
-    cookies[window] = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
-  }
-  return cookies;
-}
-
-/// A window manager takes the property away when a window is withdrawn, but leaves it when it ends itself (EWMH,
-/// _NET_WM_DESKTOP): the windows that come back with its successor are not new.
-void X11WindowReader::takeMissing(const std::map<xcb_window_t, xcb_get_property_cookie_t>& cookies) {
-  for (const auto& [window, cookie] : cookies) {
-    if (!parseCardinal(connection_.takeProperty(cookie))) {
+/// Ends the numbers of windows that are not managed any more. A window manager takes the property away when a window is
+/// withdrawn, but leaves it when it ends itself (EWMH, _NET_WM_DESKTOP): the windows that come back with its successor
+/// are not new.
+void X11WindowReader::forgetUnmanaged(const std::vector<xcb_window_t>& listed) {
+  const auto missing = numbers_.missingFrom(listed);
+  const auto managed = desktopsOf(missing);
+  for (const auto window : missing) {
+    if (!managed.contains(window)) {
       numbers_.noteGone(window);
     }
   }
@@ -264,12 +258,11 @@ X11WindowSnapshot X11WindowReader::read() {
   connection_.peekAtEvents([this](const xcb_generic_event_t& event) { handle(event); });
 
   numbers_.noteManaged(listed);
-  const auto missing = requestMissing(listed);
+  forgetUnmanaged(listed);
   std::vector<PlaceCookies> placeCookies;
   std::ranges::transform(listed, std::back_inserter(placeCookies),
                          [this](xcb_window_t window) { return requestPlace(window); });
   learn(listed, places);
-  takeMissing(missing);
 
   std::vector<std::pair<std::size_t, X11Window>> found;
   for (std::size_t i = 0; i < listed.size(); ++i) {
@@ -295,10 +288,13 @@ std::optional<X11Window> X11WindowReader::read(xcb_window_t window) {
   const auto pidsCookie = requestPids({window});
   const auto cookies = request(window);
   const auto placeCookies = requestPlace(window);
+  const auto viewCookies = desktops_.request();
   const auto listed = parseWords(connection_.takeProperty(listCookie));
   const auto pids = takePids(pidsCookie);
   auto read = take(cookies, pids);
-  if (!takePlace(placeCookies, read) || read.pid == self_ || !has(listed, window)) {
+  const bool exists = takePlace(placeCookies, read);
+  desktops_.take(viewCookies);
+  if (!exists || read.pid == self_ || !has(listed, window)) {
     return std::nullopt;
   }
   numbers_.noteManaged({window});
@@ -329,15 +325,9 @@ std::map<xcb_window_t, std::uint32_t> X11WindowReader::desktopsOf(const std::vec
 }
 
 std::optional<std::vector<ManagedSpaceID>> X11WindowReader::spacesOf(xcb_window_t window) {
-  if (latest_ && latest_->id == window && latestAt_ == connection_.moment()) {
-    return spacesShowing(desktops_.present().desktops, latest_->desktop, latest_->sticky);
-  }
-  const auto desktopCookie = connection_.requestProperty(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL);
-  const auto statesCookie = connection_.requestProperty(window, X11Atom::netWmState, XCB_ATOM_ATOM);
-  const auto desktops = desktops_.read();
-  const auto desktop = parseCardinal(connection_.takeProperty(desktopCookie));
-  const auto states = parseWords(connection_.takeProperty(statesCookie));
-  return spacesShowing(desktops, desktop, has(states, connection_.atom(X11Atom::netWmStateSticky)));
+  const bool isKnown = latest_ && latest_->id == window && latestAt_ == connection_.moment();
+  const auto found = isKnown ? latest_ : read(window);
+  return found ? spacesShowing(desktops_.present().desktops, found->desktop, found->sticky) : std::nullopt;
 }
 
 bool X11WindowSnapshot::isOnScreen(const X11Window& window) const {

@@ -63,13 +63,13 @@ class X11WindowReader {
   X11WindowReader(X11Connection& connection, X11DesktopReader& desktops, ProcessID self);
 
   /// All windows, in at most three round trips however many they are: the lists, then everything about every window,
-  /// then the frames of those that lie two deep in one. Of a window that was read before, only its place is asked for,
-  /// if nothing has been told of it since. The order is that of the top-level windows, as what window managers say
-  /// about it (_NET_CLIENT_LIST_STACKING) is wrong or late under several of them; a window whose top-level window is
-  /// not found comes last.
+  /// then the frames of those that lie two deep in one; and one more when windows have left the list. Of a window that
+  /// was read before, only its place is asked for, if nothing has been told of it since. The order is that of the
+  /// top-level windows, as what window managers say about it (_NET_CLIENT_LIST_STACKING) is wrong or late under several
+  /// of them; a window whose top-level window is not found comes last.
   X11WindowSnapshot read();
 
-  /// One window, in one round trip. Nothing when it is not managed.
+  /// One window, in one round trip, and the desktops with it. Nothing when it is not managed.
   std::optional<X11Window> read(xcb_window_t window);
 
   /// The desktops, by index, of all windows, in two round trips.
@@ -98,9 +98,7 @@ class X11WindowReader {
   };
   using Pids = std::map<std::uint32_t, std::uint32_t>;  ///< client's resource base to process
 
-  /// Asks whether windows that have left the list are still managed.
-  std::map<xcb_window_t, xcb_get_property_cookie_t> requestMissing(const std::vector<xcb_window_t>& listed);
-  void takeMissing(const std::map<xcb_window_t, xcb_get_property_cookie_t>& cookies);
+  void forgetUnmanaged(const std::vector<xcb_window_t>& listed);
   Cookies request(xcb_window_t window);
   X11Window take(const Cookies& cookies, const Pids& pids);
   PlaceCookies requestPlace(xcb_window_t window);
