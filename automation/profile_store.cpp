@@ -47,7 +47,7 @@ PropertyList ProfileStore::read() {
 
 /// What cannot be written is kept and tried again; who must know asks the storage.
 void ProfileStore::write(const PropertyList& profiles) {
-  static_cast<void>(file_.write(prettyJSON(profiles)));
+  file_.replace(prettyJSON(profiles));
 }
 
 std::vector<SpaceProfile> ProfileStore::list() {

@@ -8,7 +8,7 @@ StateExporter::StateExporter(const ProgramServices& services, SpaceChanges& chan
     : services_(services),
       contents_(contents),
       file_(services.storage, services.paths.supportDirectory() / "state.json", "StateExporter",
-            {.delay = delay, .isOwed = false, .queue = "tallowin.state"}) {
+            {.delay = delay, .isOwed = false}) {
   const auto changed = [this](const auto&...) { schedule(); };
   observers_.add(changes.observe(changed));
   observers_.add(contents.appsBySpace().observeDidChange(changed));

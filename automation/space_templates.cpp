@@ -165,7 +165,7 @@ std::expected<SpaceTemplate, ForeignFault> SpaceTemplates::importFile(const std:
   std::ranges::remove_copy_if(readImported(), std::back_inserter(kept),
                               [&](const PropertyList& record) { return record.at("name") == imported->name; });
   kept.push_back(*std::move(json));
-  static_cast<void>(file_.write(compactJSON(kept)));  // who must know asks the storage
+  file_.replace(compactJSON(kept));
   return *std::move(imported);
 }
 

@@ -15,7 +15,7 @@ constexpr double dropped = 6 * 3600;
 TimeTracker::TimeTracker(const ProgramServices& services)
     : services_(services),
       file_(services.storage, services.paths.supportDirectory() / "stats.json", "TimeTracker",
-            {.delay = saveDelay, .limit = std::nullopt, .isOwed = false, .queue = "tallowin.times"}),
+            {.delay = saveDelay, .limit = std::nullopt, .isOwed = false}),
       since_(services.clock.now()),
       tracking_(services.settings.get(setting::timeTracking)) {
   const auto parse = [](std::string_view text) -> std::expected<TimeRecord, std::string> {

@@ -1,6 +1,7 @@
 #include "base/record_file.h"
 
 #include <algorithm>
+#include <mutex>
 #include <utility>
 
 #include "base/date_text.h"
@@ -15,12 +16,19 @@ constexpr Duration firstRetry = std::chrono::seconds(1);
 constexpr Duration longestRetry = std::chrono::seconds(30);
 
 /// Any thread.
-std::expected<void, FileError> replace(Files& files, const std::filesystem::path& path, const std::string& text) {
+std::expected<void, FileError> writeWhole(Files& files, const std::filesystem::path& path, const std::string& text) {
   const auto made = files.createDirectory(path.parent_path(), privateFolder);
   return made ? files.writeAtomically(path, text, privateFile) : made;
 }
 
 }  // namespace
+
+struct RecordFile::Writing {
+  const std::uint64_t change;  ///< the number of the latest change that it writes
+  std::mutex mutex = {};       ///< held while the file is written, and guards the others
+  bool isWanted = true;
+  std::optional<std::expected<void, FileError>> result = {};
+};
 
 RecordFile::RecordFile(Storage& storage, std::filesystem::path path, std::string_view category, SaveRule rule)
     : storage_(storage), path_(std::move(path)), category_(category), rule_(rule) {
@@ -28,6 +36,7 @@ RecordFile::RecordFile(Storage& storage, std::filesystem::path path, std::string
 }
 
 RecordFile::~RecordFile() {
+  endWriting();
   std::erase(storage_.files_, this);
 }
 
@@ -125,34 +134,35 @@ void RecordFile::changed(Content content) {
   attempt_ = services_.mainQueue.after(rule_.delay, [this] { begin(); });
 }
 
+void RecordFile::replace(std::string text) {
+  note([text] { return [text] { return text; }; });
+  unsavedText_ = std::move(text);
+  begin();
+}
+
 std::expected<void, FileError> RecordFile::write(Content content) {
   note(std::move(content));
   return saveNow();
 }
 
-std::expected<void, FileError> RecordFile::write(std::string text) {
-  note([text] { return [text] { return text; }; });
-  unsavedText_ = std::move(text);
-  return saveNow();
-}
-
 std::expected<void, FileError> RecordFile::saveNow() {
-  queue_.reset();  // finishes what it is writing, and drops what waits
+  settleWriting();
   const auto text = take();
   if (!text) {
     return {};
   }
   auto written = makeReplaceable();
   if (written) {
-    written = replace(services_.files, path_, text());
+    written = writeWhole(services_.files, path_, text());
   }
   return finished(changes_, std::move(written));
 }
 
-/// The attempt that was waited for, on the queue if there is one.
+/// The attempt that was waited for. While one is under way its end begins the next.
 void RecordFile::begin() {
-  if (rule_.queue.empty()) {
-    static_cast<void>(saveNow());
+  if (writing_) {
+    attempt_.cancel();
+    latest_.cancel();
     return;
   }
   auto text = take();
@@ -178,41 +188,55 @@ RecordFile::Text RecordFile::take() {
 }
 
 void RecordFile::writeInBackground(Text text) {
-  if (!queue_) {
-    queue_ = services_.workQueues.make(std::string(rule_.queue));
+  writing_ = std::make_shared<Writing>(changes_);
+  auto told = lifetime_.bound([this, writing = writing_] {
+    if (writing_ == writing) {
+      settleWriting();
+    }
+  });
+  storage_.queue().after(Duration::zero(), [&files = services_.files, &mainQueue = services_.mainQueue, path = path_,
+                                            text = std::move(text), writing = writing_, told = std::move(told)] {
+    const std::lock_guard lock(writing->mutex);
+    if (writing->isWanted) {
+      writing->result = writeWhole(files, path, text());
+      mainQueue.async(told);
+    }
+  });
+}
+
+/// Waits for the write that is under way, and answers it; one that has not begun will not.
+std::shared_ptr<RecordFile::Writing> RecordFile::endWriting() {
+  if (writing_) {
+    const std::lock_guard lock(writing_->mutex);
+    writing_->isWanted = false;
   }
-  queue_->after(Duration::zero(),
-                [&files = services_.files, &mainQueue = services_.mainQueue, path = path_, text = std::move(text),
-                 done = lifetime_.bound([this, change = changes_](std::expected<void, FileError> written) {
-                   static_cast<void>(finished(change, std::move(written)));
-                 })] { mainQueue.async([done, written = replace(files, path, text())] { done(written); }); });
+  return std::exchange(writing_, nullptr);
+}
+
+void RecordFile::settleWriting() {
+  if (const auto writing = endWriting(); writing && writing->result) {
+    static_cast<void>(finished(writing->change, *std::move(writing->result)));
+  }
 }
 
 /// An attempt to write the content as it was after so many changes has ended. Answers how.
 std::expected<void, FileError> RecordFile::finished(std::uint64_t change, std::expected<void, FileError> written) {
-  if (change <= settled_) {
-    return written;  // a later one ended before this was told
-  }
+  const bool isLatest = change == changes_;
   if (!written) {
     if (!isFailing()) {
       log(Log::Level::error, "cannot write " + path_.string() + ": " + written.error().description);
     }
     retryDelay_ = std::clamp(2 * retryDelay_, firstRetry, longestRetry);
-    if (change == changes_) {  // a later change has an attempt of its own
-      attempt_ = services_.mainQueue.after(retryDelay_, [this] { begin(); });
-    }
-    return written;
-  }
-  if (std::exchange(retryDelay_, Duration::zero()) > Duration::zero()) {
+  } else if (std::exchange(retryDelay_, Duration::zero()) > Duration::zero()) {
     log(Log::Level::info, "wrote " + path_.string() + " after all");
   }
-  settled_ = change;
-  if (change == changes_) {
-    content_ = nullptr;
-    unsavedText_.reset();
+  if (written && isLatest) {
+    discardUnsaved();
     if (onSaved) {
       onSaved();
     }
+  } else if (!attempt_ && !latest_) {  // a later change may have an attempt of its own
+    attempt_ = services_.mainQueue.after(retryDelay_, [this] { begin(); });
   }
   return written;
 }
@@ -222,7 +246,6 @@ void RecordFile::discardUnsaved() {
   latest_.cancel();
   content_ = nullptr;
   unsavedText_.reset();
-  settled_ = changes_;
   retryDelay_ = Duration::zero();
 }
 

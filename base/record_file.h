@@ -25,20 +25,17 @@ struct SaveRule {
   /// Whether the content was promised to somebody: it is then written whenever the program ends, and for
   /// Storage::saveNow().
   bool isOwed = true;
-  /// The label of the work queue that it is written on, as waiting for the disk may take long; empty for the main
-  /// thread.
-  std::string_view queue = {};
 };
 
 /// One file of the program's own records, read whole and replaced whole, readable by the user alone. What stands in it
 /// and was not understood is kept aside under a time-stamped name before anything takes its place; what cannot be read,
 /// or not be kept aside, is never replaced. A write that fails leaves the old content, is logged once, and is tried
 /// again after 1, 2, 4 and so on up to 30 seconds, and with the next change, until one succeeds, which is logged too.
-/// Main thread only.
+/// Changes are written on the storage's queue, as waiting for the disk may take long; one that comes while the file is
+/// being written is written after that. Main thread only.
 class RecordFile {
  public:
-  /// Makes the text of the file. Runs once, on the queue if there is one, and lives until the text is written: it owns
-  /// what it needs.
+  /// Makes the text of the file. Runs once, on the queue, and lives until the text is written: it owns what it needs.
   using Text = std::function<std::string()>;
   /// Takes the present content, on the main thread, when it is about to be written; null if there is nothing to write
   /// after all.
@@ -57,8 +54,8 @@ class RecordFile {
   void takeOver(const std::filesystem::path& earlier);
 
   /// What `parse` makes of the content: the value, or why there is none. Nothing where there is no file, or when it
-  /// cannot be read or understood, which is logged unless the last reading found the same. A text given to write() that
-  /// is not in the file yet is read in its place.
+  /// cannot be read or understood, which is logged unless the last reading found the same. A text given to replace()
+  /// that is not in the file yet is read in its place.
   template <typename Parse>
   auto read(const Parse& parse) {
     using Value = typename std::invoke_result_t<Parse, std::string_view>::value_type;
@@ -87,11 +84,14 @@ class RecordFile {
   /// The content has changed, and is to be written as the rule says; not inside this call.
   void changed(Content content);
 
-  /// Replaces the content at once. On failure it stays unsaved and is tried again.
-  [[nodiscard]] std::expected<void, FileError> write(Content content);
-  [[nodiscard]] std::expected<void, FileError> write(std::string text);
+  /// The content is this text from now on; it begins to be written at once. Who must know how that ends asks saveNow().
+  void replace(std::string text);
 
-  /// Writes what is unsaved before it returns. Success where there is nothing.
+  /// Replaces the content before it returns. On failure it stays unsaved and is tried again.
+  [[nodiscard]] std::expected<void, FileError> write(Content content);
+
+  /// Writes what is unsaved before it returns, and waits for the write that is under way. Success where there is
+  /// nothing.
   [[nodiscard]] std::expected<void, FileError> saveNow();
 
   /// Forgets what is unsaved.
@@ -107,6 +107,8 @@ class RecordFile {
  private:
   /// What is known of the content that a write would replace.
   enum class Standing { known, notUnderstood, notReadable };
+  /// A write on the queue.
+  struct Writing;
 
   [[nodiscard]] std::optional<std::string> readText();
   void reading(std::optional<std::string> fault, Standing otherwise);
@@ -114,6 +116,8 @@ class RecordFile {
   void begin();
   [[nodiscard]] Text take();
   void writeInBackground(Text text);
+  std::shared_ptr<Writing> endWriting();
+  void settleWriting();
   std::expected<void, FileError> finished(std::uint64_t change, std::expected<void, FileError> written);
   [[nodiscard]] std::expected<std::filesystem::path, FileError> keepAside();
   void log(Log::Level level, const std::string& message) const;
@@ -128,13 +132,12 @@ class RecordFile {
   std::optional<std::string> fault_;
 
   Content content_;                         ///< of what is unsaved; null when everything is in the file
-  std::optional<std::string> unsavedText_;  ///< what write() was given, as long as that is unsaved
+  std::optional<std::string> unsavedText_;  ///< what replace() was given, as long as that is unsaved
   std::uint64_t changes_ = 0;               ///< counts those of the content
-  std::uint64_t settled_ = 0;               ///< the changes up to this one are in the file, or were discarded
   Duration retryDelay_{};                   ///< from the last failure to the next attempt; zero while none has failed
   WorkItem attempt_;                        ///< after the delay, or after a failure
   WorkItem latest_;                         ///< at the limit
-  std::unique_ptr<WorkQueue> queue_;        ///< made for the first write on it
+  std::shared_ptr<Writing> writing_;        ///< shared with the queue until it has ended there
   Lifetime lifetime_;
 };
 

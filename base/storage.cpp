@@ -17,6 +17,13 @@ std::expected<void, FileError> Storage::saveNow() {
   return result;
 }
 
+WorkQueue& Storage::queue() {
+  if (!queue_) {
+    queue_ = services_.workQueues.make("tallowin.files");
+  }
+  return *queue_;
+}
+
 bool Storage::isSound() const {
   return std::ranges::none_of(files_, [](const RecordFile* file) { return file->isFailing(); });
 }

@@ -40,8 +40,12 @@ class Storage {
  private:
   friend class RecordFile;
 
+  /// The one queue that changes of all files are written on, made for the first.
+  [[nodiscard]] WorkQueue& queue();
+
   const Services services_;
   std::vector<RecordFile*> files_;  ///< in the order in which they were made
+  std::unique_ptr<WorkQueue> queue_;
 };
 
 }  // namespace tallowin

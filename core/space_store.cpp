@@ -31,8 +31,7 @@ const SampleSpace* sample(const Space& space, const Settings& settings) {
 }  // namespace
 
 SpaceStore::SpaceStore(Services services, Storage& storage, std::filesystem::path file)
-    : services_(services),
-      file_(storage, std::move(file), spaceStoreCategory, {.delay = saveDelay, .queue = "tallowin.store"}) {
+    : services_(services), file_(storage, std::move(file), spaceStoreCategory, {.delay = saveDelay}) {
   const auto parse = [](std::string_view text) -> std::expected<SpaceMetas, std::string> {
     const auto json = parseJSON(text);
     auto metas = json ? metasFromJson(*json) : std::nullopt;

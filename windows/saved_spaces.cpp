@@ -176,7 +176,7 @@ PropertyList SavedSpaces::records() {
 bool SavedSpaces::append(const SavedSpace& space) {
   auto all = records();
   all.push_back(toJson(space));
-  const bool written = file_.write(prettyJSON(all)).has_value();
+  const bool written = file_.write([text = prettyJSON(all)] { return [text] { return text; }; }).has_value();
   if (!written) {
     file_.discardUnsaved();
   }

@@ -183,8 +183,8 @@ RecordFile& LayoutFiles::file(std::string_view name, std::string_view displaySet
 
 void LayoutFiles::write(const WindowLayout& layout, std::string_view name) {
   auto& replaced = file(name, layout.displaySetup);
-  replaced.read(parse);                                           // what is not understood is kept aside
-  static_cast<void>(replaced.write(prettyJSON(toJson(layout))));  // who must know asks the storage
+  replaced.read(parse);  // what is not understood is kept aside
+  replaced.replace(prettyJSON(toJson(layout)));
 }
 
 std::optional<WindowLayout> LayoutFiles::read(std::string_view name, std::string_view displaySetup) {

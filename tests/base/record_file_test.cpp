@@ -47,7 +47,7 @@ class RecordFileTest : public testing::Test {
 };
 
 TEST_F(RecordFileTest, ARunOfChangesIsWrittenBehindItsLastOneAndWithinTheLimit) {
-  RecordFile owed(storage, path, "Test", {.delay = 300ms, .queue = "test"});
+  RecordFile owed(storage, path, "Test", {.delay = 300ms});
   for (int i = 0; i < 40; ++i) {
     change(owed, i);
     time.advance(200ms);
@@ -68,37 +68,32 @@ TEST_F(RecordFileTest, ARunOfChangesIsWrittenBehindItsLastOneAndWithinTheLimit) 
 }
 
 TEST_F(RecordFileTest, WhatCannotBeWrittenIsSaidOnceAndTriedUntilItCan) {
-  for (const auto* queue : {"", "test"}) {
-    RecordFile file(storage, path, "Test", {.delay = 300ms, .queue = queue});
-    log.lines.clear();
-    const double start = std::chrono::duration<double>(time.elapsed()).count();
-    files.failAt(WriteStage::flush);
-    change(file, 1);
-    time.advance(100s);
-    std::vector<double> attempts;
-    for (const auto& [at, written] : takeWrites()) {
-      attempts.push_back(std::round((at - start) * 10) / 10);
-    }
-    EXPECT_THAT(attempts, ElementsAre(0.3, 1.3, 3.3, 7.3, 15.3, 31.3, 61.3, 91.3));
-    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("cannot write /home/u/records.json: Input/output error")));
-    EXPECT_FALSE(storage.isSound());
-    EXPECT_EQ(storage.saveNow().error().description, "Input/output error");
-    static_cast<void>(takeWrites());
-    files.failAt(std::nullopt);
-    change(file, 2);
-    time.advance(300ms);
-    EXPECT_THAT(takeWrites(), SizeIs(1)) << "with the next change";
-    EXPECT_EQ(stored(), "2");
-    EXPECT_TRUE(storage.isSound());
-    EXPECT_THAT(log.lines, SizeIs(2));
-    time.advance(100s);
-    EXPECT_THAT(takeWrites(), SizeIs(0));
-    files.take(path);
+  RecordFile file(storage, path, "Test", {.delay = 300ms});
+  files.failAt(WriteStage::flush);
+  change(file, 1);
+  time.advance(100s);
+  std::vector<double> attempts;
+  for (const auto& [at, written] : takeWrites()) {
+    attempts.push_back(at);
   }
+  EXPECT_THAT(attempts, ElementsAre(0.3, 1.3, 3.3, 7.3, 15.3, 31.3, 61.3, 91.3));
+  EXPECT_THAT(log.lines, ElementsAre(HasSubstr("cannot write /home/u/records.json: Input/output error")));
+  EXPECT_FALSE(storage.isSound());
+  EXPECT_EQ(storage.saveNow().error().description, "Input/output error");
+  static_cast<void>(takeWrites());
+  files.failAt(std::nullopt);
+  change(file, 2);
+  time.advance(300ms);
+  EXPECT_THAT(takeWrites(), SizeIs(1)) << "with the next change";
+  EXPECT_EQ(stored(), "2");
+  EXPECT_TRUE(storage.isSound());
+  EXPECT_THAT(log.lines, SizeIs(2));
+  time.advance(100s);
+  EXPECT_THAT(takeWrites(), SizeIs(0));
 }
 
 TEST_F(RecordFileTest, SavingNowTakesTheLatestContentAlsoWhileOneIsBeingWritten) {
-  RecordFile file(storage, path, "Test", {.delay = 300ms, .queue = "test"});
+  RecordFile file(storage, path, "Test", {.delay = 300ms});
   change(file, 1);
   const auto inBetween = time.after(300ms, [&] {  // its write waits in the queue
     change(file, 2);
@@ -115,7 +110,7 @@ TEST_F(RecordFileTest, WhatWasNotUnderstoodIsNeverOverwritten) {
   RecordFile file(storage, path, "Test");
   EXPECT_TRUE(file.readList([](const PropertyList&) { return true; }).empty());
   files.setUnwritable("/home/u", true);
-  EXPECT_FALSE(file.write("[1]"));
+  file.replace("[1]");
   EXPECT_EQ(file.readList([](const PropertyList&) { return true; }), PropertyList::parse("[1]"))
       << "what is unsaved is what counts";
   EXPECT_EQ(stored(), "theirs");
