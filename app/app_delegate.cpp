@@ -4,7 +4,7 @@
 
 #include "app/doctor.h"
 #include "app/program.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 
 namespace tallowin {
 
@@ -14,6 +14,9 @@ constexpr auto appDelegateCategory = "AppDelegate";
 
 /// A change of the active Space sooner than this after a switch that this program started is its own doing.
 constexpr auto switchTime = std::chrono::seconds(1);
+
+constexpr Duration settingsWindowDelay = std::chrono::milliseconds(500);
+constexpr Duration onboardingDelay = std::chrono::milliseconds(1500);
 
 }  // namespace
 
@@ -42,21 +45,19 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
           services_, [this](const Space& space) { return windows_.isEmpty(space); },
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(platform.files, platform.workspace, platform.folders, platform.log),
-      naming_(store_, platform.presentation.renameDialog),
+      naming_(store_, platform.presentation),
       newSpaces_({settings, store_, naming_, platform.spacePlaces,
                   [this] { return records_.templateCommands.isAddingDesktops(); }}),
       thumbnails_(
           {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths_}),
-      previews_({thumbnails_, platform.presentation.previews, platform.screenCapture, settings, platform.mainQueue,
-                 watcher_}),
+      previews_({thumbnails_, platform.presentation, platform.screenCapture, settings, platform.mainQueue, watcher_}),
       pipeline_({watcher_, store_, windows_.contents, windows_.spaceLock, windows_.focusMemory, history_,
-                 records_.tracker, automation_, previews_, platform.presentation, platform.mainQueue, platform.log,
-                 [this] { return initiatedByUs(); }}),
+                 records_.tracker, automation_, previews_, platform.presentation, platform.triggers, platform.mainQueue,
+                 platform.log, [this] { return initiatedByUs(); }}),
       underWay_(watcher_, platform.mainQueue),
       windowCommands_(services_, switcher_, windows_),
       performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
                   noteFiles_, naming_, platform.presentation, platform.pasteboard, underWay_,
-                  [this] { return settings_.get(setting::demoMode); },
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); },
                   [this] { return diagnosticsReport(services_, watcher_.latest()); }}),
@@ -66,12 +67,12 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
                       appNames(windows_.contents)}),
       requests_(answers(), underWay_),
-      scripting_({platform.scriptEvents, platform.desktopService, watcher_, store_, changes_,
-                  [this](const std::string& url) { return handleURLEvent(url); },
-                  [this](const Request& request, std::unique_ptr<Caller> caller) {
-                    requests_.handle(request, std::move(caller));
-                  },
-                  underWay_, platform.folders}),
+      desktopObject_({platform.desktopService, watcher_, store_, changes_, scripting_,
+                      [this](const std::string& url) { return handleURLEvent(url); },
+                      [this](const Request& request, std::unique_ptr<Caller> caller) {
+                        requests_.handle(request, std::move(caller));
+                      },
+                      underWay_, platform.folders}),
       localAPI_(
           {platform.files, paths_, settings, platform.listeners, platform.mainQueue, platform.system, platform.log},
           options.port) {
@@ -89,9 +90,139 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
 
 AppDelegate::~AppDelegate() {
   records_.tracker.flush();
+  platform_.scriptEvents.setHandlers({});
   platform_.urlEvents.setHandler(nullptr);
   platform_.commandChannel.setHandler(nullptr);
   static_cast<void>(storage_.saveNow());
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+  openSettingsIfAsked();
+  presentDegradedAlert();
+  windows_.contents.start();
+  wireScripting();
+  startSettingsServices();
+  wireTriggers();
+  windows_.spaceLock.start();
+  startWatching();
+  noteFirstSpace();
+  observeChanges();
+  previews_.startRefreshTimer();
+  onboarding_ = platform_.mainQueue.after(onboardingDelay, [this] { runOnboardingIfNeeded(); });
+  platform_.commandChannel.setHandler([this](const Request& request, std::unique_ptr<Caller> caller) {
+    platform_.preferences.synchronize();  // whoever has just changed a setting waits for the answer to know it used
+    requests_.handle(request, std::move(caller));
+  });
+}
+
+void AppDelegate::openSettingsIfAsked() {
+  if (options_.settingsTab) {
+    settingsWindow_ = platform_.mainQueue.after(settingsWindowDelay, [this] {
+      std::ignore = platform_.presentation.showSettings(options_.settingsTab, std::nullopt);
+    });
+  }
+}
+
+void AppDelegate::presentDegradedAlert() {
+  const auto health = platform_.desktop.health();
+  platform_.log.info(appDelegateCategory, "bridge health: " + std::to_string(health.bits()));
+  if (!health.healthy()) {
+    error_ << "tallowin: there are no desktops to watch here yet; --platform simulated makes some up\n";
+    platform_.alerts.show({"Tallowin cannot see your Spaces",
+                           "What it needs of the desktop is missing. Names, notes and settings are kept, but nothing "
+                           "can be switched. \"tallowin --probe\" tells what is missing.",
+                           {"OK"}},
+                          [](std::optional<std::size_t> /*button*/) {});
+  }
+}
+
+void AppDelegate::wireScripting() {
+  scripting_.handler = [this](const SpaceCommand& command) { perform(command); };
+  scripting_.currentName = [this] {
+    const auto space = watcher_.latest().activeSpace();
+    return space ? store_.displayName(*space) : "";
+  };
+  scripting_.currentNumber = [this] {
+    const auto space = watcher_.latest().activeSpace();
+    return space ? space->desktopNumber.value_or(0) : 0;
+  };
+  scripting_.allNames = [this] {
+    std::vector<std::string> names;
+    for (const auto& space : watcher_.latest().allSpaces()) {
+      names.push_back(store_.displayName(space));
+    }
+    return names;
+  };
+  platform_.scriptEvents.setHandlers(
+      {[this](const ScriptCommandEvent& event) { return performScriptCommand(event, scripting_); },
+       [this](const IntentEvent& event) { return performIntent(event, scripting_); },
+       [this](const std::string& phrase) { return performPhrase(phrase, scripting_); }});
+  desktopObject_.offer();
+}
+
+void AppDelegate::startSettingsServices() {
+  platform_.urlEvents.setHandler([this](const std::string& text) { static_cast<void>(handleURLEvent(text)); });
+  localAPI_.refresh();
+  windows_.layouts.startAutoSave();
+  windows_.restartOffer.start();
+}
+
+void AppDelegate::wireTriggers() {
+  platform_.triggers.setOverviewHandler([this] { perform(command::Overview()); });
+  platform_.triggers.refresh();
+  platform_.triggers.setBounceBack([this](const std::string& spaceID) { bounceBack(spaceID); });
+}
+
+void AppDelegate::startWatching() {
+  watcher_.onSnapshot = [this](const SpaceSnapshot& snapshot) { snapshotChanged(snapshot); };
+  watcher_.onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
+    pipeline_.activeSpaceChanged(from, to);
+  };
+  if ((platform_.desktop.health().bits() & CGSBridgeHealth::connection) != 0) {
+    underWay_.awaitFirstSnapshot();
+  }
+  watcher_.start();
+  windows_.reconnect.start();
+}
+
+void AppDelegate::noteFirstSpace() {
+  if (const auto active = watcher_.latest().activeSpace()) {
+    history_.visit(*active);
+    records_.tracker.flush();
+    platform_.triggers.refreshDockGuard(active->id);
+  }
+}
+
+void AppDelegate::observeChanges() {
+  observers_.add(platform_.preferences.observe([this] { settingsChanged(); }));
+  const auto observe = [this](NotificationName name, const std::function<void()>& work) {
+    observers_.add(platform_.workspaceNotifications.addObserver(name, [work](const Notification&) { work(); }));
+  };
+  observe(NotificationName::NSWorkspaceScreensDidSleepNotification, [this] {
+    records_.tracker.screensDidSleep();
+    previews_.screensDidSleep();
+  });
+  observe(NotificationName::NSWorkspaceScreensDidWakeNotification, [this] {
+    records_.tracker.screensDidWake(watcher_.latest());
+    previews_.screensDidWake();
+  });
+}
+
+void AppDelegate::settingsChanged() {
+  platform_.triggers.refresh();
+  if (const auto active = watcher_.latest().activeSpace()) {
+    platform_.triggers.refreshDockGuard(active->id);
+  }
+  localAPI_.refresh();
+  automaticNames_.lookSoon();
+  previews_.startRefreshTimer();
+  records_.stateExporter.schedule();
+}
+
+void AppDelegate::runOnboardingIfNeeded() {
+  if (!settings_.get(setting::didShowOnboarding) && platform_.presentation.welcome()) {
+    settings_.set(setting::didShowOnboarding, true);
+  }
 }
 
 void AppDelegate::snapshotChanged(const SpaceSnapshot& snapshot) {

@@ -6,10 +6,8 @@
 #include <string>
 
 #include "app/command_performer.h"
-#include "app/command_requests.h"
-#include "app/preview_refresh.h"
+#include "app/previews.h"
 #include "app/program.h"
-#include "app/scripting_channels.h"
 #include "app/space_naming.h"
 #include "app/space_pipeline.h"
 #include "automation/automation_runner.h"
@@ -18,11 +16,13 @@
 #include "automation/record_services.h"
 #include "base/app_paths.h"
 #include "base/subscriptions.h"
-#include "commands/cli/request_handler.h"
+#include "commands/cli/request_job.h"
 #include "commands/cli/space_requests.h"
+#include "commands/dbus/desktop_object.h"
 #include "commands/http/local_api.h"
-#include "core/desktop_name_mirror.h"
+#include "commands/scripting/scripting_bridge.h"
 #include "core/program_services.h"
+#include "core/space_changes.h"
 #include "core/state_feed.h"
 #include "platform/platform.h"
 #include "windows/automatic_names.h"
@@ -58,7 +58,7 @@ class AppDelegate {
   [[nodiscard]] const SpaceHistory& history() const { return history_; }
 
  private:
-  // The start, step by step; in a file of its own.
+  // The start, step by step.
   void openSettingsIfAsked();
   void presentDegradedAlert();
   void wireScripting();
@@ -108,7 +108,8 @@ class AppDelegate {
   CommandRequests commandRequests_;
   SpaceRequests spaceRequests_;
   RequestHandler requests_;
-  ScriptingChannels scripting_;
+  ScriptingBridge scripting_;
+  DesktopObject desktopObject_;
   LocalAPI localAPI_;
   Subscriptions observers_;
   WorkItem settingsWindow_;

@@ -6,9 +6,9 @@
 #include <map>
 #include <vector>
 
-#include "base/decimal_integer.h"
+#include "base/words.h"
 #include "commands/cli/request_words.h"
-#include "platform/presentation.h"
+#include "presentation/presentation.h"
 
 namespace tallowin {
 
@@ -124,7 +124,7 @@ std::string readLaunch(const Given& given, CommandLine& line) {
   if ((line.demo || line.settingsTab) && line.mode != Mode::resident) {
     return "--settings TAB and --demo start the program, and go without other modes";
   }
-  const auto& tabs = SettingsWindow::tabs;
+  const auto& tabs = settingsTabs;
   if (line.settingsTab && std::ranges::find(tabs, *line.settingsTab) == tabs.end()) {
     std::string names;
     for (const auto tab : tabs) {

@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "commands/command_url.h"
+
 namespace tallowin {
 
 namespace {
@@ -18,34 +20,186 @@ Duration patienceWith(const SpaceCommand& command) {
              : patience;
 }
 
-Outcome outcomeOf(const Shown& shown) {
-  return shown ? Outcome::done() : Outcome::refused(shown.error());
+/// The command that the words stand for: that of the URL in which they are the host, the path and the query.
+SpaceCommand commandOf(const RequestWords& words) {
+  URL url{"tallowin", std::string(words.command), "", words.operands, {}};
+  if (words.command == "rename" || words.command == "note") {
+    url.queryItems.push_back({words.command == "rename" ? "name" : "text", url.pathComponents.back()});
+    url.pathComponents.pop_back();
+  }
+  if (words.has("--all")) {
+    url.pathComponents.emplace_back("all");
+  }
+  return commandFromURL(url)->value();  // the table of words has hosts that there are
 }
 
 }  // namespace
 
+struct CommandPerformer::Call {
+  CommandPerformer& performer;
+  const CommandAnswer answer;
+  const CommandOptions options;
+  const Services& services = performer.services_;
+  const SpaceSnapshot& snapshot = services.watcher.latest();
+
+  // Switching.
+
+  void operator()(const command::SwitchTo& command) const {
+    const auto target = find(command.space);
+    if (!target) {
+      return;
+    }
+    const auto active = snapshot.activeSpace();
+    const bool goesBack = active && target->id == active->id && services.settings.get(setting::backAndForth);
+    if (const auto space = goesBack ? services.history.previous(snapshot) : target) {
+      performer.switchTo(*space, answer);
+    } else {
+      answer.done();
+    }
+  }
+  void operator()(const command::Step& command) const {
+    const auto display = services.switcher.displayUnderMouse(snapshot);
+    const auto& settings = services.settings;
+    const SteppingRules rules{settings.get(setting::wrapAround), settings.get(setting::hideFullscreenSpaces),
+                              settings.get(setting::skipEmptyWhenCycling) || settings.get(setting::hideEmptySpaces)};
+    switchTo(display ? neighbour(*display, command.right, rules, services.isSpaceEmpty) : std::nullopt, noNeighbour);
+  }
+  void operator()(const command::Step2D& command) const {
+    const auto display = services.switcher.displayUnderMouse(snapshot);
+    const auto columns = services.settings.get(setting::gridColumns);
+    switchTo(display ? gridNeighbour(*display, command.up, columns) : std::nullopt, noNeighbour);
+  }
+  void operator()(const command::Back& /*command*/) const {
+    switchTo(services.history.previous(snapshot), "There is no Space to go back to");
+  }
+
+  // What is said of a Space.
+
+  void operator()(const command::Rename& command) const {
+    if (const auto space = find(command.space); space && !command.name) {
+      tell(services.naming.ask(*space, false));
+    } else if (space) {
+      services.naming.give(*command.name, space->id);
+      answer.done();
+    }
+  }
+  void operator()(const command::Note& command) const {
+    if (!command.text) {
+      (*this)(command::Notes{command.space});
+    } else if (const auto space = find(command.space)) {
+      services.store.setNote(*command.text, space->id);
+      answer.done();
+    }
+  }
+  void operator()(const command::Notes& command) const {
+    if (const auto space = find(command.space)) {
+      if (const auto opened = services.noteFiles.open(*space, services.store)) {
+        answer.done();
+      } else {
+        answer.refuse("The note could not be saved: " + opened.error().description);
+      }
+    }
+  }
+  void operator()(const command::Profile& command) const { answer.tell(services.records.useProfile(command.name)); }
+  void operator()(const command::Template& command) const { answer.tell(services.records.applyTemplate(command.name)); }
+
+  // Windows and desktops.
+
+  void operator()(const command::MoveWindow& command) const {
+    if (const auto space = find(command.space)) {
+      services.windows.moveFrontWindow(*space, follows(), answer);
+    }
+  }
+  void operator()(const command::MoveWindowStep& command) const {
+    services.windows.moveFrontWindowStep(command.right, follows(), answer);
+  }
+  void operator()(const command::SaveLayout& /*command*/) const { answer.tell(services.windows.saveLayout()); }
+  void operator()(const command::RestoreLayout& /*command*/) const { services.windows.restoreLayout(answer); }
+  void operator()(const command::Eject& /*command*/) const { services.windows.eject(answer); }
+  void operator()(const command::ToggleScratchpad& /*command*/) const {
+    answer.tell(services.windows.toggleScratchpad());
+  }
+  void operator()(const command::MinimizeAll& /*command*/) const { answer.tell(services.windows.minimizeAll()); }
+  void operator()(const command::UndoMinimize& /*command*/) const { answer.tell(services.windows.undoMinimize()); }
+  void operator()(const command::SaveAndClose& /*command*/) const { answer.tell(services.windows.saveAndClose()); }
+  void operator()(const command::AddDesktop& /*command*/) const { services.windows.addDesktop(answer); }
+  void operator()(const command::RemoveDesktop& command) const {
+    if (const auto space = find(command.space)) {
+      services.records.backups.keep("before removing " + services.store.displayName(*space));
+      services.windows.removeDesktop(*space, answer);
+    }
+  }
+
+  // What is shown.
+
+  void operator()(const command::Setup& command) const {
+    if (const auto space = find(command.space)) {
+      tell(services.presentation.showSettings("spaces", space->id));
+    }
+  }
+  void operator()(const command::OpenSettings& /*command*/) const {
+    tell(services.presentation.showSettings(std::nullopt, std::nullopt));
+  }
+  void operator()(const command::Windows& command) const {
+    tell(services.presentation.showWindowPanel(command.allSpaces));
+  }
+  void operator()(const command::Launcher& /*command*/) const { tell(services.presentation.showLauncher()); }
+  void operator()(const command::Overview& /*command*/) const { tell(services.presentation.toggleOverview()); }
+  void operator()(const command::DemoTour& /*command*/) const {
+    if (services.settings.get(setting::demoMode)) {
+      tell(services.presentation.runDemoTour());
+    } else {
+      fail("Turn on demo mode first");
+    }
+  }
+  void operator()(const command::Diagnostics& /*command*/) const {
+    if (services.pasteboard.setString(services.diagnostics())) {
+      services.toasts.show({"Diagnostics copied", std::nullopt});
+      answer.done();
+    } else {
+      fail("There is no clipboard to copy the diagnostics to");
+    }
+  }
+
+  /// The Space that is meant; when there is none, that is said.
+  [[nodiscard]] std::optional<Space> find(const SpaceRef& ref) const {
+    auto space = resolve(ref, snapshot, services.store);
+    if (!space) {
+      if (const auto message = notFoundMessage(ref)) {
+        fail(*message);
+      } else {
+        answer.refuse(noActiveSpace);
+      }
+    }
+    return space;
+  }
+
+  void switchTo(const std::optional<Space>& space, std::string_view ifNone) const {
+    if (space) {
+      performer.switchTo(*space, answer);
+    } else {
+      answer.refuse(ifNone);
+    }
+  }
+
+  [[nodiscard]] bool follows() const { return options.follow || services.settings.get(setting::followMovedWindow); }
+
+  void tell(const Shown& shown) const { answer.tell(shown ? Outcome::done() : Outcome::refused(shown.error())); }
+
+  void fail(const std::string& message) const {
+    services.toasts.show({message, std::nullopt, true});
+    answer.refuse(message);
+  }
+};
+
 void CommandPerformer::perform(const SpaceCommand& command, CommandOptions options, OutcomeHandler told) {
   // A switch is a number of steps from the active Space, which may have changed less than a debounce ago.
   services_.watcher.refresh();
-  const Call call{services_.underWay.begin(patienceWith(command), std::move(told)), options};
-  std::visit([&](const auto& each) { perform(each, call); }, command);
+  std::visit(Call{*this, services_.underWay.begin(patienceWith(command), std::move(told)), options}, command);
 }
 
 void CommandPerformer::switchTo(const Space& space) {
   switchTo(space, services_.underWay.begin(patience, [](const Outcome& /*outcome*/) {}));
-}
-
-/// The Space that is meant; when there is none, that is said.
-std::optional<Space> CommandPerformer::find(const SpaceRef& ref, const CommandAnswer& answer) {
-  auto space = resolve(ref, snapshot(), services_.store);
-  if (!space) {
-    if (const auto message = notFoundMessage(ref)) {
-      fail(*message, answer);
-    } else {
-      answer.refuse(noActiveSpace);
-    }
-  }
-  return space;
 }
 
 void CommandPerformer::switchTo(const Space& space, const CommandAnswer& answer) {
@@ -62,183 +216,51 @@ void CommandPerformer::switchTo(const Space& space, const CommandAnswer& answer)
   }
 }
 
-void CommandPerformer::switchTo(const std::optional<Space>& space, std::string_view ifNone,
-                                const CommandAnswer& answer) {
-  if (space) {
-    switchTo(*space, answer);
+void CommandRequests::addTo(RequestTable& table) {
+  table[RequestKind::url] = [this](const RequestJob& job) { openURL(job); };
+  table[RequestKind::command] = [this](const RequestJob& job) { perform(job); };
+}
+
+void CommandRequests::openURL(const RequestJob& job) const {
+  if (const auto fault = services_.openURL(job.words.operands.front())) {
+    job.fail(fault->message, exitStatus(*fault));
   } else {
-    answer.refuse(ifNone);
+    job.succeed();
   }
 }
 
-void CommandPerformer::fail(const std::string& message, const CommandAnswer& answer) {
-  services_.toasts.show({message, std::nullopt, true});
-  answer.refuse(message);
-}
-
-void CommandPerformer::perform(const command::SwitchTo& command, const Call& call) {
-  const auto target = find(command.space, call.answer);
-  if (!target) {
+void CommandRequests::perform(const RequestJob& job) const {
+  const auto command = commandOf(job.words);
+  if (const auto* const switching = std::get_if<command::SwitchTo>(&command)) {
+    switchTo(job, *switching);
     return;
   }
-  const auto active = snapshot().activeSpace();
-  const bool goesBack = active && target->id == active->id && services_.settings.get(setting::backAndForth);
-  if (const auto previous = goesBack ? services_.history.previous(snapshot()) : target) {
-    switchTo(*previous, call.answer);
-  } else {
-    call.answer.done();
-  }
+  const bool isSaved = std::holds_alternative<command::Rename>(command);
+  services_.performer.perform(command, {job.words.has("--follow")},
+                              [job, isSaved, &storage = services_.storage](const Outcome& outcome) {
+                                if (isSaved && outcome.kind == Outcome::Kind::done) {
+                                  job.succeedOnceSaved(storage);
+                                } else {
+                                  job.end(outcome);
+                                }
+                              });
 }
 
-void CommandPerformer::perform(const command::Step& command, const Call& call) {
-  const auto display = services_.switcher.displayUnderMouse(snapshot());
-  const auto& settings = services_.settings;
-  const SteppingRules rules{settings.get(setting::wrapAround), settings.get(setting::hideFullscreenSpaces),
-                            settings.get(setting::skipEmptyWhenCycling) || settings.get(setting::hideEmptySpaces)};
-  switchTo(display ? neighbour(*display, command.right, rules, services_.isSpaceEmpty) : std::nullopt, noNeighbour,
-           call.answer);
-}
-
-void CommandPerformer::perform(const command::Step2D& command, const Call& call) {
-  const auto display = services_.switcher.displayUnderMouse(snapshot());
-  const auto columns = services_.settings.get(setting::gridColumns);
-  switchTo(display ? gridNeighbour(*display, command.up, columns) : std::nullopt, noNeighbour, call.answer);
-}
-
-void CommandPerformer::perform(const command::Back& /*command*/, const Call& call) {
-  switchTo(services_.history.previous(snapshot()), "There is no Space to go back to", call.answer);
-}
-
-void CommandPerformer::perform(const command::Rename& command, const Call& call) {
-  const auto space = find(command.space, call.answer);
-  if (!space) {
-    return;
-  }
-  if (!command.name) {
-    call.answer.tell(outcomeOf(services_.naming.ask(*space, false)));
-    return;
-  }
-  services_.naming.give(*command.name, space->id);
-  call.answer.done();
-}
-
-void CommandPerformer::perform(const command::Note& command, const Call& call) {
-  if (!command.text) {
-    perform(command::Notes{command.space}, call);
-  } else if (const auto space = find(command.space, call.answer)) {
-    services_.store.setNote(*command.text, space->id);
-    call.answer.done();
-  }
-}
-
-void CommandPerformer::perform(const command::Notes& command, const Call& call) {
-  if (const auto space = find(command.space, call.answer)) {
-    if (const auto opened = services_.noteFiles.open(*space, services_.store)) {
-      call.answer.done();
+/// Where the Space is active already nothing is asked for, as the command might lead back to the Space before.
+void CommandRequests::switchTo(const RequestJob& job, const command::SwitchTo& command) const {
+  services_.underWay.whenSettled([this, job, command] {
+    if (isActive(command.space)) {
+      job.succeed();
     } else {
-      call.answer.refuse("The note could not be saved: " + opened.error().description);
+      services_.performer.perform(command, {}, [job](const Outcome& outcome) { job.end(outcome); });
     }
-  }
+  });
 }
 
-void CommandPerformer::perform(const command::Setup& command, const Call& call) {
-  if (const auto space = find(command.space, call.answer)) {
-    call.answer.tell(outcomeOf(services_.presentation.settingsWindow.show("spaces", space->id)));
-  }
-}
-
-void CommandPerformer::perform(const command::Profile& command, const Call& call) {
-  call.answer.tell(services_.records.useProfile(command.name));
-}
-
-void CommandPerformer::perform(const command::Template& command, const Call& call) {
-  call.answer.tell(services_.records.applyTemplate(command.name));
-}
-
-void CommandPerformer::perform(const command::Windows& command, const Call& call) {
-  call.answer.tell(outcomeOf(services_.presentation.panels.showWindows(command.allSpaces)));
-}
-
-void CommandPerformer::perform(const command::Launcher& /*command*/, const Call& call) {
-  call.answer.tell(outcomeOf(services_.presentation.panels.showLauncher()));
-}
-
-void CommandPerformer::perform(const command::Overview& /*command*/, const Call& call) {
-  call.answer.tell(outcomeOf(services_.presentation.overview.toggle()));
-}
-
-void CommandPerformer::perform(const command::OpenSettings& /*command*/, const Call& call) {
-  call.answer.tell(outcomeOf(services_.presentation.settingsWindow.show(std::nullopt, std::nullopt)));
-}
-
-void CommandPerformer::perform(const command::Diagnostics& /*command*/, const Call& call) {
-  if (services_.pasteboard.setString(services_.diagnostics())) {
-    services_.toasts.show({"Diagnostics copied", std::nullopt});
-    call.answer.done();
-  } else {
-    fail("There is no clipboard to copy the diagnostics to", call.answer);
-  }
-}
-
-void CommandPerformer::perform(const command::DemoTour& /*command*/, const Call& call) {
-  if (services_.isDemo()) {
-    call.answer.tell(outcomeOf(services_.presentation.tour.runDemo()));
-  } else {
-    fail("Turn on demo mode first", call.answer);
-  }
-}
-
-bool CommandPerformer::follows(const Call& call) const {
-  return call.options.follow || services_.settings.get(setting::followMovedWindow);
-}
-
-void CommandPerformer::perform(const command::MoveWindow& command, const Call& call) {
-  if (const auto space = find(command.space, call.answer)) {
-    services_.windows.moveFrontWindow(*space, follows(call), call.answer);
-  }
-}
-
-void CommandPerformer::perform(const command::MoveWindowStep& command, const Call& call) {
-  services_.windows.moveFrontWindowStep(command.right, follows(call), call.answer);
-}
-
-void CommandPerformer::perform(const command::RemoveDesktop& command, const Call& call) {
-  if (const auto space = find(command.space, call.answer)) {
-    services_.records.backups.keep("before removing " + services_.store.displayName(*space));
-    services_.windows.removeDesktop(*space, call.answer);
-  }
-}
-
-void CommandPerformer::perform(const command::SaveLayout& /*command*/, const Call& call) {
-  call.answer.tell(services_.windows.saveLayout());
-}
-
-void CommandPerformer::perform(const command::RestoreLayout& /*command*/, const Call& call) {
-  services_.windows.restoreLayout(call.answer);
-}
-
-void CommandPerformer::perform(const command::Eject& /*command*/, const Call& call) {
-  services_.windows.eject(call.answer);
-}
-
-void CommandPerformer::perform(const command::ToggleScratchpad& /*command*/, const Call& call) {
-  call.answer.tell(services_.windows.toggleScratchpad());
-}
-
-void CommandPerformer::perform(const command::MinimizeAll& /*command*/, const Call& call) {
-  call.answer.tell(services_.windows.minimizeAll());
-}
-
-void CommandPerformer::perform(const command::UndoMinimize& /*command*/, const Call& call) {
-  call.answer.tell(services_.windows.undoMinimize());
-}
-
-void CommandPerformer::perform(const command::SaveAndClose& /*command*/, const Call& call) {
-  call.answer.tell(services_.windows.saveAndClose());
-}
-
-void CommandPerformer::perform(const command::AddDesktop& /*command*/, const Call& call) {
-  services_.windows.addDesktop(call.answer);
+bool CommandRequests::isActive(const SpaceRef& ref) const {
+  services_.watcher.refresh();
+  const auto space = resolve(ref, services_.watcher.latest(), services_.store);
+  return space && space->isActive;
 }
 
 }  // namespace tallowin

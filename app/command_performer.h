@@ -2,11 +2,14 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 
 #include "app/space_naming.h"
 #include "automation/note_files.h"
 #include "automation/record_services.h"
 #include "base/settings.h"
+#include "commands/cli/request_job.h"
+#include "commands/command_url.h"
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
@@ -15,8 +18,8 @@
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/pasteboard.h"
-#include "platform/presentation.h"
 #include "platform/toasts.h"
+#include "presentation/presentation.h"
 #include "windows/window_commands.h"
 
 namespace tallowin {
@@ -40,11 +43,9 @@ class CommandPerformer {
     RecordServices& records;
     NoteFiles& noteFiles;
     SpaceNaming& naming;
-    Presentation presentation;
+    Presentation& presentation;
     Pasteboard& pasteboard;
     CommandsUnderWay& underWay;
-    /// Whether the demonstration mode is on.
-    std::function<bool()> isDemo;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
     /// Switches as this program's own doing. False when the desktop could not even be asked.
@@ -66,56 +67,46 @@ class CommandPerformer {
   void switchTo(const Space& space);
 
  private:
-  /// A command that is being carried out.
-  struct Call {
-    CommandAnswer answer;
-    CommandOptions options;
-  };
-
-  // One for each command.
-  void perform(const command::SwitchTo& command, const Call& call);
-  void perform(const command::Step& command, const Call& call);
-  void perform(const command::Step2D& command, const Call& call);
-  void perform(const command::Back& command, const Call& call);
-  void perform(const command::Rename& command, const Call& call);
-  void perform(const command::Note& command, const Call& call);
-  void perform(const command::Notes& command, const Call& call);
-  void perform(const command::Setup& command, const Call& call);
-  void perform(const command::Profile& command, const Call& call);
-  void perform(const command::Template& command, const Call& call);
-  void perform(const command::Windows& command, const Call& call);
-  void perform(const command::Launcher& command, const Call& call);
-  void perform(const command::Overview& command, const Call& call);
-  void perform(const command::OpenSettings& command, const Call& call);
-  void perform(const command::Diagnostics& command, const Call& call);
-  void perform(const command::DemoTour& command, const Call& call);
-  void perform(const command::MoveWindow& command, const Call& call);
-  void perform(const command::MoveWindowStep& command, const Call& call);
-  void perform(const command::RemoveDesktop& command, const Call& call);
-  void perform(const command::SaveLayout& command, const Call& call);
-  void perform(const command::RestoreLayout& command, const Call& call);
-  void perform(const command::Eject& command, const Call& call);
-  void perform(const command::ToggleScratchpad& command, const Call& call);
-  void perform(const command::MinimizeAll& command, const Call& call);
-  void perform(const command::UndoMinimize& command, const Call& call);
-  void perform(const command::SaveAndClose& command, const Call& call);
-  void perform(const command::AddDesktop& command, const Call& call);
-
-  [[nodiscard]] const SpaceSnapshot& snapshot() { return services_.watcher.latest(); }
-  [[nodiscard]] std::optional<Space> find(const SpaceRef& ref, const CommandAnswer& answer);
-  void switchTo(const Space& space, const CommandAnswer& answer);
-  void switchTo(const std::optional<Space>& space, std::string_view ifNone, const CommandAnswer& answer);
-  void fail(const std::string& message, const CommandAnswer& answer);
-  [[nodiscard]] bool follows(const Call& call) const;
-
+  /// A command that is being carried out: what each one does.
+  struct Call;
   /// A switch that was asked for.
   struct Switch {
     std::string target;
     CommandAnswer answer;
   };
 
+  void switchTo(const Space& space, const CommandAnswer& answer);
+
   const Services services_;
   std::map<std::string, Switch> switches_;  ///< the latest, by display
+};
+
+/// Requests that are commands: in words, whose outcome is waited for, and as URLs, of which it is told what is known at
+/// once. Main thread only.
+class CommandRequests {
+ public:
+  struct Services {
+    CommandPerformer& performer;
+    CommandsUnderWay& underWay;
+    SpaceWatcher& watcher;
+    SpaceStore& store;
+    Storage& storage;
+    /// Performs a URL, or answers why not.
+    std::function<std::optional<URLFault>(const std::string& url)> openURL;
+  };
+
+  explicit CommandRequests(Services services) : services_(std::move(services)) {}
+
+  /// Makes this the one who answers them. It must outlive the table.
+  void addTo(RequestTable& table);
+
+ private:
+  void openURL(const RequestJob& job) const;
+  void perform(const RequestJob& job) const;
+  void switchTo(const RequestJob& job, const command::SwitchTo& command) const;
+  [[nodiscard]] bool isActive(const SpaceRef& ref) const;
+
+  const Services services_;
 };
 
 }  // namespace tallowin

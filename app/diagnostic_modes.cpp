@@ -6,14 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "app/previews.h"
 #include "base/app_paths.h"
 #include "base/property_list_reading.h"
 #include "base/words.h"
 #include "commands/driven/space_driver.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 #include "commands/space_switcher.h"
 #include "core/display_lookup.h"
-#include "core/preview_service.h"
 
 namespace tallowin {
 

@@ -6,7 +6,7 @@
 #include "automation/record_services.h"
 #include "base/json_text.h"
 #include "base/unicode.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 
 namespace tallowin {
 

@@ -4,7 +4,7 @@
 
 #include "app/command_line.h"
 #include "commands/cli/request_words.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 
 namespace tallowin {
 

@@ -4,7 +4,7 @@
 #include "app/diagnostic_modes.h"
 #include "app/doctor.h"
 #include "app/settings_mode.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 
 namespace tallowin {
 

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "base/record_file.h"
 #include "base/settings.h"
-#include "base/storage.h"
 #include "core/program_services.h"
 #include "core/space_provider.h"
 #include "platform/platform.h"
@@ -16,7 +16,7 @@ namespace tallowin {
 
 /// How the resident program is started.
 struct LaunchOptions {
-  std::optional<std::string> settingsTab;  ///< one of SettingsWindow::tabs, which is opened then
+  std::optional<std::string> settingsTab;  ///< one of settingsTabs, which is opened then
   std::uint16_t port = 0;                  ///< where the HTTP interface is opened
 };
 

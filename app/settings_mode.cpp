@@ -2,8 +2,8 @@
 
 #include <iomanip>
 
-#include "base/setting_text.h"
-#include "commands/exit_status.h"
+#include "base/settings_table.h"
+#include "commands/outcome.h"
 
 namespace tallowin {
 

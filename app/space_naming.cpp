@@ -2,10 +2,13 @@
 
 #include <utility>
 
-#include "core/shown_spaces.h"
 #include "core/space_provider.h"
 
 namespace tallowin {
+
+ShownSpace shownSpace(const Space& space, const SpaceStore& store) {
+  return {space.id, store.displayName(space), space.desktopNumber, store.symbol(space)};
+}
 
 void SpaceNaming::give(const std::string& name, const std::string& spaceID) {
   store_.setName(name, spaceID);
@@ -15,7 +18,7 @@ void SpaceNaming::give(const std::string& name, const std::string& spaceID) {
 }
 
 Shown SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> answered) {
-  return dialog_.present(
+  return presentation_.askForName(
       shownSpace(space, store_), isNew,
       lifetime_.bound([this, id = space.id, answered = std::move(answered)](const std::optional<std::string>& name) {
         if (name) {

@@ -9,15 +9,18 @@
 #include "base/lifetime.h"
 #include "base/settings.h"
 #include "core/space_store.h"
-#include "platform/presentation.h"
 #include "platform/space_places.h"
+#include "presentation/presentation.h"
 
 namespace tallowin {
+
+/// A Space as the user knows it.
+[[nodiscard]] ShownSpace shownSpace(const Space& space, const SpaceStore& store);
 
 /// Gives Spaces the names that the user wants. Main thread only.
 class SpaceNaming {
  public:
-  SpaceNaming(SpaceStore& store, RenameDialog& dialog) : store_(store), dialog_(dialog) {}
+  SpaceNaming(SpaceStore& store, Presentation& presentation) : store_(store), presentation_(presentation) {}
   SpaceNaming(const SpaceNaming&) = delete;
   SpaceNaming& operator=(const SpaceNaming&) = delete;
 
@@ -29,7 +32,7 @@ class SpaceNaming {
 
  private:
   SpaceStore& store_;
-  RenameDialog& dialog_;
+  Presentation& presentation_;
   Lifetime lifetime_;
 };
 

@@ -1,7 +1,7 @@
 #include "app/space_pipeline.h"
 
+#include "app/space_naming.h"
 #include "automation/record_services.h"
-#include "core/shown_spaces.h"
 
 namespace tallowin {
 
@@ -17,7 +17,7 @@ constexpr Duration previewDelay = std::chrono::milliseconds(600);
 }  // namespace
 
 void SpacePipeline::activeSpaceChanged(const std::optional<Space>& from, const Space& to) {
-  if (services_.presentation.dockGuard.spaceChanged(to.id)) {
+  if (services_.triggers.spaceChanged(to.id)) {
     return;
   }
   const bool ours = services_.initiatedByUs();
@@ -40,20 +40,24 @@ void SpacePipeline::record(const std::optional<Space>& from, const Space& to) {
 }
 
 void SpacePipeline::show(const Space& to) {
-  const auto& presentation = services_.presentation;
+  auto& presentation = services_.presentation;
   const auto shown = shownSpace(to, services_.store);
   services_.log.info(spacePipelineCategory, "active Space: " + shown.name);
-  if (!presentation.overview.isShown()) {
-    presentation.hud.show(shown);
+  if (!presentation.isOverviewShown()) {
+    presentation.showHUD(shown);
   }
-  presentation.feedback.spaceChanged(shown);
+  presentation.giveFeedback(shown);
   services_.previews.capture(previewDelay);
-  presentation.desktopLabel.update(shownActiveSpaces(services_.watcher.latest(), services_.store));
+  std::map<std::string, ShownSpace> active;
+  for (const auto& space : services_.watcher.latest().activeSpaces()) {
+    active.emplace(space.displayID, shownSpace(space, services_.store));
+  }
+  presentation.updateDesktopLabels(active);
 }
 
 void SpacePipeline::updateSpaceDock() {
   if (const auto active = services_.watcher.latest().activeSpace()) {
-    services_.presentation.spaceDock.update(appNames(services_.contents)(*active));
+    services_.presentation.updateSpaceDock(appNames(services_.contents)(*active));
   }
 }
 

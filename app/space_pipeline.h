@@ -3,14 +3,15 @@
 #include <functional>
 #include <optional>
 
-#include "app/preview_refresh.h"
+#include "app/previews.h"
 #include "automation/automation_runner.h"
 #include "automation/time_tracker.h"
 #include "core/space_history.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/log.h"
-#include "platform/presentation.h"
+#include "presentation/presentation.h"
+#include "triggers/triggers.h"
 #include "windows/conveniences.h"
 #include "windows/space_contents.h"
 #include "windows/space_lock.h"
@@ -30,7 +31,8 @@ class SpacePipeline {
     TimeTracker& tracker;
     AutomationRunner& automation;
     PreviewRefresh& previews;
-    Presentation presentation;
+    Presentation& presentation;
+    Triggers& triggers;
     MainQueue& mainQueue;
     Log& log;
     /// Whether this program has just started a switch.

@@ -5,11 +5,11 @@
 #include <limits>
 
 #include "base/date_text.h"
-#include "base/decimal_integer.h"
 #include "base/desktop_places.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 

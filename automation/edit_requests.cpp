@@ -3,7 +3,6 @@
 #include <functional>
 
 #include "automation/record_requests.h"
-#include "base/foreign_json.h"
 #include "base/json_text.h"
 #include "commands/space_command.h"
 

@@ -4,9 +4,9 @@
 #include <functional>
 
 #include "automation/time_record.h"
-#include "base/decimal_integer.h"
 #include "base/json_text.h"
-#include "base/record_reader.h"
+#include "base/property_list_reading.h"
+#include "base/words.h"
 
 namespace tallowin {
 

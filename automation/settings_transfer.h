@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/foreign_json.h"
+#include "base/json_text.h"
 #include "core/program_services.h"
 
 namespace tallowin {

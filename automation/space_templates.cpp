@@ -4,7 +4,6 @@
 
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
-#include "base/record_reader.h"
 #include "base/unicode.h"
 
 namespace tallowin {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/foreign_json.h"
+#include "base/json_text.h"
 #include "base/lifetime.h"
 #include "base/record_file.h"
 #include "commands/outcome.h"

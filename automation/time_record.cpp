@@ -11,6 +11,7 @@
 #include "base/date_text.h"
 #include "base/json_text.h"
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 
@@ -125,11 +126,6 @@ std::vector<const SpaceTimes::value_type*> byTime(const SpaceTimes& times) {
   }
   std::ranges::stable_sort(entries, std::greater(), [](const auto* entry) { return entry->second; });
   return entries;
-}
-
-/// The text filled up with blanks to so many columns.
-std::string padded(const std::string& text, std::size_t width) {
-  return text + std::string(width - std::min(width, displayWidth(text)), ' ');
 }
 
 /// The longest beginning of the text, with "…" behind it, that takes at most so many columns; the text itself if it

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/decimal_integer.h"
 #include "base/unicode.h"
 #include "base/words.h"
 

@@ -39,6 +39,12 @@ std::optional<std::string> text(const PropertyList& value) {
   return value.is_string() ? std::optional(value.get<std::string>()) : std::nullopt;
 }
 
+std::optional<std::vector<std::string>> textList(const PropertyList& value) {
+  const bool good =
+      value.is_array() && std::ranges::all_of(value, [](const PropertyList& element) { return element.is_string(); });
+  return good ? std::optional(value.get<std::vector<std::string>>()) : std::nullopt;
+}
+
 const PropertyList* listOfDictionaries(const PropertyList* value) {
   const bool good = value != nullptr && value->is_array() &&
                     std::ranges::all_of(*value, [](const PropertyList& element) { return element.is_object(); });
@@ -46,3 +52,32 @@ const PropertyList* listOfDictionaries(const PropertyList* value) {
 }
 
 }  // namespace tallowin::property_list
+
+namespace tallowin {
+
+const PropertyList* RecordReader::member(std::string_view key) {
+  const auto* found = property_list::member(record_, key);
+  return found != nullptr && !found->is_null() ? found : nullptr;
+}
+
+template <typename Value>
+std::optional<Value> RecordReader::read(std::string_view key, std::optional<Value> (*readValue)(const PropertyList&)) {
+  const auto* found = member(key);
+  auto value = found != nullptr ? readValue(*found) : std::nullopt;
+  good_ = good_ && (found == nullptr || value.has_value());
+  return value;
+}
+
+std::optional<std::string> RecordReader::text(std::string_view key) {
+  return read(key, property_list::text);
+}
+
+bool RecordReader::boolean(std::string_view key) {
+  return read(key, property_list::boolean).value_or(false);
+}
+
+std::vector<std::string> RecordReader::textList(std::string_view key) {
+  return read(key, property_list::textList).value_or(std::vector<std::string>());
+}
+
+}  // namespace tallowin

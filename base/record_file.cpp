@@ -23,6 +23,28 @@ std::expected<void, FileError> writeWhole(Files& files, const std::filesystem::p
 
 }  // namespace
 
+std::expected<void, FileError> Storage::saveNow() {
+  std::expected<void, FileError> result;
+  for (auto* const file : files_) {
+    auto saved = file->isOwed() ? file->saveNow() : std::expected<void, FileError>();
+    if (!saved && result) {
+      result = std::move(saved);
+    }
+  }
+  return result;
+}
+
+WorkQueue& Storage::queue() {
+  if (!queue_) {
+    queue_ = services_.workQueues.make("tallowin.files");
+  }
+  return *queue_;
+}
+
+bool Storage::isSound() const {
+  return std::ranges::none_of(files_, [](const RecordFile* file) { return file->isFailing(); });
+}
+
 struct RecordFile::Writing {
   const std::uint64_t change;  ///< the number of the latest change that it writes
   std::mutex mutex = {};       ///< held while the file is written, and guards the others

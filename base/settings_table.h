@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <expected>
 #include <map>
 #include <optional>
 #include <span>
@@ -10,10 +13,96 @@
 #include <variant>
 #include <vector>
 
-#include "base/setting_enumerations.h"
 #include "platform/property_list.h"
 
 namespace tallowin {
+
+/// The settings that are one of a few cases. Each is stored as the text of its case's name, exactly as spelled here.
+enum class SwitchMode { instant, classic };
+enum class DesktopShortcutModifier { off, controlOption, controlCommand, optionCommand, hyper };
+enum class OverlayHotKeyPreset { optionTab, controlOptionSpace, optionBacktick, commandOptionSpace, f13 };
+enum class DesktopLabelPosition { bottomLeft, bottomRight, topLeft, topRight, center };
+enum class HUDSize { small, regular, large };
+enum class HUDPosition { top, center, bottom };
+enum class MenuBarStyle { name, number, numberAndName, iconOnly, strip, dots };
+enum class HotCorner { none, topLeft, topRight, bottomLeft, bottomRight };
+
+/// Whether the menu-bar item shows every Space and not only the active one.
+[[nodiscard]] constexpr bool showsAllSpaces(MenuBarStyle style) {
+  return style == MenuBarStyle::strip || style == MenuBarStyle::dots;
+}
+
+/// The stored texts of an enumeration's cases in order, and the case that an unknown text reads as. The fallback is
+/// deliberately not always the registered default.
+template <typename Enumeration>
+struct StoredCases;
+
+template <>
+struct StoredCases<SwitchMode> {
+  static constexpr auto texts = std::to_array<std::string_view>({"instant", "classic"});
+  static constexpr auto fallback = SwitchMode::instant;
+};
+
+template <>
+struct StoredCases<DesktopShortcutModifier> {
+  static constexpr auto texts =
+      std::to_array<std::string_view>({"off", "controlOption", "controlCommand", "optionCommand", "hyper"});
+  static constexpr auto fallback = DesktopShortcutModifier::off;
+};
+
+template <>
+struct StoredCases<OverlayHotKeyPreset> {
+  static constexpr auto texts = std::to_array<std::string_view>(
+      {"optionTab", "controlOptionSpace", "optionBacktick", "commandOptionSpace", "f13"});
+  static constexpr auto fallback = OverlayHotKeyPreset::optionTab;
+};
+
+template <>
+struct StoredCases<DesktopLabelPosition> {
+  static constexpr auto texts =
+      std::to_array<std::string_view>({"bottomLeft", "bottomRight", "topLeft", "topRight", "center"});
+  static constexpr auto fallback = DesktopLabelPosition::bottomLeft;
+};
+
+template <>
+struct StoredCases<HUDSize> {
+  static constexpr auto texts = std::to_array<std::string_view>({"small", "regular", "large"});
+  static constexpr auto fallback = HUDSize::regular;
+};
+
+template <>
+struct StoredCases<HUDPosition> {
+  static constexpr auto texts = std::to_array<std::string_view>({"top", "center", "bottom"});
+  static constexpr auto fallback = HUDPosition::top;
+};
+
+template <>
+struct StoredCases<MenuBarStyle> {
+  static constexpr auto texts =
+      std::to_array<std::string_view>({"name", "number", "numberAndName", "iconOnly", "strip", "dots"});
+  static constexpr auto fallback = MenuBarStyle::name;
+};
+
+template <>
+struct StoredCases<HotCorner> {
+  static constexpr auto texts =
+      std::to_array<std::string_view>({"none", "topLeft", "topRight", "bottomLeft", "bottomRight"});
+  static constexpr auto fallback = HotCorner::none;
+};
+
+/// The text that a case is stored as.
+template <typename Enumeration>
+[[nodiscard]] constexpr std::string_view storedText(Enumeration value) {
+  return StoredCases<Enumeration>::texts.at(static_cast<std::size_t>(value));
+}
+
+/// The case that a stored text reads as; the comparison is exact.
+template <typename Enumeration>
+[[nodiscard]] constexpr Enumeration caseOfStoredText(std::string_view text) {
+  constexpr auto& texts = StoredCases<Enumeration>::texts;
+  const auto found = std::ranges::find(texts, text);
+  return found == texts.end() ? StoredCases<Enumeration>::fallback : static_cast<Enumeration>(found - texts.begin());
+}
 
 enum class SettingType { boolean, real, integer, text, textList, textMap };
 
@@ -208,5 +297,15 @@ inline constexpr SettingOf<bool> demoMode{"demoMode", std::nullopt, Pane::none, 
 
 /// For messages: "a boolean", "a list of texts".
 [[nodiscard]] std::string_view nameOfType(SettingType type);
+
+/// Reads a setting's value as a person writes it: true or false, a number, a text as it stands, or a JSON list or
+/// object of texts. The error is a sentence that says what would be right.
+[[nodiscard]] std::expected<PropertyList, std::string> settingFromText(const Setting& setting, std::string_view text);
+
+/// The value in the same form; texts stand as they are, and one that names no case is given as the case it reads as.
+[[nodiscard]] std::string textOfSetting(const Setting& setting, const PropertyList& value);
+
+/// For an unknown key: a sentence that names it, with the nearest known key where one is close.
+[[nodiscard]] std::string unknownSettingMessage(std::string_view key);
 
 }  // namespace tallowin

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 
@@ -24,9 +25,9 @@ std::string TextTable::text() const {
   for (const auto& row : rows_) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
-      const std::string padding(widths[i] - displayWidth(row[i]), ' ');
       line.append(i > 0 ? columns_[i].gap : 0, ' ');
-      line += columns_[i].alignment == Alignment::right ? padding + row[i] : row[i] + padding;
+      line += columns_[i].alignment == Alignment::right ? std::string(widths[i] - displayWidth(row[i]), ' ') + row[i]
+                                                        : padded(row[i], widths[i]);
     }
     line.erase(line.find_last_not_of(' ') + 1);
     text += line + '\n';

@@ -2,6 +2,8 @@
 
 #include <bitset>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +13,9 @@ namespace tallowin {
 [[nodiscard]] inline std::string trueOrFalse(bool value) {
   return value ? "true" : "false";
 }
+
+/// The text with blanks behind it up to so many columns of a terminal.
+[[nodiscard]] std::string padded(const std::string& text, std::size_t width);
 
 /// A number in binary, without leading zeros.
 [[nodiscard]] inline std::string binary(std::uint32_t bits) {
@@ -28,5 +33,24 @@ namespace tallowin {
   }
   return all;
 }
+
+/// The whole text as a decimal integer: one sign at most, then ASCII digits and nothing else. Nothing for other texts
+/// and beyond 64 bits.
+[[nodiscard]] std::optional<std::int64_t> decimalInteger(std::string_view text);
+
+/// 64-bit FNV-1a (http://www.isthe.com/chongo/tech/comp/fnv/): the same for the same bytes, now and ever.
+constexpr std::uint64_t fnv1a(std::string_view bytes) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const char byte : bytes) {
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+  }
+  return hash;
+}
+
+/// Where random bits come from: every call answers 64 new ones. A simulation hands in a generator with a fixed start.
+using RandomBits = std::function<std::uint64_t()>;
+
+/// A random UUID (RFC 9562, version 4) as text, in upper case: "7C0E2B4A-93D1-4F6E-8A05-1B2C3D4E5F60".
+[[nodiscard]] std::string randomUUID(const RandomBits& random);
 
 }  // namespace tallowin

@@ -4,8 +4,9 @@
 #include <iterator>
 #include <map>
 
-#include "base/decimal_integer.h"
 #include "base/unicode.h"
+#include "base/words.h"
+#include "commands/outcome.h"
 
 namespace tallowin {
 
@@ -135,6 +136,16 @@ const std::vector<Row>& rows() {
   return table;
 }
 
+std::string notUnderstood(const std::string& what) {
+  return "Tallowin does not understand " + what;
+}
+
+/// Whether it is a URL but for the scheme, such as "next".
+bool isWithoutScheme(const std::string& text) {
+  const auto url = URL::parseReference(text);
+  return url && url->scheme.empty() && !text.empty() && isValidUTF8(text);
+}
+
 }  // namespace
 
 std::vector<CommandURL> commandURLs() {
@@ -155,6 +166,28 @@ std::expected<std::optional<SpaceCommand>, DoubledQueryKey> commandFromURL(const
   }
   const auto row = std::ranges::find(rows(), request.host, [](const Row& each) { return each.url.host; });
   return row != rows().end() ? row->read(request) : std::nullopt;
+}
+
+int exitStatus(const URLFault& fault) {
+  return fault.kind == URLFault::Kind::doubledKey ? exit_status::badData : exit_status::failure;
+}
+
+std::expected<SpaceCommand, URLFault> commandFromText(const std::string& text) {
+  const auto url = URL::parse(text);
+  if (!url && isWithoutScheme(text)) {
+    return std::unexpected(URLFault{URLFault::Kind::unknown, notUnderstood(text)});
+  }
+  if (!url) {
+    return std::unexpected(URLFault{URLFault::Kind::notURL, notUnderstood(text)});
+  }
+  const auto command = commandFromURL(*url);
+  if (!command) {
+    return std::unexpected(URLFault{URLFault::Kind::doubledKey, command.error().message()});
+  }
+  if (!*command) {
+    return std::unexpected(URLFault{URLFault::Kind::unknown, notUnderstood(url->host.value_or(text))});
+  }
+  return **command;
 }
 
 }  // namespace tallowin

@@ -4,8 +4,8 @@
 #include <array>
 #include <vector>
 
-#include "base/decimal_integer.h"
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 

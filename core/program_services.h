@@ -4,8 +4,8 @@
 
 #include "base/app_paths.h"
 #include "base/desktop_texts.h"
+#include "base/record_file.h"
 #include "base/settings.h"
-#include "base/storage.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/platform.h"

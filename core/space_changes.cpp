@@ -1,5 +1,7 @@
 #include "core/space_changes.h"
 
+#include "base/unicode.h"
+
 namespace tallowin {
 
 SpaceChanges::SpaceChanges(SpaceWatcher& watcher, SpaceStore& store, MainQueue& mainQueue) : mainQueue_(mainQueue) {
@@ -15,6 +17,29 @@ void SpaceChanges::tellSoon() {
 void SpaceChanges::tell() {
   soon_.cancel();
   observers_.tell();
+}
+
+DesktopNameMirror::DesktopNameMirror(Services services)
+    : services_(services), changes_(services.changes.observe([this] { publish(); })) {}
+
+void DesktopNameMirror::publish() {
+  const auto& snapshot = services_.watcher.latest();
+  auto now = names(snapshot);
+  if (snapshot.displays.empty() || published_ == now || !services_.desktop.health().healthy()) {
+    return;
+  }
+  services_.desktopNames.publish(now);
+  published_ = std::move(now);
+}
+
+DesktopNameMirror::Names DesktopNameMirror::names(const SpaceSnapshot& snapshot) const {
+  Names names;
+  for (const auto& space : snapshot.allSpaces()) {
+    if (const auto name = space.isFullscreen ? std::nullopt : services_.store.meta(space.id).name) {
+      names.emplace(space.managedID, printable(*name));
+    }
+  }
+  return names;
 }
 
 }  // namespace tallowin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,11 +15,23 @@ class SpaceHistory {
   static constexpr std::size_t limit = 20;
 
   /// Notes that a Space became active.
-  void visit(const Space& space);
+  void visit(const Space& space) {
+    std::erase(recent_, space.id);
+    recent_.insert(recent_.begin(), space.id);
+    recent_.resize(std::min(recent_.size(), limit));
+  }
 
   /// The Space to go back to: of those visited, the latest that still exists and is not the active Space of the
   /// menu-bar display.
-  [[nodiscard]] std::optional<Space> previous(const SpaceSnapshot& snapshot) const;
+  [[nodiscard]] std::optional<Space> previous(const SpaceSnapshot& snapshot) const {
+    const auto current = snapshot.activeSpace();
+    for (const auto& id : recent_) {
+      if (auto space = snapshot.space(id); space && !(current && id == current->id)) {
+        return space;
+      }
+    }
+    return std::nullopt;
+  }
 
   /// Space ids, the latest first, none twice; at most `limit`.
   [[nodiscard]] const std::vector<std::string>& recent() const { return recent_; }

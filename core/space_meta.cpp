@@ -1,6 +1,6 @@
 #include "core/space_meta.h"
 
-#include "base/record_reader.h"
+#include "base/property_list_reading.h"
 
 namespace tallowin {
 

@@ -1,10 +1,11 @@
 #include "core/space_store.h"
 
 #include <algorithm>
+#include <array>
+#include <vector>
 
 #include "base/json_text.h"
 #include "base/unicode.h"
-#include "core/sample_spaces.h"
 
 namespace tallowin {
 
@@ -17,6 +18,22 @@ constexpr std::size_t recentNames = 20;
 constexpr std::string_view fullscreenPrefix = "fs:";
 constexpr std::string_view managedPrefix = "managed-";
 constexpr unsigned privateFile = 0600;
+
+/// What a desktop is called, and which symbol it shows, while the demonstration mode is on.
+struct SampleSpace {
+  std::string_view name;
+  std::string_view symbol;
+};
+
+/// Desktop n takes entry (n - 1) modulo their number.
+constexpr auto sampleSpaces = std::to_array<SampleSpace>({
+    {"Mail", "envelope"},
+    {"Code", "chevron.left.forwardslash.chevron.right"},
+    {"Design", "paintbrush"},
+    {"Research", "books.vertical"},
+    {"Music", "music.note"},
+    {"Home", "house"},
+});
 
 std::optional<std::string> unlessEmpty(const std::string& text) {
   return text.empty() ? std::nullopt : std::optional(text);
@@ -232,6 +249,26 @@ void SpaceStore::adoptFullscreenMemory(const std::vector<Space>& spaces) {
 void SpaceStore::scheduleSave() {
   // Of thousands of records making the text takes longer than anybody should have to wait.
   file_.changed([this] { return [metas = metas_] { return prettyJSON(toJson(metas)); }; });
+}
+
+void pinApplication(const std::string& bundleID, const Space& space, SpaceStore& store) {
+  unpinApplication(bundleID, store);
+  auto automation = store.meta(space.id).automation.value_or(SpaceAutomation());
+  automation.pinnedApps.push_back(bundleID);
+  store.setAutomation(automation, space.id);
+}
+
+bool unpinApplication(const std::string& bundleID, SpaceStore& store) {
+  bool wasPinned = false;
+  const auto metas = store.metas();  // as it was before
+  for (const auto& [id, meta] : metas) {
+    auto automation = meta.automation.value_or(SpaceAutomation());
+    if (std::erase(automation.pinnedApps, bundleID) > 0) {
+      store.setAutomation(automation, id);
+      wasPinned = true;
+    }
+  }
+  return wasPinned;
 }
 
 }  // namespace tallowin

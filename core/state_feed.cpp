@@ -4,7 +4,7 @@
 
 #include "base/json_text.h"
 #include "base/unicode.h"
-#include "core/space_format.h"
+#include "core/space_state.h"
 
 namespace tallowin {
 

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "core/space_changes.h"
-#include "core/space_format.h"
 #include "core/space_state.h"
 #include "platform/command_channel.h"
 

@@ -20,7 +20,6 @@
 #include "platform/notification_center.h"
 #include "platform/pasteboard.h"
 #include "platform/preferences.h"
-#include "platform/presentation.h"
 #include "platform/processes.h"
 #include "platform/screen_capture.h"
 #include "platform/script_events.h"
@@ -33,6 +32,10 @@
 #include "platform/workspace.h"
 
 namespace tallowin {
+
+// Of folders above this one, which the platforms hand on.
+class Presentation;
+class Triggers;
 
 /// What a machine has, whatever its desktop.
 struct SystemServices {
@@ -76,7 +79,8 @@ struct DesktopServices {
 struct UserServices {
   Toasts& toasts;
   Alerts& alerts;
-  Presentation presentation;
+  Presentation& presentation;
+  Triggers& triggers;
 };
 
 /// How other programs speak to this one.

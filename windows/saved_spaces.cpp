@@ -5,9 +5,9 @@
 
 #include "base/date_text.h"
 #include "base/json_text.h"
-#include "base/record_reader.h"
+#include "base/property_list_reading.h"
 #include "base/unicode.h"
-#include "base/uuid.h"
+#include "base/words.h"
 #include "windows/conveniences.h"
 #include "windows/window_layout.h"
 

@@ -4,10 +4,8 @@
 #include <functional>
 
 #include "base/date_text.h"
-#include "base/fnv1a.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
-#include "base/record_reader.h"
 #include "base/unicode.h"
 #include "base/words.h"
 #include "core/display_lookup.h"

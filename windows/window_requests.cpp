@@ -2,13 +2,13 @@
 
 #include "base/date_text.h"
 #include "base/json_text.h"
-#include "base/record_reader.h"
+#include "base/property_list_reading.h"
 #include "base/text_table.h"
 #include "base/unicode.h"
 #include "commands/cli/request_job.h"
 #include "commands/space_command.h"
-#include "core/app_pins.h"
-#include "core/space_format.h"
+#include "core/space_state.h"
+#include "core/space_store.h"
 #include "windows/window_layout.h"
 #include "windows/window_services.h"
 

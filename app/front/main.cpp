@@ -10,7 +10,7 @@
 #include <string>
 #include <unistd.h>
 
-#include "app/front/front_arguments.h"
+#include "app/front/option_table.h"
 #include "platform/channel/channel_client.h"
 #include "platform/channel/channel_folder.h"
 

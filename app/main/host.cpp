@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "app/command_line.h"
-#include "base/storage.h"
+#include "base/record_file.h"
 #include "platform/channel/channel_folder.h"
 #include "platform/platform.h"
 

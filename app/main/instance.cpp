@@ -1,15 +1,25 @@
 #include "app/main/instance.h"
 
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <expected>
+#include <filesystem>
 #include <iostream>
+#include <string>
+#include <sys/types.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
-#include "app/main/resident_start.h"
+#include "app/main/host.h"
+#include "app/main/lazy_dbus.h"
 #include "commands/cli/request_words.h"
-#include "commands/exit_status.h"
-#include "commands/url_command.h"
+#include "commands/command_url.h"
+#include "commands/outcome.h"
 #include "platform/channel/channel_client.h"
+#include "platform/linux/unix_processes.h"
+#include "platform/xdg/stand_in_programs.h"
 
 namespace tallowin {
 
@@ -18,6 +28,141 @@ namespace {
 using namespace std::chrono_literals;
 using SteadyClock = std::chrono::steady_clock;
 using HandOverOutcome = HandOver::Outcome;
+namespace fs = std::filesystem;
+
+constexpr auto busName = "com.quorvex.Tallowin";
+/// The bus waits half a minute for a program whose unit systemd skips, as it does where it was told of no display.
+constexpr Duration busPatience = std::chrono::seconds(1);
+
+fs::path ownProgram() {
+  std::error_code error;
+  return fs::read_symlink("/proc/self/exe", error);
+}
+
+/// Whether this very program is the one that the bus and systemd would start, rather than another one or a build.
+bool isInstalledWithService() {
+  // It is in PREFIX/libexec/tallowin; the files are where packaging/install_placed.cmake puts them.
+  const auto prefix = ownProgram().parent_path().parent_path().parent_path();
+  std::error_code error;
+  return fs::exists(prefix / "share/dbus-1/services/com.quorvex.Tallowin.service", error) &&
+         fs::exists(prefix / "lib/systemd/user/tallowin.service", error);
+}
+
+/// Options that only this call knows of cannot be told to the bus.
+bool isStartedWithOptions(const CommandLine& line) {
+  const CommandLine plain;
+  return line.home || line.scenario || line.demo || line.settingsTab || line.platform != plain.platform ||
+         line.port != plain.port;
+}
+
+std::string wholePath(const fs::path& path) {
+  std::error_code error;
+  const auto whole = fs::absolute(path, error);
+  return (error ? path : whole).string();
+}
+
+/// The options that say how the program is started. Its standard error is not this call's, so --verbose stays away.
+std::vector<std::string> startArguments(const CommandLine& line) {
+  std::vector<std::string> arguments;
+  const auto add = [&](const char* option, const std::string& value) {
+    arguments.insert(arguments.end(), {option, value});
+  };
+  if (line.home) {
+    add("--home", wholePath(*line.home));
+  }
+  if (line.scenario) {
+    add("--scenario", wholePath(*line.scenario));
+  } else if (line.platform != PlatformChoice::automatic) {
+    add("--platform", std::string(nameOf(line.platform)));
+  }
+  if (line.port != CommandLine().port) {
+    add("--port", std::to_string(line.port));
+  }
+  if (line.settingsTab) {
+    add("--settings", *line.settingsTab);
+  }
+  if (line.demo) {
+    arguments.emplace_back("--demo");
+  }
+  return arguments;
+}
+
+/// Starts the resident program in the background, for a call that is to be handed over to it: by the user's bus, and
+/// with it by systemd, where this program is installed with the files that they need, else as a process of a session of
+/// its own. However many calls want it at once, one of them starts it. Main thread only.
+class ResidentStart {
+ public:
+  /// `folder` is where the instance will listen; `line` says how it is to be started.
+  ResidentStart(const CommandLine& line, std::string folder) : line_(line), folder_(std::move(folder)) {}
+
+  /// Starts it, unless it was started, another call is about to start it, or it runs already. Called again and again
+  /// until it answers. The error is one line that says why it will not.
+  [[nodiscard]] std::expected<void, std::string> advance();
+
+ private:
+  [[nodiscard]] std::expected<void, std::string> start();
+  [[nodiscard]] std::expected<void, std::string> checkProcess();
+
+  const CommandLine& line_;
+  const std::string folder_;
+  std::unique_ptr<InstanceLock> starting_;  ///< held from the start until the call ends
+  bool started_ = false;
+  pid_t process_ = 0;  ///< zero unless it is this process's child
+};
+
+std::expected<void, std::string> ResidentStart::advance() {
+  if (started_) {
+    return checkProcess();
+  }
+  auto starting = std::make_unique<InstanceLock>(folder_, startLockName);
+  if (starting->state() == InstanceLock::State::failed) {
+    return std::unexpected(starting->error());
+  }
+  if (starting->state() == InstanceLock::State::taken || InstanceLock(folder_).state() == InstanceLock::State::taken) {
+    return {};
+  }
+  starting_ = std::move(starting);
+  started_ = true;
+  return start();
+}
+
+std::expected<void, std::string> ResidentStart::start() {
+  if (auto fault = whyNoDesktop(line_)) {
+    return std::unexpected("not running, and not started: " + fault->message);
+  }
+  const auto* const module = loadDBusModule();
+  if (module != nullptr && !isStartedWithOptions(line_) && isInstalledWithService() &&
+      module->startService(busName, busPatience)) {
+    return {};
+  }
+  const int journal = module != nullptr ? module->journalStream() : -1;
+  const auto child = UnixProcesses::startWithOutput({.executable = ownProgram().string(),
+                                                     .arguments = startArguments(line_),
+                                                     .addedEnvironment = {},
+                                                     .workingDirectory = homeFolder()},
+                                                    journal);
+  if (journal >= 0) {
+    ::close(journal);
+  }
+  if (!child) {
+    return std::unexpected("Tallowin could not be started: " + child.error());
+  }
+  process_ = *child;
+  return {};
+}
+
+/// One that finds another instance ends well.
+std::expected<void, std::string> ResidentStart::checkProcess() {
+  int status = 0;
+  if (process_ == 0 || ::waitpid(process_, &status, WNOHANG) != process_) {
+    return {};
+  }
+  process_ = 0;
+  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+    return {};
+  }
+  return std::unexpected("Tallowin was started and ended at once; \"tallowin\" in a terminal tells why");
+}
 
 /// Another instance may be about to listen, or about to end.
 constexpr auto patience = 5s;

@@ -3,9 +3,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "base/standard_folders.h"
+#include "app/main/host.h"
+#include "base/app_paths.h"
 #include "platform/channel/socket_command_channel.h"
-#include "platform/none/neutral.h"
 #include "platform/xdg/xdg_environment.h"
 
 namespace tallowin {
@@ -17,7 +17,46 @@ std::optional<PropertyList> noGlobalPreference(std::string_view /*key*/) {
   return std::nullopt;
 }
 
+SetUpCheck busCheck(const BusFacts& bus) {
+  if (!bus.answers) {
+    return {"D-Bus", false, "There is no message bus of yours, so no notifications, and no calls by other programs.",
+            "Install dbus-user-session, or start the desktop by dbus-run-session."};
+  }
+  return {"D-Bus", true,
+          bus.hasProgram ? "Other programs reach Tallowin on the message bus." : "The message bus answers."};
+}
+
+SetUpCheck notificationsCheck(const BusFacts& bus) {
+  if (!bus.hasNotifications) {
+    return {"Notifications", false, "Nothing shows notifications here; messages go to the log only.",
+            "Start a notification service, such as dunst."};
+  }
+  return {"Notifications", true, "Messages and questions are shown as notifications."};
+}
+
+SetUpCheck autostartCheck() {
+  if (const auto place = autostartPlace(processAutostartFolders())) {
+    return {"Autostart", true,
+            "Desktops that start programs when you log in start Tallowin, by " + place->string() + "."};
+  }
+  return {
+      "Autostart", true, "Nothing starts Tallowin when you log in, unless your window manager does.",
+      "To have it started, write \"exec tallowin\", or what it calls that, into your window manager's configuration."};
+}
+
 }  // namespace
+
+std::vector<SetUpCheck> MachineFacts::checks() {
+  auto checks = desktop_.checks();
+  const auto* const module = loadDBusModule();
+  const auto bus = module != nullptr ? module->busFacts() : BusFacts();
+  checks.push_back(busCheck(bus));
+  if (bus.answers) {
+    checks.push_back(notificationsCheck(bus));
+  }
+  checks.push_back(autostartCheck());
+  return checks;
+}
 
 Folders machineFolders(const std::optional<std::filesystem::path>& home) {
   if (home) {
@@ -37,6 +76,7 @@ Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, st
       images(log, line.mode == Mode::capture),
       folders(machineFolders(line.home)),
       preferences(storage, files, mainQueue, preferencesFile(folders), noGlobalPreference),
+      mode_(line.mode),
       channel_(std::make_unique<NeutralCommandChannel>()) {
   if (lock) {
     auto channel = SocketCommandChannel::open({mainQueue, mainQueue, log, {TALLOWIN_VERSION, std::move(display)}},
@@ -49,40 +89,32 @@ Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, st
   }
 }
 
-Toasts& Machine::toasts(Mode mode) {
-  if (mode == Mode::resident) {
-    return notifications;
-  }
-  return logToasts;
-}
-
-Alerts& Machine::alerts(Mode mode) {
-  if (mode == Mode::resident) {
-    return pendingAlerts;
-  }
-  return neutralAlerts;
-}
-
-DesktopService& Machine::desktopService(Mode mode) {
-  if (mode == Mode::resident) {
-    return lazyDesktopService;
-  }
-  return neutralDesktopService;
-}
-
 SystemServices Machine::systemServices() {
   return {files, folders, preferences, processes, system, images, mainQueue, workQueues, mainQueue, clock, log};
 }
 
-UserServices Machine::userServices(Mode mode, Presentation presentation) {
-  return {toasts(mode), alerts(mode), presentation};
+UserServices Machine::userServices() {
+  if (mode_ == Mode::resident) {
+    return {dbus_, pendingAlerts_, windowless_, windowless_};
+  }
+  return {logToasts_, neutralAlerts_, windowless_, windowless_};
 }
 
-WaysIn Machine::waysIn(Mode mode) {
-  return {urlEvents, commandChannel(), scriptEvents, desktopService(mode), listeners};
+WaysIn Machine::waysIn() {
+  return {urlEvents_, *channel_, scriptEvents_, desktopService(), listeners};
 }
 
-void Machine::stopOnSignals() {
+DesktopService& Machine::desktopService() {
+  if (mode_ == Mode::resident) {
+    return dbus_;
+  }
+  return neutralDesktopService_;
+}
+
+void Machine::begin() {
+  if (!runsLoop(mode_)) {
+    return;
+  }
   signals_ = onTerminationSignal(mainQueue, [this](int signal) {
     constexpr int signalled = 128;  // as shells report it
     mainQueue.stop(signalled + signal);

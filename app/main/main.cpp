@@ -11,7 +11,7 @@
 #include "app/main/host.h"
 #include "app/main/instance.h"
 #include "app/program.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 
 namespace {
 

@@ -1,8 +1,6 @@
 #include "app/main/host.h"
 #include "app/main/machine.h"
-#include "app/main/machine_facts.h"
 #include "platform/none/neutral.h"
-#include "platform/none/windowless.h"
 
 namespace tallowin {
 
@@ -18,11 +16,7 @@ class NoneHost : public Host {
   NoneHost(const CommandLine& line, std::unique_ptr<InstanceLock> lock)
       : line_(line), machine_(line, std::move(lock)) {}
 
-  void begin() override {
-    if (runsLoop(line_.mode)) {
-      machine_.stopOnSignals();
-    }
-  }
+  void begin() override { machine_.begin(); }
 
   Storage& storage() override { return machine_.storage; }
 
@@ -45,14 +39,13 @@ class NoneHost : public Host {
              .appleScript = appleScript_,
              .desktopFacts = desktopFacts_,
              .desktopQueues = machine_.workQueues},
-            machine_.userServices(line_.mode, windowless_.presentation()),
-            machine_.waysIn(line_.mode)};
+            machine_.userServices(),
+            machine_.waysIn()};
   }
 
  private:
   const CommandLine line_;
   Machine machine_;
-  Windowless windowless_{{machine_.preferences, machine_.toasts(line_.mode), machine_.log}};
   NeutralPasteboard pasteboard_;
   NeutralDesktop desktop_;
   NeutralWindows windows_;

@@ -6,9 +6,9 @@
 #include "app/diagnostic_modes.h"
 #include "app/main/host.h"
 #include "app/main/machine.h"
+#include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
-#include "base/standard_folders.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 #include "core/driven/cgs_bridge.h"
 #include "core/driven/driven_desktop.h"
 #include "core/space_provider.h"
@@ -181,10 +181,7 @@ class VirtualTimeHost : public SimulatedHost {
 class RealTimeHost : public SimulatedHost {
  public:
   RealTimeHost(const CommandLine& line, Scenario scenario, std::unique_ptr<InstanceLock> lock)
-      : SimulatedHost(std::move(scenario)),
-        line_(line),
-        machine_(line, std::move(lock)),
-        clock_(this->scenario().clock) {
+      : SimulatedHost(std::move(scenario)), machine_(line, std::move(lock)), clock_(this->scenario().clock) {
     make(machine_.mainQueue, clock_, machine_.mainQueue, journal_, machine_.images);
     preferences_ = std::make_unique<FilePreferences>(
         machine_.storage, machine_.files, machine_.mainQueue, preferencesFile(machine_.folders),
@@ -214,19 +211,16 @@ class RealTimeHost : public SimulatedHost {
             {.urlEvents = simulated.urlEvents(),
              .commandChannel = machine_.commandChannel(),
              .scriptEvents = simulated.scriptEvents(),
-             .desktopService = machine_.desktopService(line_.mode),
+             .desktopService = machine_.desktopService(),
              .listeners = machine_.listeners}};
   }
 
   void begin() override {
-    if (runsLoop(line_.mode)) {
-      machine_.stopOnSignals();
-    }
+    machine_.begin();
     desktop().start();
   }
 
  private:
-  const CommandLine line_;
   Machine machine_;
   std::unique_ptr<FilePreferences> preferences_;
   RealTimeSimulatedClock clock_;

@@ -4,12 +4,10 @@
 
 #include "app/main/host.h"
 #include "app/main/machine.h"
-#include "app/main/machine_facts.h"
 #include "base/app_paths.h"
 #include "base/main_thread_work_queues.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 #include "platform/none/neutral.h"
-#include "platform/none/windowless.h"
 #include "platform/x11/x11_session.h"
 
 namespace tallowin {
@@ -29,11 +27,7 @@ class X11Host : public Host {
         session_(std::move(connection), machine_.mainQueue, machine_.clock, machine_.mainQueue, machine_.processes,
                  places_, getpid(), [this] { connectionLost(); }) {}
 
-  void begin() override {
-    if (runsLoop(line_.mode)) {
-      machine_.stopOnSignals();
-    }
-  }
+  void begin() override { machine_.begin(); }
 
   Storage& storage() override { return machine_.storage; }
 
@@ -56,8 +50,8 @@ class X11Host : public Host {
              .appleScript = appleScript_,
              .desktopFacts = facts_,
              .desktopQueues = desktopQueues_},
-            machine_.userServices(line_.mode, windowless_.presentation()),
-            machine_.waysIn(line_.mode)};
+            machine_.userServices(),
+            machine_.waysIn()};
   }
 
  private:
@@ -69,7 +63,6 @@ class X11Host : public Host {
 
   const CommandLine line_;
   Machine machine_;
-  Windowless windowless_{{machine_.preferences, machine_.toasts(line_.mode), machine_.log}};
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // one connection, one thread
   NeutralAppleScript appleScript_;
   // Only the resident program sees every change, and keeps them.

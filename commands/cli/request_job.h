@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "base/foreign_json.h"
-#include "base/storage.h"
+#include "base/json_text.h"
+#include "base/record_file.h"
 #include "base/unicode.h"
 #include "commands/cli/request_words.h"
-#include "commands/exit_status.h"
+#include "commands/commands_under_way.h"
 #include "commands/outcome.h"
 #include "platform/command_channel.h"
 
@@ -95,5 +95,21 @@ template <typename Named>
 
 /// Who answers which kind of request.
 using RequestTable = std::map<RequestKind, std::function<void(RequestJob)>>;
+
+/// Does what other programs of the user's ask the running instance for. Main thread only.
+class RequestHandler {
+ public:
+  /// `answers` holds every kind of request.
+  RequestHandler(RequestTable answers, CommandsUnderWay& underWay)
+      : answers_(std::move(answers)), underWay_(underWay) {}
+
+  /// At once, or, where that is still waited for, when there is a snapshot and, for what is asked, when what was
+  /// commanded before has happened.
+  void handle(const Request& request, std::unique_ptr<Caller> caller) const;
+
+ private:
+  const RequestTable answers_;
+  CommandsUnderWay& underWay_;
+};
 
 }  // namespace tallowin

@@ -4,7 +4,7 @@
 #include "base/unicode.h"
 #include "base/url.h"
 #include "commands/space_command.h"
-#include "core/space_format.h"
+#include "core/space_state.h"
 
 namespace tallowin {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/unicode.h"
-#include "base/uuid.h"
+#include "base/words.h"
 
 namespace tallowin {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <vector>
 
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 #include "packaging/documents/document_template.h"
 
 namespace {

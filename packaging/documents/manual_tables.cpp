@@ -3,7 +3,6 @@
 #include "app/command_line.h"
 #include "app/help_text.h"
 #include "app/program.h"
-#include "base/setting_text.h"
 #include "base/settings_table.h"
 #include "commands/cli/request_words.h"
 #include "commands/command_url.h"

@@ -1,6 +1,6 @@
 // The program's tables as parts of pages in Markdown.
 
-#include "base/setting_text.h"
+#include "base/settings_table.h"
 #include "packaging/documents/document_tables.h"
 #include "packaging/documents/settings_panes.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/alert_display.h"
+#include "base/pending_alerts.h"
 #include "platform/clock.h"
 #include "platform/descriptors.h"
 #include "platform/desktop_service.h"

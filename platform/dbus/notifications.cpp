@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/decimal_integer.h"
+#include "base/words.h"
 
 namespace tallowin {
 

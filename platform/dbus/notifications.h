@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "base/alert_display.h"
 #include "base/log_toasts.h"
+#include "base/pending_alerts.h"
 #include "platform/clock.h"
 #include "platform/dbus/notification_service.h"
 #include "platform/log.h"

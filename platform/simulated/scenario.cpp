@@ -4,9 +4,9 @@
 #include <ranges>
 
 #include "base/date_text.h"
-#include "base/decimal_integer.h"
 #include "base/json_text.h"
 #include "base/scrolling_direction.h"
+#include "base/words.h"
 #include "platform/simulated/scenario_records.h"
 #include "platform/simulated/simulated_loader.h"
 

@@ -10,9 +10,9 @@ namespace tallowin {
 
 // Arguments that only actions have.
 
-using TriggerMember = SimulatedTrigger SimulatedUser::*;
-void readValue(const ScenarioValue& from, TriggerMember& trigger) {
-  trigger = from.oneOf<TriggerMember>({{"edges", &SimulatedUser::edges}, {"touch", &SimulatedUser::touch}});
+using PullTrigger = void (SimulatedUser::*)() const;
+void readValue(const ScenarioValue& from, PullTrigger& pull) {
+  pull = from.oneOf<PullTrigger>({{"edges", &SimulatedUser::pullTrigger}, {"touch", &SimulatedUser::pullTrigger}});
 }
 
 using PermissionMember = bool DesktopState::*;
@@ -268,7 +268,7 @@ Actions userActions() {
                          desktop.pressKey(key.code, modifiers.value_or(0));
                        })},
       {"pressMouse", act({}, [](Parts& desktop) { desktop.events.pressLeftButton(); })},
-      {"pullTrigger", act({"trigger"}, [](Parts& desktop, TriggerMember trigger) { (desktop.user.*trigger).pull(); })},
+      {"pullTrigger", act({"trigger"}, [](Parts& desktop, PullTrigger pull) { (desktop.user.*pull)(); })},
       {"releaseMouse", act({}, [](Parts& desktop) { desktop.events.releaseLeftButton(); })},
       {"touch", act({"contacts"},
                     [](Parts& desktop, const std::vector<CGPoint>& contacts) { desktop.functions.touch(contacts); })},

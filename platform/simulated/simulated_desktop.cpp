@@ -193,7 +193,7 @@ Platform simulatedPlatform(SimulatedDesktop& simulated, Desktop& desktop, Driven
            .clock = time,
            .log = parts.machine},
           simulatedDesktopServices(simulated, desktop, driven, windows, time),
-          {parts.user, parts.alerts, parts.user.presentation()},
+          {parts.user, parts.alerts, parts.user, parts.user},
           {.urlEvents = parts.urlEvents,
            .commandChannel = parts.commandChannel,
            .scriptEvents = parts.scriptEvents,

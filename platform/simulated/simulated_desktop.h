@@ -8,7 +8,7 @@
 
 #include "base/broadcast_notification_center.h"
 #include "base/main_thread_work_queues.h"
-#include "base/storage.h"
+#include "base/record_file.h"
 #include "platform/platform.h"
 #include "platform/simulated/asked_desktop.h"
 #include "platform/simulated/journal.h"

@@ -82,7 +82,7 @@ bool SimulatedUser::setString(std::string_view text) {
   return true;
 }
 
-void SimulatedUser::show(const ShownSpace& space) {
+void SimulatedUser::showHUD(const ShownSpace& space) {
   nlohmann::ordered_json arguments = {{"id", space.id}, {"name", space.name}, {"symbol", space.symbol}};
   if (space.desktopNumber) {
     arguments["desktopNumber"] = *space.desktopNumber;
@@ -90,13 +90,13 @@ void SimulatedUser::show(const ShownSpace& space) {
   journal_.record("hud", arguments);
 }
 
-Shown SimulatedUser::toggle() {
+Shown SimulatedUser::toggleOverview() {
   overviewShown_ = !overviewShown_;
   journal_.record("overview", {{"shown", overviewShown_}});
   return {};
 }
 
-Shown SimulatedUser::showWindows(bool allSpaces) {
+Shown SimulatedUser::showWindowPanel(bool allSpaces) {
   journal_.record("windowPanel", {{"allSpaces", allSpaces}});
   return {};
 }
@@ -106,26 +106,32 @@ Shown SimulatedUser::showLauncher() {
   return {};
 }
 
-Shown SimulatedUser::show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) {
+Shown SimulatedUser::showSettings(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) {
   journal_.record("settingsWindow", {{"tab", optionalText(tab)}, {"spaceID", optionalText(spaceID)}});
   return {};
 }
 
-Shown SimulatedUser::present(const ShownSpace& space, bool isNew, Completion completion) {
+Shown SimulatedUser::askForName(const ShownSpace& space, bool isNew, NameGiven given) {
   answerRenameDialog(std::nullopt);
   journal_.record("renameDialog", {{"id", space.id}, {"name", space.name}, {"isNew", isNew}});
-  renameDialog_ = std::move(completion);
+  renameDialog_ = std::move(given);
   return {};
 }
 
 void SimulatedUser::answerRenameDialog(const std::optional<std::string>& name) {
-  if (const auto completion = std::exchange(renameDialog_, nullptr)) {
-    completion(name);
+  if (const auto given = std::exchange(renameDialog_, nullptr)) {
+    given(name);
   }
 }
 
-void SimulatedUser::spaceChanged(const ShownSpace& to) {
+void SimulatedUser::giveFeedback(const ShownSpace& to) {
   journal_.record("feedback", {{"name", to.name}});
+}
+
+void SimulatedUser::pullTrigger() const {
+  if (pulled_) {
+    pulled_();
+  }
 }
 
 void SimulatedUser::setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) {
@@ -144,7 +150,7 @@ bool SimulatedUser::spaceChanged(const std::string& toSpaceID) {
   return true;
 }
 
-void SimulatedUser::update(const std::map<std::string, ShownSpace>& active) {
+void SimulatedUser::updateDesktopLabels(const std::map<std::string, ShownSpace>& active) {
   auto names = nlohmann::ordered_json::object();
   for (const auto& [display, space] : active) {
     names[display] = space.name;
@@ -152,7 +158,7 @@ void SimulatedUser::update(const std::map<std::string, ShownSpace>& active) {
   journal_.record("desktopLabel", {{"names", names}});
 }
 
-void SimulatedUser::update(const std::vector<std::string>& applications) {
+void SimulatedUser::updateSpaceDock(const std::vector<std::string>& applications) {
   journal_.record("spaceDock", {{"applications", applications}});
 }
 
@@ -161,7 +167,7 @@ bool SimulatedUser::welcome() {
   return true;
 }
 
-Shown SimulatedUser::runDemo() {
+Shown SimulatedUser::runDemoTour() {
   journal_.record("demoTour");
   return {};
 }

@@ -10,9 +10,10 @@
 #include "platform/alerts.h"
 #include "platform/desktop_names.h"
 #include "platform/pasteboard.h"
-#include "platform/presentation.h"
 #include "platform/simulated/journal.h"
 #include "platform/toasts.h"
+#include "presentation/presentation.h"
+#include "triggers/triggers.h"
 
 namespace tallowin {
 
@@ -54,76 +55,47 @@ class SimulatedDesktopNames : public DesktopNames {
   const std::map<ManagedSpaceID, std::string> none_;
 };
 
-/// A way to ask for the overview that the script pulls. Main thread only.
-class SimulatedTrigger : public OverviewTrigger {
- public:
-  void setHandler(std::function<void()> pulled) override { pulled_ = std::move(pulled); }
-  void refresh() override {}
-
-  void pull() const {
-    if (pulled_) {
-      pulled_();
-    }
-  }
-
- private:
-  std::function<void()> pulled_;
-};
-
 /// All else that the simulated user sees and hears, as lines of the journal, and what he does with it. Main thread
 /// only.
-class SimulatedUser : public Toasts,
-                      public Pasteboard,
-                      public HUD,
-                      public OverviewPanel,
-                      public SearchPanels,
-                      public SettingsWindow,
-                      public RenameDialog,
-                      public Feedback,
-                      public DockGuard,
-                      public DesktopLabel,
-                      public SpaceDock,
-                      public GuidedTour,
-                      public PreviewDisplay {
+class SimulatedUser : public Toasts, public Pasteboard, public Presentation, public Triggers {
  public:
   explicit SimulatedUser(Journal& journal) : journal_(journal) {}
 
   void show(const Toast& toast) override;
   bool setString(std::string_view text) override;
-  void show(const ShownSpace& space) override;
-  Shown toggle() override;
-  [[nodiscard]] bool isShown() const override { return overviewShown_; }
-  Shown showWindows(bool allSpaces) override;
+
+  void showHUD(const ShownSpace& space) override;
+  Shown toggleOverview() override;
+  [[nodiscard]] bool isOverviewShown() const override { return overviewShown_; }
+  Shown showWindowPanel(bool allSpaces) override;
   Shown showLauncher() override;
-  Shown show(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) override;
-  Shown present(const ShownSpace& space, bool isNew, Completion completion) override;
-  void spaceChanged(const ShownSpace& to) override;
-  void setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) override;
-  void refresh(const std::string& currentSpaceID) override { current_ = currentSpaceID; }
-  bool spaceChanged(const std::string& toSpaceID) override;
-  void update(const std::map<std::string, ShownSpace>& active) override;
-  void update(const std::vector<std::string>& applications) override;
+  Shown askForName(const ShownSpace& space, bool isNew, NameGiven given) override;
+  Shown showSettings(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) override;
+  void giveFeedback(const ShownSpace& to) override;
+  void updateDesktopLabels(const std::map<std::string, ShownSpace>& active) override;
+  void updateSpaceDock(const std::vector<std::string>& applications) override;
   bool welcome() override;
-  Shown runDemo() override;
+  Shown runDemoTour() override;
   [[nodiscard]] bool wantsPreviews() override { return true; }
+
+  void setOverviewHandler(std::function<void()> pulled) override { pulled_ = std::move(pulled); }
+  void refresh() override {}
+  void setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) override;
+  void refreshDockGuard(const std::string& currentSpaceID) override { current_ = currentSpaceID; }
+  bool spaceChanged(const std::string& toSpaceID) override;
 
   /// He gives the name that the dialog asks for, or cancels. Nothing happens without a dialog.
   void answerRenameDialog(const std::optional<std::string>& name);
   /// The next change of the active Space comes from his click in the Dock, and the guard takes him back.
   void clickDock() { clicked_ = true; }
-
-  /// What of it makes up the presentation. Valid as long as this object.
-  [[nodiscard]] Presentation presentation() {
-    return {*this, *this, *this, *this, *this, *this, *this, *this, *this, edges, touch, *this, *this};
-  }
-
-  SimulatedTrigger edges;
-  SimulatedTrigger touch;
+  /// He asks for the overview at the screen's edge or by touch.
+  void pullTrigger() const;
 
  private:
   Journal& journal_;
   bool overviewShown_ = false;
-  Completion renameDialog_;
+  NameGiven renameDialog_;
+  std::function<void()> pulled_;
   std::function<void(const std::string& spaceID)> bounceBack_;
   std::string current_;
   bool clicked_ = false;

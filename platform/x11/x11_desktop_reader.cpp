@@ -5,7 +5,7 @@
 #include <numeric>
 #include <set>
 
-#include "base/fnv1a.h"
+#include "base/words.h"
 #include "platform/x11/x11_desktop_names.h"
 
 namespace tallowin {

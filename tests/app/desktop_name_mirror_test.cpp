@@ -1,8 +1,7 @@
-#include "core/desktop_name_mirror.h"
-
 #include <gmock/gmock.h>
 #include <optional>
 
+#include "core/space_changes.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "commands/command_url.h"
-#include "commands/dbus/command_methods.h"
+#include "commands/dbus/desktop_methods.h"
 #include "tests/resident_program.h"
 
 namespace tallowin {

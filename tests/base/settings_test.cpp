@@ -6,7 +6,7 @@
 
 #include "base/file_preferences.h"
 #include "base/json_text.h"
-#include "base/setting_text.h"
+#include "base/settings_table.h"
 #include "platform/simulated/simulated_files.h"
 #include "platform/simulated/virtual_time.h"
 #include "tests/lines_log.h"

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "base/app_paths.h"
 #include "base/date_text.h"
 #include "base/json_text.h"
 #include "base/property_list_reading.h"
-#include "base/standard_folders.h"
 #include "platform/simulated/virtual_time.h"
 
 namespace tallowin {

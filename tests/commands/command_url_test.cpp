@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "commands/scripting/intents.h"
 #include "commands/scripting/scripting_bridge.h"
 #include "tests/storing_program.h"
 

@@ -10,7 +10,7 @@
 #include "base/property_list_reading.h"
 #include "commands/cli/request_words.h"
 #include "commands/dbus/desktop_methods.h"
-#include "commands/exit_status.h"
+#include "commands/outcome.h"
 #include "platform/dbus/bus_link.h"
 #include "platform/dbus/bus_values.h"
 #include "tests/fuzz/fuzzing.h"

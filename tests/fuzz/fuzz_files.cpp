@@ -10,7 +10,7 @@
 #include "automation/space_templates.h"
 #include "automation/time_tracker.h"
 #include "base/json_text.h"
-#include "base/setting_text.h"
+#include "base/settings_table.h"
 #include "tests/fuzz/fuzzing.h"
 #include "tests/storing_program.h"
 #include "windows/saved_spaces.h"

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/uuid.h"
+#include "base/words.h"
 #include "tests/windows/windows_program.h"
 
 namespace tallowin {

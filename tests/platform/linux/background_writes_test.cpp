@@ -7,9 +7,8 @@
 #include <semaphore>
 
 #include "base/record_file.h"
-#include "platform/linux/system_clock.h"
-#include "platform/linux/thread_work_queues.h"
 #include "platform/linux/unix_files.h"
+#include "platform/linux/unix_system.h"
 #include "tests/lines_log.h"
 #include "tests/platform/test_loop.h"
 

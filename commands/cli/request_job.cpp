@@ -1,4 +1,4 @@
-#include "commands/cli/request_handler.h"
+#include "commands/cli/request_job.h"
 
 namespace tallowin {
 

@@ -1,5 +1,3 @@
-#include "app/front/front_arguments.h"
-
 #include "app/front/option_table.h"
 
 namespace tallowin {

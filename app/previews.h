@@ -1,22 +1,58 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <string>
+
+#include "base/app_paths.h"
 #include "base/settings.h"
-#include "core/preview_service.h"
 #include "core/space_watcher.h"
+#include "platform/displays.h"
+#include "platform/images.h"
 #include "platform/main_queue.h"
-#include "platform/presentation.h"
 #include "platform/screen_capture.h"
+#include "presentation/presentation.h"
 
 namespace tallowin {
 
+/// Keeps a preview image of each Space in the thumbnails folder, as it looked when it was last captured. Main thread
+/// only.
+class PreviewService {
+ public:
+  struct Services {
+    ScreenCapture& screenCapture;
+    Displays& displays;
+    Images& images;
+    Files& files;
+    MainQueue& mainQueue;
+    const AppPaths& paths;
+  };
+
+  explicit PreviewService(Services services) : services_(services) {}
+
+  /// Captures what every display shows `delay` from now as the preview of its active Space: a JPEG about 640 points
+  /// wide. In place of a capture that waits. `captured` is then told the ids of the Spaces whose image was written.
+  void captureActiveSpaces(const SpaceSnapshot& snapshot, Duration delay,
+                           std::function<void(const std::set<std::string>&)> captured);
+
+  /// Where the preview of a Space is kept, whether or not there is one.
+  [[nodiscard]] std::filesystem::path imageFile(const Space& space) const;
+
+ private:
+  [[nodiscard]] bool capture(const Space& space);
+
+  const Services services_;
+  WorkItem work_;
+};
+
 /// Keeps the previews of the Spaces fresh, while something shows them, the setting "thumbnailsEnabled" is on and the
-/// user allows captures.
-/// Main thread only.
+/// user allows captures. Main thread only.
 class PreviewRefresh {
  public:
   struct Services {
     PreviewService& thumbnails;
-    PreviewDisplay& display;
+    Presentation& presentation;
     ScreenCapture& screenCapture;
     const Settings& settings;
     MainQueue& mainQueue;

@@ -1,10 +1,33 @@
-#include "base/uuid.h"
+#include "base/words.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cinttypes>
 #include <cstdio>
 
+#include "base/unicode.h"
+
 namespace tallowin {
+
+std::string padded(const std::string& text, std::size_t width) {
+  return text + std::string(width - std::min(width, displayWidth(text)), ' ');
+}
+
+std::optional<std::int64_t> decimalInteger(std::string_view text) {
+  // from_chars takes a minus sign but no plus sign.
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) {
+      return std::nullopt;
+    }
+  }
+  std::int64_t number = 0;
+  const auto* const begin = text.data();
+  const auto* const end = begin + text.size();
+  const auto [stopped, error] = std::from_chars(begin, end, number);
+  return error == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
+}
 
 std::string randomUUID(const RandomBits& random) {
   constexpr std::uint64_t versionMask = 0xF000;
