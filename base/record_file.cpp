@@ -36,7 +36,7 @@ std::expected<void, FileError> Storage::saveNow() {
 
 WorkQueue& Storage::queue() {
   if (!queue_) {
-    queue_ = services_.workQueues.make("tallowin.files");
+    queue_ = services_.workQueues->make("tallowin.files");
   }
   return *queue_;
 }
@@ -159,7 +159,11 @@ void RecordFile::changed(Content content) {
 void RecordFile::replace(std::string text) {
   note([text] { return [text] { return text; }; });
   unsavedText_ = std::move(text);
-  begin();
+  if (services_.workQueues == nullptr) {
+    static_cast<void>(saveNow());
+  } else {
+    begin();
+  }
 }
 
 std::expected<void, FileError> RecordFile::write(Content content) {
@@ -182,6 +186,11 @@ std::expected<void, FileError> RecordFile::saveNow() {
 
 /// The attempt that was waited for. While one is under way its end begins the next.
 void RecordFile::begin() {
+  if (services_.workQueues == nullptr) {
+    latest_.cancel();
+    attempt_ = services_.mainQueue.after(Duration::zero(), [this] { static_cast<void>(saveNow()); });
+    return;
+  }
   if (writing_) {
     attempt_.cancel();
     latest_.cancel();

@@ -29,7 +29,9 @@ class Storage {
   struct Services {
     Files& files;
     MainQueue& mainQueue;
-    WorkQueues& workQueues;
+    /// Null where waiting for the disk takes no time, as in a simulation: then the main thread writes, what was changed
+    /// in the next turn of its queue.
+    WorkQueues* workQueues;
     const Clock& clock;
     Log& log;
   };
@@ -73,11 +75,12 @@ struct SaveRule {
 /// and was not understood is kept aside under a time-stamped name before anything takes its place; what cannot be read,
 /// or not be kept aside, is never replaced. A write that fails leaves the old content, is logged once, and is tried
 /// again after 1, 2, 4 and so on up to 30 seconds, and with the next change, until one succeeds, which is logged too.
-/// Changes are written on the storage's queue, as waiting for the disk may take long; one that comes while the file is
-/// being written is written after that. Main thread only.
+/// Changes are written on the storage's queue, if it has one, as waiting for the disk may take long; one that comes
+/// while the file is being written is written after that. Main thread only.
 class RecordFile {
  public:
-  /// Makes the text of the file. Runs once, on the queue, and lives until the text is written: it owns what it needs.
+  /// Makes the text of the file. Runs once, on the queue if there is one, and lives until the text is written: it owns
+  /// what it needs.
   using Text = std::function<std::string()>;
   /// Takes the present content, on the main thread, when it is about to be written; null if there is nothing to write
   /// after all.

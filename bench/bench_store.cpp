@@ -75,7 +75,7 @@ class StoreOnDisk {
   LazyImages images{log, false};
   NeutralWorkspace workspace;
   Folders folders{folder, folder, folder, folder, folder, {}};
-  Storage storage{{files, queue, queues, clock, log}};
+  Storage storage{{files, queue, &queues, clock, log}};
   FilePreferences preferences{storage, files, queue, folder / "preferences.json",
                               [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};

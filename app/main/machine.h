@@ -44,7 +44,7 @@ class Machine {
   UnixSystem system;
   Folders folders;
   StandInPrograms processes{children, standInMachine(folders.configuration)};
-  Storage storage{{files, mainQueue, workQueues, clock, log}};
+  Storage storage{{files, mainQueue, &workQueues, clock, log}};
   FilePreferences preferences;
 
   /// The groups of a platform's services that its desktop has no part in. Only the resident program puts messages on

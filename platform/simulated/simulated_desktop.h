@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "base/broadcast_notification_center.h"
-#include "base/main_thread_work_queues.h"
 #include "base/record_file.h"
 #include "platform/platform.h"
 #include "platform/simulated/asked_desktop.h"
@@ -52,8 +51,7 @@ struct SimulatedParts {
   BroadcastNotificationCenter defaultNotifications;
   SimulatedMachine machine;
   SimulatedFiles files;
-  MainThreadWorkQueues workQueues{queue};
-  Storage storage{{files, queue, workQueues, clock, machine}};
+  Storage storage{{files, queue, nullptr, clock, machine}};
   PreferencesFile preferencesFile;
   SimulatedSpaces spaces;
   SimulatedDock dock;

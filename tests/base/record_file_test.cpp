@@ -43,7 +43,7 @@ class RecordFileTest : public testing::Test {
                   }};
   SimulatedFiles files{time, time, journal};
   LinesLog log;
-  Storage storage{{files, time, time, time, log}};
+  Storage storage{{files, time, &time, time, log}};
 };
 
 TEST_F(RecordFileTest, ARunOfChangesIsWrittenBehindItsLastOneAndWithinTheLimit) {

@@ -30,7 +30,7 @@ class SettingsTest : public testing::Test {
   Journal journal{time, [](std::string_view) {}};
   SimulatedFiles files{time, time, journal};
   LinesLog log;
-  Storage storage{{files, time, time, time, log}};
+  Storage storage{{files, time, nullptr, time, log}};
   FilePreferences preferences{storage, files, time, file, [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};
 };

@@ -55,7 +55,7 @@ class BackgroundWritesTest : public testing::Test {
   SystemClock clock;
   LinesLog log;
   std::filesystem::path folder;
-  Storage storage{{files, queue, queues, clock, log}};
+  Storage storage{{files, queue, &queues, clock, log}};
   std::optional<RecordFile> file;
 };
 
