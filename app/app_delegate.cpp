@@ -30,14 +30,13 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       paths_(platform.files, platform.folders),
       store_({platform.files, platform.images, platform.workspace, platform.log, settings, paths_}, storage,
              paths_.supportDirectory() / "spaces.json"),
-      switcher_({platform.asked, platform.driven, platform.events, platform.displays, platform.preferences,
-                 platform.system, platform.mainQueue, platform.clock, settings, platform.log}),
+      switcher_({platform, settings}),
       watcher_({provider, platform.desktop, platform.desktopKind(), platform.workspaceNotifications,
                 platform.defaultNotifications, platform.files, platform.folders, settings, platform.mainQueue,
                 platform.log}),
-      changes_(watcher_, store_, platform.mainQueue),
-      nameMirror_({watcher_, store_, changes_, platform.desktop, platform.desktopNames}),
       services_{platform, storage, settings, paths_, store_, watcher_, programVersion()},
+      changes_(services_),
+      nameMirror_(services_, changes_),
       windows_(services_, switcher_, [this](const Space& space) { performer_.switchTo(space); }),
       automaticNames_(services_, windows_.contents),
       records_(services_, changes_, windows_.contents, windows_.management),
@@ -46,36 +45,27 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(platform.files, platform.workspace, platform.folders, platform.log),
       naming_(store_, platform.presentation),
-      newSpaces_({settings, store_, naming_, platform.spacePlaces,
-                  [this] { return records_.templateCommands.isAddingDesktops(); }}),
-      thumbnails_(
-          {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths_}),
-      previews_({thumbnails_, platform.presentation, platform.screenCapture, settings, platform.mainQueue, watcher_}),
-      pipeline_({watcher_, store_, windows_.contents, windows_.spaceLock, windows_.focusMemory, history_,
-                 records_.tracker, automation_, previews_, platform.presentation, platform.triggers, platform.mainQueue,
-                 platform.log, [this] { return initiatedByUs(); }}),
+      newSpaces_(services_, naming_, [this] { return records_.templateCommands.isAddingDesktops(); }),
+      thumbnails_(platform_, paths_),
+      previews_(services_, thumbnails_),
+      pipeline_({services_, windows_, history_, records_.tracker, automation_, previews_,
+                 [this] { return initiatedByUs(); }}),
       underWay_(watcher_, platform.mainQueue),
       windowCommands_(services_, switcher_, windows_),
-      performer_({watcher_, store_, history_, switcher_, settings, platform.toasts, windowCommands_, records_,
-                  noteFiles_, naming_, platform.presentation, platform.pasteboard, underWay_,
+      performer_({services_, history_, switcher_, windowCommands_, records_, noteFiles_, naming_, underWay_,
                   [this](const Space& space) { return windows_.isEmpty(space); },
-                  [this](const Space& space) { return switchTo(space); },
-                  [this] { return diagnosticsReport(services_, watcher_.latest()); }}),
-      feed_({platform.clock, watcher_, store_, changes_, appNames(windows_.contents)}),
-      commandRequests_({performer_, underWay_, watcher_, store_, storage,
-                        [this](const std::string& url) { return handleURLEvent(url); }}),
-      spaceRequests_({platform.clock, watcher_, store_, storage, feed_, platform.runLoop, platform.alerts,
-                      appNames(windows_.contents)}),
+                  [this](const Space& space) { return switchTo(space); }}),
+      feed_(services_, changes_, appNames(windows_.contents)),
+      commandRequests_(
+          {services_, performer_, underWay_, [this](const std::string& url) { return handleURLEvent(url); }}),
+      spaceRequests_(services_, feed_, appNames(windows_.contents)),
       requests_(answers(), underWay_),
-      desktopObject_({platform.desktopService, watcher_, store_, changes_, scripting_,
-                      [this](const std::string& url) { return handleURLEvent(url); },
-                      [this](const Request& request, std::unique_ptr<Caller> caller) {
-                        requests_.handle(request, std::move(caller));
-                      },
-                      underWay_, platform.folders}),
-      localAPI_(
-          {platform.files, paths_, settings, platform.listeners, platform.mainQueue, platform.system, platform.log},
-          options.port) {
+      desktopObject_(
+          services_, changes_, underWay_, scripting_, [this](const std::string& url) { return handleURLEvent(url); },
+          [this](const Request& request, std::unique_ptr<Caller> caller) {
+            requests_.handle(request, std::move(caller));
+          }),
+      localAPI_(platform_, paths_, settings, options.port) {
   localAPI_.onCommand = [this](const SpaceCommand& command) { perform(command); };
   localAPI_.onDoubledKey = [this](const DoubledQueryKey& mistake) { endOn(mistake.message()); };
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };

@@ -88,9 +88,9 @@ class AppDelegate {
   SpaceHistory history_;
   SpaceSwitcher switcher_;
   SpaceWatcher watcher_;
+  const ProgramServices services_;
   SpaceChanges changes_;
   DesktopNameMirror nameMirror_;
-  const ProgramServices services_;
   WindowServices windows_;
   AutomaticNames automaticNames_;
   RecordServices records_;

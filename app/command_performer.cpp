@@ -2,7 +2,9 @@
 
 #include <chrono>
 
+#include "automation/diagnostics.h"
 #include "commands/command_url.h"
+#include "presentation/presentation.h"
 
 namespace tallowin {
 
@@ -40,7 +42,8 @@ struct CommandPerformer::Call {
   const CommandAnswer answer;
   const CommandOptions options;
   const Services& services = performer.services_;
-  const SpaceSnapshot& snapshot = services.watcher.latest();
+  const ProgramServices& program = services.program;
+  const SpaceSnapshot& snapshot = program.watcher.latest();
 
   // Switching.
 
@@ -50,7 +53,7 @@ struct CommandPerformer::Call {
       return;
     }
     const auto active = snapshot.activeSpace();
-    const bool goesBack = active && target->id == active->id && services.settings.get(setting::backAndForth);
+    const bool goesBack = active && target->id == active->id && program.settings.get(setting::backAndForth);
     if (const auto space = goesBack ? services.history.previous(snapshot) : target) {
       performer.switchTo(*space, answer);
     } else {
@@ -59,14 +62,14 @@ struct CommandPerformer::Call {
   }
   void operator()(const command::Step& command) const {
     const auto display = services.switcher.displayUnderMouse(snapshot);
-    const auto& settings = services.settings;
+    const auto& settings = program.settings;
     const SteppingRules rules{settings.get(setting::wrapAround), settings.get(setting::hideFullscreenSpaces),
                               settings.get(setting::skipEmptyWhenCycling) || settings.get(setting::hideEmptySpaces)};
     switchTo(display ? neighbour(*display, command.right, rules, services.isSpaceEmpty) : std::nullopt, noNeighbour);
   }
   void operator()(const command::Step2D& command) const {
     const auto display = services.switcher.displayUnderMouse(snapshot);
-    const auto columns = services.settings.get(setting::gridColumns);
+    const auto columns = program.settings.get(setting::gridColumns);
     switchTo(display ? gridNeighbour(*display, command.up, columns) : std::nullopt, noNeighbour);
   }
   void operator()(const command::Back& /*command*/) const {
@@ -87,13 +90,13 @@ struct CommandPerformer::Call {
     if (!command.text) {
       (*this)(command::Notes{command.space});
     } else if (const auto space = find(command.space)) {
-      services.store.setNote(*command.text, space->id);
+      program.store.setNote(*command.text, space->id);
       answer.done();
     }
   }
   void operator()(const command::Notes& command) const {
     if (const auto space = find(command.space)) {
-      if (const auto opened = services.noteFiles.open(*space, services.store)) {
+      if (const auto opened = services.noteFiles.open(*space, program.store)) {
         answer.done();
       } else {
         answer.refuse("The note could not be saved: " + opened.error().description);
@@ -125,7 +128,7 @@ struct CommandPerformer::Call {
   void operator()(const command::AddDesktop& /*command*/) const { services.windows.addDesktop(answer); }
   void operator()(const command::RemoveDesktop& command) const {
     if (const auto space = find(command.space)) {
-      services.records.backups.keep("before removing " + services.store.displayName(*space));
+      services.records.backups.keep("before removing " + program.store.displayName(*space));
       services.windows.removeDesktop(*space, answer);
     }
   }
@@ -134,27 +137,27 @@ struct CommandPerformer::Call {
 
   void operator()(const command::Setup& command) const {
     if (const auto space = find(command.space)) {
-      tell(services.presentation.showSettings("spaces", space->id));
+      tell(program.presentation.showSettings("spaces", space->id));
     }
   }
   void operator()(const command::OpenSettings& /*command*/) const {
-    tell(services.presentation.showSettings(std::nullopt, std::nullopt));
+    tell(program.presentation.showSettings(std::nullopt, std::nullopt));
   }
   void operator()(const command::Windows& command) const {
-    tell(services.presentation.showWindowPanel(command.allSpaces));
+    tell(program.presentation.showWindowPanel(command.allSpaces));
   }
-  void operator()(const command::Launcher& /*command*/) const { tell(services.presentation.showLauncher()); }
-  void operator()(const command::Overview& /*command*/) const { tell(services.presentation.toggleOverview()); }
+  void operator()(const command::Launcher& /*command*/) const { tell(program.presentation.showLauncher()); }
+  void operator()(const command::Overview& /*command*/) const { tell(program.presentation.toggleOverview()); }
   void operator()(const command::DemoTour& /*command*/) const {
-    if (services.settings.get(setting::demoMode)) {
-      tell(services.presentation.runDemoTour());
+    if (program.settings.get(setting::demoMode)) {
+      tell(program.presentation.runDemoTour());
     } else {
       fail("Turn on demo mode first");
     }
   }
   void operator()(const command::Diagnostics& /*command*/) const {
-    if (services.pasteboard.setString(services.diagnostics())) {
-      services.toasts.show({"Diagnostics copied", std::nullopt});
+    if (program.pasteboard.setString(diagnosticsReport(program, snapshot))) {
+      program.toasts.show({"Diagnostics copied", std::nullopt});
       answer.done();
     } else {
       fail("There is no clipboard to copy the diagnostics to");
@@ -163,7 +166,7 @@ struct CommandPerformer::Call {
 
   /// The Space that is meant; when there is none, that is said.
   [[nodiscard]] std::optional<Space> find(const SpaceRef& ref) const {
-    auto space = resolve(ref, snapshot, services.store);
+    auto space = resolve(ref, snapshot, program.store);
     if (!space) {
       if (const auto message = notFoundMessage(ref)) {
         fail(*message);
@@ -182,19 +185,19 @@ struct CommandPerformer::Call {
     }
   }
 
-  [[nodiscard]] bool follows() const { return options.follow || services.settings.get(setting::followMovedWindow); }
+  [[nodiscard]] bool follows() const { return options.follow || program.settings.get(setting::followMovedWindow); }
 
   void tell(const Shown& shown) const { answer.tell(shown ? Outcome::done() : Outcome::refused(shown.error())); }
 
   void fail(const std::string& message) const {
-    services.toasts.show({message, std::nullopt, true});
+    program.toasts.show({message, std::nullopt, true});
     answer.refuse(message);
   }
 };
 
 void CommandPerformer::perform(const SpaceCommand& command, CommandOptions options, OutcomeHandler told) {
   // A switch is a number of steps from the active Space, which may have changed less than a debounce ago.
-  services_.watcher.refresh();
+  services_.program.watcher.refresh();
   std::visit(Call{*this, services_.underWay.begin(patienceWith(command), std::move(told)), options}, command);
 }
 
@@ -212,7 +215,7 @@ void CommandPerformer::switchTo(const Space& space, const CommandAnswer& answer)
   if (services_.switchTo(space)) {
     answer.doneWhen([id = space.id](const SpaceSnapshot& now) { return now.isActive(id); });
   } else {
-    answer.refuse("The desktop could not be asked to switch to " + services_.store.displayName(space));
+    answer.refuse("The desktop could not be asked to switch to " + services_.program.store.displayName(space));
   }
 }
 
@@ -237,7 +240,7 @@ void CommandRequests::perform(const RequestJob& job) const {
   }
   const bool isSaved = std::holds_alternative<command::Rename>(command);
   services_.performer.perform(command, {job.words.has("--follow")},
-                              [job, isSaved, &storage = services_.storage](const Outcome& outcome) {
+                              [job, isSaved, &storage = services_.program.storage](const Outcome& outcome) {
                                 if (isSaved && outcome.kind == Outcome::Kind::done) {
                                   job.succeedOnceSaved(storage);
                                 } else {
@@ -258,8 +261,8 @@ void CommandRequests::switchTo(const RequestJob& job, const command::SwitchTo& c
 }
 
 bool CommandRequests::isActive(const SpaceRef& ref) const {
-  services_.watcher.refresh();
-  const auto space = resolve(ref, services_.watcher.latest(), services_.store);
+  services_.program.watcher.refresh();
+  const auto space = resolve(ref, services_.program.watcher.latest(), services_.program.store);
   return space && space->isActive;
 }
 

@@ -7,19 +7,14 @@
 #include "app/space_naming.h"
 #include "automation/note_files.h"
 #include "automation/record_services.h"
-#include "base/settings.h"
 #include "commands/cli/request_job.h"
 #include "commands/command_url.h"
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
 #include "commands/stepping.h"
+#include "core/program_services.h"
 #include "core/space_history.h"
-#include "core/space_store.h"
-#include "core/space_watcher.h"
-#include "platform/pasteboard.h"
-#include "platform/toasts.h"
-#include "presentation/presentation.h"
 #include "windows/window_commands.h"
 
 namespace tallowin {
@@ -33,25 +28,18 @@ struct CommandOptions {
 class CommandPerformer {
  public:
   struct Services {
-    SpaceWatcher& watcher;
-    SpaceStore& store;
+    const ProgramServices& program;
     SpaceHistory& history;
     SpaceSwitcher& switcher;
-    const Settings& settings;
-    Toasts& toasts;
     WindowCommands& windows;
     RecordServices& records;
     NoteFiles& noteFiles;
     SpaceNaming& naming;
-    Presentation& presentation;
-    Pasteboard& pasteboard;
     CommandsUnderWay& underWay;
     /// Whether a Space has no windows.
     std::function<bool(const Space&)> isSpaceEmpty;
     /// Switches as this program's own doing. False when the desktop could not even be asked.
     std::function<bool(const Space&)> switchTo;
-    /// The report for support requests.
-    std::function<std::string()> diagnostics;
   };
 
   explicit CommandPerformer(Services services) : services_(std::move(services)) {}
@@ -86,11 +74,9 @@ class CommandPerformer {
 class CommandRequests {
  public:
   struct Services {
+    const ProgramServices& program;
     CommandPerformer& performer;
     CommandsUnderWay& underWay;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    Storage& storage;
     /// Performs a URL, or answers why not.
     std::function<std::optional<URLFault>(const std::string& url)> openURL;
   };

@@ -138,8 +138,7 @@ int runCapture(const Platform& platform, const SpaceProvider& provider, std::ost
     return exit_status::failure;
   }
   const AppPaths paths(platform.files, platform.folders);
-  PreviewService previews(
-      {platform.screenCapture, platform.displays, platform.images, platform.files, platform.mainQueue, paths});
+  PreviewService previews(platform, paths);
   std::optional<std::set<std::string>> captured;
   previews.captureActiveSpaces(*snapshot, Duration::zero(),
                                [&captured](const std::set<std::string>& written) { captured = written; });
@@ -178,8 +177,7 @@ int runSwitch(const SwitchRequest& request, const Platform& platform, const Spac
   }
   printHotKey(hotKeyOfDesktop(number, platform.driven), out);
   out << "accessibility trusted: " << trueOrFalse(platform.windows.mayChange()) << '\n';
-  SpaceSwitcher switcher({platform.asked, platform.driven, platform.events, platform.displays, platform.preferences,
-                          platform.system, platform.mainQueue, platform.clock, settings, platform.log});
+  SpaceSwitcher switcher({platform, settings});
   out << "switch to desktop " << number << ": " << (switcher.switchTo(*target, *snapshot) ? "posted" : "failed")
       << std::endl;
   if (observeSwitch(number, platform.runLoop, provider, out)) {

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "core/display_lookup.h"
+#include "presentation/presentation.h"
 
 namespace tallowin {
 
@@ -16,12 +17,12 @@ constexpr Duration previewTolerance = std::chrono::milliseconds(200);
 
 std::filesystem::path PreviewService::imageFile(const Space& space) const {
   // An id is whatever the window server says, and must not lead out of the folder.
-  return services_.paths.thumbnailsDirectory() / (asFileName(space.id) + ".jpg");
+  return paths_.thumbnailsDirectory() / (asFileName(space.id) + ".jpg");
 }
 
 void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot, Duration delay,
                                          std::function<void(const std::set<std::string>&)> captured) {
-  work_ = services_.mainQueue.after(delay, [this, spaces = snapshot.activeSpaces(), captured = std::move(captured)] {
+  work_ = platform_.mainQueue.after(delay, [this, spaces = snapshot.activeSpaces(), captured = std::move(captured)] {
     std::set<std::string> written;
     for (const auto& space : spaces) {
       if (capture(space)) {
@@ -33,14 +34,14 @@ void PreviewService::captureActiveSpaces(const SpaceSnapshot& snapshot, Duration
 }
 
 bool PreviewService::capture(const Space& space) {
-  const auto display = displayWithIdentifier(services_.displays, space.displayID);
-  const auto preview = services_.screenCapture.capturePreview(display, previewWidth, previewQuality, services_.images);
-  return preview && services_.files.writeAtomically(imageFile(space), *preview, 0600).has_value();
+  const auto display = displayWithIdentifier(platform_.displays, space.displayID);
+  const auto preview = platform_.screenCapture.capturePreview(display, previewWidth, previewQuality, platform_.images);
+  return preview && platform_.files.writeAtomically(imageFile(space), *preview, 0600).has_value();
 }
 
 void PreviewRefresh::capture(Duration delay) {
   if (areWanted() && services_.screenCapture.CGPreflightScreenCaptureAccess()) {
-    services_.thumbnails.captureActiveSpaces(services_.watcher.latest(), delay, [](const auto& /*written*/) {});
+    thumbnails_.captureActiveSpaces(services_.watcher.latest(), delay, [](const auto& /*written*/) {});
   }
 }
 

@@ -6,13 +6,7 @@
 #include <string>
 
 #include "base/app_paths.h"
-#include "base/settings.h"
-#include "core/space_watcher.h"
-#include "platform/displays.h"
-#include "platform/images.h"
-#include "platform/main_queue.h"
-#include "platform/screen_capture.h"
-#include "presentation/presentation.h"
+#include "core/program_services.h"
 
 namespace tallowin {
 
@@ -20,16 +14,7 @@ namespace tallowin {
 /// only.
 class PreviewService {
  public:
-  struct Services {
-    ScreenCapture& screenCapture;
-    Displays& displays;
-    Images& images;
-    Files& files;
-    MainQueue& mainQueue;
-    const AppPaths& paths;
-  };
-
-  explicit PreviewService(Services services) : services_(services) {}
+  PreviewService(const Platform& platform, const AppPaths& paths) : platform_(platform), paths_(paths) {}
 
   /// Captures what every display shows `delay` from now as the preview of its active Space: a JPEG about 640 points
   /// wide. In place of a capture that waits. `captured` is then told the ids of the Spaces whose image was written.
@@ -42,7 +27,8 @@ class PreviewService {
  private:
   [[nodiscard]] bool capture(const Space& space);
 
-  const Services services_;
+  const Platform& platform_;
+  const AppPaths& paths_;
   WorkItem work_;
 };
 
@@ -50,16 +36,8 @@ class PreviewService {
 /// user allows captures. Main thread only.
 class PreviewRefresh {
  public:
-  struct Services {
-    PreviewService& thumbnails;
-    Presentation& presentation;
-    ScreenCapture& screenCapture;
-    const Settings& settings;
-    MainQueue& mainQueue;
-    SpaceWatcher& watcher;
-  };
-
-  explicit PreviewRefresh(Services services) : services_(services) {}
+  PreviewRefresh(const ProgramServices& services, PreviewService& thumbnails)
+      : services_(services), thumbnails_(thumbnails) {}
   PreviewRefresh(const PreviewRefresh&) = delete;
   PreviewRefresh& operator=(const PreviewRefresh&) = delete;
 
@@ -79,7 +57,8 @@ class PreviewRefresh {
   /// Zero while previews are off.
   [[nodiscard]] Duration interval() const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  PreviewService& thumbnails_;
   Duration interval_ = Duration::zero();  ///< of the timer that runs; zero when none does
   WorkItem timer_;
   bool asleep_ = false;

@@ -30,7 +30,7 @@ Shown SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> ans
 
 void NewSpaces::look(const SpaceSnapshot& snapshot) {
   std::erase_if(waiting_, [&](const Space& space) { return !snapshot.space(space.id); });
-  if (known_ && services_.settings.get(setting::askToNameNewSpaces) && !services_.areExpected()) {
+  if (known_ && services_.settings.get(setting::askToNameNewSpaces) && !areExpected_()) {
     enqueue(snapshot);
   }
   learn(snapshot);
@@ -40,7 +40,7 @@ void NewSpaces::look(const SpaceSnapshot& snapshot) {
 void NewSpaces::learn(const SpaceSnapshot& snapshot) {
   if (!known_) {
     known_.emplace();
-    for (const auto space : services_.places.parked()) {
+    for (const auto space : services_.spacePlaces.parked()) {
       known_->spaces.insert(idOfManagedSpace(space));
     }
   }
@@ -73,7 +73,7 @@ void NewSpaces::askNext() {
   const auto space = waiting_.front();
   waiting_.pop_front();
   asking_ = true;
-  services_.naming.ask(space, true, [this] {
+  naming_.ask(space, true, [this] {
     asking_ = false;
     askNext();
   });

@@ -7,9 +7,7 @@
 #include <string>
 
 #include "base/lifetime.h"
-#include "base/settings.h"
-#include "core/space_store.h"
-#include "platform/space_places.h"
+#include "core/program_services.h"
 #include "presentation/presentation.h"
 
 namespace tallowin {
@@ -40,16 +38,9 @@ class SpaceNaming {
 /// Main thread only.
 class NewSpaces {
  public:
-  struct Services {
-    const Settings& settings;
-    const SpaceStore& store;
-    SpaceNaming& naming;
-    SpacePlaces& places;
-    /// Whether this program is making Spaces that it will name itself.
-    std::function<bool()> areExpected;
-  };
-
-  explicit NewSpaces(Services services) : services_(std::move(services)) {}
+  /// `areExpected`: whether this program is making Spaces that it will name itself.
+  NewSpaces(const ProgramServices& services, SpaceNaming& naming, std::function<bool()> areExpected)
+      : services_(services), naming_(naming), areExpected_(std::move(areExpected)) {}
   NewSpaces(const NewSpaces&) = delete;
   NewSpaces& operator=(const NewSpaces&) = delete;
 
@@ -68,7 +59,9 @@ class NewSpaces {
   void enqueue(const SpaceSnapshot& snapshot);
   void askNext();
 
-  const Services services_;
+  const ProgramServices& services_;
+  SpaceNaming& naming_;
+  const std::function<bool()> areExpected_;
   std::optional<Known> known_;
   std::deque<Space> waiting_;
   bool asking_ = false;

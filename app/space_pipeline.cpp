@@ -2,6 +2,8 @@
 
 #include "app/space_naming.h"
 #include "automation/record_services.h"
+#include "presentation/presentation.h"
+#include "triggers/triggers.h"
 
 namespace tallowin {
 
@@ -17,18 +19,18 @@ constexpr Duration previewDelay = std::chrono::milliseconds(600);
 }  // namespace
 
 void SpacePipeline::activeSpaceChanged(const std::optional<Space>& from, const Space& to) {
-  if (services_.triggers.spaceChanged(to.id)) {
+  if (services_.program.triggers.spaceChanged(to.id)) {
     return;
   }
   const bool ours = services_.initiatedByUs();
-  if (services_.spaceLock.spaceChanged(from, to, ours)) {
+  if (services_.windows.spaceLock.spaceChanged(from, to, ours)) {
     return;
   }
   if (from && !ours) {
-    services_.focusMemory.leaving(*from);
+    services_.windows.focusMemory.leaving(*from);
   }
-  services_.focusMemory.entered(to);
-  spaceDockUpdate_ = services_.mainQueue.after(spaceDockDelay, [this] { updateSpaceDock(); });
+  services_.windows.focusMemory.entered(to);
+  spaceDockUpdate_ = services_.program.mainQueue.after(spaceDockDelay, [this] { updateSpaceDock(); });
   record(from, to);
   show(to);
 }
@@ -40,24 +42,24 @@ void SpacePipeline::record(const std::optional<Space>& from, const Space& to) {
 }
 
 void SpacePipeline::show(const Space& to) {
-  auto& presentation = services_.presentation;
-  const auto shown = shownSpace(to, services_.store);
-  services_.log.info(spacePipelineCategory, "active Space: " + shown.name);
+  auto& presentation = services_.program.presentation;
+  const auto shown = shownSpace(to, services_.program.store);
+  services_.program.log.info(spacePipelineCategory, "active Space: " + shown.name);
   if (!presentation.isOverviewShown()) {
     presentation.showHUD(shown);
   }
   presentation.giveFeedback(shown);
   services_.previews.capture(previewDelay);
   std::map<std::string, ShownSpace> active;
-  for (const auto& space : services_.watcher.latest().activeSpaces()) {
-    active.emplace(space.displayID, shownSpace(space, services_.store));
+  for (const auto& space : services_.program.watcher.latest().activeSpaces()) {
+    active.emplace(space.displayID, shownSpace(space, services_.program.store));
   }
   presentation.updateDesktopLabels(active);
 }
 
 void SpacePipeline::updateSpaceDock() {
-  if (const auto active = services_.watcher.latest().activeSpace()) {
-    services_.presentation.updateSpaceDock(appNames(services_.contents)(*active));
+  if (const auto active = services_.program.watcher.latest().activeSpace()) {
+    services_.program.presentation.updateSpaceDock(appNames(services_.windows.contents)(*active));
   }
 }
 

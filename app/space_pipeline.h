@@ -6,15 +6,9 @@
 #include "app/previews.h"
 #include "automation/automation_runner.h"
 #include "automation/time_tracker.h"
+#include "core/program_services.h"
 #include "core/space_history.h"
-#include "core/space_store.h"
-#include "core/space_watcher.h"
-#include "platform/log.h"
-#include "presentation/presentation.h"
-#include "triggers/triggers.h"
-#include "windows/conveniences.h"
-#include "windows/space_contents.h"
-#include "windows/space_lock.h"
+#include "windows/window_services.h"
 
 namespace tallowin {
 
@@ -22,19 +16,12 @@ namespace tallowin {
 class SpacePipeline {
  public:
   struct Services {
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    SpaceContents& contents;
-    SpaceLock& spaceLock;
-    FocusMemory& focusMemory;
+    const ProgramServices& program;
+    WindowServices& windows;
     SpaceHistory& history;
     TimeTracker& tracker;
     AutomationRunner& automation;
     PreviewRefresh& previews;
-    Presentation& presentation;
-    Triggers& triggers;
-    MainQueue& mainQueue;
-    Log& log;
     /// Whether this program has just started a switch.
     std::function<bool()> initiatedByUs;
   };

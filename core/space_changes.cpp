@@ -4,10 +4,10 @@
 
 namespace tallowin {
 
-SpaceChanges::SpaceChanges(SpaceWatcher& watcher, SpaceStore& store, MainQueue& mainQueue) : mainQueue_(mainQueue) {
+SpaceChanges::SpaceChanges(const ProgramServices& services) : mainQueue_(services.mainQueue) {
   // Both tell before they change.
-  sources_.add(watcher.snapshot().observeWillChange([this](const SpaceSnapshot&) { tellSoon(); }));
-  sources_.add(store.observeWillChange([this] { tellSoon(); }));
+  sources_.add(services.watcher.snapshot().observeWillChange([this](const SpaceSnapshot&) { tellSoon(); }));
+  sources_.add(services.store.observeWillChange([this] { tellSoon(); }));
 }
 
 void SpaceChanges::tellSoon() {
@@ -19,8 +19,8 @@ void SpaceChanges::tell() {
   observers_.tell();
 }
 
-DesktopNameMirror::DesktopNameMirror(Services services)
-    : services_(services), changes_(services.changes.observe([this] { publish(); })) {}
+DesktopNameMirror::DesktopNameMirror(const ProgramServices& services, SpaceChanges& changes)
+    : services_(services), changes_(changes.observe([this] { publish(); })) {}
 
 void DesktopNameMirror::publish() {
   const auto& snapshot = services_.watcher.latest();

@@ -7,6 +7,7 @@
 
 #include "base/broadcaster.h"
 #include "base/subscriptions.h"
+#include "core/program_services.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
 #include "platform/desktop_names.h"
@@ -18,7 +19,7 @@ namespace tallowin {
 /// else. Main thread only.
 class SpaceChanges {
  public:
-  SpaceChanges(SpaceWatcher& watcher, SpaceStore& store, MainQueue& mainQueue);
+  explicit SpaceChanges(const ProgramServices& services);
   SpaceChanges(const SpaceChanges&) = delete;
   SpaceChanges& operator=(const SpaceChanges&) = delete;
 
@@ -40,16 +41,8 @@ class SpaceChanges {
 /// What names itself is not published, and nothing is while the window server cannot be asked. Main thread only.
 class DesktopNameMirror {
  public:
-  struct Services {
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    SpaceChanges& changes;
-    Desktop& desktop;
-    DesktopNames& desktopNames;
-  };
-
   /// Publishes for the first time once there is a snapshot.
-  explicit DesktopNameMirror(Services services);
+  DesktopNameMirror(const ProgramServices& services, SpaceChanges& changes);
   DesktopNameMirror(const DesktopNameMirror&) = delete;
   DesktopNameMirror& operator=(const DesktopNameMirror&) = delete;
 
@@ -59,7 +52,7 @@ class DesktopNameMirror {
   void publish();
   [[nodiscard]] Names names(const SpaceSnapshot& snapshot) const;
 
-  const Services services_;
+  const ProgramServices& services_;
   std::optional<Names> published_;
   Subscription changes_;
 };

@@ -20,8 +20,8 @@ bool differs(const std::map<std::string, PropertyList>& before, const std::map<s
 
 }  // namespace
 
-StateFeed::StateFeed(Services services)
-    : services_(std::move(services)), changes_(services_.changes.observe([this] { refresh(); })) {}
+StateFeed::StateFeed(const ProgramServices& services, SpaceChanges& changes, AppNames apps)
+    : services_(services), apps_(std::move(apps)), changes_(changes.observe([this] { refresh(); })) {}
 
 void StateFeed::add(std::shared_ptr<Caller> caller, Form form) {
   refresh();  // the others are to know what this one is told
@@ -83,7 +83,7 @@ std::string StateFeed::line(const std::string& change, const Form& form) const {
 
 PropertyList StateFeed::record(const std::string& change) const {
   const auto& snapshot = services_.watcher.latest();
-  auto record = stateRecord(snapshot, services_.store, services_.apps, services_.clock.now());
+  auto record = stateRecord(snapshot, services_.store, apps_, services_.clock.now());
   const auto active = snapshot.activeSpace();
   record["sequence"] = sequence_;
   record["change"] = change;

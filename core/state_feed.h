@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/program_services.h"
 #include "core/space_changes.h"
 #include "core/space_state.h"
 #include "platform/command_channel.h"
@@ -22,15 +23,7 @@ namespace tallowin {
 /// change that is told; readers who came later see the same numbers.
 class StateFeed {
  public:
-  struct Services {
-    const Clock& clock;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    SpaceChanges& changes;
-    AppNames apps;
-  };
-
-  explicit StateFeed(Services services);
+  StateFeed(const ProgramServices& services, SpaceChanges& changes, AppNames apps);
 
   /// How a reader is told.
   struct Form {
@@ -62,7 +55,8 @@ class StateFeed {
   [[nodiscard]] std::string line(const std::string& change, const Form& form) const;
   [[nodiscard]] PropertyList record(const std::string& change) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  const AppNames apps_;
   std::vector<Reader> readers_;
   State last_;  ///< what the readers know
   std::uint64_t sequence_ = 0;

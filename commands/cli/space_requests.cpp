@@ -79,7 +79,7 @@ void SpaceRequests::list(RequestJob job) const {
     job.printNames(lines);
     return;
   }
-  job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services_.store, services_.apps, services_.clock.now()))
+  job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services_.store, apps_, services_.clock.now()))
                              : spaceList(snapshot, services_.store));
 }
 
@@ -98,7 +98,7 @@ void SpaceRequests::current(RequestJob job) const {
     }
     return;
   }
-  job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, services_.apps))
+  job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, apps_))
                              : printable(services_.store.displayName(*space)) + "\n");
 }
 
@@ -107,7 +107,7 @@ void SpaceRequests::watch(RequestJob job) const {
   if (job.words.has(formatOption) && !(format = formatOf(job))) {
     return;
   }
-  services_.feed.add(std::move(job.caller), {job.words.json(), std::move(format)});
+  feed_.add(std::move(job.caller), {job.words.json(), std::move(format)});
 }
 
 void SpaceRequests::answer(RequestJob job) const {

@@ -1,30 +1,16 @@
 #pragma once
 
 #include "commands/cli/request_job.h"
-#include "core/space_store.h"
-#include "core/space_watcher.h"
+#include "core/program_services.h"
 #include "core/state_feed.h"
-#include "platform/alerts.h"
-#include "platform/clock.h"
-#include "platform/main_queue.h"
 
 namespace tallowin {
 
 /// Requests about the Spaces and about the running instance itself. Main thread only.
 class SpaceRequests {
  public:
-  struct Services {
-    const Clock& clock;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    Storage& storage;
-    StateFeed& feed;
-    RunLoop& runLoop;
-    Alerts& alerts;
-    AppNames apps;
-  };
-
-  explicit SpaceRequests(Services services) : services_(std::move(services)) {}
+  SpaceRequests(const ProgramServices& services, StateFeed& feed, AppNames apps)
+      : services_(services), feed_(feed), apps_(std::move(apps)) {}
 
   /// Makes this the one who answers them. It must outlive the table.
   void addTo(RequestTable& table);
@@ -37,7 +23,9 @@ class SpaceRequests {
   void answer(RequestJob job) const;
   void quit(RequestJob job) const;
 
-  const Services services_;
+  const ProgramServices& services_;
+  StateFeed& feed_;
+  const AppNames apps_;
 };
 
 }  // namespace tallowin

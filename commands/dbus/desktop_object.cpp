@@ -20,21 +20,26 @@ void addTo(std::vector<ServiceDescription::Interface>& interfaces, const Desktop
 
 }  // namespace
 
-DesktopObject::DesktopObject(Services services)
-    : services_(std::move(services)),
-      methods_(desktopMethods(services_.bridge, services_.openURL, services_.request, services_.folders.home.string())),
+DesktopObject::DesktopObject(const ProgramServices& services, SpaceChanges& changes, CommandsUnderWay& underWay,
+                             const ScriptingBridge& bridge, const OpenURL& openURL,
+                             const CommandChannel::Handler& request)
+    : services_(services),
+      spaceChanges_(changes),
+      underWay_(underWay),
+      bridge_(bridge),
+      methods_(desktopMethods(bridge, openURL, request, services.folders.home.string())),
       properties_{{{"Spaces", "aa{sv}", &DesktopObject::spaces},
                    {"Current", "(xs)", &DesktopObject::current},
                    {"Names", "as", &DesktopObject::names}}} {}
 
 void DesktopObject::offer() {
-  changes_ = services_.changes.observe([this] { tellChanges(); });
-  offered_ = services_.service.offer(
+  changes_ = spaceChanges_.observe([this] { tellChanges(); });
+  offered_ = services_.desktopService.offer(
       description(),
       {[this](const std::string& interface, const std::string& method, const PropertyList& arguments,
               const DesktopService::Reply& reply) { run(methods_, interface, method, arguments, reply); },
        [this](const std::string& /*interface*/, const std::string& property) { return value(property); },
-       [this](std::function<void()> work) { services_.underWay.whenSettled(std::move(work)); }});
+       [this](std::function<void()> work) { underWay_.whenSettled(std::move(work)); }});
 }
 
 ServiceDescription DesktopObject::description() const {
@@ -64,11 +69,11 @@ PropertyList DesktopObject::spaces() const {
 }
 
 PropertyList DesktopObject::current() const {
-  return PropertyList::array({services_.bridge.currentNumber(), services_.bridge.currentName()});
+  return PropertyList::array({bridge_.currentNumber(), bridge_.currentName()});
 }
 
 PropertyList DesktopObject::names() const {
-  return services_.bridge.allNames();
+  return bridge_.allNames();
 }
 
 PropertyList DesktopObject::value(const std::string& property) const {
@@ -85,7 +90,7 @@ void DesktopObject::tellChanges() {
     }
   }
   if (!changed.empty()) {
-    services_.service.tellChanged(commandInterface, changed);
+    services_.desktopService.tellChanged(commandInterface, changed);
   }
 }
 

@@ -6,8 +6,8 @@
 
 #include "commands/commands_under_way.h"
 #include "commands/dbus/desktop_methods.h"
+#include "core/program_services.h"
 #include "core/space_changes.h"
-#include "platform/folders.h"
 
 namespace tallowin {
 
@@ -15,19 +15,8 @@ namespace tallowin {
 /// properties, and word of every change of these. Main thread only.
 class DesktopObject {
  public:
-  struct Services {
-    DesktopService& service;
-    SpaceWatcher& watcher;
-    SpaceStore& store;
-    SpaceChanges& changes;
-    const ScriptingBridge& bridge;
-    OpenURL openURL;
-    CommandChannel::Handler request;
-    CommandsUnderWay& underWay;
-    const Folders& folders;
-  };
-
-  explicit DesktopObject(Services services);
+  DesktopObject(const ProgramServices& services, SpaceChanges& changes, CommandsUnderWay& underWay,
+                const ScriptingBridge& bridge, const OpenURL& openURL, const CommandChannel::Handler& request);
   DesktopObject(const DesktopObject&) = delete;
   DesktopObject& operator=(const DesktopObject&) = delete;
 
@@ -52,7 +41,10 @@ class DesktopObject {
   [[nodiscard]] PropertyList value(const std::string& property) const;
   void tellChanges();
 
-  const Services services_;
+  const ProgramServices& services_;
+  SpaceChanges& spaceChanges_;
+  CommandsUnderWay& underWay_;
+  const ScriptingBridge& bridge_;
   const std::vector<DesktopMethod> methods_;
   std::array<Property, 3> properties_;
   Subscription changes_;

@@ -8,30 +8,13 @@
 #include "base/settings.h"
 #include "commands/driven/dock_swipe_poster.h"
 #include "core/space.h"
-#include "platform/clock.h"
-#include "platform/desktop.h"
-#include "platform/displays.h"
-#include "platform/driven_services.h"
-#include "platform/events.h"
-#include "platform/log.h"
-#include "platform/main_queue.h"
-#include "platform/preferences.h"
-#include "platform/system.h"
+#include "platform/platform.h"
 
 namespace tallowin {
 
 /// What switching Spaces needs.
-struct SwitchServices {
-  AskedDesktop* asked;     ///< the desktop, if it can be asked;
-  DrivenServices* driven;  ///< else what it is driven by
-  Events& events;
-  Displays& displays;
-  Preferences& preferences;
-  System& system;
-  MainQueue& mainQueue;
-  const Clock& clock;
+struct SwitchServices : Platform {
   const Settings& settings;
-  Log& log;
 };
 
 /// Switches Spaces by driving the Dock as a user would: by a swipe gesture (`instant`) or by the Mission Control

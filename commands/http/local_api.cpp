@@ -54,14 +54,15 @@ std::string newToken(System& system) {
 
 }  // namespace
 
-LocalAPI::LocalAPI(Services services, std::uint16_t port)
-    : services_(services),
+LocalAPI::LocalAPI(const Platform& platform, const AppPaths& paths, const Settings& settings, std::uint16_t port)
+    : platform_(platform),
+      settings_(settings),
       port_(port),
-      stateFile_(services.paths.supportDirectory() / "state.json"),
-      tokenFile_(services.paths.supportDirectory() / "api-token.txt") {}
+      stateFile_(paths.supportDirectory() / "state.json"),
+      tokenFile_(paths.supportDirectory() / "api-token.txt") {}
 
 void LocalAPI::refresh() {
-  const bool wanted = services_.settings.get(setting::localAPI);
+  const bool wanted = settings_.get(setting::localAPI);
   if (wanted && listener_ == nullptr) {
     start();
   } else if (!wanted) {
@@ -70,13 +71,13 @@ void LocalAPI::refresh() {
 }
 
 void LocalAPI::start() {
-  auto listener = services_.listeners.listen(port_, [this](const std::string& request) { return respond(request); });
+  auto listener = platform_.listeners.listen(port_, [this](const std::string& request) { return respond(request); });
   if (listener) {
     listener_ = *std::move(listener);
     return;
   }
-  services_.log.error(localApiCategory, "could not open port " + std::to_string(port_));
-  services_.log.debug(localApiCategory, listener.error());
+  platform_.log.error(localApiCategory, "could not open port " + std::to_string(port_));
+  platform_.log.debug(localApiCategory, listener.error());
 }
 
 std::string LocalAPI::respond(std::string_view bytes) {
@@ -95,7 +96,7 @@ std::string LocalAPI::respond(std::string_view bytes) {
 }
 
 std::string LocalAPI::spaces(const HTTPRequest& request) const {
-  const auto state = services_.files.read(stateFile_);
+  const auto state = platform_.files.read(stateFile_);
   if (!state) {
     return notFound();
   }
@@ -141,27 +142,27 @@ bool LocalAPI::isAuthorised(const HTTPRequest& request) {
 
 std::optional<std::string> LocalAPI::token() {
   const std::lock_guard lock(tokenMutex_);
-  const auto kept = services_.files.read(tokenFile_);
+  const auto kept = platform_.files.read(tokenFile_);
   if (kept && isValidUTF8(*kept) && !trimmed(*kept).empty()) {
-    if (const auto restricted = services_.files.restrictMode(tokenFile_, privateFile); !restricted) {
-      services_.log.error(localApiCategory,
+    if (const auto restricted = platform_.files.restrictMode(tokenFile_, privateFile); !restricted) {
+      platform_.log.error(localApiCategory,
                           "others may read " + tokenFile_.filename().string() + ": " + restricted.error().description);
     }
     return std::string(trimmed(*kept));
   }
-  auto made = newToken(services_.system);
-  if (services_.files.writeAtomically(tokenFile_, made, privateFile, OldMode::replaced)) {
+  auto made = newToken(platform_.system);
+  if (platform_.files.writeAtomically(tokenFile_, made, privateFile, OldMode::replaced)) {
     return made;
   }
   if (!std::exchange(saidThatThereIsNoToken_, true)) {
-    services_.log.error(localApiCategory,
+    platform_.log.error(localApiCategory,
                         "could not write " + tokenFile_.filename().string() + ", so no command is let in");
   }
   return std::nullopt;
 }
 
 void LocalAPI::onMainThread(std::function<void()> work) {
-  services_.mainQueue.async(lifetime_.bound(std::move(work)));
+  platform_.mainQueue.async(lifetime_.bound(std::move(work)));
 }
 
 }  // namespace tallowin

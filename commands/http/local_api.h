@@ -14,11 +14,7 @@
 #include "base/settings.h"
 #include "commands/command_url.h"
 #include "commands/http/http_message.h"
-#include "platform/files.h"
-#include "platform/log.h"
-#include "platform/main_queue.h"
-#include "platform/system.h"
-#include "platform/tcp_listener.h"
+#include "platform/platform.h"
 
 namespace tallowin {
 
@@ -29,20 +25,11 @@ namespace tallowin {
 /// respond(), which any thread may call.
 class LocalAPI {
  public:
-  struct Services {
-    Files& files;
-    const AppPaths& paths;
-    const Settings& settings;
-    TCPListeners& listeners;
-    MainQueue& mainQueue;
-    System& system;
-    Log& log;
-  };
-
   /// Where clients look for it, unless they are told of another one.
   static constexpr std::uint16_t standardPort = 57301;
 
-  explicit LocalAPI(Services services, std::uint16_t port = standardPort);
+  LocalAPI(const Platform& platform, const AppPaths& paths, const Settings& settings,
+           std::uint16_t port = standardPort);
   LocalAPI(const LocalAPI&) = delete;
   LocalAPI& operator=(const LocalAPI&) = delete;
   ~LocalAPI() = default;
@@ -76,7 +63,8 @@ class LocalAPI {
   [[nodiscard]] bool isAuthorised(const HTTPRequest& request);
   void onMainThread(std::function<void()> work);
 
-  const Services services_;
+  const Platform& platform_;
+  const Settings& settings_;
   const std::uint16_t port_;
   const std::filesystem::path stateFile_;
   const std::filesystem::path tokenFile_;

@@ -25,8 +25,8 @@ struct MirroringProgram : StoringProgram {
     return published;
   }
 
-  SpaceChanges changes{watcher, store, time};
-  DesktopNameMirror mirror{{watcher, store, changes, spaces, desktop.desktopNames()}};
+  SpaceChanges changes{services};
+  DesktopNameMirror mirror{services, changes};
 };
 
 TEST(DesktopNameMirror, PublishesTheUsersNamesOfTheSpacesThatExist) {
@@ -75,16 +75,6 @@ TEST(DesktopNameMirror, PublishesNothingInADegradedSystem) {
   EXPECT_FALSE(program.spaces.health().healthy());
   EXPECT_FALSE(program.watcher.snapshot().get().displays.empty());
   EXPECT_THAT(program.takePublished(), IsEmpty());
-}
-
-TEST(DesktopNameMirror, MayGoBeforeItsWorkIsDone) {
-  MirroringProgram program("{}");
-  std::optional<DesktopNameMirror> another(
-      std::in_place, DesktopNameMirror::Services{program.watcher, program.store, program.changes, program.spaces,
-                                                 program.desktop.desktopNames()});
-  program.watcher.start();
-  another.reset();
-  program.time.advance(1s);
 }
 
 }  // namespace

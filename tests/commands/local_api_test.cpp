@@ -39,9 +39,7 @@ class LocalAPITest : public testing::Test {
 
   SimulatedProgram program{"{}"};
   AppPaths paths{program.desktop.files(), program.desktop.folders()};
-  std::optional<LocalAPI> api{
-      std::in_place, LocalAPI::Services{program.desktop.files(), paths, program.settings, program.desktop.listeners(),
-                                        program.time, program.desktop.system(), program.desktop.log()}};
+  std::optional<LocalAPI> api{std::in_place, program.platform, paths, program.settings};
   std::vector<std::string> told;
 };
 

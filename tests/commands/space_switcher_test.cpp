@@ -48,9 +48,7 @@ struct SwitchingProgram : SimulatedProgram {
     return events;
   }
 
-  std::optional<SpaceSwitcher> switcher{
-      std::in_place, SwitchServices{nullptr, &driven, desktop.events(), desktop.displays(), preferences,
-                                    desktop.system(), time, time, settings, desktop.log()}};
+  std::optional<SpaceSwitcher> switcher{std::in_place, SwitchServices{platform, settings}};
 };
 
 constexpr auto twoDisplays = R"({"menuBarDisplay": "11111111-1111-4111-8111-111111111111",

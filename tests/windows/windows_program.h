@@ -32,8 +32,7 @@ struct WindowsProgram : StoringProgram {
     std::erase_if(state().windows, [number](const auto& window) { return window.number == number; });
   }
 
-  SpaceSwitcher switcher{{nullptr, &driven, desktop.events(), desktop.displays(), preferences, desktop.system(), time,
-                          time, settings, desktop.log()}};
+  SpaceSwitcher switcher{{platform, settings}};
   SpaceContents contents{platform};
   std::unique_ptr<WindowMover> mover = std::make_unique<WindowMover>(platform, switcher);
   std::unique_ptr<LayoutManager> layouts = std::make_unique<LayoutManager>(services, contents, *mover);
