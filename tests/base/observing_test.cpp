@@ -4,7 +4,6 @@
 
 #include "base/broadcaster.h"
 #include "base/published.h"
-#include "base/subscriptions.h"
 
 namespace tallowin {
 namespace {
@@ -40,24 +39,6 @@ TEST(Broadcaster, AnObserverThatComesWhileTellingIsToldTheNextTime) {
   EXPECT_EQ(late, 0);
   broadcaster.tell();
   EXPECT_EQ(late, 1);
-}
-
-TEST(Subscriptions, EndInTheOrderOfTheirMaking) {
-  std::string ended;
-  {
-    Subscriptions subscriptions;
-    for (const char name : {'a', 'b', 'c'}) {
-      subscriptions.add(Subscription([&ended, name] { ended += name; }));
-    }
-  }
-  EXPECT_EQ(ended, "abc");
-}
-
-TEST(Broadcaster, MayGoBeforeItsSubscriptions) {
-  auto broadcaster = std::make_unique<Broadcaster<>>();
-  auto subscription = broadcaster->subscribe([] {});
-  broadcaster.reset();
-  subscription.cancel();
 }
 
 TEST(Broadcaster, MayGoWhileTelling) {

@@ -204,12 +204,5 @@ TEST_F(ScriptingTest, EveryIntentIsSentOrAnswered) {
   EXPECT_EQ(sent, std::vector<SpaceCommand>{Back{}});
 }
 
-TEST(ScriptingBridge, NobodyThereIsNoFailure) {
-  const ScriptingBridge bridge;
-  EXPECT_TRUE(performScriptCommand({"TWBackCommand", nullptr, {}}, bridge));
-  EXPECT_TRUE(performIntent({"LastSpaceIntent"}, bridge));
-  EXPECT_EQ(performIntent({"CurrentSpaceIntent"}, bridge), ScriptEvents::Result(""));
-}
-
 }  // namespace
 }  // namespace tallowin
