@@ -5,6 +5,8 @@
 #include "app/doctor.h"
 #include "app/program.h"
 #include "commands/outcome.h"
+#include "presentation/presentation.h"
+#include "triggers/triggers.h"
 
 namespace tallowin {
 

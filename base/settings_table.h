@@ -32,76 +32,49 @@ enum class HotCorner { none, topLeft, topRight, bottomLeft, bottomRight };
   return style == MenuBarStyle::strip || style == MenuBarStyle::dots;
 }
 
-/// The stored texts of an enumeration's cases in order, and the case that an unknown text reads as. The fallback is
-/// deliberately not always the registered default.
+/// The stored texts of an enumeration's cases, in their order.
 template <typename Enumeration>
-struct StoredCases;
-
+inline constexpr std::array<std::string_view, 0> storedTexts{};
 template <>
-struct StoredCases<SwitchMode> {
-  static constexpr auto texts = std::to_array<std::string_view>({"instant", "classic"});
-  static constexpr auto fallback = SwitchMode::instant;
-};
-
+inline constexpr auto storedTexts<SwitchMode> = std::to_array<std::string_view>({"instant", "classic"});
 template <>
-struct StoredCases<DesktopShortcutModifier> {
-  static constexpr auto texts =
-      std::to_array<std::string_view>({"off", "controlOption", "controlCommand", "optionCommand", "hyper"});
-  static constexpr auto fallback = DesktopShortcutModifier::off;
-};
-
+inline constexpr auto storedTexts<DesktopShortcutModifier> =
+    std::to_array<std::string_view>({"off", "controlOption", "controlCommand", "optionCommand", "hyper"});
 template <>
-struct StoredCases<OverlayHotKeyPreset> {
-  static constexpr auto texts = std::to_array<std::string_view>(
-      {"optionTab", "controlOptionSpace", "optionBacktick", "commandOptionSpace", "f13"});
-  static constexpr auto fallback = OverlayHotKeyPreset::optionTab;
-};
-
+inline constexpr auto storedTexts<OverlayHotKeyPreset> =
+    std::to_array<std::string_view>({"optionTab", "controlOptionSpace", "optionBacktick", "commandOptionSpace", "f13"});
 template <>
-struct StoredCases<DesktopLabelPosition> {
-  static constexpr auto texts =
-      std::to_array<std::string_view>({"bottomLeft", "bottomRight", "topLeft", "topRight", "center"});
-  static constexpr auto fallback = DesktopLabelPosition::bottomLeft;
-};
-
+inline constexpr auto storedTexts<DesktopLabelPosition> =
+    std::to_array<std::string_view>({"bottomLeft", "bottomRight", "topLeft", "topRight", "center"});
 template <>
-struct StoredCases<HUDSize> {
-  static constexpr auto texts = std::to_array<std::string_view>({"small", "regular", "large"});
-  static constexpr auto fallback = HUDSize::regular;
-};
-
+inline constexpr auto storedTexts<HUDSize> = std::to_array<std::string_view>({"small", "regular", "large"});
 template <>
-struct StoredCases<HUDPosition> {
-  static constexpr auto texts = std::to_array<std::string_view>({"top", "center", "bottom"});
-  static constexpr auto fallback = HUDPosition::top;
-};
-
+inline constexpr auto storedTexts<HUDPosition> = std::to_array<std::string_view>({"top", "center", "bottom"});
 template <>
-struct StoredCases<MenuBarStyle> {
-  static constexpr auto texts =
-      std::to_array<std::string_view>({"name", "number", "numberAndName", "iconOnly", "strip", "dots"});
-  static constexpr auto fallback = MenuBarStyle::name;
-};
-
+inline constexpr auto storedTexts<MenuBarStyle> =
+    std::to_array<std::string_view>({"name", "number", "numberAndName", "iconOnly", "strip", "dots"});
 template <>
-struct StoredCases<HotCorner> {
-  static constexpr auto texts =
-      std::to_array<std::string_view>({"none", "topLeft", "topRight", "bottomLeft", "bottomRight"});
-  static constexpr auto fallback = HotCorner::none;
-};
+inline constexpr auto storedTexts<HotCorner> =
+    std::to_array<std::string_view>({"none", "topLeft", "topRight", "bottomLeft", "bottomRight"});
+
+/// The case that an unknown text reads as, deliberately not always the registered default.
+template <typename Enumeration>
+inline constexpr auto fallbackCase = Enumeration{};
+template <>
+inline constexpr auto fallbackCase<HUDSize> = HUDSize::regular;
 
 /// The text that a case is stored as.
 template <typename Enumeration>
 [[nodiscard]] constexpr std::string_view storedText(Enumeration value) {
-  return StoredCases<Enumeration>::texts.at(static_cast<std::size_t>(value));
+  return storedTexts<Enumeration>.at(static_cast<std::size_t>(value));
 }
 
 /// The case that a stored text reads as; the comparison is exact.
 template <typename Enumeration>
 [[nodiscard]] constexpr Enumeration caseOfStoredText(std::string_view text) {
-  constexpr auto& texts = StoredCases<Enumeration>::texts;
+  constexpr auto& texts = storedTexts<Enumeration>;
   const auto found = std::ranges::find(texts, text);
-  return found == texts.end() ? StoredCases<Enumeration>::fallback : static_cast<Enumeration>(found - texts.begin());
+  return found == texts.end() ? fallbackCase<Enumeration> : static_cast<Enumeration>(found - texts.begin());
 }
 
 enum class SettingType { boolean, real, integer, text, textList, textMap };
@@ -165,9 +138,8 @@ struct SettingOf : Setting {
   static constexpr Setting row(std::string_view name, Default standard, SettingsPane where, std::string_view does,
                                Exported isExported) {
     if constexpr (std::is_enum_v<Value>) {
-      using Cases = StoredCases<Value>;
       return {name, SettingType::text, storedText(standard), where,
-              does, isExported,        Cases::texts,         storedText(Cases::fallback)};
+              does, isExported,        storedTexts<Value>,   storedText(fallbackCase<Value>)};
     } else {
       return {name, settingType<Value>(), standard, where, does, isExported};
     }
