@@ -15,7 +15,7 @@ namespace {
 using MaybeCommand = std::optional<SpaceCommand>;
 
 /// A URL ready for being understood: the host in lower case, the query by keys.
-struct Request {
+struct URLRequest {
   std::string host;
   std::vector<std::string> path;
   std::map<std::string, std::string> query;
@@ -32,7 +32,7 @@ struct Request {
 
 /// The Space that a request names. Only some hosts take the query's "name" for a reference; for others it is a new
 /// name.
-SpaceRef reference(const Request& request, bool nameIsReference) {
+SpaceRef reference(const URLRequest& request, bool nameIsReference) {
   if (const auto component = request.firstComponent()) {
     return spaceRefFromText(*component);
   }
@@ -44,12 +44,12 @@ SpaceRef reference(const Request& request, bool nameIsReference) {
 }
 
 /// What a profile or template is called: the path, else the query.
-std::optional<std::string> givenName(const Request& request) {
+std::optional<std::string> givenName(const URLRequest& request) {
   const auto component = request.firstComponent();
   return component ? component : request.value("name");
 }
 
-MaybeCommand moveWindow(const Request& request) {
+MaybeCommand moveWindow(const URLRequest& request) {
   const auto word = request.firstWord();
   if (word == "next" || word == "right") {
     return command::MoveWindowStep{true};
@@ -61,27 +61,27 @@ MaybeCommand moveWindow(const Request& request) {
 }
 
 template <typename Named>
-MaybeCommand named(const Request& request) {
+MaybeCommand named(const URLRequest& request) {
   auto name = givenName(request);
   return name ? MaybeCommand(Named{*std::move(name)}) : std::nullopt;
 }
 
 template <typename Referring>
-MaybeCommand referring(const Request& request) {
+MaybeCommand referring(const URLRequest& request) {
   return Referring{reference(request, false)};
 }
 
 template <typename Plain>
-MaybeCommand plain(const Request& /*request*/) {
+MaybeCommand plain(const URLRequest& /*request*/) {
   return Plain{};
 }
 
 template <typename Directed, bool direction>
-MaybeCommand directed(const Request& /*request*/) {
+MaybeCommand directed(const URLRequest& /*request*/) {
   return Directed{direction};
 }
 
-using Reader = MaybeCommand (*)(const Request&);
+using Reader = MaybeCommand (*)(const URLRequest&);
 
 /// What a host is read by, and how it is told to people.
 struct Row {
@@ -91,7 +91,7 @@ struct Row {
 
 const std::vector<Row>& rows() {
   static const std::vector<Row> table = {
-      {[](const Request& request) -> MaybeCommand { return command::SwitchTo{reference(request, true)}; },
+      {[](const URLRequest& request) -> MaybeCommand { return command::SwitchTo{reference(request, true)}; },
        {"switch", "/SPACE", "Switch to a Space, by number or by name or a part of one."}},
       {directed<command::Step, true>, {"next", "", "Step to the next Space."}},
       {directed<command::Step, true>, {"right", "", "The same."}},
@@ -102,11 +102,11 @@ const std::vector<Row>& rows() {
       {plain<command::Back>, {"last", "", "The same."}},
       {plain<command::Overview>, {"overview", "", "Open the overview."}},
       {moveWindow, {"move-window", "/SPACE or /next or /previous", "Move the front window to a Space."}},
-      {[](const Request& request) -> MaybeCommand {
+      {[](const URLRequest& request) -> MaybeCommand {
          return command::Rename{reference(request, false), request.value("name")};
        },
        {"rename", "/SPACE?name=NAME", "Name a Space; an empty name takes it away."}},
-      {[](const Request& request) -> MaybeCommand {
+      {[](const URLRequest& request) -> MaybeCommand {
          return command::Note{reference(request, false), request.value("text")};
        },
        {"note", "/SPACE?text=TEXT", "Note something about a Space; an empty text takes it away."}},
@@ -118,7 +118,7 @@ const std::vector<Row>& rows() {
       {plain<command::SaveLayout>, {"save-layout", "", "Note where every window is."}},
       {plain<command::RestoreLayout>, {"restore-layout", "", "Put every window back there."}},
       {plain<command::Eject>, {"eject", "", "Gather all windows on the built-in display."}},
-      {[](const Request& request) -> MaybeCommand { return command::Windows{request.firstWord() == "all"}; },
+      {[](const URLRequest& request) -> MaybeCommand { return command::Windows{request.firstWord() == "all"}; },
        {"windows", "[/all]", "List the windows of the active Space, or of all."}},
       {plain<command::Launcher>, {"launcher", "", "Open the launcher."}},
       {plain<command::Launcher>, {"launch", "", "The same."}},
@@ -158,7 +158,7 @@ std::expected<std::optional<SpaceCommand>, DoubledQueryKey> commandFromURL(const
   if (lowerCased(url.scheme) != "tallowin") {
     return std::nullopt;
   }
-  Request request{lowerCased(url.host.value_or("")), url.pathComponents, {}};
+  URLRequest request{lowerCased(url.host.value_or("")), url.pathComponents, {}};
   for (const auto& item : url.queryItems) {
     if (!request.query.emplace(item.name, item.value.value_or("")).second) {
       return std::unexpected(DoubledQueryKey{item.name});

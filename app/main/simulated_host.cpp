@@ -207,7 +207,7 @@ class RealTimeHost : public SimulatedHost {
              .clock = machine_.clock,
              .log = machine_.log},
             simulatedDesktopServices(simulated, spaces(), driven().services, windows(), desktopQueues_),
-            {simulated.parts().user, simulated.parts().alerts, simulated.parts().user.presentation()},
+            {simulated.parts().user, simulated.parts().alerts, simulated.parts().user, simulated.parts().user},
             {.urlEvents = simulated.urlEvents(),
              .commandChannel = machine_.commandChannel(),
              .scriptEvents = simulated.scriptEvents(),
