@@ -52,31 +52,25 @@ class JournalFile {
  public:
   /// To `path`; without one to standard output if `byDefault`, else nowhere. False when the file cannot be written.
   bool open(const std::optional<std::filesystem::path>& path, bool byDefault) {
-    toStandardOutput_ = !path && byDefault;
     if (path) {
       file_.open(*path);
     }
+    out_ = path ? &file_ : byDefault ? &std::cout : nullptr;
     return !path || file_.is_open();
   }
 
   void write(std::string_view line) {
-    if (file_.is_open()) {
-      file_ << line << '\n';
-    } else if (toStandardOutput_) {
-      std::cout << line << '\n';
+    if (out_ != nullptr) {
+      *out_ << line << '\n';
     }
   }
 
   /// Whether everything was written.
-  [[nodiscard]] bool close() {
-    file_.flush();
-    std::cout.flush();
-    return file_.good() && (!toStandardOutput_ || std::cout.good());
-  }
+  [[nodiscard]] bool close() { return out_ == nullptr || out_->flush().good(); }
 
  private:
-  bool toStandardOutput_ = false;
   std::ofstream file_;
+  std::ostream* out_ = nullptr;
 };
 
 /// A desktop that is driven, its window server's functions found by name as on the real one.
@@ -99,23 +93,24 @@ class SimulatedHost : public Host {
   explicit SimulatedHost(Scenario scenario) : scenario_(std::move(scenario)) {}
 
  protected:
-  [[nodiscard]] const Scenario& scenario() const { return scenario_; }
-
   void make(MainQueue& queue, SimulatedClock& clock, RunLoop& runLoop, Journal& journal, Images& images) {
     desktop_ = std::make_unique<SimulatedDesktop>(scenario_, queue, clock, images, journal);
     desktop_->onQuit = [&runLoop](int status) { runLoop.stop(status); };
     driven_.emplace(*desktop_, queue);
   }
 
-  [[nodiscard]] SimulatedDesktop& desktop() { return *desktop_; }
-  [[nodiscard]] Driven& driven() { return *driven_; }
   /// Asked or driven, as the scenario says.
   [[nodiscard]] Desktop& spaces() {
     return desktop_->asked() != nullptr ? static_cast<Desktop&>(*desktop_->asked()) : driven_->desktop;
   }
   [[nodiscard]] Windows& windows() { return desktop_->asked() != nullptr ? desktop_->windows() : driven_->windows; }
 
- private:
+  [[nodiscard]] std::unique_ptr<FilePreferences> preferencesIn(Storage& storage, Files& files, MainQueue& queue,
+                                                               const std::filesystem::path& path) {
+    return std::make_unique<FilePreferences>(storage, files, queue, path,
+                                             [this](std::string_view key) { return desktop_->globalPreference(key); });
+  }
+
   const Scenario scenario_;
   std::unique_ptr<SimulatedDesktop> desktop_;
   std::optional<Driven> driven_;
@@ -126,33 +121,31 @@ class VirtualTimeHost : public SimulatedHost {
   VirtualTimeHost(const CommandLine& line, Scenario scenario)
       : SimulatedHost(std::move(scenario)),
         verbose_(line.verbose),
-        time_(this->scenario().clock),
+        time_(scenario_.clock),
         images_(machineLog_, line.mode == Mode::capture) {
-    time_.endAt(this->scenario().end);
+    time_.endAt(scenario_.end);
     make(time_, time_, time_, journal_, images_);
-    const auto preferences = preferencesFile(desktop().folders());
-    desktop().usePreferencesFile(preferences);
-    preferences_ =
-        std::make_unique<FilePreferences>(desktop().storage(), desktop().files(), time_, preferences,
-                                          [this](std::string_view key) { return desktop().globalPreference(key); });
+    const auto preferences = preferencesFile(desktop_->folders());
+    desktop_->usePreferencesFile(preferences);
+    preferences_ = preferencesIn(desktop_->storage(), desktop_->files(), time_, preferences);
   }
 
   [[nodiscard]] bool openJournal(const CommandLine& line) {
     return file_.open(line.journal, line.mode == Mode::resident);
   }
 
-  Storage& storage() override { return desktop().storage(); }
+  Storage& storage() override { return desktop_->storage(); }
 
   Platform platform() override {
-    return simulatedPlatform(desktop(), spaces(), driven().services, windows(), *preferences_, images_, time_);
+    return simulatedPlatform(*desktop_, spaces(), driven_->services, windows(), *preferences_, images_, time_);
   }
 
-  void begin() override { desktop().start(); }
+  void begin() override { desktop_->start(); }
 
   int end(int status) override {
     const auto reading = spaces().read();
     auto state = endState(reading ? std::optional(SpaceProvider::displays(*reading)) : std::nullopt, *preferences_);
-    state["files"] = desktop().parts().files.contents();
+    state["files"] = desktop_->parts().files.contents();
     state["status"] = status;
     journal_.record("end", state);
     if (!file_.close()) {
@@ -181,12 +174,11 @@ class VirtualTimeHost : public SimulatedHost {
 class RealTimeHost : public SimulatedHost {
  public:
   RealTimeHost(const CommandLine& line, Scenario scenario, std::unique_ptr<InstanceLock> lock)
-      : SimulatedHost(std::move(scenario)), machine_(line, std::move(lock)), clock_(this->scenario().clock) {
+      : SimulatedHost(std::move(scenario)), machine_(line, std::move(lock)), clock_(scenario_.clock) {
     make(machine_.mainQueue, clock_, machine_.mainQueue, journal_, machine_.images);
-    preferences_ = std::make_unique<FilePreferences>(
-        machine_.storage, machine_.files, machine_.mainQueue, preferencesFile(machine_.folders),
-        [this](std::string_view key) { return desktop().globalPreference(key); });
-    if (!this->scenario().preferences.empty() || !this->scenario().files.empty()) {
+    preferences_ =
+        preferencesIn(machine_.storage, machine_.files, machine_.mainQueue, preferencesFile(machine_.folders));
+    if (!scenario_.preferences.empty() || !scenario_.files.empty()) {
       std::cerr << "tallowin: the scenario's preferences and files count only with --simulate\n";
     }
   }
@@ -194,7 +186,7 @@ class RealTimeHost : public SimulatedHost {
   Storage& storage() override { return machine_.storage; }
 
   Platform platform() override {
-    auto& simulated = desktop();
+    auto& simulated = *desktop_;
     return {{.files = machine_.files,
              .folders = machine_.folders,
              .preferences = *preferences_,
@@ -206,7 +198,7 @@ class RealTimeHost : public SimulatedHost {
              .runLoop = machine_.mainQueue,
              .clock = machine_.clock,
              .log = machine_.log},
-            simulatedDesktopServices(simulated, spaces(), driven().services, windows(), desktopQueues_),
+            simulatedDesktopServices(simulated, spaces(), driven_->services, windows(), desktopQueues_),
             {simulated.parts().user, simulated.parts().alerts, simulated.parts().user, simulated.parts().user},
             {.urlEvents = simulated.urlEvents(),
              .commandChannel = machine_.commandChannel(),
@@ -217,7 +209,7 @@ class RealTimeHost : public SimulatedHost {
 
   void begin() override {
     machine_.begin();
-    desktop().start();
+    desktop_->start();
   }
 
  private:

@@ -1,12 +1,16 @@
 #include "platform/simulated/raw_spaces.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
+
+#include "base/property_list_reading.h"
+#include "base/unicode.h"
 
 namespace tallowin {
 
 namespace {
+
+using property_list::member;
 
 constexpr auto identifierKey = "Display Identifier";
 constexpr auto spacesKey = "Spaces";
@@ -17,15 +21,8 @@ constexpr std::int64_t fullscreenType = 4;
 /// New ids stay below this whatever the list says, so that counting them up never overflows.
 constexpr ManagedSpaceID idLimit = ManagedSpaceID{1} << 62;
 
-std::optional<std::int64_t> integerAt(const PropertyList& dictionary, const char* key) {
-  const auto found = dictionary.find(key);
-  const bool readable = found != dictionary.end() && found->is_number_integer() &&
-                        !(found->is_number_unsigned() && found->get<std::uint64_t>() > INT64_MAX);
-  return readable ? std::optional(found->get<std::int64_t>()) : std::nullopt;
-}
-
 std::optional<ManagedSpaceID> idOf(const PropertyList& space) {
-  return space.is_object() ? integerAt(space, idKey) : std::nullopt;
+  return member(space, idKey, property_list::integer);
 }
 
 bool isSpace(const PropertyList& entry) {
@@ -44,18 +41,17 @@ bool isDisplay(const PropertyList& entry) {
 
 /// Whether the entry is of this display: a UUID in any case.
 bool isNamed(const PropertyList& display, std::string_view identifier) {
-  const auto lower = [](unsigned char c) { return std::tolower(c); };
-  return std::ranges::equal(display[identifierKey].get_ref<const std::string&>(), identifier, {}, lower, lower);
+  return equalIgnoringCase(display[identifierKey].get_ref<const std::string&>(), identifier);
 }
 
 std::optional<ManagedSpaceID> currentOf(const PropertyList& display) {
-  const auto found = display.find(currentKey);
-  return found == display.end() ? std::nullopt : idOf(*found);
+  const auto* const found = member(display, currentKey);
+  return found != nullptr ? idOf(*found) : std::nullopt;
 }
 
 bool isOrdinary(const PropertyList& space) {
-  return integerAt(space, "type") != fullscreenType &&
-         !(space.contains("TileLayoutManager") && space["TileLayoutManager"].is_object());
+  const auto* const tiles = member(space, "TileLayoutManager");
+  return member(space, "type", property_list::integer) != fullscreenType && (tiles == nullptr || !tiles->is_object());
 }
 
 /// A UUID that is the same in every run and tells which Space it belongs to.
@@ -73,39 +69,26 @@ PropertyList placeEntry(ManagedSpaceID id) {
   return {{idKey, id}, {"type", 0}};
 }
 
-PropertyList displayEntryWith(std::string_view display, PropertyList spaces) {
-  return {{identifierKey, display}, {currentKey, spaces.front()}, {spacesKey, std::move(spaces)}};
-}
-
-DesktopSpace spaceFrom(const PropertyList& entry, ManagedSpaceID id, std::int64_t index) {
-  const auto uuid = entry.find("uuid");
-  DesktopSpace space{id, "", index, !isOrdinary(entry), {}};
-  if (uuid != entry.end() && uuid->is_string()) {
-    space.uuid = *uuid;
-  }
-  if (const auto pid = integerAt(entry, "pid"); pid && space.isFullscreen && std::in_range<ProcessID>(*pid)) {
-    space.fullscreenPID = static_cast<ProcessID>(*pid);
-  }
-  return space;
-}
-
 DesktopDisplay displayFrom(const PropertyList& entry) {
   DesktopDisplay display{entry[identifierKey], {}, currentOf(entry), false};
-  std::int64_t index = 0;
+  std::int64_t index = -1;
   for (const auto& space : entry[spacesKey]) {
-    if (const auto id = idOf(space)) {
-      display.spaces.push_back(spaceFrom(space, *id, index));
-    }
     ++index;
+    if (const auto id = idOf(space)) {
+      const bool isFullscreen = !isOrdinary(space);
+      display.spaces.push_back({*id, member(space, "uuid", property_list::text).value_or(""), index, isFullscreen,
+                                isFullscreen ? member(space, "pid", property_list::integer32) : std::nullopt});
+    }
   }
   return display;
 }
 
 }  // namespace
 
-RawSpaces::RawSpaces()
-    : list_(PropertyList::array({displayEntryWith(
-          "Main", PropertyList::array({desktopEntry(1), desktopEntry(2), desktopEntry(3), desktopEntry(4)}))})) {}
+RawSpaces::RawSpaces() : list_(PropertyList::array()) {
+  const auto spaces = PropertyList::array({desktopEntry(1), desktopEntry(2), desktopEntry(3), desktopEntry(4)});
+  list_.push_back({{identifierKey, "Main"}, {currentKey, spaces[0]}, {spacesKey, spaces}});
+}
 
 std::vector<DesktopDisplay> RawSpaces::displays() const {
   std::vector<DesktopDisplay> displays;
@@ -149,6 +132,11 @@ PropertyList* RawSpaces::displayEntry(std::string_view display) {
     return isDisplay(entry) && entry[identifierKey].get_ref<const std::string&>() == display;
   });
   return found == list_.end() ? nullptr : &*found;
+}
+
+PropertyList* RawSpaces::firstEntry() {
+  const auto all = displays();
+  return all.empty() ? nullptr : displayEntry(all.front().id);
 }
 
 PropertyList* RawSpaces::entryWith(ManagedSpaceID space) {
@@ -219,9 +207,7 @@ std::optional<ManagedSpaceID> RawSpaces::remove(ManagedSpaceID space, std::optio
 }
 
 void RawSpaces::arrange(const std::vector<ManagedSpaceID>& ids) {
-  const auto all = displays();
-  auto* const entry = all.empty() ? nullptr : displayEntry(all.front().id);
-  if (entry != nullptr) {
+  if (auto* const entry = firstEntry()) {
     auto& spaces = (*entry)[spacesKey];
     spaces = PropertyList::array();
     for (const auto id : ids) {
@@ -232,8 +218,7 @@ void RawSpaces::arrange(const std::vector<ManagedSpaceID>& ids) {
 
 std::vector<ManagedSpaceID> RawSpaces::renumber(const std::vector<ManagedSpaceID>& ids) {
   std::vector<ManagedSpaceID> before;
-  const auto all = displays();
-  auto* const entry = all.empty() ? nullptr : displayEntry(all.front().id);
+  auto* const entry = firstEntry();
   if (entry == nullptr) {
     return before;
   }
@@ -305,8 +290,7 @@ void RawSpaces::removeDisplay(std::string_view display) {
   }
   auto removed = std::move(*leaving);
   list_.erase(list_.begin() + (leaving - &list_.front()));
-  const auto left = displays();
-  auto* const heir = left.empty() ? nullptr : displayEntry(left.front().id);
+  auto* const heir = firstEntry();
   if (heir != nullptr) {
     auto& kept = (*heir)[spacesKey];
     kept.insert(kept.end(), removed[spacesKey].begin(), removed[spacesKey].end());

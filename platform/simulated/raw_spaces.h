@@ -71,6 +71,8 @@ class RawSpaces {
 
   AbsentDisplay takeAbsent(std::string_view display);
   [[nodiscard]] PropertyList* displayEntry(std::string_view display);
+  /// The entry of the first display, or null.
+  [[nodiscard]] PropertyList* firstEntry();
   /// The entry of the display that has the Space, or null. A malformed list may have several of the same display.
   [[nodiscard]] PropertyList* entryWith(ManagedSpaceID space);
   ManagedSpaceID newID();

@@ -185,17 +185,11 @@ void SimulatedDock::swipe(const SimulatedEvent& event) {
 
 bool SimulatedDock::pressHotKey(const SimulatedEvent& event) {
   const auto keyCode = static_cast<VirtualKeyCode>(event.integer(SimulatedEvent::keyCodeField));
-  if (event.type() == SimulatedEvent::keyUp) {
-    return heldKeys_.erase(keyCode) > 0;
-  }
-  if (event.type() != SimulatedEvent::keyDown) {
-    return false;
-  }
-  const auto hotKey = pressedHotKey(state_.hotKeys, keyCode, event.flags);
+  const bool isPress = event.type() == SimulatedEvent::keyDown;
+  const auto hotKey = isPress ? pressedHotKey(state_.hotKeys, keyCode, event.flags) : std::nullopt;
   if (!hotKey) {
     return false;
   }
-  heldKeys_.insert(keyCode);
   if (*hotKey == symbolic_hot_key::moveLeft || *hotKey == symbolic_hot_key::moveRight) {
     step(*hotKey == symbolic_hot_key::moveLeft ? -1 : 1, SwitchCause::hotKey);
   } else {

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "platform/clock.h"
@@ -24,7 +23,7 @@ class SimulatedDock {
       : spaces_(spaces), state_(state), queue_(queue), clock_(clock), log_(log) {}
 
   /// Offers a posted event. True when the Dock took it, so that nobody else gets it: every Dock-control event, and the
-  /// presses and releases of enabled hot keys.
+  /// presses of enabled hot keys.
   bool handle(const SimulatedEvent& event);
 
   /// What it makes of an event, in words such as "a swipe to the right ends"; empty when the event is nothing to it.
@@ -59,7 +58,6 @@ class SimulatedDock {
   Log& log_;
 
   std::optional<int> swipeDirection_;  ///< of the swipe that began and has not ended
-  std::set<VirtualKeyCode> heldKeys_;  ///< presses that the Dock took, whose releases it takes too
   std::map<std::string, Heading> headings_;
 };
 

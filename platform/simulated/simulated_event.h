@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 #include "platform/events.h"
+#include "platform/property_list.h"
 
 namespace tallowin {
 
@@ -22,23 +22,21 @@ struct SimulatedEvent : CGEvent {
   static constexpr std::int64_t keyUp = 11;
   static constexpr std::int64_t dockControl = 30;
 
-  using Field = std::variant<std::int64_t, double>;
-
   std::uint64_t timestamp = 0;
   std::uint64_t flags = 0;
   CGPoint location;
-  std::map<CGEventField, Field> fields;
+  std::map<CGEventField, PropertyList> fields;  ///< integers and reals
   std::string payload;
 
-  /// A field's value in the asked type, converted when it was set in the other; 0 when it was never set. Doubles are
-  /// cut off toward zero and held within range.
+  /// A field's value in the asked type, converted when it was set in the other; 0 when it was never set.
   [[nodiscard]] std::int64_t integer(CGEventField field) const;
   [[nodiscard]] double real(CGEventField field) const;
   [[nodiscard]] std::int64_t type() const { return integer(typeField); }
 
   /// The serialised form: its version, a line of JSON with the rest, then the payload.
   [[nodiscard]] std::string serialised() const;
-  /// The event with this serialised form; bytes after its line become its payload. Nothing for anything else.
+  /// The event with this serialised form; bytes after its line become its payload. Nothing for what does not begin like
+  /// one.
   [[nodiscard]] static std::optional<SimulatedEvent> deserialised(std::string_view bytes);
 };
 

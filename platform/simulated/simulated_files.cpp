@@ -62,19 +62,12 @@ std::expected<std::string, FileError> SimulatedFiles::read(const Path& path) {
 std::optional<FileError> SimulatedFiles::refusal(const Path& path) const {
   const auto name = key(path);
   const auto folder = parentOf(name);
-  if (files_.contains(folder)) {
-    return refused("Not a directory");
-  }
-  if (!folders_.contains(folder)) {
-    return noSuchFile();
-  }
-  if (unwritable_.contains(name) || unwritable_.contains(folder)) {
-    return refused("Permission denied");
-  }
-  if (folders_.contains(name)) {
-    return refused("Is a directory");
-  }
-  return std::nullopt;
+  const bool isForbidden = unwritable_.contains(name) || unwritable_.contains(folder);
+  return files_.contains(folder)      ? std::optional(refused("Not a directory"))
+         : !folders_.contains(folder) ? std::optional(noSuchFile())
+         : isForbidden                ? std::optional(refused("Permission denied"))
+         : folders_.contains(name)    ? std::optional(refused("Is a directory"))
+                                      : std::nullopt;
 }
 
 /// Why the disk fails before a file of this size has taken the old one's place.
@@ -96,10 +89,7 @@ std::expected<void, FileError> SimulatedFiles::journalled(std::string_view op, n
 
 std::expected<void, FileError> SimulatedFiles::writeAtomically(const Path& path, std::string_view bytes, unsigned mode,
                                                                OldMode old) {
-  auto error = refusal(path);
-  if (!error) {
-    error = failure(bytes.size());
-  }
+  auto error = refusal(path).or_else([&] { return failure(bytes.size()); });
   if (!error) {
     put(key(path), bytes, mode, old);
     error = failing_ ? std::optional(refused("Input/output error")) : std::nullopt;
@@ -134,10 +124,7 @@ std::expected<void, FileError> SimulatedFiles::createDirectory(const Path& path,
     }
     made.push_back(folder);
   }
-  auto error = refusal(made.back());
-  if (!error) {
-    error = failure(1);  // a folder takes room
-  }
+  auto error = refusal(made.back()).or_else([&] { return failure(1); });  // a folder takes room
   if (!error) {
     folders_.insert(made.begin(), made.end());
   }
@@ -147,9 +134,7 @@ std::expected<void, FileError> SimulatedFiles::createDirectory(const Path& path,
 std::expected<void, FileError> SimulatedFiles::rename(const Path& from, const Path& to) {
   const auto source = files_.find(key(from));
   auto error = source == files_.end() ? std::optional(noSuchFile()) : refusal(from);
-  if (!error) {
-    error = refusal(to);
-  }
+  error = error.or_else([&] { return refusal(to); });
   if (!error && key(from) != key(to)) {
     tell(source->second, {.renamed = true});
     auto moved = files_.extract(source);

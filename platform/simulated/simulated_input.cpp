@@ -53,7 +53,7 @@ nlohmann::ordered_json described(const SimulatedEvent& event) {
   }
   auto& fields = description["fields"] = nlohmann::ordered_json::object();
   for (const auto& [number, value] : event.fields) {
-    std::visit([&, field = std::to_string(number)](auto content) { fields[field] = content; }, value);
+    fields[std::to_string(number)] = value;
   }
   if (!event.payload.empty()) {
     description["payload"] = hexadecimal(event.payload);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <sstream>
 
 namespace tallowin {
 
@@ -52,13 +51,8 @@ std::vector<Screen> SimulatedMachine::screens() {
 
 std::string SimulatedMachine::operatingSystemVersionString() {
   const auto& version = state_.systemVersion;
-  std::ostringstream text;
-  text << "Version " << version.major << '.' << version.minor;
-  if (version.patch > 0) {
-    text << '.' << version.patch;
-  }
-  text << " (simulated)";
-  return text.str();
+  const auto patch = version.patch > 0 ? "." + std::to_string(version.patch) : "";
+  return "Version " + std::to_string(version.major) + "." + std::to_string(version.minor) + patch + " (simulated)";
 }
 
 PropertyList SimulatedMachine::CGSessionCopyCurrentDictionary() {

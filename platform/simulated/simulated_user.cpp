@@ -77,11 +77,6 @@ void SimulatedUser::show(const Toast& toast) {
   journal_.record("toast", arguments);
 }
 
-bool SimulatedUser::setString(std::string_view text) {
-  journal_.record("setString", {{"text", text}});
-  return true;
-}
-
 void SimulatedUser::showHUD(const ShownSpace& space) {
   nlohmann::ordered_json arguments = {{"id", space.id}, {"name", space.name}, {"symbol", space.symbol}};
   if (space.desktopNumber) {
@@ -90,32 +85,14 @@ void SimulatedUser::showHUD(const ShownSpace& space) {
   journal_.record("hud", arguments);
 }
 
-Shown SimulatedUser::toggleOverview() {
-  overviewShown_ = !overviewShown_;
-  journal_.record("overview", {{"shown", overviewShown_}});
-  return {};
-}
-
-Shown SimulatedUser::showWindowPanel(bool allSpaces) {
-  journal_.record("windowPanel", {{"allSpaces", allSpaces}});
-  return {};
-}
-
-Shown SimulatedUser::showLauncher() {
-  journal_.record("launcher");
-  return {};
-}
-
 Shown SimulatedUser::showSettings(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) {
-  journal_.record("settingsWindow", {{"tab", optionalText(tab)}, {"spaceID", optionalText(spaceID)}});
-  return {};
+  return note("settingsWindow", {{"tab", optionalText(tab)}, {"spaceID", optionalText(spaceID)}});
 }
 
 Shown SimulatedUser::askForName(const ShownSpace& space, bool isNew, NameGiven given) {
   answerRenameDialog(std::nullopt);
-  journal_.record("renameDialog", {{"id", space.id}, {"name", space.name}, {"isNew", isNew}});
   renameDialog_ = std::move(given);
-  return {};
+  return note("renameDialog", {{"id", space.id}, {"name", space.name}, {"isNew", isNew}});
 }
 
 void SimulatedUser::answerRenameDialog(const std::optional<std::string>& name) {
@@ -124,18 +101,10 @@ void SimulatedUser::answerRenameDialog(const std::optional<std::string>& name) {
   }
 }
 
-void SimulatedUser::giveFeedback(const ShownSpace& to) {
-  journal_.record("feedback", {{"name", to.name}});
-}
-
 void SimulatedUser::pullTrigger() const {
   if (pulled_) {
     pulled_();
   }
-}
-
-void SimulatedUser::setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) {
-  bounceBack_ = std::move(bounceBack);
 }
 
 bool SimulatedUser::spaceChanged(const std::string& toSpaceID) {
@@ -156,20 +125,6 @@ void SimulatedUser::updateDesktopLabels(const std::map<std::string, ShownSpace>&
     names[display] = space.name;
   }
   journal_.record("desktopLabel", {{"names", names}});
-}
-
-void SimulatedUser::updateSpaceDock(const std::vector<std::string>& applications) {
-  journal_.record("spaceDock", {{"applications", applications}});
-}
-
-bool SimulatedUser::welcome() {
-  journal_.record("welcome");
-  return true;
-}
-
-Shown SimulatedUser::runDemoTour() {
-  journal_.record("demoTour");
-  return {};
 }
 
 }  // namespace tallowin

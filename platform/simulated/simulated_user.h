@@ -62,25 +62,38 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
   explicit SimulatedUser(Journal& journal) : journal_(journal) {}
 
   void show(const Toast& toast) override;
-  bool setString(std::string_view text) override;
+  bool setString(std::string_view text) override {
+    note("setString", {{"text", text}});
+    return true;
+  }
 
   void showHUD(const ShownSpace& space) override;
-  Shown toggleOverview() override;
+  Shown toggleOverview() override {
+    overviewShown_ = !overviewShown_;
+    return note("overview", {{"shown", overviewShown_}});
+  }
   [[nodiscard]] bool isOverviewShown() const override { return overviewShown_; }
-  Shown showWindowPanel(bool allSpaces) override;
-  Shown showLauncher() override;
+  Shown showWindowPanel(bool allSpaces) override { return note("windowPanel", {{"allSpaces", allSpaces}}); }
+  Shown showLauncher() override { return note("launcher"); }
   Shown askForName(const ShownSpace& space, bool isNew, NameGiven given) override;
   Shown showSettings(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) override;
-  void giveFeedback(const ShownSpace& to) override;
+  void giveFeedback(const ShownSpace& to) override { note("feedback", {{"name", to.name}}); }
   void updateDesktopLabels(const std::map<std::string, ShownSpace>& active) override;
-  void updateSpaceDock(const std::vector<std::string>& applications) override;
-  bool welcome() override;
-  Shown runDemoTour() override;
+  void updateSpaceDock(const std::vector<std::string>& applications) override {
+    note("spaceDock", {{"applications", applications}});
+  }
+  bool welcome() override {
+    note("welcome");
+    return true;
+  }
+  Shown runDemoTour() override { return note("demoTour"); }
   [[nodiscard]] bool wantsPreviews() override { return true; }
 
   void setOverviewHandler(std::function<void()> pulled) override { pulled_ = std::move(pulled); }
   void refresh() override {}
-  void setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) override;
+  void setBounceBack(std::function<void(const std::string& spaceID)> bounceBack) override {
+    bounceBack_ = std::move(bounceBack);
+  }
   void refreshDockGuard(const std::string& currentSpaceID) override { current_ = currentSpaceID; }
   bool spaceChanged(const std::string& toSpaceID) override;
 
@@ -92,6 +105,12 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
   void pullTrigger() const;
 
  private:
+  /// Writes down what he sees or hears.
+  Shown note(std::string_view op, const nlohmann::ordered_json& arguments = {}) {
+    journal_.record(op, arguments);
+    return {};
+  }
+
   Journal& journal_;
   bool overviewShown_ = false;
   NameGiven renameDialog_;

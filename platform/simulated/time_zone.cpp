@@ -8,6 +8,8 @@
 #include <optional>
 #include <system_error>
 
+#include "base/decimal_integer.h"
+
 namespace tallowin {
 
 namespace {
@@ -84,17 +86,16 @@ std::optional<std::int64_t> fixedOffset(std::string_view name) {
   if (name.size() != 6 || (name[0] != '+' && name[0] != '-') || name[3] != ':') {
     return std::nullopt;
   }
-  for (const std::size_t digit : {1U, 2U, 4U, 5U}) {
-    if (name[digit] < '0' || name[digit] > '9') {
-      return std::nullopt;
-    }
-  }
-  const int hours = (name[1] - '0') * 10 + name[2] - '0';
-  const int minutes = (name[4] - '0') * 10 + name[5] - '0';
+  const auto number = [](std::string_view digits) {
+    return std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; }) ? decimalInteger(digits).value()
+                                                                                    : 99;
+  };
+  const auto hours = number(name.substr(1, 2));
+  const auto minutes = number(name.substr(4, 2));
   if (hours > 23 || minutes > 59) {
     return std::nullopt;
   }
-  return (name[0] == '-' ? -1 : 1) * std::int64_t{hours * 3600 + minutes * 60};
+  return (name[0] == '-' ? -1 : 1) * (hours * 3600 + minutes * 60);
 }
 
 }  // namespace

@@ -10,14 +10,9 @@ using namespace tallowin;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto list = parseJSON(inputText(data, size));
   const auto displays = list ? readDisplays(*list, "Main") : std::nullopt;
-  if (!displays || displays->empty()) {
-    return 0;
+  if (displays && !displays->empty()) {
+    const SpaceSnapshot snapshot{SpaceProvider::displays({*displays}), {}};
+    require(snapshot.menuBarDisplay()->isMenuBarDisplay, "one display carries the menu bar");
   }
-  const SpaceSnapshot snapshot{SpaceProvider::displays({*displays}), {}};
-  std::int64_t number = 0;
-  for (const auto& space : snapshot.allSpaces()) {
-    require(space.isFullscreen ? !space.desktopNumber : space.desktopNumber == ++number, "desktops have all numbers");
-  }
-  require(snapshot.menuBarDisplay()->isMenuBarDisplay, "one display carries the menu bar");
   return 0;
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <set>
 
 #include "base/unicode.h"
 #include "platform/x11/x11_desktop_names.h"
@@ -63,7 +62,6 @@ void readDesktops(Input& input) {
                                   input.property(), input.property()};
   properties.checkWindow = parseCardinal(properties.supportingWmCheck).value_or(0);
   const auto state = readX11DesktopState(properties);
-  require(std::set(state.spaces.begin(), state.spaces.end()).size() == state.spaces.size(), "ids are unique");
   require(!state.current || *state.current < state.spaces.size(), "the current desktop is one of them");
 
   std::map<ManagedSpaceID, std::string> names;
@@ -74,19 +72,13 @@ void readDesktops(Input& input) {
   const auto again = planFor(carriedOut(properties, plan), names);
   require(!again.changesAnything(), "what is written once is not written again");
   require(again.spaces == plan.spaces, "names that are written change nobody's id");
-  const auto undone = planFor(carriedOut(properties, again), {});
-  require(!plan.changesAnything() || undone.wanted == planFor(properties, {}).wanted, "names can be given back");
 }
 
 void readWindow(const X11Property& property) {
-  const auto [instance, name] = parseWMClass(property);
-  require(isValidUTF8(instance) && isValidUTF8(name), "a class is text");
+  static_cast<void>(parseWMClass(property));
+  static_cast<void>(parseOpacity(property));
+  static_cast<void>(parseFrameExtents(property));
   require(isValidUTF8(parseText(property, true)) && isValidUTF8(parseText(property, false)), "a title is text");
-  require(parseOpacity(property) >= 0 && parseOpacity(property) <= 1, "opacity is a share");
-  if (const auto extents = parseFrameExtents(property)) {
-    const CGRect client{{0, 0}, {300, 200}};
-    require(clientSize(withExtents(client, *extents).size, *extents) == client.size, "extents come off again");
-  }
 }
 
 void readMonitor(std::string edid) {
@@ -95,8 +87,7 @@ void readMonitor(std::string edid) {
     const auto sum = std::accumulate(edid.begin(), edid.begin() + block - 1, 0U, std::plus<unsigned char>());
     edid[block - 1] = static_cast<char>(256 - sum % 256);
   }
-  const auto identity = monitorIdentity(edid).value_or("-");
-  require(std::ranges::all_of(identity, [](char c) { return c > ' ' && c <= '~'; }), "an identity is plain text");
+  static_cast<void>(monitorIdentity(edid));
 }
 
 }  // namespace

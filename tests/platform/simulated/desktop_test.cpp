@@ -152,19 +152,5 @@ TEST_F(SimulatedFilesTest, stampsTellEveryContentFromTheNext) {
   EXPECT_EQ(files.stamp("/home/user/a"), std::nullopt);
 }
 
-TEST_F(SimulatedFilesTest, foldersAreMadeAndListed) {
-  EXPECT_FALSE(files.exists("/home/user/x/y"));
-  ASSERT_TRUE(files.createDirectory("/home/user/x/y", 0700));
-  EXPECT_TRUE(files.createDirectory("/home/user/x/y/", 0700)) << "an existing folder is success";
-  ASSERT_TRUE(files.writeAtomically("/home/user/x/b", "", 0600, OldMode::kept));
-  ASSERT_TRUE(files.writeAtomically("/home/user/x/../x/a", "", 0600, OldMode::kept));
-  EXPECT_THAT(files.list("/home/user/x"), ElementsAre("a", "b", "y"));
-  EXPECT_THAT(files.list("/home/user/nothing"), ElementsAre());
-  EXPECT_FALSE(files.createDirectory("/home/user/x/a/below", 0700));
-  EXPECT_EQ(files.read("/home/user/x").error().description, "Is a directory");
-  ASSERT_TRUE(files.remove("/home/user/x/a"));
-  EXPECT_TRUE(files.remove("/home/user/x/a").error().notFound);
-}
-
 }  // namespace
 }  // namespace tallowin

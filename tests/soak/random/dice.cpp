@@ -1,9 +1,8 @@
-#include "tests/soak/random/dice.h"
-
 #include <map>
 #include <regex>
 
 #include "base/url.h"
+#include "tests/soak/random/random_scenario.h"
 
 namespace tallowin {
 

@@ -18,11 +18,10 @@ using Json = nlohmann::ordered_json;
 class ForeignBytesAreKept : public Invariant {
  public:
   explicit ForeignBytesAreKept(const SoakRun& run) : Invariant(run) {
-    const auto all = contents();
+    const auto all = run.program.files().contents();
     for (const auto& [path, file] : all.items()) {
-      const auto bytes = run_.program.desktop.files().read(path);
       const bool isOwn = path.starts_with(supportFolder) || path.ends_with("/tallowin/preferences.json");
-      if (isOwn && path.ends_with(".json") && bytes && !Json::accept(*bytes)) {
+      if (isOwn && path.ends_with(".json") && !(file.is_string() && Json::accept(file.get<std::string>()))) {
         foreign_[path] = file;
       }
     }
@@ -31,7 +30,7 @@ class ForeignBytesAreKept : public Invariant {
   void hear(const Json& record) override { foreign_.erase(rewrittenFile(record)); }
 
   void ended() override {
-    const auto all = contents();
+    const auto all = run_.program.files().contents();
     for (const auto& [path, file] : foreign_) {
       if (std::ranges::find(all, file) == all.end()) {
         run_.fail("what is not understood is kept aside", path);
@@ -40,31 +39,23 @@ class ForeignBytesAreKept : public Invariant {
   }
 
  private:
-  [[nodiscard]] Json contents() const { return run_.program.files().contents(); }
-
   std::map<std::string, Json> foreign_;
 };
 
 /// A write that fails leaves the file as it was before; only where the folder cannot be flushed it is a new one.
 class FailedWritesLeaveTheOldFile : public Invariant {
  public:
-  explicit FailedWritesLeaveTheOldFile(const SoakRun& run) : Invariant(run) {
-    const auto all = run.program.files().contents();
-    for (const auto& [path, file] : all.items()) {
-      contents_[path] = content(path);
-    }
-  }
+  using Invariant::Invariant;
 
   void hear(const Json& record) override {
-    if (record["op"] == "script" && record["do"] == "failDisk") {
+    if (actionIn(record) == "failDisk") {
       folderFails_ = folderFails_ || record["stage"] == "folder";
     } else if (record["op"] == "rename") {
       contents_.erase(record["from"].get<std::string>());
       contents_.erase(record["to"].get<std::string>());
-    } else if (record["op"] == "writeAtomically") {
-      const std::string path = record["path"];
+    } else if (const auto path = writtenFile(record); !path.empty()) {
       const auto before = contents_.find(path);
-      if (record.contains("error") && !folderFails_ && before != contents_.end() && before->second != content(path)) {
+      if (record.contains("error") && !folderFails_ && before != contents_.end() && *before != content(path)) {
         run_.fail("a failed write leaves the old file", path);
       }
       contents_[path] = content(path);
@@ -73,12 +64,12 @@ class FailedWritesLeaveTheOldFile : public Invariant {
   }
 
  private:
-  [[nodiscard]] std::optional<std::string> content(const std::string& path) const {
-    const auto bytes = run_.program.desktop.files().read(path);
-    return bytes ? std::optional(*bytes) : std::nullopt;
+  /// Null where there is no file.
+  [[nodiscard]] Json content(const std::string& path) const {
+    return run_.program.files().contents().value(path, Json());
   }
 
-  std::map<std::string, std::optional<std::string>> contents_;  ///< by path: nothing where there is no file
+  Json contents_ = run_.program.files().contents();
   bool folderFails_ = false;
 };
 
@@ -88,11 +79,10 @@ class FilesCanBeReadAgain : public Invariant {
   using Invariant::Invariant;
 
   void hear(const Json& record) override {
-    if (record["op"] == "writeAtomically" && !record.contains("error")) {
-      own_.insert(record["path"].get<std::string>());
-    } else {
-      own_.erase(rewrittenFile(record));
+    if (const auto path = writtenFile(record); !path.empty() && !record.contains("error")) {
+      own_.insert(path);
     }
+    own_.erase(rewrittenFile(record));
   }
 
   void ended() override {
@@ -139,13 +129,18 @@ class TimesAreThoseOfTheVisits : public Invariant {
         })) {}
 
   void hear(const Json& record) override {
-    const std::string action = record["op"] == "script" ? record["do"] : Json("");
+    const auto action = actionIn(record);
     if (record["op"] == "hud") {
       enter(visited_ = record["id"]);
     } else if (action == "sleepScreens") {
       enter("");
-    } else if (mentions(record, "\"time\"")) {
-      enter(current_);  // who asks for the times closes the interval
+    } else if (action == "runCommand") {
+      ++callers_;
+      if (record["arguments"][0] == "time") {
+        askers_.insert(callers_);
+      }
+    } else if (record["op"] == "answer" && askers_.erase(record["caller"].get<int>()) > 0) {
+      enter(current_);  // the answer to who asks for the times closes the interval
     } else if (action == "wakeScreens") {
       enter(visited_);
     } else if (action == "jumpClock") {
@@ -222,6 +217,8 @@ class TimesAreThoseOfTheVisits : public Invariant {
 
   const Times before_ = recorded();
   Times expected_ = before_;
+  int callers_ = 0;
+  std::set<int> askers_;  ///< who has asked for the times and waits for the answer
   std::string visited_;
   std::string current_;  ///< empty while the screens sleep
   Date since_ = run_.program.time.now();

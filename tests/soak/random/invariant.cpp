@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "base/property_list_reading.h"
 #include "tests/soak/random/random_scenario.h"
 
 namespace tallowin {
@@ -11,8 +12,9 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+/// A number that does not fit is none to those who read the list.
 bool isIntactSpace(const Json& space, bool byPlace) {
-  return space.is_object() && space.value("ManagedSpaceID", Json()).is_number_integer() &&
+  return space.is_object() && property_list::integer(space.value("ManagedSpaceID", Json())) &&
          (byPlace || (space.value("uuid", Json()).is_string() && space["uuid"] != "")) &&
          space.value("type", Json(0)).is_number_integer();
 }
@@ -105,7 +107,7 @@ Json SoakRun::supportFile(const std::string& name) const {
 std::string rewrittenFile(const Json& record) {
   static const std::set<std::string> actions = {"writeFile", "deleteFile", "corruptFile", "setPreference",
                                                 "removePreference"};
-  if (record["op"] != "script" || !actions.contains(record["do"].get<std::string>())) {
+  if (!actions.contains(actionIn(record))) {
     return "";
   }
   const std::string path = record.value("path", "/home/user/.config/tallowin/preferences.json");

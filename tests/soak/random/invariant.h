@@ -80,9 +80,19 @@ inline bool mentions(const nlohmann::ordered_json& record, std::string_view text
   return record.dump().find(text) != std::string::npos;
 }
 
+/// The action of the script that a line of the journal tells of; empty for other lines.
+inline std::string actionIn(const nlohmann::ordered_json& record) {
+  return record["op"] == "script" ? record["do"].get<std::string>() : "";
+}
+
 /// Whether it is an action after which not all visits may be told, since the overview is shown instead.
 inline bool hidesVisits(const nlohmann::ordered_json& record) {
   return record["op"] == "script" && (mentions(record, "overview") || mentions(record, "demo-tour"));
+}
+
+/// The file of the program's data folder that a line of the journal tells to be written; empty for other lines.
+inline std::string writtenFile(const nlohmann::ordered_json& record) {
+  return record["op"] == "writeAtomically" ? record["path"].get<std::string>() : "";
 }
 
 /// The file that a line of the journal says the user or another program to have changed or deleted; empty for others.

@@ -7,13 +7,18 @@
 #include <atomic>
 #include <charconv>
 #include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <iterator>
 #include <map>
 #include <new>
+#include <poll.h>
 #include <random>
+#include <stdexcept>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -28,6 +33,118 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using SteadyClock = std::chrono::steady_clock;
+
+[[noreturn]] void judgeAndExit(const std::string& scenarioJSON, bool twice, bool loud, int writer) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (!loud) {
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    dup2(nowhere, STDOUT_FILENO);
+    dup2(nowhere, STDERR_FILENO);
+  }
+  const auto verdict = judge(scenarioJSON, twice);
+  constexpr std::size_t longest = 4000;  // a pipe takes it at once, and it arrives at once
+  const auto text = nlohmann::json{verdict.invariant, verdict.detail.substr(0, longest), verdict.journal}.dump(
+      -1, ' ', false, nlohmann::json::error_handler_t::replace);
+  const auto written = write(writer, text.data(), text.size());
+  _exit(written == static_cast<ssize_t>(text.size()) ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+/// Judges in a process of its own, as a scenario may crash or never end. `loud`: what the process prints is seen, such
+/// as what a sanitizer found.
+Verdict judgeIsolated(const std::string& scenarioJSON, bool twice, bool loud) {
+  int ends[2];
+  pid_t process = -1;
+  if (pipe2(ends, O_CLOEXEC) != 0 || (process = fork()) < 0) {
+    throw std::runtime_error("no process can be started");
+  }
+  if (process == 0) {
+    judgeAndExit(scenarioJSON, twice, loud, ends[1]);
+  }
+  close(ends[1]);
+  constexpr int patience = 180'000;  // a scenario takes milliseconds, hours of it with sanitizers half a minute
+  pollfd waiting{ends[0], POLLIN, 0};
+  const bool isLate = poll(&waiting, 1, patience) == 0;
+  if (isLate) {
+    kill(process, SIGKILL);
+  }
+  std::string text(PIPE_BUF * 16, '\0');
+  text.resize(static_cast<std::size_t>(std::max<ssize_t>(read(ends[0], text.data(), text.size()), 0)));
+  close(ends[0]);
+  int status = 0;
+  waitpid(process, &status, 0);
+  const auto json = nlohmann::json::parse(text, nullptr, false);
+  if (isLate) {
+    return {"the program ends", "it still runs after three minutes", 0};
+  }
+  if (!json.is_array()) {
+    const auto how = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                                         : "status " + std::to_string(WEXITSTATUS(status));
+    return {"the program does not crash", how, 0};
+  }
+  return {json[0], json[1], json[2]};
+}
+
+/// Takes everything out of a scenario that still fails without it: actions, windows, displays, files, settings, in ever
+/// smaller pieces, until nothing more can go or a minute is over.
+class Shrinker {
+  using Place = Json::json_pointer;
+
+ public:
+  Shrinker(Json scenario, std::function<bool(const Json&)> stillFails)
+      : scenario_(std::move(scenario)), stillFails_(std::move(stillFails)) {}
+
+  Json shrink() {
+    do {
+      changed_ = false;
+      shrinkAt(Place("/script"));  // most of a scenario, and what keeps the rest in use
+      shrinkAt(Place());
+    } while (changed_ && mayGoOn());
+    return scenario_;
+  }
+
+ private:
+  [[nodiscard]] bool mayGoOn() const { return SteadyClock::now() < until_; }
+
+  void shrinkAt(const Place& place) {
+    if (!scenario_.contains(place) || !scenario_[place].is_structured()) {
+      return;
+    }
+    for (auto piece = scenario_[place].size(); piece > 0; piece /= 2) {
+      for (std::size_t from = 0; from < scenario_[place].size() && mayGoOn();) {
+        from = takeOut(place, from, piece) ? from : from + piece;
+      }
+    }
+    for (std::size_t i = scenario_[place].size(); i-- > 0 && mayGoOn();) {
+      shrinkAt(place / key(place, i));
+    }
+  }
+
+  /// What the entry is called in the JSON pointer.
+  [[nodiscard]] std::string key(const Place& place, std::size_t index) const {
+    const auto& node = scenario_[place];
+    return node.is_array() ? std::to_string(index) : std::next(node.begin(), static_cast<std::ptrdiff_t>(index)).key();
+  }
+
+  bool takeOut(const Place& place, std::size_t from, std::size_t count) {
+    auto candidate = scenario_;
+    auto& node = candidate[place];
+    const auto to = std::min(from + count, node.size());
+    for (auto i = to; i-- > from;) {
+      node.erase(std::next(node.begin(), static_cast<std::ptrdiff_t>(i)));
+    }
+    if (!stillFails_(candidate)) {
+      return false;
+    }
+    scenario_ = std::move(candidate);
+    changed_ = true;
+    return true;
+  }
+
+  Json scenario_;
+  const std::function<bool(const Json&)> stillFails_;
+  const SteadyClock::time_point until_ = SteadyClock::now() + std::chrono::minutes(1);
+  bool changed_ = false;
+};
 
 struct Options {
   double hours = 0;
@@ -106,14 +223,10 @@ class Soak {
     if (++kinds_[verdict.invariant] > shrunkOfAKind) {
       return;
     }
-    const auto until = SteadyClock::now() + std::chrono::minutes(1);
     const bool twice = verdict.invariant == "a scenario has one journal";
-    const auto scenario = shrunk(
-        drawn,
-        [&](const Json& candidate) {
-          return judgeIsolated(candidate.dump(), twice, false).invariant == verdict.invariant;
-        },
-        [&] { return SteadyClock::now() < until; });
+    const auto scenario = Shrinker(drawn, [&](const Json& candidate) {
+                            return judgeIsolated(candidate.dump(), twice, false).invariant == verdict.invariant;
+                          }).shrink();
     auto name = std::to_string(number) + " " + verdict.invariant;
     std::ranges::replace(name, ' ', '-');
     const auto file = options_.reports / (name + ".json");

@@ -34,20 +34,10 @@ class NamesAreKept : public Invariant {
     if (op == "script") {
       hearAction(record);
     } else if (op == "answer") {
-      const auto edit = edits_.find(record["caller"]);
-      const int status = record.value("status", -1);
-      if (edit != edits_.end() && (status == 0 || status == notSaved)) {
-        say(edit->second.id, edit->second.said);
-        if (edit->second.isSavedFirst && written_) {
-          pendingSince_.reset();  // status 73 may tell of another file
-        }
-        if (edit->second.isSavedFirst && status == 0) {
-          lookForNames("what is acknowledged as saved is in the file");
-        }
-      }
+      hearAnswer(record["caller"], record.value("status", -1));
     } else if (op == "renameDialog") {
       asked_ = record["id"];
-    } else if (op == "writeAtomically" && record["path"] == namesFile) {
+    } else if (writtenFile(record) == namesFile) {
       written_ = !record.contains("error");
       tampered_ = tampered_ && !written_;
       pendingSince_ = written_ ? std::nullopt : pendingSince_;
@@ -103,6 +93,21 @@ class NamesAreKept : public Invariant {
     std::erase_if(said_, [&](const auto& each) { return std::ranges::count(all, each.first, &TrueSpace::id) == 0; });
   }
 
+  void hearAnswer(int caller, int status) {
+    const auto found = edits_.find(caller);
+    if (found == edits_.end() || (status != 0 && status != notSaved)) {
+      return;
+    }
+    const auto& [id, said, isSavedFirst] = found->second;
+    say(id, said);
+    if (isSavedFirst && written_) {
+      pendingSince_.reset();  // status 73 may tell of another file
+    }
+    if (isSavedFirst && status == 0) {
+      lookForNames("what is acknowledged as saved is in the file");
+    }
+  }
+
   void hearAction(const Json& action) {
     const std::string name = action["do"];
     if (name == "runCommand") {
@@ -125,23 +130,24 @@ class NamesAreKept : public Invariant {
 
   /// What a call says, as far as it says anything. The number counts the desktops as they are now.
   [[nodiscard]] std::optional<Edit> editIn(const std::vector<std::string>& words) const {
-    if (words.size() > 3 && words[0] == "edit") {
+    static const std::map<std::string, std::string> members = {{"rename", "name"}, {"note", "note"}};
+    const auto word = words.empty() ? "" : words[0];
+    if (words.size() > 3 && word == "edit") {
       Edit edit{idOfDesktop(words[1]), {}, true};
       for (std::size_t i = 2; i + 1 < words.size(); i += 2) {
         edit.said[words[i].substr(2)] = words[i + 1];
       }
       return edit;
     }
-    if (words.size() == 3 && (words[0] == "rename" || words[0] == "note")) {
-      return Edit{idOfDesktop(words[1]), {{words[0] == "rename" ? "name" : "note", words[2]}}, words[0] == "rename"};
+    if (words.size() == 3 && members.contains(word)) {
+      return Edit{idOfDesktop(words[1]), {{members.at(word), words[2]}}, word == "rename"};
     }
-    const auto url = words.empty() ? std::nullopt : URL::parse(words[0]);
-    if (!url || (url->host != "rename" && url->host != "note") || url->queryItems.empty()) {
+    const auto url = URL::parse(word);
+    if (!url || !url->host || !members.contains(*url->host) || url->queryItems.empty()) {
       return std::nullopt;
     }
     const auto number = url->pathComponents.empty() ? "" : url->pathComponents.front();
-    const auto member = url->host == "rename" ? "name" : "note";
-    return Edit{idOfDesktop(number), {{member, url->queryItems.front().value.value_or("")}}, false};
+    return Edit{idOfDesktop(number), {{members.at(*url->host), url->queryItems.front().value.value_or("")}}, false};
   }
 
   /// Empty when only the program can tell.

@@ -1,4 +1,3 @@
-#include "tests/soak/random/dice.h"
 #include "tests/soak/random/random_scenario.h"
 
 namespace tallowin {

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/url.h"
-#include "tests/soak/random/dice.h"
 
 namespace tallowin {
 
