@@ -11,7 +11,6 @@
 #include "app/space_naming.h"
 #include "app/space_pipeline.h"
 #include "automation/automation_runner.h"
-#include "automation/note_files.h"
 #include "automation/record_requests.h"
 #include "automation/record_services.h"
 #include "base/app_paths.h"

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "app/space_naming.h"
-#include "automation/note_files.h"
+#include "automation/automation_runner.h"
 #include "automation/record_services.h"
 #include "commands/cli/request_job.h"
 #include "commands/command_url.h"

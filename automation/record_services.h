@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "automation/backups.h"
 #include "automation/diagnostics.h"
 #include "automation/profile_store.h"
 #include "automation/settings_transfer.h"

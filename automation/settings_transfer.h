@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <expected>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/json_text.h"
@@ -27,16 +30,14 @@ class SettingsTransfer {
   /// text of a list with the value as its one element; "places" too, the managed ids of the desktops from left to
   /// right, where these are known by their places and are not 1 to N.
   [[nodiscard]] std::string exportData() const;
+  /// The same in a file. The sentence of success is the caller's.
+  [[nodiscard]] std::expected<void, FileError> exportFile(const std::filesystem::path& path) const;
   /// The same as JSON.
   [[nodiscard]] PropertyList bundle() const;
 
   /// Takes an export over: settings that are not exported are passed over one by one, while a value of the wrong type
   /// is taken and reads as not set; the store's records are replaced wholesale; the desktops get the ids of "places".
   /// On failure nothing has changed. What cannot be written counts all the same, and is tried again.
-  [[nodiscard]] std::expected<void, ForeignFault> importData(std::string_view bytes);
-
-  /// The same with files. The sentences of success are the caller's.
-  [[nodiscard]] std::expected<void, FileError> exportFile(const std::filesystem::path& path) const;
   [[nodiscard]] std::expected<void, ForeignFault> importFile(
       const std::filesystem::path& path, const WillReplace& willReplace = [] {});
   /// The same with what bundle() gave.
@@ -49,5 +50,55 @@ class SettingsTransfer {
 
 /// Whether it is what SettingsTransfer::bundle() gives.
 [[nodiscard]] bool isBundle(const PropertyList& json);
+
+/// Copies of everything that was configured, made before something takes its place: the records of the Spaces, the
+/// settings that an export has, the active profile, and who stands at which place. The last five are kept, each a
+/// readable JSON file in the folder "Backups" of the data folder, which only the user may enter. Main thread only.
+class Backups {
+ public:
+  static constexpr std::size_t most = 5;
+
+  /// One of them.
+  struct Copy {
+    Date keptAt;
+    std::string reason;  ///< such as "before profile Work"
+    bool operator==(const Copy&) const = default;
+  };
+
+  enum class Restored {
+    all,
+    withoutDesktops,  ///< but a desktop that was removed was not seen to be added again
+  };
+
+  Backups(const ProgramServices& services, SettingsTransfer& transfer) : services_(services), transfer_(transfer) {}
+
+  /// Makes a copy, in place of the oldest one. That it could not be written is logged, and stops nobody.
+  void keep(const std::string& reason);
+
+  /// The latest first. Files that are no copies are passed over.
+  [[nodiscard]] std::vector<Copy> list() const;
+  /// The same for reading, one line each: number, local time, reason.
+  [[nodiscard]] std::string listText() const;
+
+  /// Puts one of the list back, counted from 1, after making a copy of what is there now. Desktops that were removed
+  /// since are added again where that is possible. Nothing when there is no such copy.
+  std::optional<Restored> restore(std::size_t number);
+
+ private:
+  struct Found {
+    Copy copy;
+    PropertyList content;
+  };
+
+  [[nodiscard]] std::filesystem::path folder() const;
+  [[nodiscard]] std::vector<std::pair<int, std::filesystem::path>> files() const;
+  [[nodiscard]] std::vector<Found> read() const;
+
+  const ProgramServices& services_;
+  SettingsTransfer& transfer_;
+};
+
+/// The list for programs: a list of {"number", "keptAt", "reason"}.
+[[nodiscard]] PropertyList backupRecords(const std::vector<Backups::Copy>& copies);
 
 }  // namespace tallowin

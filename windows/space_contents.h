@@ -1,11 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <unordered_set>
 #include <vector>
 
@@ -13,11 +15,36 @@
 #include "base/published.h"
 #include "base/subscriptions.h"
 #include "core/space_state.h"
+#include "platform/geometry.h"
+#include "platform/identifiers.h"
 #include "platform/pinned.h"
 #include "platform/platform.h"
-#include "windows/window_info.h"
 
 namespace tallowin {
+
+/// The smallest window, in points each way, that may count as one.
+inline constexpr double smallestWindow = 60;
+
+/// An ordinary window of another application that stands on exactly one Space, as it was when it was read.
+struct WindowInfo {
+  WindowNumber id = 0;
+  ProcessID pid = 0;                    ///< of the application that owns it
+  std::optional<std::string> bundleID;  ///< of that application; absent if it has none
+  std::string appName;
+  std::string title;  ///< empty when the window has none
+  CGRect frame;       ///< in screen coordinates, origin top left
+  ManagedSpaceID spaceID = 0;
+  bool operator==(const WindowInfo&) const = default;
+};
+
+/// An application with at least one window on a Space.
+struct AppOnSpace {
+  ProcessID pid = 0;
+  std::optional<std::string> bundleID;
+  std::string name;                     ///< as the first of the windows gave it
+  std::vector<WindowNumber> windowIDs;  ///< on that Space, front to back
+  bool operator==(const AppOnSpace&) const = default;
+};
 
 /// The applications on each Space that has any.
 using AppsBySpace = std::map<ManagedSpaceID, std::vector<AppOnSpace>>;

@@ -14,7 +14,7 @@
 #include "platform/displays.h"
 #include "platform/geometry.h"
 #include "platform/property_list.h"
-#include "windows/window_info.h"
+#include "windows/space_contents.h"
 
 namespace tallowin {
 

@@ -6,7 +6,7 @@
 
 #include "core/space_provider.h"
 #include "windows/driven/window_drag.h"
-#include "windows/window_info.h"
+#include "windows/space_contents.h"
 
 namespace tallowin {
 

@@ -13,7 +13,7 @@
 #include "core/space.h"
 #include "platform/pinned.h"
 #include "platform/platform.h"
-#include "windows/window_info.h"
+#include "windows/space_contents.h"
 
 namespace tallowin {
 

@@ -12,7 +12,6 @@
 #include "windows/layout_manager.h"
 #include "windows/saved_spaces.h"
 #include "windows/space_contents.h"
-#include "windows/space_lock.h"
 #include "windows/space_management.h"
 #include "windows/window_marks.h"
 #include "windows/window_mover.h"

@@ -15,7 +15,7 @@
 #include "platform/folders.h"
 #include "platform/linux/event_loop.h"
 #include "platform/linux/lazy_images.h"
-#include "platform/linux/socket_tcp_listeners.h"
+#include "platform/linux/tcp_service.h"
 #include "platform/linux/unix_files.h"
 #include "platform/linux/unix_processes.h"
 #include "platform/linux/unix_system.h"

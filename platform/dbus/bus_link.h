@@ -27,55 +27,24 @@ struct BusUnref {
 using BusSlot = std::unique_ptr<sd_bus_slot, BusUnref<sd_bus_slot_unref>>;
 using BusMessage = std::unique_ptr<sd_bus_message, BusUnref<sd_bus_message_unref>>;
 
-/// A connection to the user's message bus, served from the main thread's loop. Nothing waits for the other side: calls
+/// The program's one connection to the user's bus, shared by all who speak there and served from the main thread's
+/// loop. It is opened when one of them wants it, also again after it was lost. Nothing waits for the other side: calls
 /// are queued until the bus has answered the greeting. Main thread only.
-class UserBus : Pinned {
- public:
-  /// Begins to connect. The error is a few words for a log. `onLost` runs once, when the bus has gone or turns out not
-  /// to be one, after the replies of all outstanding calls (they are errors); the connection may be let go of in it.
-  [[nodiscard]] static std::expected<std::unique_ptr<UserBus>, std::string> open(MainQueue& queue,
-                                                                                 Descriptors& descriptors,
-                                                                                 std::function<void()> onLost);
-
-  /// What has not been sent is dropped; no reply comes any more.
-  ~UserBus();
-
-  [[nodiscard]] sd_bus* raw() const { return bus_; }
-
-  /// To be called after everything that was done with raw(), but in the handler of a reply.
-  void serve();
-
- private:
-  UserBus(sd_bus* bus, int poll, MainQueue& queue, std::function<void()> onLost);
-
-  [[nodiscard]] bool watchEvents(int operation);
-  [[nodiscard]] bool awaitTimeout();
-  void turn();
-  void lose();
-
-  sd_bus* const bus_;
-  /// An epoll(7) descriptor with the bus in it. It is readable whenever there is something to do, also when that is to
-  /// write, which nobody but the bus knows.
-  const OwnedDescriptor poll_;
-  MainQueue& queue_;
-  std::function<void()> onLost_;
-  Subscription watch_;
-  WorkItem work_;  ///< the next turn, when one is due at a certain time
-};
-
-/// The program's one connection to the user's bus, shared by all who speak there. It is opened when one of them wants
-/// it, also again after it was lost. Main thread only.
 class BusLink : Pinned {
  public:
   BusLink(MainQueue& queue, Descriptors& descriptors) : queue_(queue), descriptors_(descriptors) {}
 
   /// The connection, or null while there is none.
-  [[nodiscard]] UserBus* bus() const { return bus_.get(); }
+  [[nodiscard]] sd_bus* bus() const { return bus_.get(); }
 
   /// Opens the connection if there is none. The error is a few words for a log.
   [[nodiscard]] std::expected<void, std::string> open();
 
-  /// Closes it, for those who find that it does not work.
+  /// To be called after everything that was done with bus(), but in the handler of a reply.
+  void serve();
+
+  /// Closes it, for those who find that it does not work: what has not been sent is dropped, and no reply comes any
+  /// more.
   void drop();
 
   /// Calls `opened` when there is a new connection; it may have been dropped again by another listener.
@@ -84,11 +53,20 @@ class BusLink : Pinned {
   [[nodiscard]] Subscription onLost(std::function<void()> lost) { return lost_.subscribe(std::move(lost)); }
 
  private:
+  [[nodiscard]] bool watchEvents(int operation);
+  [[nodiscard]] bool awaitTimeout();
+  void turn();
+
   MainQueue& queue_;
   Descriptors& descriptors_;
   Broadcaster<> opened_;
   Broadcaster<> lost_;
-  std::unique_ptr<UserBus> bus_;
+  /// An epoll(7) descriptor with the bus in it. It is readable whenever there is something to do, also when that is to
+  /// write, which nobody but the bus knows.
+  OwnedDescriptor poll_;
+  std::unique_ptr<sd_bus, BusUnref<sd_bus_close_unref>> bus_;
+  Subscription watch_;
+  WorkItem work_;  ///< the next turn, when one is due at a certain time
 };
 
 }  // namespace tallowin

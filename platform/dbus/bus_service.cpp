@@ -77,11 +77,11 @@ void BusService::tellChanged(const std::string& interface, const std::vector<std
   std::ranges::transform(names, std::back_inserter(pointers), [](std::string& name) { return name.data(); });
   pointers.push_back(nullptr);
   auto* const bus = link_.bus();
-  if (sd_bus_emit_properties_changed_strv(bus->raw(), offered_->description.path.c_str(), interface.c_str(),
-                                          pointers.data()) < 0) {
+  if (sd_bus_emit_properties_changed_strv(bus, offered_->description.path.c_str(), interface.c_str(), pointers.data()) <
+      0) {
     link_.drop();
   } else {
-    bus->serve();
+    link_.serve();
   }
 }
 
@@ -99,11 +99,11 @@ void BusService::opened() {
   if (!offered_ || link_.bus() == nullptr) {
     return;
   }
-  if (const int status = addObject(link_.bus()->raw()); status < 0) {
+  if (const int status = addObject(link_.bus()); status < 0) {
     slots_.clear();
     sayOnce(std::string("other programs cannot call this one by D-Bus: ") + std::strerror(-status));
   } else {
-    link_.bus()->serve();
+    link_.serve();
   }
 }
 
@@ -141,8 +141,8 @@ void BusService::withdraw() {
   calls_.clear();
   slots_.clear();
   if (isThere) {
-    sd_bus_release_name_async(link_.bus()->raw(), nullptr, offered_->description.name.c_str(), nullptr, nullptr);
-    link_.bus()->serve();
+    sd_bus_release_name_async(link_.bus(), nullptr, offered_->description.name.c_str(), nullptr, nullptr);
+    link_.serve();
   }
   offered_.reset();
 }
@@ -208,7 +208,7 @@ void BusService::answerReading(const std::shared_ptr<const Offered>& offered, Bu
 
 bool BusService::canReply(sd_bus_message* call) const {
   const auto* const bus = link_.bus();
-  return bus != nullptr && bus->raw() == sd_bus_message_get_bus(call) && sd_bus_message_get_expect_reply(call) > 0;
+  return bus != nullptr && bus == sd_bus_message_get_bus(call) && sd_bus_message_get_expect_reply(call) > 0;
 }
 
 void BusService::reply(sd_bus_message* call, const Filling& fill) const {
@@ -230,7 +230,7 @@ void BusService::refuse(sd_bus_message* call, const ServiceError& error) const {
 
 void BusService::send(sd_bus_message* reply) const {
   sd_bus_send(nullptr, reply, nullptr);
-  link_.bus()->serve();
+  link_.serve();
 }
 
 void BusService::sayOnce(std::string_view what) {

@@ -116,18 +116,18 @@ void NotificationService::close(const ID& id) {
   }
   sd_bus_message* message = nullptr;
   // Straight to the service that has it: the one after it may use the number for another notification.
-  int status = newCall(bus->raw(), &message, id.service.c_str(), "CloseNotification");
+  int status = newCall(bus, &message, id.service.c_str(), "CloseNotification");
   if (status >= 0) {
     status = sd_bus_message_append(message, "u", id.number);
   }
   if (status >= 0) {
-    status = sd_bus_send(bus->raw(), message, nullptr);
+    status = sd_bus_send(bus, message, nullptr);
   }
   sd_bus_message_unref(message);
   if (status < 0) {
     link_.drop();
   } else {
-    bus->serve();
+    link_.serve();
   }
 }
 
@@ -146,7 +146,7 @@ NotificationService::Call NotificationService::call(const char* method, const Ap
   if (!sent) {
     return std::unexpected(std::move(sent).error());
   }
-  link_.bus()->serve();
+  link_.serve();
   return Subscription([pending] { pending->telling.cancel(); });
 }
 
@@ -155,7 +155,7 @@ std::expected<void, std::string> NotificationService::send(const char* method, c
   if (auto opened = link_.open(); !opened) {
     return opened;
   }
-  auto* const bus = link_.bus()->raw();
+  auto* const bus = link_.bus();
   sd_bus_message* message = nullptr;
   int status = newCall(bus, &message, serviceName, method);
   if (status >= 0) {
@@ -183,7 +183,7 @@ int NotificationService::addMatches() {
   int status = 0;
   for (const auto* const rule : rules) {
     sd_bus_slot* slot = nullptr;
-    status = status < 0 ? status : sd_bus_add_match_async(link_.bus()->raw(), &slot, rule, heard, nullptr, this);
+    status = status < 0 ? status : sd_bus_add_match_async(link_.bus(), &slot, rule, heard, nullptr, this);
     matches_.emplace_back(slot);
   }
   return status;

@@ -1,4 +1,4 @@
-#include "platform/linux/file_watch.h"
+#include "platform/linux/unix_files.h"
 
 #include <array>
 #include <cstring>

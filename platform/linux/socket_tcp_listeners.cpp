@@ -1,4 +1,4 @@
-#include "platform/linux/socket_tcp_listeners.h"
+#include "platform/linux/tcp_service.h"
 
 #include <cerrno>
 #include <cstring>

@@ -7,6 +7,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <span>
 #include <string>
@@ -132,6 +133,19 @@ class TCPService : Pinned {
   std::function<void()> posted_;  ///< work for the service thread that has not run yet; guarded by the mutex
   std::condition_variable hasRun_;
   std::thread thread_;  ///< last, since it uses the others from its start
+};
+
+/// Ports of this machine. All of them are served by one thread, which starts with the first.
+class SocketTCPListeners : public TCPListeners {
+ public:
+  explicit SocketTCPListeners(Log& log, TCPLimits limits = {}) : log_(log), limits_(limits) {}
+
+  std::expected<std::unique_ptr<TCPListener>, std::string> listen(std::uint16_t port, TCPResponder responder) override;
+
+ private:
+  Log& log_;
+  const TCPLimits limits_;
+  std::unique_ptr<TCPService> service_;
 };
 
 }  // namespace tallowin

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "platform/descriptors.h"
-#include "platform/linux/file_watch.h"
 #include "platform/pinned.h"
 
 namespace tallowin {

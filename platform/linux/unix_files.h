@@ -1,5 +1,9 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
+#include <optional>
+
 #include "platform/descriptors.h"
 #include "platform/files.h"
 
@@ -27,5 +31,9 @@ class UnixFiles : public Files {
  private:
   Descriptors& descriptors_;
 };
+
+/// Watches a name by inotify(7), as Files::watch says.
+[[nodiscard]] std::optional<Subscription> watchFile(Descriptors& descriptors, const std::filesystem::path& path,
+                                                    std::function<void(FileEvents)> onEvent);
 
 }  // namespace tallowin

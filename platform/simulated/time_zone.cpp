@@ -8,7 +8,7 @@
 #include <optional>
 #include <system_error>
 
-#include "base/decimal_integer.h"
+#include "base/words.h"
 
 namespace tallowin {
 

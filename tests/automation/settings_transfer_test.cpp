@@ -1,4 +1,4 @@
-// What the program tells others: the export and the diagnostics report.
+// What the program tells others: the export and the diagnostics report; and copies of what was configured.
 
 #include "automation/settings_transfer.h"
 
@@ -13,6 +13,7 @@ namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct TransferProgram : StoringProgram {
@@ -24,6 +25,12 @@ struct TransferProgram : StoringProgram {
   [[nodiscard]] std::string configuration() {
     time.advance(1s);  // the store saves
     return fileText(supportFolder + "spaces.json") + fileText("/home/user/.config/tallowin/preferences.json");
+  }
+
+  /// Hands in a file with this text.
+  [[nodiscard]] std::expected<void, ForeignFault> import(const std::string& text) {
+    files().overwrite("/tmp/import.json", text);
+    return transfer.importFile("/tmp/import.json");
   }
 
   SettingsTransfer transfer{services};
@@ -61,7 +68,7 @@ TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
       {"hudEnabled", "[null]"},        {"localAPI", "[\"yes\"]"}, {"spaceLock", "true"},
       {"hudSize", "[\"small\""},       {"gridColumns", "[2.5]"},  {"notchHover", "[true, 1]"},
       {"backAndForth", "[false]"},     {"hudDuration", "[2]"},    {"spaceDock", std::string(9999, '[')}};
-  EXPECT_TRUE(program.transfer.importData(bundle(settings)));
+  EXPECT_TRUE(program.import(bundle(settings)));
   EXPECT_EQ(program.preferences.persistentDomain(), (std::map<std::string, PropertyList>{{"backAndForth", false},
                                                                                          {"gridColumns", 2.5},
                                                                                          {"hudDuration", 2},
@@ -80,38 +87,30 @@ TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
   };
   const std::pair<std::string, const char*> cases[] = {
       {"", "parse error"},
-      {"[]", "missing"},
       {R"({"name": "a", "summary": "", "slots": []})", "missing"},
       {without("version"), "missing"},
-      {without("exportedAt"), "missing"},
       {without("spaces"), "missing"},
-      {without("settings"), "missing"},
       {bundle({{"wrapAround", false}}), "settings"},
-      {bundle(PropertyList::array()), "settings"},
       {bundle({{"wrapAround", "[false]"}}, {{"u1", {{"name", 7}}}}), "spaces"},
-      {bundle({{"wrapAround", "[false]"}}, PropertyList::array()), "spaces"},
       {R"({"settings": {"wrapAround": "[false]"}, )" + whole.substr(1), "\"settings\" stands twice"},
       {bundle({{"wrapAround", "[false]"}}, {{"u1", {{"name", "a\"b"}}}}).insert(1, R"("x": {"a": {"b": 1, "b": 2}}, )"),
        "\"b\" stands twice"},
       {std::string(100'000, '[') + std::string(100'000, ']'), "200 levels"},
-      {"\xFF\xFE", "parse error"},
       {whole + std::string(100U << 20, ' '), "104857"},
   };
   for (const auto& [text, reason] : cases) {
     TransferProgram program;
     program.store.setName("Kept", "u1");
     const auto before = program.configuration();
-    program.files().overwrite("/tmp/import.json", text);
-    for (const auto& imported : {program.transfer.importData(text), program.transfer.importFile("/tmp/import.json")}) {
-      ASSERT_FALSE(imported) << text.substr(0, 80);
-      EXPECT_EQ(imported.error().sentence, "That file is not a Tallowin export.");
-      EXPECT_THAT(imported.error().reason, HasSubstr(reason)) << text.substr(0, 80);
-    }
+    const auto imported = program.import(text);
+    ASSERT_FALSE(imported) << text.substr(0, 80);
+    EXPECT_EQ(imported.error().sentence, "That file is not a Tallowin export.");
+    EXPECT_THAT(imported.error().reason, HasSubstr(reason)) << text.substr(0, 80);
     EXPECT_EQ(program.configuration(), before);
   }
   TransferProgram program;
   program.files().setRoom(0);
-  EXPECT_TRUE(program.transfer.importData(bundle({{"wrapAround", "[false]"}})));
+  EXPECT_TRUE(program.import(bundle({{"wrapAround", "[false]"}})));
   EXPECT_FALSE(program.settings.get(setting::wrapAround));
   EXPECT_FALSE(program.storage.isSound()) << "what asked for it is told so";
 }
@@ -146,11 +145,69 @@ TEST(SettingsTransfer, TakesAlongWhoStandsAtWhichPlace) {
   for (const auto& wrong : {PropertyList{1, 1}, PropertyList{"1"}, PropertyList(3), PropertyList(2000, 1)}) {
     auto bad = program.exported();
     bad["places"] = wrong;
-    EXPECT_FALSE(other.transfer.importData(bad.dump())) << wrong;
+    EXPECT_FALSE(other.import(bad.dump())) << wrong;
   }
   EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
-  EXPECT_TRUE(other.transfer.importData(program.transfer.exportData()));
+  EXPECT_TRUE(other.import(program.transfer.exportData()));
   EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 3, 4, 2}));
+}
+
+struct BackupsProgram : TransferProgram {
+  BackupsProgram()
+      : TransferProgram(R"({"start": "2026-03-02T09:00:00Z", "timeZone": "+05:30", "desktopsByPlace": true})") {}
+
+  Backups backups{services, transfer};
+};
+
+TEST(Backups, PutBackWhatWasThereAndKeepWhatIs) {
+  BackupsProgram program;
+  auto& store = program.store;
+  store.setName("A", "managed-1");
+  store.setName("B", "managed-2");
+  program.preferences.setObject("activeProfile", "Work");
+  program.preferences.setObject("wrapAround", false);
+  program.backups.keep("before removing desktop 2");
+  program.desktop.parts().spaces.removeDesktop(2);
+  store.replaceAll({});
+  program.preferences.setObject("activeProfile", "");
+  program.preferences.setObject("wrapAround", true);
+
+  EXPECT_EQ(program.backups.restore(0), std::nullopt);
+  EXPECT_EQ(program.backups.restore(2), std::nullopt);
+  EXPECT_EQ(program.backups.restore(1), Backups::Restored::all);
+  EXPECT_EQ(store.meta("managed-2").name, "B");
+  EXPECT_EQ(program.settings.get(setting::activeProfile), "Work");
+  EXPECT_FALSE(program.settings.get(setting::wrapAround));
+  EXPECT_EQ(program.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
+  EXPECT_EQ(program.backups.listText(),
+            "1  2026-03-02 14:30  before restore\n2  2026-03-02 14:30  before removing desktop 2\n");
+  EXPECT_EQ(program.backups.restore(1), Backups::Restored::all) << "the restoring is undone";
+  EXPECT_EQ(store.meta("managed-2").name, std::nullopt);
+}
+
+TEST(Backups, AreTheLastFiveThatCanBeRead) {
+  BackupsProgram program;
+  for (const auto* const reason : {"1", "2", "3", "4", "5", "6"}) {
+    program.backups.keep(reason);
+    program.time.jumpWallClock(-1h);
+  }
+  const auto reasons = [&] {
+    std::vector<std::string> all;
+    for (const auto& copy : program.backups.list()) {
+      all.push_back(copy.reason);
+    }
+    return all;
+  };
+  EXPECT_THAT(reasons(), ElementsAre("6", "5", "4", "3", "2"));
+  auto& files = program.desktop.parts().files;
+  files.corrupt(supportFolder + "Backups/5.json");
+  files.replace(supportFolder + "Backups/x.json", "{}");
+  files.replace(supportFolder + "Backups/4.json",
+                R"({"reason": "nothing in it", "exportedAt": "2026-03-02T09:00:00Z"})");
+  EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
+  files.setRoom(0);
+  program.backups.keep("not kept");
+  EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/windows/windows_program.h"
-#include "windows/space_lock.h"
 
 namespace tallowin {
 namespace {
@@ -189,30 +188,6 @@ TEST(AppRules, NewWindowsGoToTheirSpaceOnce) {
   program.time.advance(1s);
   EXPECT_THAT(program.spacesOf(121), ElementsAre(1));
   EXPECT_THAT(program.spacesOf(122), ElementsAre(1));
-}
-
-TEST(AppRules, AMoveThatFailsIsLogged) {
-  ConvenientProgram program;
-  pin(program, 2, "app.notes");
-  const auto windows = program.contents.windows().get();
-  program.closeWindow(121);
-  program.lines.clear();
-  program.rules.apply(windows, program.snapshot());
-  program.time.advance(200ms);
-  EXPECT_THAT(program.takeLog(), ElementsAre("rule move failed: macOS did not move the window."));
-}
-
-TEST(SpaceMinimizer, UndoesOnce) {
-  ConvenientProgram program;
-  SpaceMinimizer minimizer(program.drivenWindows);
-  EXPECT_EQ(minimizer.minimizeAll(program.spaceNumbered(1), program.contents), 3U);
-  EXPECT_EQ(minimizer.minimizeAll(program.spaceNumbered(1), program.contents), 0U) << "and nothing is forgotten";
-  minimizer.undo();
-  EXPECT_FALSE(program.state().window(111)->minimized);
-  EXPECT_FALSE(minimizer.canUndo());
-  program.state().window(111)->minimized = true;  // by hand, since
-  minimizer.undo();
-  EXPECT_TRUE(program.state().window(111)->minimized);
 }
 
 TEST(Scratchpad, ShowsOpensAndHides) {

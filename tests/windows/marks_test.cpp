@@ -73,14 +73,6 @@ TEST(WindowMarks, WaitsForTwoSecondsAndForTheLastCaptureOnly) {
   EXPECT_THAT(told, SizeIs(2));
 }
 
-TEST(WindowMarks, LettersAreThoseOfTheKeyboard) {
-  EXPECT_EQ(WindowMarks::letter("a"), "A");
-  EXPECT_EQ(WindowMarks::letter("Z"), "Z");
-  for (const auto* const text : {"", "1", "ab", "ä", "@", "[", "`", "{"}) {
-    EXPECT_EQ(WindowMarks::letter(text), std::nullopt) << text;
-  }
-}
-
 TEST(WindowMarks, MarkTheWindowThatWasInFrontWhenAsked) {
   MarkingProgram program;
   program.marks.setMark();

@@ -76,27 +76,6 @@ TEST(ReconnectRestore, SixtyChangesInTwoSecondsAreOne) {
   EXPECT_THAT(program.spacesOf(41), ElementsAre(1)) << "the user has moved it meanwhile";
 }
 
-TEST(ReconnectRestore, ANewerChangeReplacesARestoreThatWaits) {
-  DockingProgram program;
-  program.undock();
-  program.plugIn();
-  program.time.advance(2500ms);
-  program.unplug();
-  program.time.advance(10s);
-  EXPECT_THAT(program.spacesOf(41), ElementsAre(2)) << "there are not more displays than before";
-}
-
-TEST(ReconnectRestore, ASetThatComesBackSoonIsRestored) {
-  DockingProgram program;
-  program.layouts->save("auto", program.snapshot());
-  program.unplug();
-  program.state().window(41)->spaces = {2};
-  program.time.advance(1500ms);
-  program.plugIn();
-  program.time.advance(4s);
-  EXPECT_THAT(program.spacesOf(41), ElementsAre(4));
-}
-
 TEST(ReconnectRestore, HappensOnlyWhenWantedAndPossible) {
   const std::pair<const char*, std::function<void(DockingProgram&)>> cases[] = {
       {"switched off", [](auto& program) { program.preferences.setObject("restoreOnDisplayReconnect", false); }},

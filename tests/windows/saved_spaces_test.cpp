@@ -102,40 +102,6 @@ TEST(SavedSpaces, RecordsAddUpAndKeepWhatNewerVersionsWrote) {
   EXPECT_THAT(program.fileText(file), HasSubstr("of a newer version"));
 }
 
-TEST(SavedSpaces, AFileThatCannotBeUnderstoodIsKeptAside) {
-  const std::string contents[] = {
-      "",
-      "{}",
-      "[{\"id\": 1}]",
-      R"([{"id": "x", "name": "n", "savedAt": "2026-01-01T00:00:00Z", "frames": {"a": [[1, 2]]}}])",
-      R"([{"id": "x", "name": "n", "savedAt": "2026-01-01T00:00:00Z", "frames": []}])",
-      R"([{"id": "x", "name": "n", "savedAt": "2026-01-01T00:00:00Z", "apps": "all"}])",
-      std::string(100'000, '['),
-  };
-  for (const auto& content : contents) {
-    SavingProgram program;
-    program.files().overwrite(file, content);
-    EXPECT_THAT(program.savedSpaces.list(), IsEmpty());
-    EXPECT_EQ(program.fileText(file), content) << "looking changes nothing";
-    program.saveAndClose(1);
-    EXPECT_THAT(program.savedSpaces.list(), SizeIs(1));
-    EXPECT_EQ(program.fileText(file + ".unreadable-20260302T090000Z"), content);
-  }
-}
-
-TEST(SavedSpaces, WhatCouldNotBeSavedIsNotClosed) {
-  for (const bool understood : {true, false}) {
-    SavingProgram program;
-    program.files().overwrite(file, understood ? "[]" : "?");
-    // One file may not be written; one can be neither understood nor kept aside.
-    program.files().setUnwritable(understood ? file : "/home/user/.local/share/Tallowin", true);
-    program.saveAndClose(1);
-    EXPECT_THAT(program.takeLog(), Contains(AllOf(HasSubstr("cannot write"), HasSubstr(file))));
-    EXPECT_EQ(program.fileText(file), understood ? "[]" : "?");
-    EXPECT_THAT(program.state().windows, SizeIs(6));
-  }
-}
-
 TEST(RandomUUID, HasItsVersionAndVariantWhateverTheBits) {
   EXPECT_EQ(randomUUID([] { return std::uint64_t{0}; }), "00000000-0000-4000-8000-000000000000");
   EXPECT_EQ(randomUUID([] { return ~std::uint64_t{0}; }), "FFFFFFFF-FFFF-4FFF-BFFF-FFFFFFFFFFFF");

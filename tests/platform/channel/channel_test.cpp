@@ -7,9 +7,9 @@
 #include <thread>
 
 #include "platform/channel/channel_client.h"
+#include "platform/channel/channel_folder.h"
 #include "platform/channel/channel_peer.h"
 #include "platform/channel/socket_command_channel.h"
-#include "platform/channel/channel_folder.h"
 #include "tests/lines_log.h"
 #include "tests/platform/test_loop.h"
 

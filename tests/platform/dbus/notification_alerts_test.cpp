@@ -1,8 +1,7 @@
-#include "platform/dbus/notifications.h"
-
 #include <gmock/gmock.h>
 
 #include "base/pending_alerts.h"
+#include "platform/dbus/notifications.h"
 #include "tests/platform/dbus/notification_test.h"
 
 namespace tallowin {

@@ -1,9 +1,8 @@
-#include "platform/dbus/notifications.h"
-
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "platform/dbus/notifications.h"
 #include "tests/platform/dbus/notification_test.h"
 
 namespace tallowin {
@@ -78,19 +77,6 @@ TEST_F(NotificationToastsTest, TriesAgainAfterAWhileWhereThereIsNoService) {
   ASSERT_TRUE(runUntilShown(1));
   EXPECT_THAT(service_->shown, ElementsAre(information(0, "four")));
   EXPECT_THAT(log_.toasts, ElementsAre("one", "two", "three", "four"));
-}
-
-TEST_F(NotificationToastsTest, WithoutABusTheLogHasThem) {
-  show("one");
-  show("two", true);
-  EXPECT_THAT(log_.failures, ElementsAre("the desktop shows no notifications: No such file or directory"));
-  EXPECT_THAT(log_.toasts, ElementsAre("one", "error: two"));
-  startBus();
-  startService();
-  clock_.uptime += 30s;
-  show("three");
-  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
-  EXPECT_THAT(service_->shown, ElementsAre(information(0, "three")));
 }
 
 TEST_F(NotificationToastsTest, ABusThatGoesAwayIsReplacedByTheNext) {

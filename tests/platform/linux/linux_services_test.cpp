@@ -12,10 +12,10 @@
 #include <thread>
 #include <unistd.h>
 
-#include "platform/linux/unix_system.h"
 #include "platform/linux/event_loop.h"
 #include "platform/linux/unix_files.h"
 #include "platform/linux/unix_processes.h"
+#include "platform/linux/unix_system.h"
 #include "tests/platform/test_loop.h"
 
 namespace tallowin {
@@ -280,14 +280,6 @@ TEST_F(LinuxServicesTest, NothingIsLeftOfProgramsThatEnded) {
   ASSERT_EQ(left.size(), 1U) << "it lives on";
   ::kill(left.front(), SIGKILL);
   EXPECT_EQ(::waitpid(left.front(), nullptr, 0), left.front());
-}
-
-TEST_F(LinuxServicesTest, ATerminationSignalArrivesOnTheMainThread) {
-  int received = 0;
-  const auto signals = onTerminationSignal(queue, [&](int signal) { received = signal; });
-  ::kill(::getpid(), SIGHUP);
-  EXPECT_TRUE(queue.runUntil([&] { return received != 0; }));
-  EXPECT_EQ(received, SIGHUP);
 }
 
 }  // namespace

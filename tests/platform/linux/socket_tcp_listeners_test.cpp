@@ -1,6 +1,6 @@
 // The real sockets: who is let in, and what clients of all kinds get.
 
-#include "platform/linux/socket_tcp_listeners.h"
+#include "platform/linux/tcp_service.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

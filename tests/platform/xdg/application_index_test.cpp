@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-
 namespace tallowin {
 namespace {
 
@@ -118,6 +117,24 @@ TEST_F(ApplicationIndexTest, FindsPicturesOfIcons) {
   for (const auto& none : {std::string(), std::string("vector"), vector.string(), std::string("/no/such.png")}) {
     EXPECT_EQ(findIcon(none, environment_), std::nullopt) << none;
   }
+}
+
+TEST_F(ApplicationIndexTest, StartsByAUnitThatIsWantedOrAnEntryThatIsNotHidden) {
+  namespace fs = std::filesystem;
+  const AutostartFolders folders{{folder_ / "own", folder_ / "system"}, {folder_ / "units", folder_ / "vendor"}};
+  EXPECT_EQ(autostartPlace(folders), std::nullopt);
+  install("system/autostart/com.quorvex.Tallowin.desktop", "Name=T\nExec=t\n");
+  const auto entry = folder_ / "system/autostart/com.quorvex.Tallowin.desktop";
+  EXPECT_EQ(autostartPlace(folders), entry);
+  const auto wanted = folder_ / "vendor/graphical-session.target.wants/tallowin.service";
+  fs::create_directories(wanted.parent_path());
+  fs::create_symlink("../tallowin.service", wanted);
+  EXPECT_EQ(autostartPlace(folders), wanted);
+  fs::create_directories(folder_ / "units");
+  fs::create_symlink("/dev/null", folder_ / "units/tallowin.service");
+  EXPECT_EQ(autostartPlace(folders), entry) << "the unit is masked";
+  install("own/autostart/com.quorvex.Tallowin.desktop", "Hidden=true\n");
+  EXPECT_EQ(autostartPlace(folders), std::nullopt);
 }
 
 }  // namespace
