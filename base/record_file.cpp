@@ -159,11 +159,7 @@ void RecordFile::changed(Content content) {
 void RecordFile::replace(std::string text) {
   note([text] { return [text] { return text; }; });
   unsavedText_ = std::move(text);
-  if (services_.workQueues == nullptr) {
-    static_cast<void>(saveNow());
-  } else {
-    begin();
-  }
+  begin();
 }
 
 std::expected<void, FileError> RecordFile::write(Content content) {
@@ -186,6 +182,10 @@ std::expected<void, FileError> RecordFile::saveNow() {
 
 /// The attempt that was waited for. While one is under way its end begins the next.
 void RecordFile::begin() {
+  if (services_.workQueues == nullptr && unsavedText_) {
+    static_cast<void>(saveNow());
+    return;
+  }
   if (services_.workQueues == nullptr) {
     latest_.cancel();
     attempt_ = services_.mainQueue.after(Duration::zero(), [this] { static_cast<void>(saveNow()); });

@@ -29,8 +29,8 @@ class Storage {
   struct Services {
     Files& files;
     MainQueue& mainQueue;
-    /// Null where waiting for the disk takes no time, as in a simulation: then the main thread writes, what was changed
-    /// in the next turn of its queue.
+    /// Null where waiting for the disk takes no time, as in a simulation: then the main thread writes, what was
+    /// replaced at once, what was changed in the next turn of its queue.
     WorkQueues* workQueues;
     const Clock& clock;
     Log& log;

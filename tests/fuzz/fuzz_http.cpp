@@ -8,8 +8,7 @@ using namespace tallowin;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static StoringProgram program("{}");
-  static LocalAPI api({program.desktop.files(), program.paths, program.settings, program.desktop.listeners(),
-                       program.time, program.desktop.system(), program.desktop.log()});
+  static LocalAPI api(program.platform, program.paths, program.settings);
   program.lines.clear();
   program.files().replace(supportFolder + "state.json", "[]");
   program.files().replace(supportFolder + "api-token.txt", "key\n");
