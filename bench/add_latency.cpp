@@ -3,6 +3,7 @@
 //
 // add_latency RUNS COMMAND...
 
+#include <cstdlib>
 #include <sys/wait.h>
 #include <thread>
 
@@ -30,5 +31,6 @@ int main(int argc, char** argv) {
     waitpid(process, nullptr, 0);
     return changed ? std::optional(stopwatch.until(*changed)) : std::nullopt;
   };
-  return turns.measure(take, turns.commands.size());
+  const int status = turns.measure(take, turns.commands.size());
+  return witness.set(atStart) ? status : EXIT_FAILURE;
 }

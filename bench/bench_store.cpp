@@ -12,8 +12,8 @@
 #include "core/space_store.h"
 #include "platform/linux/event_loop.h"
 #include "platform/linux/lazy_images.h"
-#include "platform/linux/unix_system.h"
 #include "platform/linux/unix_files.h"
+#include "platform/linux/unix_system.h"
 #include "platform/none/neutral.h"
 
 namespace tallowin {

@@ -15,17 +15,20 @@ start_instance() {
   eventually "$OURS" current >/dev/null 2>&1
 }
 
-# Scripts on entering the first two desktops write a line to a pipe, which cat prints.
+# Scripts on entering the first two desktops write a line to a pipe, which cat prints. They run in a login shell of the
+# user's, which reads the system's profile first; so does the peer's.
 until_scripts_begin() {
-  local pipe=$DESKTOP_DIRECTORY/entered number
+  local pipe=$DESKTOP_DIRECTORY/entered number user_shell
+  user_shell=$(getent passwd "$(id -un)" | cut -d : -f 7)
   mkfifo "$pipe"
   echo "exec cat <>$pipe" >"$pipe.sh"
+  echo "xprop -spy -root _NET_CURRENT_DESKTOP | while read -r _; do $user_shell -lc 'echo entered'; done" >"$pipe.peer"
   echo "{\"scriptOnEnter\": \"echo entered >$pipe\"}" >"$pipe.json"
   for number in 1 2; do
     "$OURS" automation "$number" set "$pipe.json" || exit 1
   done
   beside watch_latency "another program's switch until a script on entering writes (ms)" "sh $pipe.sh" \
-    "xprop -spy" "xprop -spy -root _NET_CURRENT_DESKTOP"
+    "xprop -spy and a login shell" "sh $pipe.peer"
 }
 
 under_openbox() {

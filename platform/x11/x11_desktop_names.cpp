@@ -160,8 +160,8 @@ void X11DesktopNames::publish(const std::map<ManagedSpaceID, std::string>& names
 
 const std::map<ManagedSpaceID, std::string>& X11DesktopNames::ownNames() {
   if (!ownNames_) {
-    const auto properties = desktops_.readProperties();
-    ownNames_ = tellingDesktopNames(properties, desktops_.stateOf(properties));
+    const auto view = desktops_.look();
+    ownNames_ = tellingDesktopNames(view.properties, view.desktops);
   }
   return *ownNames_;
 }
@@ -230,8 +230,8 @@ void X11DesktopNames::apply() {
 }
 
 DesktopNamesPlan X11DesktopNames::plan() {
-  const auto properties = desktops_.readProperties();
-  return planDesktopNames(properties, desktops_.stateOf(properties), *names_);
+  const auto view = desktops_.look();
+  return planDesktopNames(view.properties, view.desktops, *names_);
 }
 
 bool X11DesktopNames::isRewrittenTooOften(const DesktopNamesPlan& plan) {

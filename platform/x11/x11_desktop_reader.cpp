@@ -111,14 +111,6 @@ X11DesktopReader::Cookies X11DesktopReader::request() {
           .size = xcb_get_geometry(connection_.raw(), root)};
 }
 
-X11DesktopProperties X11DesktopReader::readProperties() {
-  const auto cookies = request();
-  for (const auto sequence : {cookies.active.sequence, cookies.pointer.sequence, cookies.size.sequence}) {
-    xcb_discard_reply(connection_.raw(), sequence);
-  }
-  return takeProperties(cookies);
-}
-
 X11DesktopProperties X11DesktopReader::takeProperties(const Cookies& cookies) {
   X11DesktopProperties properties;
   properties.checkWindow = cookies.likelyCheckWindow;
@@ -148,7 +140,8 @@ void X11DesktopReader::takeCheckWindow(const CheckCookies& cookies, X11DesktopPr
 
 X11View X11DesktopReader::take(const Cookies& cookies) {
   X11View view;
-  view.desktops = stateOf(takeProperties(cookies));
+  view.properties = takeProperties(cookies);
+  view.desktops = stateOf(view.properties);
   view.activeWindow = parseCardinal(connection_.takeProperty(cookies.active)).value_or(XCB_WINDOW_NONE);
   if (const auto pointer = connection_.reply(xcb_query_pointer_reply, cookies.pointer)) {
     view.pointer = {static_cast<double>(pointer->root_x), static_cast<double>(pointer->root_y)};

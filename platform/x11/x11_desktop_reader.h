@@ -54,6 +54,7 @@ struct X11DesktopState {
 
 /// What nearly every command looks at, at one moment. Once the server is gone everything is empty.
 struct X11View {
+  X11DesktopProperties properties;  ///< what `desktops` was read from
   X11DesktopState desktops;
   xcb_window_t activeWindow = XCB_WINDOW_NONE;
   CGSize rootSize;
@@ -93,16 +94,13 @@ class X11DesktopReader {
 
   /// The desktops as they are now, or as they were while held.
   X11DesktopState read() { return look().desktops; }
-  /// What they are read from.
-  X11DesktopProperties readProperties();
-  [[nodiscard]] X11DesktopState stateOf(const X11DesktopProperties& properties);
 
   /// From when on there are `count` desktops: everybody reads the desktops as in `before` until release(), since their
   /// number, the current one and the windows on them change one after the other. Any other number releases them.
   void hold(X11DesktopState before, std::size_t count) { held_ = {std::move(before), count}; }
   void release();
   /// The desktops with the ids 1 to N, whatever is held.
-  X11DesktopState readPlainly() { return readX11DesktopState(readProperties()); }
+  X11DesktopState readPlainly() { return readX11DesktopState(look().properties); }
 
  private:
   struct Held {
@@ -110,6 +108,7 @@ class X11DesktopReader {
     std::size_t count = 0;
   };
 
+  [[nodiscard]] X11DesktopState stateOf(const X11DesktopProperties& properties);
   X11DesktopProperties takeProperties(const Cookies& cookies);
   void takeCheckWindow(const CheckCookies& cookies, X11DesktopProperties& properties);
   [[nodiscard]] CheckCookies requestCheckWindow(xcb_window_t window);

@@ -18,7 +18,6 @@
 #include "platform/x11/x11_global_hot_keys.h"
 #include "platform/x11/x11_keyboard.h"
 #include "platform/x11/x11_pasteboard.h"
-#include "platform/x11/x11_screen_capture.h"
 #include "platform/x11/x11_windows.h"
 #include "platform/x11/x11_workspace.h"
 

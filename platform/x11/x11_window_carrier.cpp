@@ -10,9 +10,6 @@ namespace {
 constexpr Duration untilOnAllDesktops = std::chrono::milliseconds(60);
 constexpr Duration untilSwitched = std::chrono::milliseconds(150);
 
-/// Window managers put a window into a frame or two; anything deeper is none of theirs.
-constexpr int deepestNesting = 8;
-
 }  // namespace
 
 X11WindowCarrier::X11WindowCarrier(X11Connection& connection, X11DesktopReader& desktops, MainQueue& queue,
@@ -67,26 +64,22 @@ std::optional<xcb_window_t> X11WindowCarrier::draggedWindow() {
   const auto sizeCookie = xcb_get_geometry(connection_.raw(), active);
   const auto inside = connection_.reply(xcb_translate_coordinates_reply, insideCookie);
   const auto size = connection_.reply(xcb_get_geometry_reply, sizeCookie);
-  if (!inside || !size) {
-    return std::nullopt;
-  }
-  const bool overWindow =
-      inside->dst_x >= 0 && inside->dst_y >= 0 && inside->dst_x < size->width && inside->dst_y < size->height;
+  const bool overWindow = inside && size && inside->dst_x >= 0 && inside->dst_y >= 0 && inside->dst_x < size->width &&
+                          inside->dst_y < size->height;
   return !overWindow && topLevelOf(active) == view.underPointer ? std::optional(active) : std::nullopt;
 }
 
-std::optional<xcb_window_t> X11WindowCarrier::topLevelOf(xcb_window_t window) {
-  for (int depth = 0; depth < deepestNesting; ++depth) {
+/// The child of the root window that holds a window; 0 when that has gone.
+xcb_window_t X11WindowCarrier::topLevelOf(xcb_window_t window) {
+  while (window != XCB_WINDOW_NONE) {
     const auto tree = connection_.reply(xcb_query_tree_reply, xcb_query_tree(connection_.raw(), window));
-    if (!tree || tree->parent == XCB_WINDOW_NONE) {
-      return std::nullopt;
+    const auto parent = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+    if (parent == connection_.root()) {
+      break;
     }
-    if (tree->parent == connection_.root()) {
-      return window;
-    }
-    window = tree->parent;
+    window = parent;
   }
-  return std::nullopt;
+  return window;
 }
 
 }  // namespace tallowin

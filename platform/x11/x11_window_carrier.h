@@ -31,7 +31,7 @@ class X11WindowCarrier {
 
  private:
   std::optional<xcb_window_t> draggedWindow();
-  std::optional<xcb_window_t> topLevelOf(xcb_window_t window);
+  xcb_window_t topLevelOf(xcb_window_t window);
   void settle();
   void moveToDesktop(std::uint32_t desktop);
 

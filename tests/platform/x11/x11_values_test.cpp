@@ -10,7 +10,6 @@
 #include "platform/x11/x11_displays.h"
 #include "platform/x11/x11_keyboard.h"
 #include "platform/x11/x11_properties.h"
-#include "platform/x11/x11_screen_capture.h"
 #include "tests/platform/x11/property_values.h"
 
 namespace tallowin {
