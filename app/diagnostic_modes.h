@@ -6,11 +6,11 @@
 #include <ostream>
 #include <vector>
 
+#include "base/preferences.h"
 #include "base/settings.h"
 #include "core/space.h"
 #include "core/space_provider.h"
 #include "platform/platform.h"
-#include "platform/preferences.h"
 
 namespace tallowin {
 

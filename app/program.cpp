@@ -31,8 +31,11 @@ int runProgram(const CommandLine& line, const Platform& platform, Storage& stora
       return setSetting(settings, line.settingKey, line.settingValue, error);
     case Mode::unsetSetting:
       return unsetSetting(settings, line.settingKey, error);
-    case Mode::resident:
-      return runResident(platform, storage, settings, provider, {line.settingsTab, line.port}, error);
+    case Mode::resident: {
+      AppDelegate delegate(platform, storage, settings, provider, {line.settingsTab, line.port}, error);
+      delegate.applicationDidFinishLaunching();
+      return platform.runLoop.run();
+    }
     case Mode::doctor:
       return runDoctor(platform, storage, settings, line, out);
     case Mode::version:
@@ -40,13 +43,6 @@ int runProgram(const CommandLine& line, const Platform& platform, Storage& stora
       break;
   }
   return exit_status::success;
-}
-
-int runResident(const Platform& platform, Storage& storage, const Settings& settings, const SpaceProvider& provider,
-                const LaunchOptions& options, std::ostream& error) {
-  AppDelegate delegate(platform, storage, settings, provider, options, error);
-  delegate.applicationDidFinishLaunching();
-  return platform.runLoop.run();
 }
 
 ProgramVersion programVersion() {

@@ -21,14 +21,10 @@ struct LaunchOptions {
 };
 
 /// Does what the command line asks for on a platform, whose files are written by way of `storage`, and answers the exit
-/// status. Everything but --version and --help, which need no platform.
+/// status. Without a mode that is the resident program, until the run loop is stopped; what was accepted by then is in
+/// its files, if they can be written. Everything but --version and --help, which need no platform.
 int runProgram(const CommandLine& line, const Platform& platform, Storage& storage, std::ostream& out,
                std::ostream& error);
-
-/// Without a mode: the resident program, until the run loop is stopped. Answers the status that it was stopped with.
-/// What was accepted by then is in its files when it answers, if they can be written.
-int runResident(const Platform& platform, Storage& storage, const Settings& settings, const SpaceProvider& provider,
-                const LaunchOptions& options, std::ostream& error);
 
 /// Which program this is.
 [[nodiscard]] ProgramVersion programVersion();

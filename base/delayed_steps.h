@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <list>
+#include <utility>
 
 #include "platform/main_queue.h"
 
@@ -16,7 +17,13 @@ class DelayedSteps {
   DelayedSteps& operator=(const DelayedSteps&) = delete;
 
   /// Runs `step` on the main thread, `delay` from now. The step may destroy this object.
-  void after(Duration delay, std::function<void()> step);
+  void after(Duration delay, std::function<void()> step) {
+    const auto item = pending_.emplace(pending_.end());
+    *item = mainQueue_.after(delay, [this, item, run = std::move(step)] {
+      pending_.erase(item);
+      run();
+    });
+  }
 
  private:
   MainQueue& mainQueue_;

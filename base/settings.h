@@ -6,8 +6,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "base/preferences.h"
 #include "base/settings_table.h"
-#include "platform/preferences.h"
 
 namespace tallowin {
 

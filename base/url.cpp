@@ -1,5 +1,6 @@
 #include "base/url.h"
 
+#include <functional>
 #include <memory>
 #include <uriparser/Uri.h>
 
@@ -14,42 +15,27 @@ std::string_view text(const UriTextRangeA& range) {
                                 : std::string_view();
 }
 
-int digit(char c) {
-  if (c >= '0' && c <= '9') {
-    return c - '0';
-  }
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-/// The text with its percent-escapes replaced by the bytes they stand for. The parser has seen to it that each is
-/// whole.
+/// The text with its percent-escapes replaced by the bytes they stand for.
 std::string decoded(std::string_view escaped) {
-  std::string bytes;
-  for (std::size_t i = 0; i < escaped.size(); ++i) {
-    if (escaped[i] == '%' && i + 2 < escaped.size()) {
-      bytes.push_back(static_cast<char>(digit(escaped[i + 1]) * 16 + digit(escaped[i + 2])));
-      i += 2;
-    } else {
-      bytes.push_back(escaped[i]);
-    }
-  }
+  std::string bytes(escaped);
+  const char* const end = uriUnescapeInPlaceExA(bytes.data(), URI_FALSE, URI_BR_DONT_TOUCH);
+  bytes.resize(static_cast<std::size_t>(end - bytes.data()));
   return bytes;
 }
 
-/// The text with every byte beyond ASCII percent-escaped, which is how such text is written in a URL.
-std::string escapedBeyondASCII(std::string_view text) {
+/// The text with every byte percent-escaped that does not stay as it is.
+std::string escaped(std::string_view text, const std::function<bool(unsigned char)>& stays) {
   constexpr auto digits = "0123456789ABCDEF";
-  std::string escaped;
+  std::string result;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      escaped.push_back(c);
+    if (stays(byte)) {
+      result.push_back(c);
     } else {
-      escaped += {'%', digits[byte >> 4], digits[byte & 15]};
+      result += {'%', digits[byte >> 4], digits[byte & 15]};
     }
   }
-  return escaped;
+  return result;
 }
 
 std::vector<std::string> pathComponents(const UriPathSegmentA* segment) {
@@ -107,10 +93,11 @@ std::optional<URL> URL::parse(std::string_view whole) {
 }
 
 std::optional<URL> URL::parseReference(std::string_view whole) {
-  const auto escaped = escapedBeyondASCII(whole);
+  // Text beyond ASCII is written so in a URL.
+  const auto ascii = escaped(whole, [](unsigned char byte) { return byte < 0x80; });
   UriUriA uri{};
   const char* mistake = nullptr;
-  if (uriParseSingleUriExA(&uri, escaped.data(), escaped.data() + escaped.size(), &mistake) != URI_SUCCESS) {
+  if (uriParseSingleUriExA(&uri, ascii.data(), ascii.data() + ascii.size(), &mistake) != URI_SUCCESS) {
     return std::nullopt;
   }
   const std::unique_ptr<UriUriA, decltype(&uriFreeUriMembersA)> members(&uri, uriFreeUriMembersA);
@@ -126,19 +113,11 @@ std::optional<URL> URL::parseReference(std::string_view whole) {
 }
 
 std::string percentEncoded(std::string_view text, std::string_view kept) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
-  constexpr unsigned base = 16;
-  std::string encoded;
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (unreserved.find(character) != std::string_view::npos || kept.find(character) != std::string_view::npos) {
-      encoded += character;
-    } else {
-      encoded.append("%").append(1, digits[byte / base]).append(1, digits[byte % base]);
-    }
-  }
-  return encoded;
+  return escaped(text, [kept](unsigned char byte) {
+    constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+    const char c = static_cast<char>(byte);
+    return unreserved.find(c) != std::string_view::npos || kept.find(c) != std::string_view::npos;
+  });
 }
 
 std::string fileURL(const std::filesystem::path& path) {

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "base/file_preferences.h"
 #include "base/json_text.h"
+#include "base/preferences.h"
 #include "core/space_state.h"
 #include "core/space_store.h"
 #include "platform/linux/event_loop.h"
@@ -76,8 +76,8 @@ class StoreOnDisk {
   NeutralWorkspace workspace;
   Folders folders{folder, folder, folder, folder, folder, {}};
   Storage storage{{files, queue, &queues, clock, log}};
-  FilePreferences preferences{storage, files, queue, folder / "preferences.json",
-                              [](std::string_view) { return std::nullopt; }};
+  Preferences preferences{storage, files, queue, folder / "preferences.json",
+                          [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};
   AppPaths paths{files, folders};
 };

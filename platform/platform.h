@@ -19,7 +19,6 @@
 #include "platform/main_queue.h"
 #include "platform/notification_center.h"
 #include "platform/pasteboard.h"
-#include "platform/preferences.h"
 #include "platform/processes.h"
 #include "platform/screen_capture.h"
 #include "platform/script_events.h"
@@ -34,6 +33,7 @@
 namespace tallowin {
 
 // Of folders above this one, which the platforms hand on.
+class Preferences;
 class Presentation;
 class Triggers;
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "base/preferences.h"
 #include "base/settings.h"
 #include "platform/log.h"
-#include "platform/preferences.h"
 #include "platform/toasts.h"
 #include "presentation/presentation.h"
 #include "triggers/triggers.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/file_preferences.h"
+#include "base/preferences.h"
 #include "base/settings.h"
 #include "core/driven/cgs_bridge.h"
 #include "core/driven/driven_desktop.h"
@@ -108,8 +108,8 @@ class SimulatedProgram {
   Desktop& spaces = desktop.asked() != nullptr ? static_cast<Desktop&>(*desktop.asked()) : drivenSpaces;
   Windows& windowService = desktop.asked() != nullptr ? desktop.windows() : drivenWindows;
   Storage& storage = desktop.storage();
-  FilePreferences preferences{storage, desktop.files(), time, "/home/user/.config/tallowin/preferences.json",
-                              [this](std::string_view key) { return desktop.globalPreference(key); }};
+  Preferences preferences{storage, desktop.files(), time, "/home/user/.config/tallowin/preferences.json",
+                          [this](std::string_view key) { return desktop.globalPreference(key); }};
   Settings settings{preferences};
   SpaceProvider provider{spaces, time, desktop.log()};
   const Platform platform = simulatedPlatform(desktop, spaces, driven, windowService, preferences, images, time);

@@ -6,9 +6,9 @@
 
 #include "app/command_line.h"
 #include "app/main/lazy_dbus.h"
-#include "base/file_preferences.h"
 #include "base/log_toasts.h"
 #include "base/pending_alerts.h"
+#include "base/preferences.h"
 #include "platform/channel/channel_folder.h"
 #include "platform/command_channel.h"
 #include "platform/desktop_facts.h"
@@ -45,7 +45,7 @@ class Machine {
   Folders folders;
   StandInPrograms processes{children, standInMachine(folders.configuration)};
   Storage storage{{files, mainQueue, &workQueues, clock, log}};
-  FilePreferences preferences;
+  Preferences preferences;
 
   /// The groups of a platform's services that its desktop has no part in. Only the resident program puts messages on
   /// the desktop, waits for answers to questions and is called by other programs; others write messages to the log.

@@ -105,9 +105,9 @@ class SimulatedHost : public Host {
   }
   [[nodiscard]] Windows& windows() { return desktop_->asked() != nullptr ? desktop_->windows() : driven_->windows; }
 
-  [[nodiscard]] std::unique_ptr<FilePreferences> preferencesIn(Storage& storage, Files& files, MainQueue& queue,
+  [[nodiscard]] std::unique_ptr<Preferences> preferencesIn(Storage& storage, Files& files, MainQueue& queue,
                                                                const std::filesystem::path& path) {
-    return std::make_unique<FilePreferences>(storage, files, queue, path,
+    return std::make_unique<Preferences>(storage, files, queue, path,
                                              [this](std::string_view key) { return desktop_->globalPreference(key); });
   }
 
@@ -167,7 +167,7 @@ class VirtualTimeHost : public SimulatedHost {
                    }};
   SystemLog machineLog_{verbose_};
   LazyImages images_;
-  std::unique_ptr<FilePreferences> preferences_;
+  std::unique_ptr<Preferences> preferences_;
 };
 
 /// The simulated window server, with the machine's own time, files and log.
@@ -214,7 +214,7 @@ class RealTimeHost : public SimulatedHost {
 
  private:
   Machine machine_;
-  std::unique_ptr<FilePreferences> preferences_;
+  std::unique_ptr<Preferences> preferences_;
   RealTimeSimulatedClock clock_;
   MainThreadWorkQueues desktopQueues_{machine_.mainQueue};  // the simulated services belong to one thread
   // What is done to the desktop is worth a line of the log to those who want to see it.

@@ -1,7 +1,6 @@
 #include "commands/dbus/desktop_methods.h"
 
 #include <algorithm>
-#include <type_traits>
 
 #include "commands/cli/request_words.h"
 #include "commands/outcome.h"
@@ -11,112 +10,69 @@ namespace tallowin {
 
 namespace {
 
-using Argument = CommandMethod::Argument;
-using Maker = SpaceCommand (*)(const PropertyList& arguments);
-
-constexpr Argument spaceArgument{"s", "space"};
-
-template <typename Command, typename... Commands>
-consteval std::size_t indexAmong(const std::variant<Commands...>* /*vocabulary*/) {
-  const bool same[] = {std::is_same_v<Command, Commands>...};
-  return static_cast<std::size_t>(std::ranges::find(same, true) - std::begin(same));
-}
-
-template <typename Command>
-constexpr std::size_t indexOf = indexAmong<Command>(static_cast<const SpaceCommand*>(nullptr));
-
-std::string text(const PropertyList& argument) {
-  return argument.get<std::string>();
-}
-
-template <typename Command>
-constexpr CommandMethod plain(std::string_view name) {
-  return {name, indexOf<Command>, false, {}, [](const PropertyList&) -> SpaceCommand { return Command{}; }};
-}
-
-template <typename Command>
-constexpr CommandMethod onSpace(std::string_view name) {
-  const Maker make = [](const PropertyList& arguments) -> SpaceCommand {
-    return Command{ScriptingBridge::ref(arguments[0])};
-  };
-  return {name, indexOf<Command>, false, {spaceArgument}, make};
-}
-
-template <typename Command>
-constexpr CommandMethod onSpaceWithText(std::string_view name, std::string_view textName) {
-  const Maker make = [](const PropertyList& arguments) -> SpaceCommand {
-    return Command{ScriptingBridge::ref(arguments[0]), text(arguments[1])};
-  };
-  return {name, indexOf<Command>, false, {spaceArgument, Argument{"s", textName}}, make};
-}
-
-template <typename Command>
-constexpr CommandMethod onSpaceWithoutText(std::string_view name) {
-  const Maker make = [](const PropertyList& arguments) -> SpaceCommand {
-    return Command{ScriptingBridge::ref(arguments[0]), std::nullopt};
-  };
-  return {name, indexOf<Command>, true, {spaceArgument}, make};
-}
-
-template <typename Command>
-constexpr CommandMethod onFlag(std::string_view name, std::string_view flagName) {
-  const Maker make = [](const PropertyList& arguments) -> SpaceCommand { return Command{arguments[0].get<bool>()}; };
-  return {name, indexOf<Command>, false, {Argument{"b", flagName}}, make};
-}
-
-template <typename Command>
-constexpr CommandMethod onName(std::string_view name) {
-  const Maker make = [](const PropertyList& arguments) -> SpaceCommand { return Command{text(arguments[0])}; };
-  return {name, indexOf<Command>, false, {Argument{"s", "name"}}, make};
-}
-
-constexpr CommandMethod commandTable[] = {
-    onSpace<command::SwitchTo>("SwitchTo"),
-    onFlag<command::Step>("Step", "right"),
-    onSpace<command::MoveWindow>("MoveWindow"),
-    onFlag<command::MoveWindowStep>("MoveWindowStep", "right"),
-    onSpaceWithText<command::Rename>("Rename", "name"),
-    onSpaceWithoutText<command::Rename>("AskForName"),
-    onSpaceWithText<command::Note>("Note", "text"),
-    onSpaceWithoutText<command::Note>("AskForNote"),
-    onSpace<command::Setup>("Setup"),
-    onName<command::Profile>("Profile"),
-    onName<command::Template>("Template"),
-    onFlag<command::Windows>("Windows", "allSpaces"),
-    onSpace<command::RemoveDesktop>("RemoveDesktop"),
-    onSpace<command::Notes>("Notes"),
-    onFlag<command::Step2D>("Step2D", "up"),
-    plain<command::Back>("Back"),
-    plain<command::Overview>("Overview"),
-    plain<command::OpenSettings>("Settings"),
-    plain<command::Diagnostics>("Diagnostics"),
-    plain<command::SaveLayout>("SaveLayout"),
-    plain<command::RestoreLayout>("RestoreLayout"),
-    plain<command::Eject>("Eject"),
-    plain<command::Launcher>("Launcher"),
-    plain<command::ToggleScratchpad>("Scratchpad"),
-    plain<command::MinimizeAll>("MinimizeAll"),
-    plain<command::UndoMinimize>("UndoMinimize"),
-    plain<command::SaveAndClose>("SaveAndClose"),
-    plain<command::AddDesktop>("AddDesktop"),
-    plain<command::DemoTour>("DemoTour"),
-};
-
-/// Whether each command has its one method, in the vocabulary's order.
-consteval bool everyCommandHasOneMethod() {
-  std::size_t next = 0;
-  for (const auto& method : commandTable) {
-    if (!method.withoutText && method.command != next++) {
-      return false;
-    }
-  }
-  return next == std::variant_size_v<SpaceCommand>;
-}
-static_assert(everyCommandHasOneMethod());
-
 using Result = DesktopService::Result;
 using Reply = DesktopService::Reply;
 using Arguments = std::vector<ServiceDescription::Argument>;
+
+/// The command that arguments stand for, which are its members in their order. A text may be left out.
+template <typename Command>
+SpaceCommand commandOf(const PropertyList& arguments) {
+  if constexpr (requires { Command{SpaceRef(), std::optional<std::string>()}; }) {
+    return Command{ScriptingBridge::ref(arguments[0]),
+                   arguments.size() > 1 ? std::optional(arguments[1].get<std::string>()) : std::nullopt};
+  } else if constexpr (requires { Command{SpaceRef()}; }) {
+    return Command{ScriptingBridge::ref(arguments[0])};
+  } else if constexpr (requires { Command{true}; }) {
+    return Command{arguments[0].get<bool>()};
+  } else if constexpr (requires { Command{std::string()}; }) {
+    return Command{arguments[0].get<std::string>()};
+  } else {
+    return Command{};
+  }
+}
+
+/// A method that gives one command, named after it.
+struct CommandMethod {
+  std::string name;
+  Arguments in;
+  SpaceCommand (*make)(const PropertyList& arguments);
+};
+
+/// One for every command; behind those whose text may be absent, which no argument can say, one for that.
+std::vector<CommandMethod> commandMethods() {
+  const ServiceDescription::Argument space{"s", "space"};
+  return {
+      {"SwitchTo", {space}, commandOf<command::SwitchTo>},
+      {"Step", {{"b", "right"}}, commandOf<command::Step>},
+      {"MoveWindow", {space}, commandOf<command::MoveWindow>},
+      {"MoveWindowStep", {{"b", "right"}}, commandOf<command::MoveWindowStep>},
+      {"Rename", {space, {"s", "name"}}, commandOf<command::Rename>},
+      {"AskForName", {space}, commandOf<command::Rename>},
+      {"Note", {space, {"s", "text"}}, commandOf<command::Note>},
+      {"AskForNote", {space}, commandOf<command::Note>},
+      {"Setup", {space}, commandOf<command::Setup>},
+      {"Profile", {{"s", "name"}}, commandOf<command::Profile>},
+      {"Template", {{"s", "name"}}, commandOf<command::Template>},
+      {"Windows", {{"b", "allSpaces"}}, commandOf<command::Windows>},
+      {"RemoveDesktop", {space}, commandOf<command::RemoveDesktop>},
+      {"Notes", {space}, commandOf<command::Notes>},
+      {"Step2D", {{"b", "up"}}, commandOf<command::Step2D>},
+      {"Back", {}, commandOf<command::Back>},
+      {"Overview", {}, commandOf<command::Overview>},
+      {"Settings", {}, commandOf<command::OpenSettings>},
+      {"Diagnostics", {}, commandOf<command::Diagnostics>},
+      {"SaveLayout", {}, commandOf<command::SaveLayout>},
+      {"RestoreLayout", {}, commandOf<command::RestoreLayout>},
+      {"Eject", {}, commandOf<command::Eject>},
+      {"Launcher", {}, commandOf<command::Launcher>},
+      {"Scratchpad", {}, commandOf<command::ToggleScratchpad>},
+      {"MinimizeAll", {}, commandOf<command::MinimizeAll>},
+      {"UndoMinimize", {}, commandOf<command::UndoMinimize>},
+      {"SaveAndClose", {}, commandOf<command::SaveAndClose>},
+      {"AddDesktop", {}, commandOf<command::AddDesktop>},
+      {"DemoTour", {}, commandOf<command::DemoTour>},
+  };
+}
 
 constexpr auto failed = "com.quorvex.Tallowin.Error.Failed";
 constexpr auto notUnderstood = "com.quorvex.Tallowin.Error.NotUnderstood";
@@ -161,14 +117,8 @@ std::string usage(const ServiceDescription::Method& method) {
 }
 
 DesktopMethod methodOf(const CommandMethod& method, const ScriptingBridge& bridge) {
-  Arguments in;
-  for (const auto& [type, name] : method.arguments) {
-    if (!type.empty()) {
-      in.push_back({std::string(type), std::string(name)});
-    }
-  }
   return {commandInterface,
-          {std::string(method.name), in, {}},
+          {method.name, method.in, {}},
           [&bridge, make = method.make](const PropertyList& arguments, const Reply& reply) {
             bridge.send(make(arguments));
             reply(nullptr);
@@ -279,10 +229,6 @@ void addApplicationMethods(std::vector<DesktopMethod>& methods, const ScriptingB
 }
 
 }  // namespace
-
-std::span<const CommandMethod> commandMethods() {
-  return commandTable;
-}
 
 std::vector<DesktopMethod> desktopMethods(const ScriptingBridge& bridge, const OpenURL& openURL,
                                           const CommandChannel::Handler& request, const std::string& folder) {

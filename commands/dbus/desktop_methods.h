@@ -1,12 +1,8 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "commands/command_url.h"
@@ -17,25 +13,6 @@
 #include "platform/property_list.h"
 
 namespace tallowin {
-
-/// The way in which other programs give one command: a method, named after the command.
-struct CommandMethod {
-  struct Argument {
-    std::string_view type;  ///< "s" or "b"; empty for none
-    std::string_view name;
-  };
-
-  std::string_view name;
-  std::size_t command;  ///< the index of what it makes in SpaceCommand
-  /// The command's text can be left out, which no argument can say: this method is the one that does.
-  bool withoutText;
-  std::array<Argument, 2> arguments;
-  /// What it stands for, of arguments that have these types.
-  SpaceCommand (*make)(const PropertyList& arguments);
-};
-
-/// One for every command, in the vocabulary's order; behind those whose text may be absent, one for that.
-[[nodiscard]] std::span<const CommandMethod> commandMethods();
 
 /// The interface with a method for every command and intent.
 inline constexpr auto commandInterface = "com.quorvex.Tallowin";

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "base/scrolling_direction.h"
+#include "base/preferences.h"
 
 namespace tallowin {
 

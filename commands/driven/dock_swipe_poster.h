@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
+#include "base/preferences.h"
 #include "platform/clock.h"
 #include "platform/events.h"
-#include "platform/preferences.h"
 #include "platform/system.h"
 
 namespace tallowin {

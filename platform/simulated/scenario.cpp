@@ -5,7 +5,7 @@
 
 #include "base/date_text.h"
 #include "base/json_text.h"
-#include "base/scrolling_direction.h"
+#include "base/preferences.h"
 #include "base/words.h"
 #include "platform/simulated/scenario_records.h"
 #include "platform/simulated/simulated_loader.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "base/scrolling_direction.h"
+#include "base/preferences.h"
 
 namespace tallowin {
 

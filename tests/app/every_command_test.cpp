@@ -174,8 +174,12 @@ TEST(EveryCommand, IsCarriedOutTheSameWayThroughEveryChannel) {
 }
 
 TEST(EveryCommand, HasAllMethodsOfTheBusAmongItsUses) {
-  for (const auto& method : commandMethods()) {
-    EXPECT_TRUE(std::ranges::any_of(uses, [&](const Use& use) { return use.method == method.name; })) << method.name;
+  const ScriptingBridge bridge;
+  for (const auto& method : desktopMethods(bridge, {}, {}, "")) {
+    const auto& name = method.declared.name;
+    const bool isOther =
+        method.interface != commandInterface || name.ends_with("Intent") || name == "Perform" || name == "Do";
+    EXPECT_TRUE(isOther || std::ranges::any_of(uses, [&](const Use& use) { return use.method == name; })) << name;
   }
 }
 

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/file_preferences.h"
 #include "base/json_text.h"
+#include "base/preferences.h"
 #include "base/settings_table.h"
 #include "platform/simulated/simulated_files.h"
 #include "platform/simulated/virtual_time.h"
@@ -31,7 +31,7 @@ class SettingsTest : public testing::Test {
   SimulatedFiles files{time, time, journal};
   LinesLog log;
   Storage storage{{files, time, nullptr, time, log}};
-  FilePreferences preferences{storage, files, time, file, [](std::string_view) { return std::nullopt; }};
+  Preferences preferences{storage, files, time, file, [](std::string_view) { return std::nullopt; }};
   Settings settings{preferences};
 };
 

@@ -82,7 +82,7 @@ void readPreferences(Machine& machine) {
   auto values = machine.preferences.persistentDomain();
   require(machine.preferences.setObject("gridColumns", 3), "a setting can be set whatever stands in the file");
   values["gridColumns"] = 3;
-  FilePreferences again(machine.storage, machine.files(), machine.time, preferencesFile, {});
+  Preferences again(machine.storage, machine.files(), machine.time, preferencesFile, {});
   require(again.persistentDomain() == values, "settings survive a save");
 }
 

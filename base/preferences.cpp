@@ -1,13 +1,22 @@
-#include "base/file_preferences.h"
+#include "base/preferences.h"
 
 #include <utility>
 
 #include "base/json_text.h"
+#include "base/property_list_reading.h"
 
 namespace tallowin {
 
-FilePreferences::FilePreferences(Storage& storage, Files& files, MainQueue& mainQueue, std::filesystem::path file,
-                                 GlobalPreferences global)
+bool isNaturalScrolling(const std::optional<PropertyList>& preference) {
+  if (!preference) {
+    return true;
+  }
+  const auto flag = property_list::boolean(*preference);
+  return flag ? *flag : property_list::integer(*preference).value_or(1) != 0;
+}
+
+Preferences::Preferences(Storage& storage, Files& files, MainQueue& mainQueue, std::filesystem::path file,
+                         GlobalPreferences global)
     : files_(files),
       mainQueue_(mainQueue),
       path_(std::move(file)),
@@ -20,7 +29,7 @@ FilePreferences::FilePreferences(Storage& storage, Files& files, MainQueue& main
   };
 }
 
-std::optional<PropertyList> FilePreferences::objectForKey(std::string_view key) {
+std::optional<PropertyList> Preferences::objectForKey(std::string_view key) {
   lookOncePerTurn();
   if (const auto unsaved = unsaved_.find(key); unsaved != unsaved_.end()) {
     return unsaved->second;
@@ -29,34 +38,34 @@ std::optional<PropertyList> FilePreferences::objectForKey(std::string_view key) 
   return found != values_.end() ? std::optional(found->second) : std::nullopt;
 }
 
-bool FilePreferences::setObject(std::string_view key, PropertyList value) {
+bool Preferences::setObject(std::string_view key, PropertyList value) {
   return change({{std::string(key), std::move(value)}});
 }
 
-bool FilePreferences::setObjects(const std::map<std::string, PropertyList>& values) {
+bool Preferences::setObjects(const std::map<std::string, PropertyList>& values) {
   return change({values.begin(), values.end()});
 }
 
-bool FilePreferences::removeObject(std::string_view key) {
+bool Preferences::removeObject(std::string_view key) {
   return objectForKey(key) ? change({{std::string(key), std::nullopt}}) : !unsaved_.contains(key);
 }
 
-std::optional<std::string> FilePreferences::fault() {
+std::optional<std::string> Preferences::fault() {
   readIfChanged();
   return file_.fault();
 }
 
-std::map<std::string, PropertyList> FilePreferences::persistentDomain() {
+std::map<std::string, PropertyList> Preferences::persistentDomain() {
   readIfChanged();
   return {values_.begin(), values_.end()};
 }
 
-void FilePreferences::synchronize() {
+void Preferences::synchronize() {
   readIfChanged();
   tellIfChanged();
 }
 
-Subscription FilePreferences::observe(std::function<void()> observer) {
+Subscription Preferences::observe(std::function<void()> observer) {
   if (watch_ == nullptr) {
     readIfChanged();
     told_ = current();
@@ -68,19 +77,15 @@ Subscription FilePreferences::observe(std::function<void()> observer) {
   return changed_.subscribe(std::move(observer));
 }
 
-std::optional<PropertyList> FilePreferences::CFPreferencesCopyValue(std::string_view key) {
-  return global_(key);
-}
-
 /// Many settings are read in one turn.
-void FilePreferences::lookOncePerTurn() {
+void Preferences::lookOncePerTurn() {
   if (!std::exchange(*looked_, true)) {
     readIfChanged();
     mainQueue_.async([looked = looked_] { *looked = false; });
   }
 }
 
-void FilePreferences::readIfChanged() {
+void Preferences::readIfChanged() {
   const auto stamp = files_.stamp(path_);
   if (stamp != stamp_) {
     stamp_ = stamp;
@@ -88,7 +93,7 @@ void FilePreferences::readIfChanged() {
   }
 }
 
-void FilePreferences::read() {
+void Preferences::read() {
   auto values = file_.read([](std::string_view text) -> std::expected<Values, std::string> {
     const auto json = parseJSON(text);
     if (json && json->is_object()) {
@@ -105,7 +110,7 @@ void FilePreferences::read() {
   }
 }
 
-bool FilePreferences::change(Edits edits) {
+bool Preferences::change(Edits edits) {
   edits.merge(unsaved_);
   unsaved_ = std::move(edits);
   const bool saved = file_.write([this] { return textToWrite(); }).has_value();
@@ -115,7 +120,7 @@ bool FilePreferences::change(Edits edits) {
 }
 
 /// What others have written since the last look stays, but for the keys that are to be changed.
-RecordFile::Text FilePreferences::textToWrite() {
+RecordFile::Text Preferences::textToWrite() {
   // The lock file lies in the folder. A folder that cannot be made is told by the write.
   static_cast<void>(files_.createDirectory(path_.parent_path(), privateFolder));
   auto lock = std::make_shared<Subscription>(files_.lock(path_.string() + ".lock"));
@@ -123,7 +128,7 @@ RecordFile::Text FilePreferences::textToWrite() {
   return [lock = std::move(lock), values = current()] { return prettyJSON(values); };
 }
 
-FilePreferences::Values FilePreferences::current() const {
+Preferences::Values Preferences::current() const {
   auto values = values_;
   for (const auto& [key, value] : unsaved_) {
     if (value) {
@@ -135,7 +140,7 @@ FilePreferences::Values FilePreferences::current() const {
   return values;
 }
 
-void FilePreferences::tellIfChanged() {
+void Preferences::tellIfChanged() {
   if (auto values = current(); values != told_) {
     told_ = std::move(values);
     changed_.tell();
