@@ -16,7 +16,6 @@
 #include "core/space.h"
 #include "core/space_store.h"
 #include "platform/files.h"
-#include "platform/folders.h"
 #include "platform/log.h"
 #include "platform/pinned.h"
 #include "platform/workspace.h"

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "platform/files.h"
-#include "platform/folders.h"
 
 namespace tallowin {
 

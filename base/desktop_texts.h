@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/desktop_facts.h"
+#include "platform/desktop.h"
 
 namespace tallowin {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/log.h"
-#include "platform/toasts.h"
+#include "platform/messages.h"
 
 namespace tallowin {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/alerts.h"
 #include "platform/log.h"
+#include "platform/messages.h"
 #include "platform/subscription.h"
 
 namespace tallowin {

@@ -9,6 +9,7 @@
 
 #include "platform/property_list.h"
 
+/// Total reading of property lists: a value of another type, or one that does not fit, reads as absent.
 namespace tallowin::property_list {
 
 /// The member of a dictionary; null when `value` is no dictionary or has no such key. Valid as long as `value`.

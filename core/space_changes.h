@@ -10,7 +10,7 @@
 #include "core/program_services.h"
 #include "core/space_store.h"
 #include "core/space_watcher.h"
-#include "platform/desktop_names.h"
+#include "platform/desktop.h"
 
 namespace tallowin {
 

@@ -10,8 +10,8 @@
 #include "base/settings.h"
 #include "base/subscriptions.h"
 #include "core/space_provider.h"
-#include "platform/desktop_facts.h"
-#include "platform/folders.h"
+#include "platform/desktop.h"
+#include "platform/files.h"
 #include "platform/notification_center.h"
 
 namespace tallowin {

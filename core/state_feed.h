@@ -10,7 +10,7 @@
 #include "core/program_services.h"
 #include "core/space_changes.h"
 #include "core/space_state.h"
-#include "platform/command_channel.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

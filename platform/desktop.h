@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -134,6 +135,83 @@ class AskedDesktop : public Desktop {
   /// others stay where they are. The only Space is not removed. While this, or any request of several steps, is under
   /// way everybody reads the Spaces as they were before, and no sign is given.
   virtual void removeSpace(ManagedSpaceID space, Completion completion) = 0;
+};
+
+/// How desktops are switched, added and removed and windows are moved to them.
+enum class DesktopKind {
+  driven,  ///< as a user does it: by gestures, keys and the buttons of Mission Control
+  asked    ///< by requests to the window manager
+};
+
+/// The program that manages the windows.
+struct WindowManagerFacts {
+  std::string name;     ///< as it calls itself; empty when it does not say
+  std::string version;  ///< such as "3.6.1"; empty when it cannot be found out
+  /// What this program uses of the Extended Window Manager Hints and the window manager does not claim to support, by
+  /// the names of the hints (_NET_SUPPORTED).
+  std::vector<std::string> missingHints;
+  bool operator==(const WindowManagerFacts&) const = default;
+};
+
+/// One item of the set-up checklist: something that must be right for everything to work.
+struct SetUpCheck {
+  std::string title;  ///< a few words
+  bool ok = false;
+  std::string finding = {};  ///< how it is, in whole sentences
+  std::string advice = {};   ///< what to do about it, in whole sentences; empty where there is nothing to be done
+  bool operator==(const SetUpCheck&) const = default;
+};
+
+/// What the desktop is, for reports. Main thread only.
+class DesktopFacts {
+ public:
+  virtual ~DesktopFacts() = default;
+
+  /// The running window manager; nothing while none runs, and on systems where it is part of the system. May run a
+  /// program to find out its version, and wait for it.
+  virtual std::optional<WindowManagerFacts> windowManager() = 0;
+
+  /// What of it the program works with, and what it lacks. May wait for other programs, a second at most.
+  virtual std::vector<SetUpCheck> checks() = 0;
+};
+
+/// Shows the user's names of Spaces where the desktop system itself names them: in pagers and bars. Main thread only.
+class DesktopNames {
+ public:
+  virtual ~DesktopNames() = default;
+
+  /// The names that the user gave, by managed id of the Space; every other Space keeps the desktop system's own name.
+  /// They take the place of the names published before, are remembered, and are shown again when the desktop changes.
+  virtual void publish(const std::map<ManagedSpaceID, std::string>& names) = 0;
+
+  /// The desktop system's own names, by managed id, of those Spaces that it has a name for beyond a default: its
+  /// number, or what it calls all of them with their numbers behind. Names that were published are none of them.
+  [[nodiscard]] virtual const std::map<ManagedSpaceID, std::string>& ownNames() = 0;
+
+  /// Calls `observer` when ownNames() may have become others.
+  virtual Subscription observeOwnNames(std::function<void()> observer) = 0;
+};
+
+/// Which Space stands where, on systems that know desktops by their places only, so that the program itself keeps who
+/// is who. Ids are managed ids, from left to right. Main thread only.
+class SpacePlaces {
+ public:
+  virtual ~SpacePlaces() = default;
+
+  /// The Spaces that there are; nothing where Spaces have an identity of their own, or none are known.
+  [[nodiscard]] virtual std::optional<std::vector<ManagedSpaceID>> places() = 0;
+
+  /// Those that are away for now, and come back when there are more desktops again.
+  [[nodiscard]] virtual std::vector<ManagedSpaceID> parked() = 0;
+
+  /// The desktops get the ids that another list has at their places, as when the records of another machine are taken
+  /// over; windows stay where they are. Ids that are left over wait for more desktops. Does nothing where there are no
+  /// places.
+  virtual void adopt(const std::vector<ManagedSpaceID>& spaces) = 0;
+
+  /// Makes desktops again for those of the list that were removed, and puts all into its order, with their windows;
+  /// desktops that the list does not have follow. False when that is not possible here, or not seen to happen yet.
+  virtual bool restore(const std::vector<ManagedSpaceID>& spaces) = 0;
 };
 
 }  // namespace tallowin

@@ -2,9 +2,72 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
-#include "platform/core_foundation.h"
 #include "platform/identifiers.h"
+#include "platform/property_list.h"
+
+namespace tallowin {
+
+/// A counted reference to a CoreFoundation object; null is none.
+using CFTypeRef = const void*;
+
+/// What passes between C functions of the system and property lists. Main thread only, except CFRelease and the
+/// conversions, which any thread may call.
+class CoreFoundation {
+ public:
+  virtual ~CoreFoundation() = default;
+
+  /// A copy of the object as a property list; null for a null reference and for objects of other kinds.
+  virtual PropertyList propertyList(CFTypeRef object) = 0;
+
+  /// A new object with one reference, which the caller releases; null when it cannot be made. Integers become 32-bit
+  /// signed numbers where they fit, else 64-bit ones.
+  virtual CFTypeRef create(const PropertyList& value) = 0;
+
+  /// The elements of an array of references that are no property lists, such as devices. Borrowed from the array.
+  virtual std::vector<const void*> elements(CFTypeRef array) = 0;
+
+  /// Gives up one reference. A null reference is ignored.
+  virtual void CFRelease(CFTypeRef object) = 0;
+};
+
+/// An opened library. Null is none.
+using LibraryHandle = void*;
+
+/// An image (executable or library) that is loaded into this process.
+struct LoadedImage {
+  std::string path;
+  std::span<const std::byte> bytes;  ///< from its header on, as mapped; valid while the image stays loaded
+  std::int64_t slide = 0;            ///< how far it was moved from the addresses that it was linked for
+  std::uint64_t loadAddress = 0;     ///< the address of bytes[0] in this process
+};
+
+/// Finds functions by name at run time (dlfcn.h, mach-o/dyld.h). Any thread.
+class DynamicLoader {
+ public:
+  /// Mode bits of open(), with their values in the dlfcn.h of the system that the libraries belong to.
+  static constexpr int lazy = 1;
+  static constexpr int noLoad = 16;
+
+  virtual ~DynamicLoader() = default;
+
+  /// The library at `path`; null when it cannot be opened or, with `noLoad`, is not loaded already.
+  virtual LibraryHandle open(std::string_view path, int mode) = 0;
+
+  /// The address of a symbol in a library, or in the process's default namespace when `library` is null; null when
+  /// there is none.
+  virtual void* symbol(LibraryHandle library, std::string_view name) = 0;
+
+  /// The loaded images, in load order; empty where the system does not tell.
+  virtual std::vector<LoadedImage> loadedImages() = 0;
+};
+
+}  // namespace tallowin
 
 /// The C signatures of the functions that are looked up by name at run time, and the places where they live. Errors are
 /// CGError, OSStatus or AXError: 0 is success.

@@ -10,7 +10,7 @@
 #include "base/preferences.h"
 #include "base/settings.h"
 #include "platform/log.h"
-#include "platform/toasts.h"
+#include "platform/messages.h"
 #include "presentation/presentation.h"
 #include "triggers/triggers.h"
 

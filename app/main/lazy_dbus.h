@@ -10,10 +10,10 @@
 #include "platform/clock.h"
 #include "platform/dbus/dbus_module.h"
 #include "platform/descriptors.h"
-#include "platform/desktop_service.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
-#include "platform/toasts.h"
+#include "platform/messages.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

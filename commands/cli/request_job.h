@@ -13,7 +13,7 @@
 #include "commands/cli/request_words.h"
 #include "commands/commands_under_way.h"
 #include "commands/outcome.h"
-#include "platform/command_channel.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -8,9 +8,8 @@
 #include "commands/command_url.h"
 #include "commands/scripting/scripting_bridge.h"
 #include "commands/space_command.h"
-#include "platform/command_channel.h"
-#include "platform/desktop_service.h"
 #include "platform/property_list.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

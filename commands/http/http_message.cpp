@@ -4,7 +4,7 @@
 #include <bit>
 
 #include "base/unicode.h"
-#include "platform/tcp_listener.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -10,7 +10,7 @@
 
 #include "commands/space_command.h"
 #include "platform/property_list.h"
-#include "platform/script_events.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -5,7 +5,6 @@
 
 #include "core/driven/private_function.h"
 #include "core/driven/window_moves.h"
-#include "platform/core_foundation.h"
 #include "platform/private_functions.h"
 #include "platform/window_server.h"
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/dynamic_loader.h"
+#include "platform/private_functions.h"
 
 namespace tallowin {
 

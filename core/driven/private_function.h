@@ -6,8 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/core_foundation.h"
-#include "platform/dynamic_loader.h"
 #include "platform/private_functions.h"
 
 // What calls of C functions need that are found by name.

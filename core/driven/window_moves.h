@@ -3,7 +3,6 @@
 #include <mutex>
 
 #include "core/driven/private_function.h"
-#include "platform/core_foundation.h"
 #include "platform/private_functions.h"
 
 namespace tallowin {

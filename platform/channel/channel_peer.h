@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/channel/channel_protocol.h"
-#include "platform/command_channel.h"
+#include "platform/ways_in.h"
 #include "platform/descriptors.h"
 #include "platform/main_queue.h"
 #include "platform/pinned.h"

@@ -7,7 +7,7 @@
 
 #include "platform/channel/channel_folder.h"
 #include "platform/channel/channel_peer.h"
-#include "platform/command_channel.h"
+#include "platform/ways_in.h"
 #include "platform/descriptors.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"

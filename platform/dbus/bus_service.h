@@ -12,9 +12,9 @@
 #include "platform/clock.h"
 #include "platform/dbus/bus_link.h"
 #include "platform/dbus/bus_values.h"
-#include "platform/desktop_service.h"
 #include "platform/log.h"
 #include "platform/pinned.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

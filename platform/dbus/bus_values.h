@@ -6,9 +6,9 @@
 #include <systemd/sd-bus.h>
 #include <vector>
 
-#include "platform/desktop_service.h"
 #include "platform/pinned.h"
 #include "platform/property_list.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -3,10 +3,10 @@
 #include "base/pending_alerts.h"
 #include "platform/clock.h"
 #include "platform/descriptors.h"
-#include "platform/desktop_service.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
-#include "platform/toasts.h"
+#include "platform/messages.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -15,7 +15,7 @@
 #include "platform/dbus/notification_service.h"
 #include "platform/log.h"
 #include "platform/pinned.h"
-#include "platform/toasts.h"
+#include "platform/messages.h"
 
 namespace tallowin {
 

@@ -19,7 +19,7 @@
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/pinned.h"
-#include "platform/tcp_listener.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -2,23 +2,16 @@
 
 #include <functional>
 
-#include "platform/alerts.h"
-#include "platform/apple_script.h"
-#include "platform/command_channel.h"
 #include "platform/desktop.h"
-#include "platform/desktop_facts.h"
-#include "platform/desktop_names.h"
-#include "platform/desktop_service.h"
 #include "platform/displays.h"
 #include "platform/events.h"
 #include "platform/global_hot_keys.h"
+#include "platform/images.h"
+#include "platform/messages.h"
 #include "platform/notification_center.h"
 #include "platform/pasteboard.h"
-#include "platform/screen_capture.h"
-#include "platform/script_events.h"
-#include "platform/space_places.h"
 #include "platform/system.h"
-#include "platform/url_events.h"
+#include "platform/ways_in.h"
 #include "platform/windows.h"
 #include "platform/workspace.h"
 

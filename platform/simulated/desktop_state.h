@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/desktop_facts.h"
+#include "platform/desktop.h"
 #include "platform/geometry.h"
 #include "platform/identifiers.h"
 #include "platform/main_queue.h"

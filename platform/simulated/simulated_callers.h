@@ -6,13 +6,9 @@
 #include <set>
 #include <string>
 
-#include "platform/command_channel.h"
-#include "platform/desktop_service.h"
-#include "platform/script_events.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
-#include "platform/tcp_listener.h"
-#include "platform/url_events.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

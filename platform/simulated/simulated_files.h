@@ -11,7 +11,6 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/folders.h"
 #include "platform/main_queue.h"
 #include "platform/property_list.h"
 #include "platform/simulated/journal.h"

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/core_foundation.h"
 #include "platform/geometry.h"
 #include "platform/main_queue.h"
 #include "platform/private_functions.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/dynamic_loader.h"
+#include "platform/private_functions.h"
 #include "platform/simulated/simulated_functions.h"
 
 namespace tallowin {

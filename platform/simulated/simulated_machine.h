@@ -3,14 +3,14 @@
 #include <functional>
 #include <random>
 
-#include "platform/apple_script.h"
-#include "platform/desktop_facts.h"
+#include "platform/desktop.h"
 #include "platform/displays.h"
 #include "platform/log.h"
 #include "platform/processes.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
 #include "platform/system.h"
+#include "platform/workspace.h"
 
 namespace tallowin {
 

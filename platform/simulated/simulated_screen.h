@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/screen_capture.h"
+#include "platform/driven_services.h"
+#include "platform/images.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
-#include "platform/window_list.h"
 
 namespace tallowin {
 

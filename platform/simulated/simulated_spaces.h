@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "base/desktop_places.h"
+#include "platform/desktop.h"
 #include "platform/main_queue.h"
 #include "platform/simulated/desktop_state.h"
 #include "platform/simulated/journal.h"
 #include "platform/simulated/scenario.h"
 #include "platform/simulated/simulated_files.h"
-#include "platform/space_places.h"
 #include "platform/window_server.h"
 
 namespace tallowin {

@@ -7,11 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/alerts.h"
-#include "platform/desktop_names.h"
+#include "platform/desktop.h"
+#include "platform/messages.h"
 #include "platform/pasteboard.h"
 #include "platform/simulated/journal.h"
-#include "platform/toasts.h"
 #include "presentation/presentation.h"
 #include "triggers/triggers.h"
 

@@ -12,7 +12,6 @@
 
 #include "platform/desktop.h"
 #include "platform/main_queue.h"
-#include "platform/space_places.h"
 #include "platform/x11/x11_applications.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_names.h"

@@ -6,7 +6,7 @@
 #include <vector>
 #include <xcb/xcb.h>
 
-#include "platform/desktop_facts.h"
+#include "platform/desktop.h"
 #include "platform/processes.h"
 #include "platform/x11/x11_desktop_reader.h"
 #include "platform/x11/x11_window_reader.h"

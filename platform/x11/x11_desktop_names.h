@@ -9,7 +9,7 @@
 
 #include "base/broadcaster.h"
 #include "platform/clock.h"
-#include "platform/desktop_names.h"
+#include "platform/desktop.h"
 #include "platform/main_queue.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"

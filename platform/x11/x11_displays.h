@@ -11,7 +11,6 @@
 #include "platform/displays.h"
 #include "platform/images.h"
 #include "platform/main_queue.h"
-#include "platform/screen_capture.h"
 #include "platform/x11/x11_connection.h"
 #include "platform/x11/x11_desktop_reader.h"
 

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "base/scrolling_direction.h"
+#include "base/preferences.h"
 #include "commands/driven/dock_swipe_poster.h"
 #include "tests/simulated_program.h"
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/property_list_reading.h"
-#include "platform/window_list.h"
+#include "platform/driven_services.h"
 
 namespace tallowin {
 
