@@ -58,14 +58,11 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); }}),
       feed_(services_, changes_, appNames(windows_.contents)),
-      commandRequests_(
-          {services_, performer_, underWay_, [this](const std::string& url) { return handleURLEvent(url); }}),
-      spaceRequests_(services_, feed_, appNames(windows_.contents)),
-      requests_(answers(), underWay_),
+      answers_(answers()),
       desktopObject_(
           services_, changes_, underWay_, scripting_, [this](const std::string& url) { return handleURLEvent(url); },
           [this](const Request& request, std::unique_ptr<Caller> caller) {
-            requests_.handle(request, std::move(caller));
+            handleRequest(answers_, underWay_, request, std::move(caller));
           }),
       localAPI_(platform_, paths_, settings, options.port) {
   localAPI_.onCommand = [this](const SpaceCommand& command) { perform(command); };
@@ -103,7 +100,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   onboarding_ = platform_.mainQueue.after(onboardingDelay, [this] { runOnboardingIfNeeded(); });
   platform_.commandChannel.setHandler([this](const Request& request, std::unique_ptr<Caller> caller) {
     platform_.preferences.synchronize();  // whoever has just changed a setting waits for the answer to know it used
-    requests_.handle(request, std::move(caller));
+    handleRequest(answers_, underWay_, request, std::move(caller));
   });
 }
 
@@ -263,8 +260,9 @@ void AppDelegate::willSwitch(const SpaceSnapshot& snapshot) {
 
 RequestTable AppDelegate::answers() {
   RequestTable table;
-  commandRequests_.addTo(table);
-  spaceRequests_.addTo(table);
+  addCommandRequests(table, services_, performer_, underWay_,
+                     [this](const std::string& url) { return handleURLEvent(url); });
+  addSpaceRequests(table, services_, feed_, appNames(windows_.contents));
   addWindowRequests(table, services_, windows_);
   addRecordRequests(table, services_, records_, [this](const SpaceCommand& command, OutcomeHandler done) {
     performer_.perform(command, {}, std::move(done));

@@ -104,9 +104,7 @@ class AppDelegate {
   WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;
-  CommandRequests commandRequests_;
-  SpaceRequests spaceRequests_;
-  RequestHandler requests_;
+  const RequestTable answers_;
   ScriptingBridge scripting_;
   DesktopObject desktopObject_;
   LocalAPI localAPI_;

@@ -126,11 +126,7 @@ std::string readLaunch(const Given& given, CommandLine& line) {
   }
   const auto& tabs = settingsTabs;
   if (line.settingsTab && std::ranges::find(tabs, *line.settingsTab) == tabs.end()) {
-    std::string names;
-    for (const auto tab : tabs) {
-      names.append(names.empty() ? "" : ", ").append(tab);
-    }
-    line.warning = "--settings is one of " + names + ", not \"" + *line.settingsTab + "\"";
+    line.warning = "--settings is one of " + joined(tabs, ", ") + ", not \"" + *line.settingsTab + "\"";
     line.settingsTab.reset();
   }
   return "";

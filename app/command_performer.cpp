@@ -219,51 +219,65 @@ void CommandPerformer::switchTo(const Space& space, const CommandAnswer& answer)
   }
 }
 
-void CommandRequests::addTo(RequestTable& table) {
-  table[RequestKind::url] = [this](const RequestJob& job) { openURL(job); };
-  table[RequestKind::command] = [this](const RequestJob& job) { perform(job); };
-}
+namespace {
 
-void CommandRequests::openURL(const RequestJob& job) const {
-  if (const auto fault = services_.openURL(job.words.operands.front())) {
-    job.fail(fault->message, exitStatus(*fault));
-  } else {
-    job.succeed();
-  }
-}
+struct CommandRequests {
+  const ProgramServices& services;
+  CommandPerformer& performer;
+  CommandsUnderWay& underWay;
+  const std::function<std::optional<URLFault>(const std::string& url)> openURL;
 
-void CommandRequests::perform(const RequestJob& job) const {
-  const auto command = commandOf(job.words);
-  if (const auto* const switching = std::get_if<command::SwitchTo>(&command)) {
-    switchTo(job, *switching);
-    return;
-  }
-  const bool isSaved = std::holds_alternative<command::Rename>(command);
-  services_.performer.perform(command, {job.words.has("--follow")},
-                              [job, isSaved, &storage = services_.program.storage](const Outcome& outcome) {
-                                if (isSaved && outcome.kind == Outcome::Kind::done) {
-                                  job.succeedOnceSaved(storage);
-                                } else {
-                                  job.end(outcome);
-                                }
-                              });
-}
-
-/// Where the Space is active already nothing is asked for, as the command might lead back to the Space before.
-void CommandRequests::switchTo(const RequestJob& job, const command::SwitchTo& command) const {
-  services_.underWay.whenSettled([this, job, command] {
-    if (isActive(command.space)) {
-      job.succeed();
+  void open(const RequestJob& job) const {
+    if (const auto fault = openURL(job.words.operands.front())) {
+      job.fail(fault->message, exitStatus(*fault));
     } else {
-      services_.performer.perform(command, {}, [job](const Outcome& outcome) { job.end(outcome); });
+      job.succeed();
     }
-  });
-}
+  }
 
-bool CommandRequests::isActive(const SpaceRef& ref) const {
-  services_.program.watcher.refresh();
-  const auto space = resolve(ref, services_.program.watcher.latest(), services_.program.store);
-  return space && space->isActive;
+  void perform(const RequestJob& job) const {
+    const auto command = commandOf(job.words);
+    if (const auto* const switching = std::get_if<command::SwitchTo>(&command)) {
+      switchTo(job, *switching);
+      return;
+    }
+    const bool isSaved = std::holds_alternative<command::Rename>(command);
+    performer.perform(command, {job.words.has("--follow")},
+                      [job, isSaved, &storage = services.storage](const Outcome& outcome) {
+                        if (isSaved && outcome.kind == Outcome::Kind::done) {
+                          job.succeedOnceSaved(storage);
+                        } else {
+                          job.end(outcome);
+                        }
+                      });
+  }
+
+  /// Where the Space is active already nothing is asked for, as the command might lead back to the Space before.
+  void switchTo(const RequestJob& job, const command::SwitchTo& command) const {
+    underWay.whenSettled([*this, job, command] {
+      if (isActive(command.space)) {
+        job.succeed();
+      } else {
+        performer.perform(command, {}, [job](const Outcome& outcome) { job.end(outcome); });
+      }
+    });
+  }
+
+  bool isActive(const SpaceRef& ref) const {
+    services.watcher.refresh();
+    const auto space = resolve(ref, services.watcher.latest(), services.store);
+    return space && space->isActive;
+  }
+};
+
+}  // namespace
+
+void addCommandRequests(RequestTable& table, const ProgramServices& services, CommandPerformer& performer,
+                        CommandsUnderWay& underWay,
+                        const std::function<std::optional<URLFault>(const std::string& url)>& openURL) {
+  const CommandRequests answers{services, performer, underWay, openURL};
+  table[RequestKind::url] = std::bind_front(&CommandRequests::open, answers);
+  table[RequestKind::command] = std::bind_front(&CommandRequests::perform, answers);
 }
 
 }  // namespace tallowin

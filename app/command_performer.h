@@ -12,7 +12,6 @@
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
-#include "commands/stepping.h"
 #include "core/program_services.h"
 #include "core/space_history.h"
 #include "windows/window_commands.h"
@@ -69,30 +68,10 @@ class CommandPerformer {
   std::map<std::string, Switch> switches_;  ///< the latest, by display
 };
 
-/// Requests that are commands: in words, whose outcome is waited for, and as URLs, of which it is told what is known at
-/// once. Main thread only.
-class CommandRequests {
- public:
-  struct Services {
-    const ProgramServices& program;
-    CommandPerformer& performer;
-    CommandsUnderWay& underWay;
-    /// Performs a URL, or answers why not.
-    std::function<std::optional<URLFault>(const std::string& url)> openURL;
-  };
-
-  explicit CommandRequests(Services services) : services_(std::move(services)) {}
-
-  /// Makes this the one who answers them. It must outlive the table.
-  void addTo(RequestTable& table);
-
- private:
-  void openURL(const RequestJob& job) const;
-  void perform(const RequestJob& job) const;
-  void switchTo(const RequestJob& job, const command::SwitchTo& command) const;
-  [[nodiscard]] bool isActive(const SpaceRef& ref) const;
-
-  const Services services_;
-};
+/// Adds the requests that are commands: in words, whose outcome is waited for, and as URLs, of which it is told what is
+/// known at once. `openURL` performs a URL, or answers why not.
+void addCommandRequests(RequestTable& table, const ProgramServices& services, CommandPerformer& performer,
+                        CommandsUnderWay& underWay,
+                        const std::function<std::optional<URLFault>(const std::string& url)>& openURL);
 
 }  // namespace tallowin

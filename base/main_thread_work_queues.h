@@ -4,8 +4,7 @@
 
 namespace tallowin {
 
-/// Work queues whose work runs on the main queue, in its order, so that services of one thread
-/// need no locks. needs no locks. The main
+/// Work queues whose work runs on the main queue, in its order, so that services of one thread need no locks. The main
 /// queue must outlive the queues made here. Main thread only.
 class MainThreadWorkQueues : public WorkQueues {
  public:

@@ -27,11 +27,6 @@ enum class HUDPosition { top, center, bottom };
 enum class MenuBarStyle { name, number, numberAndName, iconOnly, strip, dots };
 enum class HotCorner { none, topLeft, topRight, bottomLeft, bottomRight };
 
-/// Whether the menu-bar item shows every Space and not only the active one.
-[[nodiscard]] constexpr bool showsAllSpaces(MenuBarStyle style) {
-  return style == MenuBarStyle::strip || style == MenuBarStyle::dots;
-}
-
 /// The stored texts of an enumeration's cases, in their order.
 template <typename Enumeration>
 inline constexpr std::array<std::string_view, 0> storedTexts{};

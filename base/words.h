@@ -1,11 +1,13 @@
 #pragma once
 
 #include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tallowin {
 
@@ -52,5 +54,28 @@ using RandomBits = std::function<std::uint64_t()>;
 
 /// A random UUID (RFC 9562, version 4) as text, in upper case: "7C0E2B4A-93D1-4F6E-8A05-1B2C3D4E5F60".
 [[nodiscard]] std::string randomUUID(const RandomBits& random);
+
+/// Lines of cells for reading in a terminal.
+class TextTable {
+ public:
+  enum class Alignment { left, right };
+
+  struct Column {
+    Alignment alignment = Alignment::left;
+    std::size_t gap = 2;  ///< so many blanks before it, but for the first one
+  };
+
+  explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+  /// Adds a line, with one cell for each column. What would move the cursor is taken out.
+  void add(const std::vector<std::string>& cells);
+
+  /// The lines, columns aligned, without blanks at the ends.
+  [[nodiscard]] std::string text() const;
+
+ private:
+  std::vector<Column> columns_;
+  std::vector<std::vector<std::string>> rows_;
+};
 
 }  // namespace tallowin

@@ -1,10 +1,11 @@
 #include "core/space_state.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "base/date_text.h"
-#include "base/text_table.h"
 #include "base/unicode.h"
+#include "base/words.h"
 
 namespace tallowin {
 
@@ -37,11 +38,8 @@ std::expected<SpaceFormat::Field, std::string> SpaceFormat::fieldNamed(std::stri
   if (found != placeholders().end()) {
     return found->field;
   }
-  std::string known;
-  for (const auto& each : placeholders()) {
-    known.append(known.empty() ? "" : ", ").append(each.name);
-  }
-  return std::unexpected("--format knows no {" + std::string(name) + "}; there are " + known);
+  return std::unexpected("--format knows no {" + std::string(name) + "}; there are " +
+                         joined(placeholders() | std::views::transform(&Placeholder::name), ", "));
 }
 
 std::expected<SpaceFormat, std::string> SpaceFormat::parse(std::string_view text) {

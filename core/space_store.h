@@ -19,7 +19,7 @@
 namespace tallowin {
 
 /// Owns what the user has said about the Spaces, and is the only one to name a Space. Every change is told at once, and
-/// saved 0.3 s after the last of a run of them, on a queue of its own. Main thread only.
+/// saved 0.3 s after the last of a run of them. Main thread only.
 class SpaceStore {
  public:
   struct Services {

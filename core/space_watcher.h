@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "base/broadcaster.h"
 #include "base/lifetime.h"
-#include "base/published.h"
 #include "base/replaced_file_watch.h"
 #include "base/settings.h"
 #include "base/subscriptions.h"

@@ -11,8 +11,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include "base/broadcaster.h"
 #include "base/lifetime.h"
-#include "base/published.h"
 #include "base/subscriptions.h"
 #include "core/space_state.h"
 #include "platform/geometry.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "commands/space_command.h"
-#include "commands/stepping.h"
+#include "commands/space_switcher.h"
 
 namespace tallowin {
 

@@ -2,23 +2,24 @@
 
 namespace tallowin {
 
-void RequestHandler::handle(const Request& request, std::unique_ptr<Caller> caller) const {
+void handleRequest(const RequestTable& answers, CommandsUnderWay& underWay, const Request& request,
+                   std::unique_ptr<Caller> caller) {
   auto words = readRequestWords(request.arguments);
   const RequestJob job{words.value_or(RequestWords()), std::move(caller), request.workingDirectory};
   if (!words) {
     job.fail(words.error(), exit_status::usage);
     return;
   }
-  auto answer = [this, job] { answers_.at(job.words.kind)(job); };
+  auto answer = [&answers, job] { answers.at(job.words.kind)(job); };
   switch (job.words.nature()) {
     case RequestNature::control:
       answer();
       break;
     case RequestNature::action:
-      underWay_.whenStarted(std::move(answer));
+      underWay.whenStarted(std::move(answer));
       break;
     case RequestNature::query:
-      underWay_.whenSettled(std::move(answer));
+      underWay.whenSettled(std::move(answer));
       break;
   }
 }

@@ -96,20 +96,10 @@ template <typename Named>
 /// Who answers which kind of request.
 using RequestTable = std::map<RequestKind, std::function<void(RequestJob)>>;
 
-/// Does what other programs of the user's ask the running instance for. Main thread only.
-class RequestHandler {
- public:
-  /// `answers` holds every kind of request.
-  RequestHandler(RequestTable answers, CommandsUnderWay& underWay)
-      : answers_(std::move(answers)), underWay_(underWay) {}
-
-  /// At once, or, where that is still waited for, when there is a snapshot and, for what is asked, when what was
-  /// commanded before has happened.
-  void handle(const Request& request, std::unique_ptr<Caller> caller) const;
-
- private:
-  const RequestTable answers_;
-  CommandsUnderWay& underWay_;
-};
+/// Answers what another program of the user's asks for: at once, or, where that is still waited for, when there is a
+/// snapshot and, for what is asked, when what was commanded before has happened. `answers` holds every kind of request,
+/// and outlives them.
+void handleRequest(const RequestTable& answers, CommandsUnderWay& underWay, const Request& request,
+                   std::unique_ptr<Caller> caller);
 
 }  // namespace tallowin

@@ -1,5 +1,7 @@
 #include "commands/cli/space_requests.h"
 
+#include <functional>
+
 #include "base/json_text.h"
 #include "base/unicode.h"
 #include "base/url.h"
@@ -29,103 +31,107 @@ std::optional<SpaceFormat> formatOf(const RequestJob& job) {
   return *std::move(format);
 }
 
+struct SpaceRequests {
+  const ProgramServices& services;
+  StateFeed& feed;
+  const AppNames apps;
+
+  /// Whether there are Spaces to tell of; if not, that has been answered.
+  bool haveSpaces(const RequestJob& job) const {
+    const bool have = !services.watcher.latest().displays.empty();
+    if (!have) {
+      job.fail("there are no desktops here; \"tallowin doctor\" tells what is missing", exit_status::unavailable);
+    }
+    return have;
+  }
+
+  void list(const RequestJob& job) const {
+    if (!haveSpaces(job)) {
+      return;
+    }
+    const auto& snapshot = services.watcher.latest();
+    if (job.words.has(formatOption)) {
+      if (const auto format = formatOf(job)) {
+        std::string lines;
+        for (const auto& space : snapshot.allSpaces()) {
+          lines += format->line(space, services.store);
+        }
+        job.print(lines);
+      }
+      return;
+    }
+    if (job.words.namesOnly() || job.words.has("--urls")) {
+      std::vector<std::string> lines;
+      for (const auto& space : snapshot.allSpaces()) {
+        const auto name = services.store.displayName(space);
+        lines.push_back(job.words.namesOnly() ? name : switchURL(name, space));
+      }
+      job.printNames(lines);
+      return;
+    }
+    job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services.store, apps, services.clock.now()))
+                               : spaceList(snapshot, services.store));
+  }
+
+  void current(const RequestJob& job) const {
+    if (!haveSpaces(job)) {
+      return;
+    }
+    const auto space = services.watcher.latest().activeSpace();
+    if (!space) {
+      job.fail(noActiveSpace);
+      return;
+    }
+    if (job.words.has(formatOption)) {
+      if (const auto format = formatOf(job)) {
+        job.print(format->line(*space, services.store));
+      }
+      return;
+    }
+    job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services.store, apps))
+                               : printable(services.store.displayName(*space)) + "\n");
+  }
+
+  void watch(const RequestJob& job) const {
+    std::optional<SpaceFormat> format;
+    if (job.words.has(formatOption) && !(format = formatOf(job))) {
+      return;
+    }
+    feed.add(job.caller, {job.words.json(), std::move(format)});
+  }
+
+  void answer(const RequestJob& job) const {
+    if (const auto taken = services.alerts.answer(job.words.operands.front())) {
+      job.print(printable(*taken) + "\n");
+    } else {
+      job.fail(taken.error());
+    }
+  }
+
+  /// The caller ends when this process does, and is told what is lost by that.
+  void quit(const RequestJob& job) const {
+    const auto saved = services.storage.saveNow();
+    if (!saved) {
+      job.caller->err("tallowin: cannot save: " + saved.error().description + "\n");
+    }
+    job.caller->exitAtEnd(saved ? exit_status::success : exit_status::cannotCreate);
+    services.runLoop.stop(exit_status::success);
+  }
+};
+
 }  // namespace
 
-void SpaceRequests::addTo(RequestTable& table) {
-  const auto add = [&](RequestKind kind, void (SpaceRequests::*member)(RequestJob) const) {
-    table[kind] = [this, member](RequestJob job) { (this->*member)(std::move(job)); };
-  };
-  add(RequestKind::list, &SpaceRequests::list);
-  add(RequestKind::current, &SpaceRequests::current);
-  add(RequestKind::watch, &SpaceRequests::watch);
-  add(RequestKind::answer, &SpaceRequests::answer);
-  add(RequestKind::quit, &SpaceRequests::quit);
+void addSpaceRequests(RequestTable& table, const ProgramServices& services, StateFeed& feed, const AppNames& apps) {
+  const SpaceRequests answers{services, feed, apps};
+  table[RequestKind::list] = std::bind_front(&SpaceRequests::list, answers);
+  table[RequestKind::current] = std::bind_front(&SpaceRequests::current, answers);
+  table[RequestKind::watch] = std::bind_front(&SpaceRequests::watch, answers);
+  table[RequestKind::answer] = std::bind_front(&SpaceRequests::answer, answers);
+  table[RequestKind::quit] = std::bind_front(&SpaceRequests::quit, answers);
   table[RequestKind::start] = [](const RequestJob& job) {
     job.caller->err("tallowin: already running\n");
     job.succeed();
   };
-}
-
-/// Whether there are Spaces to tell of; if not, that has been answered.
-bool SpaceRequests::haveSpaces(const RequestJob& job) const {
-  const bool have = !services_.watcher.latest().displays.empty();
-  if (!have) {
-    job.fail("there are no desktops here; \"tallowin doctor\" tells what is missing", exit_status::unavailable);
-  }
-  return have;
-}
-
-void SpaceRequests::list(RequestJob job) const {
-  if (!haveSpaces(job)) {
-    return;
-  }
-  const auto& snapshot = services_.watcher.latest();
-  if (job.words.has(formatOption)) {
-    if (const auto format = formatOf(job)) {
-      std::string lines;
-      for (const auto& space : snapshot.allSpaces()) {
-        lines += format->line(space, services_.store);
-      }
-      job.print(lines);
-    }
-    return;
-  }
-  if (job.words.namesOnly() || job.words.has("--urls")) {
-    std::vector<std::string> lines;
-    for (const auto& space : snapshot.allSpaces()) {
-      const auto name = services_.store.displayName(space);
-      lines.push_back(job.words.namesOnly() ? name : switchURL(name, space));
-    }
-    job.printNames(lines);
-    return;
-  }
-  job.print(job.words.json() ? prettyJSON(stateRecord(snapshot, services_.store, apps_, services_.clock.now()))
-                             : spaceList(snapshot, services_.store));
-}
-
-void SpaceRequests::current(RequestJob job) const {
-  if (!haveSpaces(job)) {
-    return;
-  }
-  const auto space = services_.watcher.latest().activeSpace();
-  if (!space) {
-    job.fail(noActiveSpace);
-    return;
-  }
-  if (job.words.has(formatOption)) {
-    if (const auto format = formatOf(job)) {
-      job.print(format->line(*space, services_.store));
-    }
-    return;
-  }
-  job.print(job.words.json() ? prettyJSON(spaceRecord(*space, services_.store, apps_))
-                             : printable(services_.store.displayName(*space)) + "\n");
-}
-
-void SpaceRequests::watch(RequestJob job) const {
-  std::optional<SpaceFormat> format;
-  if (job.words.has(formatOption) && !(format = formatOf(job))) {
-    return;
-  }
-  feed_.add(std::move(job.caller), {job.words.json(), std::move(format)});
-}
-
-void SpaceRequests::answer(RequestJob job) const {
-  if (const auto taken = services_.alerts.answer(job.words.operands.front())) {
-    job.print(printable(*taken) + "\n");
-  } else {
-    job.fail(taken.error());
-  }
-}
-
-/// The caller ends when this process does, and is told what is lost by that.
-void SpaceRequests::quit(RequestJob job) const {
-  const auto saved = services_.storage.saveNow();
-  if (!saved) {
-    job.caller->err("tallowin: cannot save: " + saved.error().description + "\n");
-  }
-  job.caller->exitAtEnd(saved ? exit_status::success : exit_status::cannotCreate);
-  services_.runLoop.stop(exit_status::success);
 }
 
 }  // namespace tallowin

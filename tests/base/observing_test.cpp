@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "base/broadcaster.h"
-#include "base/published.h"
 
 namespace tallowin {
 namespace {

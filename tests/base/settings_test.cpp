@@ -56,7 +56,7 @@ TEST_F(SettingsTest, UnknownCasesFallBackAsTheirEnumerationSays) {
   edit(R"({"switchMode": "Classic", "desktopShortcutModifier": "super", "menuBarStyle": "dots"})");
   EXPECT_EQ(settings.get(setting::switchMode), SwitchMode::instant);
   EXPECT_EQ(settings.get(setting::desktopShortcutModifier), DesktopShortcutModifier::off) << "not the default";
-  EXPECT_TRUE(showsAllSpaces(settings.get(setting::menuBarStyle)));
+  EXPECT_EQ(settings.get(setting::menuBarStyle), MenuBarStyle::dots);
 }
 
 TEST_F(SettingsTest, AValueOfTheWrongTypeReadsAsNotSet) {
