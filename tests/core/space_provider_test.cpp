@@ -285,14 +285,5 @@ TEST(SpaceWatcher, TheSpacesFileIsWaitedForAndWatchedThroughItsReplacements) {
   EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 3"));
 }
 
-TEST(SpaceWatcher, MayGoWhileAnEventIsOnItsWay) {
-  WatchedProgram program(R"({"script": [{"at": 1, "do": "switchSpace", "space": 2}]})");
-  program.watcher->start();
-  static_cast<void>(program.takeTold());
-  const auto gone = program.time.after(1s, [&program] { program.watcher.reset(); });
-  program.time.advance(5s);
-  EXPECT_THAT(program.takeTold(), ElementsAre());
-}
-
 }  // namespace
 }  // namespace tallowin
