@@ -13,7 +13,7 @@
 #include "commands/space_command.h"
 #include "commands/space_switcher.h"
 #include "core/program_services.h"
-#include "core/space_history.h"
+#include "core/space.h"
 #include "windows/window_commands.h"
 
 namespace tallowin {

@@ -7,7 +7,7 @@
 #include "automation/automation_runner.h"
 #include "automation/time_tracker.h"
 #include "core/program_services.h"
-#include "core/space_history.h"
+#include "core/space.h"
 #include "windows/window_services.h"
 
 namespace tallowin {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "base/json_text.h"
-#include "core/space_history.h"
+#include "core/space.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {
