@@ -8,6 +8,7 @@
 #include "base/preferences.h"
 #include "base/words.h"
 #include "platform/simulated/scenario_records.h"
+#include "platform/simulated/simulated_files.h"
 #include "platform/simulated/simulated_loader.h"
 
 namespace tallowin {
