@@ -45,7 +45,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
       automation_(
           services_, [this](const Space& space) { return windows_.isEmpty(space); },
           [this](const Space& space) { return windows_.appsOn(space); }),
-      noteFiles_(platform.files, platform.workspace, platform.folders, platform.log),
+      noteFiles_(services_),
       naming_(store_, platform.presentation),
       newSpaces_(services_, naming_, [this] { return records_.templateCommands.isAddingDesktops(); }),
       thumbnails_(platform_, paths_),

@@ -96,7 +96,7 @@ struct CommandPerformer::Call {
   }
   void operator()(const command::Notes& command) const {
     if (const auto space = find(command.space)) {
-      if (const auto opened = services.noteFiles.open(*space, program.store)) {
+      if (const auto opened = services.noteFiles.open(*space)) {
         answer.done();
       } else {
         answer.refuse("The note could not be saved: " + opened.error().description);

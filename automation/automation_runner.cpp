@@ -65,6 +65,56 @@ bool isSet(const std::optional<std::string>& text) {
 constexpr std::size_t longestName = 255;  // in bytes; limits.h, NAME_MAX
 constexpr std::string_view suffix = ".md";
 
+/// The text split at every one of these ASCII characters, each part trimmed. Empty parts stay.
+std::vector<std::string> trimmedParts(std::string_view text, std::string_view separators) {
+  std::vector<std::string> parts;
+  for (auto end = text.find_first_of(separators);; end = text.find_first_of(separators)) {
+    parts.emplace_back(trimmed(text.substr(0, end)));
+    if (end == text.npos) {
+      return parts;
+    }
+    text.remove_prefix(end + 1);
+  }
+}
+
+/// The URL to open for what a user wrote: a URL when there is "://" in it, else a file path, in which a leading "~"
+/// stands for the home folder and which begins there when it is relative. Nothing when it is empty or no valid URL.
+std::optional<std::string> openableURL(const std::string& text, const std::filesystem::path& home) {
+  if (text.find("://") != text.npos) {
+    return URL::parse(text) ? std::optional(text) : std::nullopt;
+  }
+  if (text.empty()) {
+    return std::nullopt;
+  }
+  const bool belowHome = text == "~" || text.starts_with("~/");
+  return fileURL(home / (belowHome ? text.substr(std::min<std::size_t>(2, text.size())) : text));
+}
+
+/// Opens a Chromium-based browser in one of its profiles, by the name of the profile's folder, such as "Profile 1".
+/// Does nothing when the browser is not installed; whether it opens is not looked at.
+void openBrowserProfile(Workspace& workspace, std::string_view bundleIdentifier, const std::string& profile) {
+  const auto application = workspace.URLForApplicationWithBundleIdentifier(bundleIdentifier);
+  if (!application) {
+    return;
+  }
+  OpenConfiguration configuration;
+  configuration.createsNewApplicationInstance = false;
+  configuration.arguments = {"--profile-directory=" + profile};
+  workspace.openApplicationAtURL(*application, configuration, [](const auto& /*result*/) {});
+}
+
+/// Hides the running applications with a Dock icon that are not among `kept`, but never this program (`own`) nor the
+/// Finder.
+void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, ProcessID own) {
+  for (const auto& application : workspace.runningApplications()) {
+    const bool hides = application.activationPolicy == ActivationPolicy::regular && !kept.contains(application.pid) &&
+                       application.pid != own && application.bundleIdentifier != "com.apple.finder";
+    if (hides) {
+      workspace.hide(application.pid);
+    }
+  }
+}
+
 }  // namespace
 
 std::optional<Keystroke> Keystroke::parse(std::string_view text) {
@@ -95,54 +145,10 @@ void Keystroke::send(std::string_view text, Events& events) {
   }
 }
 
-std::vector<std::string> trimmedParts(std::string_view text, std::string_view separators) {
-  std::vector<std::string> parts;
-  for (auto end = text.find_first_of(separators);; end = text.find_first_of(separators)) {
-    parts.emplace_back(trimmed(text.substr(0, end)));
-    if (end == text.npos) {
-      return parts;
-    }
-    text.remove_prefix(end + 1);
-  }
-}
-
-std::optional<std::string> openableURL(const std::string& text, const std::filesystem::path& home) {
-  if (text.find("://") != text.npos) {
-    return URL::parse(text) ? std::optional(text) : std::nullopt;
-  }
-  if (text.empty()) {
-    return std::nullopt;
-  }
-  const bool belowHome = text == "~" || text.starts_with("~/");
-  return fileURL(home / (belowHome ? text.substr(std::min<std::size_t>(2, text.size())) : text));
-}
-
-void BrowserProfiles::open(std::string_view bundleIdentifier, const std::string& profile) const {
-  const auto application = workspace_.URLForApplicationWithBundleIdentifier(bundleIdentifier);
-  if (!application) {
-    return;
-  }
-  OpenConfiguration configuration;
-  configuration.createsNewApplicationInstance = false;
-  configuration.arguments = {"--profile-directory=" + profile};
-  workspace_.openApplicationAtURL(*application, configuration, [](const auto& /*result*/) {});
-}
-
-void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, ProcessID own) {
-  for (const auto& application : workspace.runningApplications()) {
-    const bool hides = application.activationPolicy == ActivationPolicy::regular && !kept.contains(application.pid) &&
-                       application.pid != own && application.bundleIdentifier != "com.apple.finder";
-    if (hides) {
-      workspace.hide(application.pid);
-    }
-  }
-}
-
 AutomationRunner::AutomationRunner(const ProgramServices& services, IsSpaceEmpty isSpaceEmpty, AppsOnSpace appsOnSpace)
     : services_(services),
       isSpaceEmpty_(std::move(isSpaceEmpty)),
       appsOnSpace_(std::move(appsOnSpace)),
-      browserProfiles_(services.workspace),
       steps_(services.mainQueue) {}
 
 void AutomationRunner::spaceChanged(const std::optional<Space>& from, const Space& to) {
@@ -174,7 +180,7 @@ void AutomationRunner::enter(const Space& space, const SpaceAutomation& automati
   }
   if (automation.browserApp && isSet(automation.browserProfile)) {
     steps_.after(browserDelay, [this, browser = *automation.browserApp, profile = *automation.browserProfile] {
-      browserProfiles_.open(browser, profile);
+      openBrowserProfile(services_.workspace, browser, profile);
     });
   }
   if (isSet(automation.keystrokeOnEnter)) {
@@ -247,8 +253,8 @@ void AutomationRunner::run(const ProcessRequest& request) {
 }
 
 std::filesystem::path NoteFiles::folder() const {
-  auto folder = folders_.documents / "Tallowin Notes";
-  std::ignore = files_.createDirectory(folder);
+  auto folder = services_.folders.documents / "Tallowin Notes";
+  std::ignore = services_.files.createDirectory(folder);
   return folder;
 }
 
@@ -259,20 +265,20 @@ std::filesystem::path NoteFiles::file(const std::string& title) const {
     return std::string(charactersWithin(text, longestName - suffix.size())).append(suffix);
   };
   auto earlier = folder() / nameOf(name);
-  return files_.exists(earlier) ? earlier : folder() / nameOf(printable(name, "-"));
+  return services_.files.exists(earlier) ? earlier : folder() / nameOf(printable(name, "-"));
 }
 
-std::expected<void, FileError> NoteFiles::open(const Space& space, const SpaceStore& store) const {
-  const auto title = store.displayName(space);
+std::expected<void, FileError> NoteFiles::open(const Space& space) const {
+  const auto title = services_.store.displayName(space);
   const auto path = file(title);
-  if (!files_.exists(path)) {
-    const auto text = "# " + title + "\n\n" + store.meta(space.id).note.value_or("") + "\n\n- [ ] \n";
-    if (const auto written = files_.writeAtomically(path, text); !written) {
-      log_.error("NoteFiles", "cannot write " + path.string() + ": " + written.error().description);
+  if (!services_.files.exists(path)) {
+    const auto text = "# " + title + "\n\n" + services_.store.meta(space.id).note.value_or("") + "\n\n- [ ] \n";
+    if (const auto written = services_.files.writeAtomically(path, text); !written) {
+      services_.log.error("NoteFiles", "cannot write " + path.string() + ": " + written.error().description);
       return written;
     }
   }
-  workspace_.openURL(fileURL(path));
+  services_.workspace.openURL(fileURL(path));
   return {};
 }
 

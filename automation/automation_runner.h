@@ -4,7 +4,6 @@
 #include <expected>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -13,12 +12,7 @@
 
 #include "base/delayed_steps.h"
 #include "core/program_services.h"
-#include "core/space.h"
-#include "core/space_store.h"
-#include "platform/files.h"
-#include "platform/log.h"
 #include "platform/pinned.h"
-#include "platform/workspace.h"
 
 namespace tallowin {
 
@@ -35,43 +29,6 @@ struct Keystroke {
   /// Presses the key combination and releases it as if by hand; does nothing for a text that is none. Main thread only.
   static void send(std::string_view text, Events& events);
 };
-
-/// The text split at every one of these ASCII characters, each part trimmed. Empty parts stay.
-[[nodiscard]] std::vector<std::string> trimmedParts(std::string_view text, std::string_view separators);
-
-/// The URL to open for what a user wrote: a URL when there is "://" in it, else a file path, in which a leading "~"
-/// stands for the home folder and which begins there when it is relative. Nothing when it is empty or no valid URL.
-[[nodiscard]] std::optional<std::string> openableURL(const std::string& text, const std::filesystem::path& home);
-
-/// A browser with profiles, for whoever lets the user choose one.
-struct ProfileBrowser {
-  std::string_view name;  ///< as the user knows it
-  std::string_view bundleIdentifier;
-};
-
-/// Opens Chromium-based browsers in one of their profiles. Main thread only.
-class BrowserProfiles {
- public:
-  explicit BrowserProfiles(Workspace& workspace) : workspace_(workspace) {}
-
-  /// In the order in which they are offered.
-  static constexpr ProfileBrowser browsers[] = {
-      {"Google Chrome", "com.google.Chrome"},      {"Brave", "com.brave.Browser"},
-      {"Microsoft Edge", "com.microsoft.edgemac"}, {"Vivaldi", "com.vivaldi.Vivaldi"},
-      {"Arc", "company.thebrowser.Browser"},
-  };
-
-  /// `profile` is the name of the profile's folder, such as "Profile 1". Does nothing when the browser is not
-  /// installed; whether it opens is not looked at.
-  void open(std::string_view bundleIdentifier, const std::string& profile) const;
-
- private:
-  Workspace& workspace_;
-};
-
-/// Hides the running applications with a Dock icon that are not among `kept`, but never this program (`own`) nor the
-/// Finder. Main thread only.
-void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, ProcessID own);
 
 /// Does what the user wants done when a Space is left and entered. Nothing that goes wrong is told but in the log. Main
 /// thread only.
@@ -109,7 +66,6 @@ class AutomationRunner : Pinned {
   const ProgramServices& services_;
   const IsSpaceEmpty isSpaceEmpty_;
   const AppsOnSpace appsOnSpace_;
-  const BrowserProfiles browserProfiles_;
 
   std::set<std::string> launched_;  ///< ids of the Spaces whose applications were opened since the start
   DelayedSteps steps_;
@@ -118,23 +74,19 @@ class AutomationRunner : Pinned {
 /// A Markdown file of notes for each Space, in the user's Documents. Main thread only.
 class NoteFiles {
  public:
-  NoteFiles(Files& files, Workspace& workspace, const Folders& folders, Log& log)
-      : files_(files), workspace_(workspace), folders_(folders), log_(log) {}
+  explicit NoteFiles(const ProgramServices& services) : services_(services) {}
 
   /// Where they are. Made when missing; a failure to make it is found by whoever uses it.
   [[nodiscard]] std::filesystem::path folder() const;
 
   /// Opens the Space's file with the default application, after making it from the Space's name and note when there is
   /// none. The error says in the system's words why it could not be made; it is logged, and nothing is opened then.
-  [[nodiscard]] std::expected<void, FileError> open(const Space& space, const SpaceStore& store) const;
+  [[nodiscard]] std::expected<void, FileError> open(const Space& space) const;
 
  private:
   [[nodiscard]] std::filesystem::path file(const std::string& title) const;
 
-  Files& files_;
-  Workspace& workspace_;
-  const Folders& folders_;
-  Log& log_;
+  const ProgramServices& services_;
 };
 
 }  // namespace tallowin

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "base/record_file.h"
 #include "commands/outcome.h"
 #include "core/program_services.h"
 #include "core/space_meta.h"

@@ -1,7 +1,7 @@
 #include "automation/record_requests.h"
 
-#include <array>
 #include <functional>
+#include <span>
 
 #include "automation/time_record.h"
 #include "base/json_text.h"
@@ -16,58 +16,51 @@ constexpr std::int64_t defaultDays = 7;
 constexpr std::int64_t mostDays = 36'600;  // a hundred years
 constexpr std::size_t terminalWidth = 80;
 
-/// What can be done to one kind of thing, by the word that asks for it.
-template <typename Requests>
-struct Action {
-  std::string_view word;
-  void (Requests::*withoutName)(const RequestJob&) const;
-  void (Requests::*withName)(const RequestJob&, const std::string&) const;
-};
-
-/// Does what the first operand asks for, to what the second names if it takes one.
-template <typename Requests, std::size_t count>
-void dispatch(const RequestJob& job, const Requests& requests, const std::array<Action<Requests>, count>& actions) {
-  const auto& operands = job.words.operands;
-  for (const auto& [word, withoutName, withName] : actions) {
-    if (word != operands.front()) {
-      continue;
-    }
-    if (withoutName != nullptr && operands.size() == 1) {
-      (requests.*withoutName)(job);
-      return;
-    }
-    if (withName != nullptr && operands.size() == 2 && !operands.back().empty()) {
-      (requests.*withName)(job, operands.back());
-      return;
-    }
-  }
-  std::string known;
-  for (const auto& action : actions) {
-    known.append(known.empty() ? "" : ", ").append(action.word).append(action.withName != nullptr ? " NAME" : "");
-  }
-  job.fail("what can be asked for: " + known, exit_status::usage);
-}
-
 /// Answers requests about profiles, templates, times and what moves between machines.
 struct RecordRequests {
   const ProgramServices& services;
   RecordServices& records;
   PerformCommand perform;
 
+  /// What can be done to one kind of thing, by the word that asks for it.
+  struct Action {
+    std::string_view word;
+    void (RecordRequests::*withoutName)(const RequestJob&) const;
+    void (RecordRequests::*withName)(const RequestJob&, const std::string&) const;
+  };
+
+  /// Does what the first operand asks for, to what the second names if it takes one.
+  void dispatch(const RequestJob& job, std::span<const Action> actions) const {
+    const auto& operands = job.words.operands;
+    std::string known;
+    for (const auto& [word, withoutName, withName] : actions) {
+      known.append(known.empty() ? "" : ", ").append(word).append(withName != nullptr ? " NAME" : "");
+      if (word == operands.front() && withoutName != nullptr && operands.size() == 1) {
+        (this->*withoutName)(job);
+        return;
+      }
+      if (word == operands.front() && withName != nullptr && operands.size() == 2 && !operands.back().empty()) {
+        (this->*withName)(job, operands.back());
+        return;
+      }
+    }
+    job.fail("what can be asked for: " + known, exit_status::usage);
+  }
+
   void profile(const RequestJob& job) const {
-    static constexpr std::array<Action<RecordRequests>, 5> actions = {{
+    static constexpr Action actions[] = {
         {"list", &RecordRequests::listProfiles, nullptr},
         {"save", nullptr, &RecordRequests::saveProfile},
         {"use", nullptr, &RecordRequests::useProfile},
         {"use-automatically", &RecordRequests::useNoProfileAutomatically, &RecordRequests::useProfileAutomatically},
         {"delete", nullptr, &RecordRequests::deleteProfile},
-    }};
+    };
     // It stands in the place of a name.
     if (job.words.has("--never") != (job.words.operands == std::vector<std::string>{"use-automatically"})) {
       job.fail("use-automatically takes a profile or --never, which nothing else takes", exit_status::usage);
       return;
     }
-    dispatch(job, *this, actions);
+    dispatch(job, actions);
   }
 
   void listProfiles(const RequestJob& job) const {
@@ -118,12 +111,12 @@ struct RecordRequests {
   }
 
   void layTemplate(const RequestJob& job) const {
-    static constexpr std::array<Action<RecordRequests>, 3> actions = {{
+    static constexpr Action actions[] = {
         {"list", &RecordRequests::listTemplates, nullptr},
         {"apply", nullptr, &RecordRequests::applyTemplate},
         {"import", nullptr, &RecordRequests::importTemplate},
-    }};
-    dispatch(job, *this, actions);
+    };
+    dispatch(job, actions);
   }
 
   void listTemplates(const RequestJob& job) const {

@@ -5,7 +5,6 @@
 
 #include "base/date_text.h"
 #include "base/desktop_places.h"
-#include "base/json_text.h"
 #include "base/property_list_reading.h"
 #include "base/unicode.h"
 #include "base/words.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/json_text.h"
 #include "base/property_list_reading.h"
 #include "base/unicode.h"
 

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <expected>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,7 +10,6 @@
 
 #include "base/json_text.h"
 #include "base/lifetime.h"
-#include "base/record_file.h"
 #include "commands/outcome.h"
 #include "core/program_services.h"
 #include "platform/pinned.h"

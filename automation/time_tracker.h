@@ -5,7 +5,6 @@
 
 #include "automation/time_record.h"
 #include "base/broadcaster.h"
-#include "base/record_file.h"
 #include "core/program_services.h"
 #include "platform/pinned.h"
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "windows/window_layout.h"
-
 namespace tallowin {
 
 namespace {

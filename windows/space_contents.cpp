@@ -38,34 +38,6 @@ std::optional<WindowInfo> readWindow(const DesktopWindow& window, const SpaceCon
                     spaces->front()};
 }
 
-/// Gathers windows into applications, in the order in which they come.
-class ApplicationLists {
- public:
-  void add(const WindowInfo& window) {
-    auto& applications = lists_[window.spaceID];
-    const auto [place, isFirst] = places_.try_emplace({window.spaceID, window.pid}, applications.size());
-    if (isFirst) {
-      applications.push_back({window.pid, std::nullopt, window.appName, {}});
-    }
-    applications[place->second].windowIDs.push_back(window.id);
-  }
-
-  /// The lists, with bundle identifiers as they are by now.
-  AppsBySpace take(const SpaceContentsLookups& lookups) {
-    for (auto& [space, applications] : lists_) {
-      for (auto& application : applications) {
-        const auto running = lookups.runningApplication(application.pid);
-        application.bundleID = running ? running->bundleIdentifier : std::nullopt;
-      }
-    }
-    return std::move(lists_);
-  }
-
- private:
-  AppsBySpace lists_;
-  std::map<std::pair<ManagedSpaceID, ProcessID>, std::size_t> places_;
-};
-
 using namespace std::chrono_literals;
 
 constexpr Duration coalescing = 150ms;
@@ -91,14 +63,23 @@ SpaceContentsReading reading(const Platform& services, ProcessID ownPID) {
 SpaceContentsReading readSpaceContents(const std::optional<std::vector<DesktopWindow>>& list,
                                        const SpaceContentsLookups& lookups) {
   SpaceContentsReading reading;
-  ApplicationLists applications;
   for (const auto& entry : list.value_or(std::vector<DesktopWindow>())) {
     if (auto window = readWindow(entry, lookups)) {
-      applications.add(*window);
+      auto& applications = reading.appsBySpace[window->spaceID];
+      auto owner = std::ranges::find(applications, window->pid, &AppOnSpace::pid);
+      if (owner == applications.end()) {
+        owner = applications.insert(owner, {window->pid, std::nullopt, window->appName, {}});
+      }
+      owner->windowIDs.push_back(window->id);
       reading.windows.push_back(*std::move(window));
     }
   }
-  reading.appsBySpace = applications.take(lookups);
+  for (auto& [space, applications] : reading.appsBySpace) {
+    for (auto& application : applications) {  // bundle identifiers as they are by now
+      const auto running = lookups.runningApplication(application.pid);
+      application.bundleID = running ? running->bundleIdentifier : std::nullopt;
+    }
+  }
   return reading;
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "commands/space_command.h"
 #include "commands/space_switcher.h"
 
 namespace tallowin {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "commands/commands_under_way.h"
 #include "commands/space_command.h"
 #include "core/program_services.h"

@@ -4,9 +4,7 @@
 #include <chrono>
 #include <utility>
 
-#include "core/space_provider.h"
 #include "windows/driven/window_drag.h"
-#include "windows/space_contents.h"
 
 namespace tallowin {
 

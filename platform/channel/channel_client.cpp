@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include "platform/channel/channel_folder.h"
-#include "platform/channel/channel_protocol.h"
 
 namespace tallowin {
 

@@ -7,9 +7,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/channel/channel_folder.h"
-#include "platform/pinned.h"
-
 namespace tallowin {
 
 using channel::FrameKind;

@@ -4,8 +4,6 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/dbus/bus_values.h"
-
 namespace tallowin {
 
 namespace {

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/dbus/bus_values.h"
-#include "platform/pinned.h"
 
 namespace tallowin {
 

@@ -8,7 +8,6 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "platform/descriptors.h"
 #include "platform/pinned.h"
 
 namespace tallowin {

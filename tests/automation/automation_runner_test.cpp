@@ -173,14 +173,14 @@ TEST(NoteFiles, AreMadeOnceAndOpened) {
   StoringProgram program("{}");
   auto& files = program.desktop.files();
   auto& store = program.store;
-  const NoteFiles notes(files, program.desktop.workspace(), program.desktop.folders(), program.desktop.log());
+  const NoteFiles notes(program.services);
   Space space;
   space.id = "x";
   store.setName("a/b:c", "x");
   const std::string file = "/home/user/Documents/Tallowin Notes/a-b-c.md";
   for (const auto* const note : {"buy milk", "another"}) {
     store.setNote(note, "x");
-    EXPECT_TRUE(notes.open(space, store));
+    EXPECT_TRUE(notes.open(space));
     EXPECT_EQ(files.read(file).value_or("none"), "# a/b:c\n\nbuy milk\n\n- [ ] \n") << "then it is the user's";
   }
   EXPECT_EQ(program.take("openURL").at(1)["url"], "file:///home/user/Documents/Tallowin%20Notes/a-b-c.md");
@@ -188,8 +188,7 @@ TEST(NoteFiles, AreMadeOnceAndOpened) {
 
 TEST(NoteFiles, HaveNamesThatFilesCanHave) {
   StoringProgram program("{}");
-  const NoteFiles notes(program.desktop.files(), program.desktop.workspace(), program.desktop.folders(),
-                        program.desktop.log());
+  const NoteFiles notes(program.services);
   const auto folder = "/home/user/Documents/Tallowin Notes/";
   std::string accented;
   for (int i = 0; i < 300; ++i) {
@@ -208,14 +207,14 @@ TEST(NoteFiles, HaveNamesThatFilesCanHave) {
   space.id = "x";
   for (const auto& [name, file] : cases) {
     program.store.setName(name, "x");
-    EXPECT_TRUE(notes.open(space, program.store));
+    EXPECT_TRUE(notes.open(space));
     EXPECT_NE(program.fileText(folder + file + ".md"), "none") << file;
   }
   EXPECT_EQ(program.fileText(std::string(folder) + "old\tname.md"), "kept");
   program.files().setRoom(0);
   program.store.setName("full", "x");
   program.lines.clear();
-  EXPECT_FALSE(notes.open(space, program.store));
+  EXPECT_FALSE(notes.open(space));
   EXPECT_EQ(program.takeLog().size(), 1U);
 }
 

@@ -179,21 +179,6 @@ TEST(TemplateCommands, LeaveItWhereDesktopsCannotBeAdded) {
   EXPECT_THAT(program.snapshot().allSpaces(), SizeIs(6));
 }
 
-TEST(ProfilesAndTemplates, AreListedALineEach) {
-  EXPECT_EQ(profileList({"Work\n", "Home"}, "Home"), "  Work \n* Home\n");
-  EXPECT_EQ(templateList({{"Long one", "Sum\nmary", {{}, {}}}, {"B", "", {{}}}}),
-            "Long one  2 Spaces  Sum mary\nB         1 Space   \n");
-  const auto sentence = [](SpaceTemplates::Outcome outcome, DesktopKind kind) {
-    return setUpSentence(outcome, desktopTexts(kind));
-  };
-  EXPECT_EQ(sentence({3, 2}, DesktopKind::driven),
-            "Set up 3 Spaces. Add 2 more desktops in Mission Control, then apply again.");
-  EXPECT_EQ(sentence({3, 2}, DesktopKind::asked), "Set up 3 Spaces. Add 2 more desktops, then apply again.");
-  EXPECT_EQ(sentence({4, 0}, DesktopKind::driven), "Set up 4 Spaces.");
-  EXPECT_EQ(profileRecords({{"Home", {}, Date()}}, "Home").at(0),
-            (PropertyList{{"name", "Home"}, {"savedAt", "1970-01-01T00:00:00Z"}, {"isActive", true}}));
-}
-
 TEST(ProfileStore, OneIsChosenForASetOfDisplays) {
   ProfilesProgram program;
   EXPECT_TRUE(program.profiles.chooseForDisplays("work"));

@@ -128,15 +128,6 @@ TEST(TimeTracker, OnlyDaysThatExistCount) {
   EXPECT_EQ(sumOfDays(record, {2026, 3, 2}, 1'000'000'000'000).at("a"), 2) << "no day has such a key";
 }
 
-TEST(TimeText, Durations) {
-  const std::pair<double, const char*> cases[] = {
-      {0, "<1m"},       {59.9, "<1m"},         {60, "1m"},   {89, "1m"}, {90, "1m"}, {3599, "59m"}, {3600, "1h 00m"},
-      {7500, "2h 05m"}, {360'000, "100h 00m"}, {-300, "<1m"}};
-  for (const auto& [seconds, text] : cases) {
-    EXPECT_EQ(shortDuration(seconds), text) << seconds;
-  }
-}
-
 TEST(TimeText, TablesFitTheTerminal) {
   const auto names = [](const std::string& id) { return id; };
   const auto rows =

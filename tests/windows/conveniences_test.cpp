@@ -1,4 +1,4 @@
-// Focus memory, Space lock, application rules, minimising and the scratchpad, on a simulated desktop.
+// Focus memory, Space lock and application rules, on a simulated desktop.
 
 #include "windows/conveniences.h"
 
@@ -44,7 +44,6 @@ struct ConvenientProgram : WindowsProgram {
   FocusMemory focus{services, contents, *mover};
   SpaceLock lock{services, contents, *mover, [this](const Space& space) { this->userSwitchesTo(space.managedID); }};
   AppRules rules{services, *mover};
-  Scratchpad scratchpad{services, contents, *mover};
 };
 
 TEST(FocusMemory, GivesTheFocusBackOnReturn) {
@@ -188,43 +187,6 @@ TEST(AppRules, NewWindowsGoToTheirSpaceOnce) {
   program.time.advance(1s);
   EXPECT_THAT(program.spacesOf(121), ElementsAre(1));
   EXPECT_THAT(program.spacesOf(122), ElementsAre(1));
-}
-
-TEST(Scratchpad, ShowsOpensAndHides) {
-  ConvenientProgram program;
-  const auto toggle = [&program] {
-    program.lines.clear();
-    program.scratchpad.toggle(program.snapshot());
-    program.time.advance(1s);
-  };
-  const auto application = [&program](ProcessID pid) { return *program.state().application(pid); };
-  program.preferences.setObject("scratchpadApp", "app.gone");
-  toggle();
-  EXPECT_THAT(program.take("openApplicationAtURL"), IsEmpty());
-
-  program.preferences.setObject("scratchpadApp", "app.notes");
-  program.state().window(121)->spaces = {2};
-  program.readWindows();
-  toggle();
-  EXPECT_TRUE(application(12).isActive);
-  const auto brought = program.spacesOf(121) == std::vector<ManagedSpaceID>{1} ? 121U : 122U;
-  EXPECT_THAT(program.spacesOf(brought), ElementsAre(1)) << "one window came";
-  EXPECT_THAT(program.spacesOf(brought == 121U ? 122U : 121U), ElementsAre(2)) << "the other one stayed";
-  toggle();
-  EXPECT_TRUE(application(12).isHidden);
-  program.readWindows();
-  toggle();
-  EXPECT_TRUE(application(12).isActive && !application(12).isHidden);
-
-  program.mover->raiseAfterSwitch({112, 11, {}}, 1);  // a jump before has not raised its window yet
-  toggle();
-  toggle();
-  EXPECT_TRUE(application(12).isActive) << "it is overtaken";
-
-  program.preferences.setObject("scratchpadApp", "app.pad");  // where the user sees it, though on another display
-  toggle();
-  EXPECT_THAT(program.spacesOf(131), ElementsAre(3));
-  EXPECT_TRUE(application(13).isActive);
 }
 
 }  // namespace

@@ -89,19 +89,6 @@ TEST(LayoutManager, CompletesOnceAndNeverInsideTheCall) {
   EXPECT_EQ(told.size(), 2U) << "a manager that has gone tells nobody";
 }
 
-TEST(LayoutManager, OnlyOrdinaryWindowsOfKnownApplicationsAreCaptured) {
-  LayoutProgram program(R"({
-    "managedDisplaySpaces": [{"Display Identifier": "Main", "Current Space": {"ManagedSpaceID": 1},
-      "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2, "type": 4}]}],
-    "applications": [{"name": "A", "pid": 11, "bundleID": "app.a"}, {"name": "N", "pid": 12}],
-    "windows": [{"number": 1, "pid": 12}, {"number": 2, "pid": 11, "space": 2}]})");
-  const auto layout = program.layouts->save("manual", program.snapshot());
-  EXPECT_THAT(layout.entries, IsEmpty()) << "one without bundle identifier, one full screen";
-  EXPECT_THAT(program.desktop.files().list(layoutFolder), IsEmpty());
-  program.layouts->restoreLayout(program.snapshot(), {});
-  EXPECT_THAT(program.takeToasts(), ElementsAre("! No saved window layout for these displays yet"));
-}
-
 TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
   LayoutProgram program(desktopWithWindows(1));
   program.layouts->startAutoSave();
@@ -211,27 +198,6 @@ TEST(WindowLayout, ReadsWhatItWritesAndWhatNewerVersionsAdd) {
   EXPECT_EQ(layoutFromJson(json), layout);
   json.erase("entries");
   EXPECT_THAT(layoutFromJson(json)->entries, IsEmpty());
-}
-
-TEST(WindowLayout, AnythingMalformedMakesItNone) {
-  const std::pair<const char*, const char*> changes[] = {
-      {"/name", "null"},
-      {"/savedAt", "\"yesterday\""},
-      {"/displaySetup", "[]"},
-      {"/entries", "{}"},
-      {"/entries/0", "[]"},
-      {"/entries/0/bundleID", "null"},
-      {"/entries/0/title", "false"},
-      {"/entries/0/frame", "null"},
-      {"/entries/0/frame", "[[1, 2], [3]]"},
-      {"/entries/0/frame", "[[1, \"2\"], [3, 4]]"},
-  };
-  for (const auto& [where, value] : changes) {
-    auto json = *parseJSON(goodLayout);
-    json[PropertyList::json_pointer(where)] = *parseJSON(value);
-    EXPECT_EQ(layoutFromJson(json), std::nullopt) << where << " " << value;
-  }
-  EXPECT_EQ(layoutFromJson(PropertyList::array()), std::nullopt);
 }
 
 DisplaySpaces display(std::string id, ManagedSpaceID first, const std::string& kinds) {

@@ -270,18 +270,5 @@ TEST(SpaceContentsReading, ApplicationsStandWhereTheirFrontmostWindowIs) {
                          {2, {{7, "org.mail", "Mail", {201}}}}}));
 }
 
-TEST(SpaceContentsReading, TheFirstWindowNamesTheApplicationWhichMayEndMeanwhile) {
-  auto restless = lookups();
-  int asked = 0;
-  restless.runningApplication = [&](ProcessID pid) {
-    const auto name = "Name " + std::to_string(++asked);
-    return asked <= 2 ? std::optional(RunningApplication{pid, "org.mail", name}) : std::nullopt;
-  };
-  const auto reading =
-      readSpaceContents(readWindowList(PropertyList::array({entry(R"({"kCGWindowNumber": 111})"), entry()})), restless);
-  EXPECT_EQ(reading.appsBySpace, (AppsBySpace{{1, {{7, std::nullopt, "Name 1", {111, 101}}}}}));
-  EXPECT_EQ(reading.windows.back().appName, "Name 2");
-}
-
 }  // namespace
 }  // namespace tallowin

@@ -194,17 +194,6 @@ TEST_F(ChannelTest, AStalledReaderIsDroppedWithANoticeAndSlowsNobody) {
   EXPECT_EQ(frames.front(), "o" + line) << "what was read before is whole";
 }
 
-TEST_F(ChannelTest, AWatcherThatLeavesIsNoticed) {
-  std::unique_ptr<Caller> watching;
-  const auto instance = listen([&](const Request&, std::unique_ptr<Caller> caller) { watching = std::move(caller); });
-  auto leaver = std::make_unique<RawClient>(socketPath());
-  leaver->send(channel::encodeRequest("/", {"watch"}));
-  ASSERT_TRUE(loop.runUntil([&] { return watching != nullptr; }));
-  EXPECT_TRUE(watching->out("state"));
-  leaver.reset();
-  EXPECT_TRUE(loop.runUntil([&] { return !watching->out("more"); }));
-}
-
 TEST_F(ChannelTest, MoreThanSoManyAtOnceAreTurnedAway) {
   std::vector<std::unique_ptr<Caller>> watching;
   const auto instance =

@@ -175,20 +175,6 @@ TEST_F(NotificationAlertsTest, StaysOpenWithoutABus) {
   EXPECT_FALSE(loop_.hasTimers());
   EXPECT_TRUE(alerts_->answer("Restore") && alerts_->answer("Not Now"));
   EXPECT_THAT(answers_, ElementsAre(1, 0, 0, 1));
-
-  // An answer may do what uses the bus.
-  startBus();
-  startServiceWithButtons();
-  SetClock clock;
-  NotificationToasts toasts(*client_, clock, log_);
-  alerts_->show(restore, [&](std::optional<std::size_t>) {
-    toasts.show({"done", std::nullopt, false});
-    ask();
-  });
-  ASSERT_TRUE(runUntilShown(1) && runUntilIdle());
-  EXPECT_EQ(loop_.watchCount(), 2U) << "one connection for both, and the service's";
-  service_->invoke(41, "0");
-  ASSERT_TRUE(runUntilShown(3));
 }
 
 TEST_F(NotificationAlertsTest, NobodyIsAnsweredByTheEnd) {

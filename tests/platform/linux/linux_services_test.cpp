@@ -73,19 +73,6 @@ TEST_F(LinuxServicesTest, WorkRunsInOrderAndALostItemNever) {
   EXPECT_EQ(queue.run(), 3) << "a stopped loop stays stopped";
 }
 
-TEST_F(LinuxServicesTest, ARepeatingTimerMayEndItself) {
-  int ticks = 0;
-  WorkItem timer;
-  timer = queue.every(1ms, 0ms, [&] {
-    if (++ticks == 3) {
-      timer.cancel();
-    }
-  });
-  EXPECT_TRUE(queue.runUntil([&] { return ticks == 3; }));
-  queue.runFor(5ms);
-  EXPECT_EQ(ticks, 3);
-}
-
 TEST_F(LinuxServicesTest, TimersRunByDueTimeAndTogetherWhereTheyMayWait) {
   std::string ran;
   std::vector<WorkItem> items;
@@ -230,19 +217,6 @@ TEST_F(LinuxServicesTest, AWatchedNameIsFollowedWhateverBecomesOfItsFolders) {
   EXPECT_TRUE(sees("rewritten")) << "through a link";
   fs::remove_all(folder / "a");
   EXPECT_TRUE(sees("none"));
-}
-
-TEST_F(LinuxServicesTest, ProgramsRunWithTheirArgumentsAndEnvironment) {
-  UnixProcesses processes(queue);
-  EXPECT_EQ(
-      processes.run({"/bin/sh", {"-c", "printf '%s %s' \"$1\" \"$V\"", "sh", "a b"}, {{"V", "c d"}}}).value_or(""),
-      "a b c d");
-  EXPECT_EQ(processes.run({"/bin/pwd", {}, {}, folder.string()}).value_or(""), folder.string() + "\n");
-  EXPECT_EQ(processes.run({"/no/such/program", {}, {}}).error(), "there is no such program");
-  EXPECT_FALSE(processes.launch({"/no/such/program", {}, {}}));
-  const auto mark = folder / "mark";
-  EXPECT_TRUE(processes.launch({"/bin/sh", {"-c", "echo \"$V\" > '" + mark.string() + "'"}, {{"V", "done"}}}));
-  EXPECT_TRUE(queue.runUntil([&] { return files.read(mark).value_or("") == "done\n" && children().empty(); }));
 }
 
 TEST_F(LinuxServicesTest, ProgramsStartWithNothingOfThisProcess) {

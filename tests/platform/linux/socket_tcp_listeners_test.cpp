@@ -1,7 +1,5 @@
 // The real sockets: who is let in, and what clients of all kinds get.
 
-#include "platform/linux/tcp_service.h"
-
 #include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
@@ -11,6 +9,8 @@
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+
+#include "platform/linux/tcp_service.h"
 
 namespace tallowin {
 namespace {
@@ -153,11 +153,6 @@ TEST_F(SocketTCPListenersTest, TakesOneReadAndLosesNoAnswerToWhatIsLeft) {
   inParts.send("first");
   EXPECT_TRUE(eventually([this] { return answered == 2; }));
   EXPECT_EQ(inParts.ask("second"), "5 first");
-}
-
-TEST_F(SocketTCPListenersTest, AnEmptyAnswerIsTheEnd) {
-  open({}, [](const std::string&) { return ""; });
-  EXPECT_EQ(Client(port).ask("hello"), "");
 }
 
 TEST_F(SocketTCPListenersTest, ASlowReaderGetsEverythingAlsoAfterThePortWasClosed) {
