@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/simulated/base64.h"
 #include "platform/simulated/simulated_files.h"
 
 namespace tallowin {

@@ -38,8 +38,6 @@ void SimulatedCommandChannel::run(const std::vector<std::string>& arguments) {
 
 namespace {
 
-using Interface = ServiceDescription::Interface;
-
 template <typename Member>
 bool has(const std::vector<Member>& members, const std::string& name) {
   return std::ranges::find(members, name, &Member::name) != members.end();
@@ -64,18 +62,15 @@ void SimulatedDesktopService::tellChanged(const std::string& interface, const st
 }
 
 void SimulatedDesktopService::call(const std::string& member, const PropertyList& arguments) {
-  answer(member, arguments, [this, member](const Result& result) {
+  const Reply reply = [this, member](const Result& result) {
+    nlohmann::ordered_json record = {{"member", member}};
     if (result) {
-      journal_.record("busReply", {{"member", member}, {"value", *result}});
+      record["value"] = *result;
     } else {
-      journal_.record("busReply",
-                      {{"member", member}, {"error", result.error().name}, {"message", result.error().message}});
+      record.update({{"error", result.error().name}, {"message", result.error().message}});
     }
-  });
-}
-
-void SimulatedDesktopService::answer(const std::string& member, const PropertyList& arguments,
-                                     const Reply& reply) const {
+    journal_.record("busReply", record);
+  };
   if (!offered_) {
     reply(std::unexpected(ServiceError{"org.freedesktop.DBus.Error.ServiceUnknown", "nobody has the name"}));
     return;

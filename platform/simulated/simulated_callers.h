@@ -99,8 +99,6 @@ class SimulatedDesktopService : public DesktopService {
     Handlers handlers;
   };
 
-  void answer(const std::string& member, const PropertyList& arguments, const Reply& reply) const;
-
   Journal& journal_;
   std::optional<Offered> offered_;
   bool listens_ = false;

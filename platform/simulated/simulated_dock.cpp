@@ -5,13 +5,21 @@
 #include <cmath>
 #include <expected>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
+#include "base/json_text.h"
 #include "base/preferences.h"
 
 namespace tallowin {
 
 namespace {
+
+/// How serialised events begin: their version.
+constexpr std::string_view eventVersion("\0\0\0\2", 4);
+
+/// Time stamp, flags, location and fields.
+using SerialisedEvent = std::tuple<std::uint64_t, std::uint64_t, double, double, std::map<CGEventField, PropertyList>>;
 
 constexpr auto dockCategory = "EmulatedDock";
 
@@ -119,6 +127,37 @@ std::expected<DockSwipe, std::string> readDockSwipe(const SimulatedEvent& event)
 }
 
 }  // namespace
+
+std::int64_t SimulatedEvent::integer(CGEventField field) const {
+  const auto found = fields.find(field);
+  return found != fields.end() ? found->second.get<std::int64_t>() : 0;
+}
+
+double SimulatedEvent::real(CGEventField field) const {
+  const auto found = fields.find(field);
+  return found != fields.end() ? found->second.get<double>() : 0;
+}
+
+std::string SimulatedEvent::serialised() const {
+  const PropertyList list = SerialisedEvent{timestamp, flags, location.x, location.y, fields};
+  return std::string(eventVersion) + list.dump() + '\n' + payload;
+}
+
+std::optional<SimulatedEvent> SimulatedEvent::deserialised(std::string_view bytes) {
+  const auto end = bytes.find('\n');
+  if (!bytes.starts_with(eventVersion) || end == std::string_view::npos) {
+    return std::nullopt;
+  }
+  const auto list = parseJSON(bytes.substr(eventVersion.size(), end - eventVersion.size()));
+  if (!list) {
+    return std::nullopt;
+  }
+  SimulatedEvent event;
+  std::tie(event.timestamp, event.flags, event.location.x, event.location.y, event.fields) =
+      list->get<SerialisedEvent>();
+  event.payload = bytes.substr(end + 1);
+  return event;
+}
 
 bool SimulatedDock::handle(const SimulatedEvent& event) {
   if (event.type() == SimulatedEvent::dockControl) {

@@ -4,15 +4,46 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/clock.h"
+#include "platform/events.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "platform/property_list.h"
 #include "platform/simulated/desktop_state.h"
-#include "platform/simulated/simulated_event.h"
 #include "platform/simulated/simulated_spaces.h"
 
 namespace tallowin {
+
+/// A simulated input event: its fields by number, and the bytes of a device report that may follow its serialised form.
+struct SimulatedEvent : CGEvent {
+  /// Fields with a meaning of their own (CGEventTypes.h; 55 is the event's type in every event).
+  static constexpr CGEventField keyCodeField = 9;  // kCGKeyboardEventKeycode
+  static constexpr CGEventField typeField = 55;
+
+  /// Event types (CGEventTypes.h; the Dock-control type is undocumented).
+  static constexpr std::int64_t keyDown = 10;
+  static constexpr std::int64_t keyUp = 11;
+  static constexpr std::int64_t dockControl = 30;
+
+  std::uint64_t timestamp = 0;
+  std::uint64_t flags = 0;
+  CGPoint location;
+  std::map<CGEventField, PropertyList> fields;  ///< integers and reals
+  std::string payload;
+
+  /// A field's value in the asked type, converted when it was set in the other; 0 when it was never set.
+  [[nodiscard]] std::int64_t integer(CGEventField field) const;
+  [[nodiscard]] double real(CGEventField field) const;
+  [[nodiscard]] std::int64_t type() const { return integer(typeField); }
+
+  /// The serialised form: its version, a line of JSON with the rest, then the payload.
+  [[nodiscard]] std::string serialised() const;
+  /// The event with this serialised form; bytes after its line become its payload. Nothing for what does not begin like
+  /// one.
+  [[nodiscard]] static std::optional<SimulatedEvent> deserialised(std::string_view bytes);
+};
 
 /// The simulated Dock: takes the gesture events and hot keys that the real one takes, and switches desktops. A burst of
 /// steps ends in one switch, made on the main queue right after the burst. While the screen is locked it takes its

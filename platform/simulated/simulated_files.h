@@ -24,6 +24,12 @@ namespace tallowin {
 /// no such path.
 [[nodiscard]] std::string simulatedPath(std::string_view text);
 
+/// The bytes as Base64 with padding (RFC 4648, section 4).
+[[nodiscard]] std::string base64(std::string_view bytes);
+
+/// The bytes that such a text stands for; nothing when it is none.
+[[nodiscard]] std::optional<std::string> bytesOfBase64(std::string_view text);
+
 /// Where a disk may fail while a file is written anew.
 enum class WriteStage { open, write, flush, rename, folder };
 

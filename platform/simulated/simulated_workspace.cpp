@@ -35,10 +35,9 @@ std::vector<RunningApplication> SimulatedWorkspace::runningApplicationsWithBundl
 }
 
 std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() {
-  const auto found = std::ranges::find_if(state_.applications, [](const SimulatedApplication& application) {
-    return application.pid && application.isActive;
-  });
-  return found == state_.applications.end() ? std::nullopt : std::optional(running(*found));
+  const auto all = runningApplications();
+  const auto found = std::ranges::find(all, true, &RunningApplication::isActive);
+  return found == all.end() ? std::nullopt : std::optional(*found);
 }
 
 bool SimulatedWorkspace::hide(ProcessID pid) {
@@ -79,9 +78,8 @@ bool SimulatedWorkspace::activateWithOptions(ProcessID pid) {
 
 std::optional<std::filesystem::path> SimulatedWorkspace::URLForApplicationWithBundleIdentifier(
     std::string_view bundle) {
-  const auto found = std::ranges::find_if(state_.applications, [&](const SimulatedApplication& application) {
-    return application.bundleIdentifier == bundle;
-  });
+  const auto isMeant = [&](const SimulatedApplication& candidate) { return candidate.bundleIdentifier == bundle; };
+  const auto found = std::ranges::find_if(state_.applications, isMeant);
   return found == state_.applications.end() ? std::nullopt : std::optional<std::filesystem::path>(found->path());
 }
 
@@ -99,8 +97,8 @@ void SimulatedWorkspace::openApplicationAtURL(const std::filesystem::path& appli
 
 void SimulatedWorkspace::open(const std::filesystem::path& path, const OpenConfiguration& configuration,
                               const OpenCompletion& completion) {
-  const auto found = std::ranges::find_if(
-      state_.applications, [&](const SimulatedApplication& application) { return application.path() == path; });
+  const auto isThere = [&](const SimulatedApplication& candidate) { return candidate.path() == path; };
+  const auto found = std::ranges::find_if(state_.applications, isThere);
   if (found == state_.applications.end()) {
     completion(std::unexpected("The application cannot be found."));
     return;

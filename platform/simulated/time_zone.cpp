@@ -29,7 +29,7 @@ std::optional<std::int64_t> bigEndian(std::string_view bytes, std::size_t offset
   return static_cast<std::int64_t>(value);
 }
 
-/// The counts in a TZif header, in the order in which they stand there (RFC 8536, section 3.1).
+/// The counts in a TZif header (RFC 8536, section 3.1).
 struct Header {
   static constexpr std::size_t size = 44;
   std::size_t isUTC = 0;
@@ -46,22 +46,18 @@ struct Header {
 };
 
 std::optional<Header> readHeader(std::string_view bytes, std::size_t offset) {
-  if (offset > bytes.size() || bytes.size() - offset < Header::size || bytes.substr(offset, 4) != "TZif") {
-    return std::nullopt;
-  }
-  Header header;
-  std::size_t* const counts[] = {&header.isUTC,   &header.isStandard, &header.leapSeconds,
-                                 &header.changes, &header.types,      &header.characters};
-  std::size_t at = offset + 20;
-  for (auto* count : counts) {
-    const auto value = bigEndian(bytes, at, 4);
-    if (!value || *value < 0 || *value > 100'000) {
+  constexpr std::int64_t most = 100'000;
+  std::size_t counts[6] = {};
+  for (std::size_t i = 0; i < std::size(counts); ++i) {
+    const auto count = bigEndian(bytes, offset + 20 + i * 4, 4).value_or(-1);
+    if (count < 0 || count > most) {
       return std::nullopt;
     }
-    *count = static_cast<std::size_t>(*value);
-    at += 4;
+    counts[i] = static_cast<std::size_t>(count);
   }
-  return header;
+  return bytes.substr(offset, 4) == "TZif"
+             ? std::optional(Header{counts[0], counts[1], counts[2], counts[3], counts[4], counts[5]})
+             : std::nullopt;
 }
 
 std::expected<TimeZone, std::string> readFile(std::string_view name) {

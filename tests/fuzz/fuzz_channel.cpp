@@ -1,7 +1,7 @@
 // Any bytes may come over the command channel, in both directions.
 
-#include "platform/channel/channel_protocol.h"
 #include "platform/channel/channel_peer.h"
+#include "platform/channel/channel_protocol.h"
 #include "tests/fuzz/fuzzing.h"
 
 using namespace tallowin;

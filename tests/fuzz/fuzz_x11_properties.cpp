@@ -44,18 +44,6 @@ X11Property texts(const std::string& bytes) {
   return {bytes.empty() ? 0 : 8, bytes};
 }
 
-/// The properties as they are once a plan was carried out.
-X11DesktopProperties carriedOut(X11DesktopProperties properties, const DesktopNamesPlan& plan) {
-  properties.desktopNames = texts(encodeTexts(plan.wanted));
-  properties.desktopNamesRecord =
-      texts(plan.record == DesktopNamesRecord() ? "" : encodeDesktopNamesRecord(plan.record));
-  return properties;
-}
-
-DesktopNamesPlan planFor(const X11DesktopProperties& properties, const std::map<ManagedSpaceID, std::string>& names) {
-  return planDesktopNames(properties, readX11DesktopState(properties), names);
-}
-
 void readDesktops(Input& input) {
   X11DesktopProperties properties{input.property(), input.property(), input.property(),
                                   input.property(), input.property(), 0,
@@ -68,10 +56,12 @@ void readDesktops(Input& input) {
   for (std::size_t index = 0; index < std::min<std::size_t>(state.spaces.size(), 4); ++index) {
     names.emplace(state.spaces[index], input.take(input.number(1) % 16));
   }
-  const auto plan = planFor(properties, names);
-  const auto again = planFor(carriedOut(properties, plan), names);
-  require(!again.changesAnything(), "what is written once is not written again");
-  require(again.spaces == plan.spaces, "names that are written change nobody's id");
+  const auto plan = planDesktopNames(properties, state, names);
+  properties.desktopNames = texts(encodeTexts(plan.wanted));
+  properties.desktopNamesRecord =
+      texts(plan.record == DesktopNamesRecord() ? "" : encodeDesktopNamesRecord(plan.record));
+  const auto again = planDesktopNames(properties, readX11DesktopState(properties), names);
+  require(!again.changesAnything() && again.spaces == plan.spaces, "what is written once is not written again");
 }
 
 void readWindow(const X11Property& property) {

@@ -19,7 +19,6 @@ TEST(ScenarioTest, mistakesAreNamedWithTheirPath) {
   const Case cases[] = {
       {"[]", "the scenario: expected an object, found a list"},
       {R"({"windos": []})", R"(unknown member "windos" in the scenario)"},
-      {R"({"dock": {"swich": 1}})", R"(unknown member "swich" in dock)"},
       {R"({"dock": {"switchTime": -1}})", "dock.switchTime: expected a number of seconds, found the number -1"},
       {R"({"timeZone": "Nowhere"})", "timeZone: no time zone has this name"},
       {R"({"systemVersion": "15."})", R"(systemVersion: expected a version such as "15.3.1", found a text)"},
@@ -34,16 +33,12 @@ TEST(ScenarioTest, mistakesAreNamedWithTheirPath) {
        "displays[0].bounds[2]: expected at most a million points, found the number 1e+300"},
       {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 20000, 1]}]})",
        "displays[0].bounds: a display has at most 10000 points a side"},
-      {R"({"displays": [{"id": 1, "uuid": "", "bounds": [0, 0, 1, -1]}]})",
-       "displays[0].bounds: width and height are not negative"},
       {R"({"windows": [{"number": 7, "pid": 1}, {"number": 7, "pid": 1}]})",
        "windows: two elements have the same number"},
       {R"({"windows": [{"number": 7, "pid": 1, "space": 1, "spaces": [1]}]})",
        R"(windows[0].spaces: either "space" or "spaces", not both)"},
       {R"({"applications": [{"name": "Mail", "activationPolicy": "shy"}]})",
        R"(applications[0].activationPolicy: expected "regular", "accessory" or "prohibited", found a text)"},
-      {R"({"ignoredMoves": ["SLSGetActiveSpace"]})",
-       "ignoredMoves[0]: expected the name of a function that moves windows, found a text"},
       {R"({"takenHotKeys": [{"key": "ab"}]})",
        R"(takenHotKeys[0].key: expected a letter from "a" to "z" or a virtual key code, found a text)"},
       {R"({"applications": [{"name": "A", "responseTime": "slow"}]})",
@@ -176,18 +171,6 @@ TEST(RawSpacesTest, aRemovedSpaceLeavesItsWindowsToANeighbour) {
   EXPECT_EQ(spaces.activeOn("A"), 2);
   EXPECT_EQ(spaces.remove(2), std::nullopt) << "the last ordinary one";
   EXPECT_EQ(spaces.remove(9), 2);
-}
-
-TEST(RawSpacesTest, displaysComeAndGoWithTheirSpaces) {
-  RawSpaces spaces(malformedInPlaces());
-  spaces.addDisplay("C");
-  spaces.addDisplay("C");
-  EXPECT_EQ(picture(spaces), "A [1] 2 (9) B [3] C [10] ");
-  spaces.removeDisplay("A");
-  EXPECT_EQ(picture(spaces), "B [3] 1 2 (9) C [10] ");
-  spaces.removeDisplay("B");
-  spaces.removeDisplay("C");
-  EXPECT_TRUE(spaces.displays().empty());
 }
 
 TEST(RawSpacesTest, aDisplayThatComesBackGetsItsSpacesBack) {

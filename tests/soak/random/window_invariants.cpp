@@ -64,7 +64,7 @@ class WindowsAreSavedBeforeTheyAreClosed : public Invariant {
   using Invariant::Invariant;
 
   void hear(const Json& record) override {
-    if (record["op"] == "writeAtomically" && record["path"] == supportFolder + "saved-spaces.json") {
+    if (writtenFile(record) == supportFolder + "saved-spaces.json") {
       savedAt_ = record.contains("error") ? Duration(-1) : run_.now();
     } else if (closes(record) && savedAt_ != run_.now()) {
       run_.fail("windows are saved before they are closed", record.dump());
@@ -92,22 +92,20 @@ class CallersAreAnswered : public Invariant {
                                                                {"runIntent", "scriptResult"},
                                                                {"speak", "scriptResult"},
                                                                {"runScriptCommand", "scriptResult"}};
-    const std::string op = record["op"];
-    if (op == "script") {
-      const std::string action = record["do"];
-      if (const auto reply = replies.find(action); reply != replies.end()) {
-        ++open_[reply->second];
-      } else if (action == "runCommand") {
-        if (++callers_; !mayWait(record["arguments"])) {
-          waiting_.insert(callers_);
-        }
-      } else if (action == "interruptCommand") {
-        waiting_.erase(record["caller"].get<int>());
+    const auto action = actionIn(record);
+    if (const auto reply = replies.find(action); reply != replies.end()) {
+      ++open_[reply->second];
+    } else if (action == "runCommand") {
+      ++callers_;
+      const bool mayWait =
+          record["arguments"] == Json::array({"watch"}) || record["arguments"] == Json::array({"mark"});
+      if (!mayWait) {
+        waiting_.insert(callers_);
       }
-    } else if (op == "answer" && record.contains("status")) {
+    } else if (action == "interruptCommand" || (record["op"] == "answer" && record.contains("status"))) {
       waiting_.erase(record["caller"].get<int>());
-    } else if (open_.contains(op)) {
-      --open_[op];
+    } else if (open_.contains(record["op"].get<std::string>())) {
+      --open_[record["op"]];
     }
   }
 
@@ -123,10 +121,6 @@ class CallersAreAnswered : public Invariant {
   }
 
  private:
-  static bool mayWait(const Json& arguments) {
-    return arguments == Json::array({"watch"}) || arguments == Json::array({"mark"});
-  }
-
   int callers_ = 0;
   std::set<int> waiting_;
   std::map<std::string, int> open_;  ///< answers that are still to come, by their kind
