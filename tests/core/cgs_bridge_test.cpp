@@ -1,5 +1,5 @@
-// The window server through functions found by name: which names, how often, and what happens without them; and the
-// symbol-table walk over good images and over images that are wrong in one known way.
+// The window server through functions found by name, and what happens without them; and the symbol-table walk over good
+// images and over images that are wrong in one known way.
 
 #include "core/driven/cgs_bridge.h"
 
@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
-#include <map>
 
 #include "core/driven/mach_o_symbols.h"
 #include "platform/private_functions.h"
@@ -18,66 +17,6 @@ namespace tallowin {
 namespace {
 
 using testing::ElementsAre;
-
-/// Remembers what it is asked for, and finds what it is told to.
-class RecordingLoader : public DynamicLoader {
- public:
-  LibraryHandle open(std::string_view path, int mode) override {
-    asked.push_back("open " + std::string(path.substr(path.rfind('/') + 1)) + " " + std::to_string(mode));
-    return mode == DynamicLoader::lazy ? this : nullptr;
-  }
-  void* symbol(LibraryHandle library, std::string_view name) override {
-    asked.push_back(std::string(library != nullptr ? "framework " : "default ") + std::string(name));
-    const auto found = symbols.find(name);
-    return found != symbols.end() ? found->second : nullptr;
-  }
-  std::vector<LoadedImage> loadedImages() override { return {}; }
-
-  std::vector<std::string> take() { return std::exchange(asked, {}); }
-
-  std::map<std::string, void*, std::less<>> symbols;
-  std::vector<std::string> asked;
-};
-
-class NoCoreFoundation : public CoreFoundation {
- public:
-  PropertyList propertyList(CFTypeRef /*object*/) override { return nullptr; }
-  CFTypeRef create(const PropertyList& /*value*/) override { return nullptr; }
-  std::vector<const void*> elements(CFTypeRef /*array*/) override { return {}; }
-  void CFRelease(CFTypeRef /*object*/) override {}
-};
-
-class CGSBridgeLookup : public testing::Test {
- protected:
-  RecordingLoader loader;
-  NoCoreFoundation coreFoundation;
-  CGSBridge bridge{loader, coreFoundation};
-};
-
-TEST_F(CGSBridgeLookup, NamesAreTriedInTheFrameworkThenInTheDefaultNamespaceAndOnlyOnce) {
-  EXPECT_EQ(bridge.CGSBridgeConnection(), 0U);
-  EXPECT_THAT(loader.take(), ElementsAre("open SkyLight 17", "open SkyLight 1", "framework SLSMainConnectionID",
-                                         "framework _CGSDefaultConnection", "default SLSMainConnectionID",
-                                         "default _CGSDefaultConnection"));
-  EXPECT_EQ(bridge.CGSBridgeConnection(), 0U);
-  EXPECT_THAT(loader.take(), ElementsAre());
-
-  EXPECT_FALSE(bridge.CGSBridgeIsSymbolicHotKeyEnabled(79));
-  EXPECT_THAT(loader.take(), ElementsAre("framework CGSIsSymbolicHotKeyEnabled", "framework SLSIsSymbolicHotKeyEnabled",
-                                         "default CGSIsSymbolicHotKeyEnabled", "default SLSIsSymbolicHotKeyEnabled"))
-      << "the hot-key functions go by their CGS names first";
-}
-
-TEST_F(CGSBridgeLookup, TheProbeLooksAfreshAndLeavesTheRestAsItWas) {
-  EXPECT_EQ(bridge.CGSBridgeActiveSpace(), 0U);
-  const auto connection = +[]() -> ConnectionID { return 7; };
-  const auto space = +[](ConnectionID) -> std::uint64_t { return 5; };
-  loader.symbols["_CGSDefaultConnection"] = reinterpret_cast<void*>(connection);
-  loader.symbols["SLSGetActiveSpace"] = reinterpret_cast<void*>(space);
-  EXPECT_EQ(bridge.CGSBridgeProbe().bits(), CGSBridgeHealth::connection | CGSBridgeHealth::activeSpace);
-  EXPECT_EQ(bridge.CGSBridgeActiveSpace(), 0U) << "what was missing stays missing";
-  EXPECT_EQ(CGSBridge(loader, coreFoundation).CGSBridgeActiveSpace(), 5U);
-}
 
 TEST(CGSBridge, IsNeutralWithoutAnyFunction) {
   SimulatedProgram program(R"({"missingFunctions": "all"})");

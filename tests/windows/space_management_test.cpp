@@ -12,7 +12,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// An element with the attributes that it was given, which notes that it was pressed.
 struct Node : AXElementHandle {
@@ -138,17 +137,6 @@ TEST(SpaceManagement, AnOperationMayBeginWhileAnotherIsUnderWay) {
   program.time.advance(5s);
   EXPECT_THAT(program.spaces(), ElementsAre(3, 4, 5, 6, 7, 8));
   EXPECT_THAT(program.takeDeeds(), testing::Contains(testing::StartsWith("warp")).Times(3)) << "two there, one back";
-}
-
-TEST(SpaceManagement, NothingIsDoneAfterItsEnd) {
-  ManagingProgram program("{}");
-  program.management->addDesktop(program.noted());
-  program.time.advance(500ms);
-  program.management.reset();
-  program.lines.clear();
-  program.time.advance(5s);
-  EXPECT_THAT(program.outcomes, IsEmpty());
-  EXPECT_THAT(program.takeDeeds(), IsEmpty());
 }
 
 TEST(SpaceManagement, FindsButtonsOfTheBarAndNoOthers) {

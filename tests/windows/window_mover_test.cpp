@@ -125,12 +125,6 @@ TEST(WindowMover, WindowsAreGrabbedClearOfTheirButtons) {
 }
 
 TEST(WindowMover, AMoverThatGoesNeverCompletesAndHoldsNothing) {
-  MovingProgram pending(scenario());
-  pending.move(10, 2, true, true);
-  pending.mover.reset();
-  pending.time.advance(2s);
-  EXPECT_THAT(pending.outcomes, IsEmpty());
-
   MovingProgram dragging(scenario(R"(, "ignoredMoves": "all")"));
   dragging.move(10, 2, true, true);
   dragging.time.advance(150ms);
@@ -217,21 +211,6 @@ TEST(WindowMover, TheFrontWindowIsTheFocusedOneElseTheFrontmostOnScreen) {
       EXPECT_EQ(found->pid, program.state().window(found->id)->pid);
     }
   }
-}
-
-TEST(WindowMover, RaisingNeedsAnApplicationThatAnswers) {
-  MovingProgram program(
-      scenario(R"(, "script": [{"at": 1, "do": "setResponseTime", "pid": 8, "responseTime": null}])"));
-  program.mover->raise(program.window(11));
-  EXPECT_EQ(program.state().windows.front().number, 11U);
-  EXPECT_TRUE(program.state().application(8)->isActive);
-  program.mover->raise(program.window(12));
-  program.time.advance(1s);
-  program.mover->raise(program.window(10));
-  program.mover->raise(program.window(11));
-  EXPECT_TRUE(program.state().application(7)->isActive);
-  const auto activated = program.take("activateWithOptions");
-  EXPECT_EQ(activated.size(), 2U) << "neither for a window elsewhere nor for an application that hangs";
 }
 
 constexpr auto applications = R"({

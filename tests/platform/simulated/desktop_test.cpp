@@ -24,17 +24,6 @@ TEST(SimulatedDesktopTest, functionsServeTheDesktopThatIsStillThere) {
   EXPECT_EQ(connection(), 0U);
 }
 
-TEST(JournalTest, writesTimesWithThreeDigitsAndBearsAnyText) {
-  VirtualTime time;
-  std::vector<std::string> lines;
-  Journal journal(time, [&](std::string_view line) { lines.emplace_back(line); });
-  journal.record("empty");
-  time.advance(61'005'999us);
-  journal.record("text", {{"b", "\xFF\n"}, {"a", 1.5}});
-  EXPECT_THAT(lines, ElementsAre(R"({"t":0.000,"op":"empty"})",
-                                 "{\"t\":61.005,\"op\":\"text\",\"b\":\"\uFFFD\\n\",\"a\":1.5}"));
-}
-
 class SimulatedFilesTest : public testing::Test {
  protected:
   SimulatedFilesTest() { files.placeFolder("/home/user"); }
@@ -96,20 +85,6 @@ TEST_F(SimulatedFilesTest, aWatchStaysWithTheFileThatWasOpened) {
   EXPECT_EQ(first.size(), 2U);
   EXPECT_THAT(second, ElementsAre("written", "renamed", "written"));
   EXPECT_FALSE(files.watch("/home/user/spaces", [](FileEvents) {}));
-}
-
-TEST_F(SimulatedFilesTest, aWatchThatWasLetGoOfIsToldNoMore) {
-  files.overwrite("/home/user/a", "1");
-  int told = 0;
-  std::optional<Subscription> own;
-  own = files.watch("/home/user/a", [&](FileEvents) {
-    ++told;
-    own.reset();
-  });
-  files.overwrite("/home/user/a", "3");
-  files.overwrite("/home/user/a", "4");
-  time.advance(1s);
-  EXPECT_EQ(told, 1);
 }
 
 TEST_F(SimulatedFilesTest, stampsTellEveryContentFromTheNext) {

@@ -104,23 +104,5 @@ TEST_F(SimulatedDockTest, gesturesThatAreIncompleteOrMalformedDoNothing) {
                                              "ignored a malformed gesture: its device report is wrong at byte 8"));
 }
 
-TEST_F(SimulatedDockTest, aDirectSwitchPutsAnEndToPendingSteps) {
-  swipe(1);
-  program.desktop.parts().pressSymbolicHotKey(symbolic_hot_key::firstDesktop + 2);
-  EXPECT_THAT(reached(), ElementsAre(3));
-}
-
-TEST_F(SimulatedDockTest, onlyEnabledHotKeysWithTheirModifiersAreTaken) {
-  auto hotKeys = freshSymbolicHotKeys();
-  constexpr VirtualKeyCode digit1 = 18;
-  EXPECT_EQ(pressedHotKey(hotKeys, digit1, 0), std::nullopt);
-  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control | CGEventFlag::shift), std::nullopt);
-  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control | 0x10000), 118) << "CapsLock is no matter";
-  hotKeys[118].enabled = false;
-  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control), std::nullopt);
-  hotKeys[118] = {std::nullopt, true};
-  EXPECT_EQ(pressedHotKey(hotKeys, digit1, CGEventFlag::control), std::nullopt);
-}
-
 }  // namespace
 }  // namespace tallowin

@@ -98,26 +98,6 @@ TEST(ScenarioTest, membersArriveWhereTheyBelong) {
   EXPECT_EQ(scenario->missionControl.hoverTime, 1s);
 }
 
-TEST(ScenarioTest, windowsWithoutASpaceAreOnTheActiveOneOfTheirDisplay) {
-  const auto scenario = Scenario::parse(R"({
-    "displays": [{"id": 1, "uuid": "AAAA", "bounds": [0, 0, 100, 100]},
-                 {"id": 2, "uuid": "BBBB", "bounds": [100, 0, 100, 100]}],
-    "managedDisplaySpaces": [
-      {"Display Identifier": "aaaa", "Current Space": {"ManagedSpaceID": 2},
-       "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}]},
-      {"Display Identifier": "BBBB", "Current Space": {"ManagedSpaceID": 3}, "Spaces": [{"ManagedSpaceID": 3}]}],
-    "windows": [{"number": 1, "pid": 1, "frame": [10, 10, 20, 20]},
-                {"number": 2, "pid": 1, "frame": [90, 10, 60, 20]},
-                {"number": 3, "pid": 1, "frame": [900, 10, 60, 20]},
-                {"number": 4, "pid": 1, "spaces": []}]})");
-  ASSERT_TRUE(scenario) << scenario.error();
-  std::vector<std::vector<ManagedSpaceID>> spaces;
-  for (const auto& window : scenario->desktop.windows) {
-    spaces.push_back(window.spaces);
-  }
-  EXPECT_EQ(spaces, (std::vector<std::vector<ManagedSpaceID>>{{2}, {3}, {2}, {}}));
-}
-
 /// [1] 2 (full screen 9) on A, [3] on B, with entries among them that are no Spaces and no displays.
 PropertyList malformedInPlaces() {
   return PropertyList::parse(R"([
@@ -152,25 +132,6 @@ TEST(RawSpacesTest, readsAroundMalformedEntriesAndKeepsThemThroughChanges) {
   EXPECT_EQ(spaces.list(), expected);
   EXPECT_FALSE(spaces.activate(77));
   EXPECT_EQ(spaces.list(), expected);
-}
-
-TEST(RawSpacesTest, desktopsAreAddedBehindTheOrdinaryOnesUnderNewIDs) {
-  RawSpaces spaces(malformedInPlaces());
-  EXPECT_EQ(spaces.addDesktop("A"), 10);
-  EXPECT_EQ(picture(spaces), "A [1] 2 10 (9) B [3] ");
-  EXPECT_EQ(spaces.remove(10), 2);
-  EXPECT_EQ(spaces.addDesktop("B"), 11) << "ids are not used twice";
-  EXPECT_EQ(spaces.addDesktop("C"), std::nullopt);
-}
-
-TEST(RawSpacesTest, aRemovedSpaceLeavesItsWindowsToANeighbour) {
-  RawSpaces spaces(malformedInPlaces());
-  EXPECT_EQ(spaces.remove(3), std::nullopt) << "the last one of its display";
-  EXPECT_EQ(spaces.remove(77), std::nullopt);
-  EXPECT_EQ(spaces.remove(1), 2) << "the first one's only neighbour";
-  EXPECT_EQ(spaces.activeOn("A"), 2);
-  EXPECT_EQ(spaces.remove(2), std::nullopt) << "the last ordinary one";
-  EXPECT_EQ(spaces.remove(9), 2);
 }
 
 TEST(RawSpacesTest, aDisplayThatComesBackGetsItsSpacesBack) {

@@ -77,20 +77,6 @@ TEST_F(VirtualTimeTest, runEndsAtStopAtTheEndOrWithNothingLeft) {
   EXPECT_EQ(time.stopped(), 7);
 }
 
-TEST_F(VirtualTimeTest, workQueuesShareTheOrderAndDropTheirWorkWhenTheyEnd) {
-  auto queue = time.make("contents");
-  const auto main = time.after(1ms, note("main"));
-  queue->after(1ms, note("queue"));
-  queue->after(0ms, note("queue at once"));
-  queue->after(2ms, [&] {
-    seen.emplace_back("the queue ends inside its own work");
-    queue.reset();
-  });
-  queue->after(3ms, note("never"));
-  time.advance(10ms);
-  EXPECT_THAT(seen, ElementsAre("queue at once", "main", "queue", "the queue ends inside its own work"));
-}
-
 TEST(TimeZoneTest, theDayDependsOnTheZone) {
   struct Case {
     const char* zone;
