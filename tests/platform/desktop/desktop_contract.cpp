@@ -1,27 +1,118 @@
 // What platform/desktop.h promises, for every implementation.
 
-#include "tests/platform/desktop/desktop_contract.h"
-
 #include <algorithm>
+#include <functional>
 #include <gmock/gmock.h>
+#include <memory>
+
+#include "platform/desktop.h"
+#include "tests/platform/x11/x11_world.h"
+#include "tests/simulated_program.h"
 
 namespace tallowin {
+namespace {
 
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(AskedDesktopContract);
-
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-std::vector<ManagedSpaceID> DesktopContract::ids() {
-  std::vector<ManagedSpaceID> ids;
-  for (const auto& space : display().spaces) {
-    ids.push_back(space.id);
-  }
-  return ids;
-}
+/// A desktop for the tests of what every Desktop promises: one display with four desktops, the first one active, and
+/// one window on each. Places count from 0.
+class DesktopWorld {
+ public:
+  virtual ~DesktopWorld() = default;
 
-std::vector<ManagedSpaceID> DesktopContract::spacesOf(std::size_t place) {
-  return world->desktop().spacesOfWindow(world->window(place)).value_or(std::vector<ManagedSpaceID>());
-}
+  virtual Desktop& desktop() = 0;
+  /// The same where it can be asked; else null.
+  virtual AskedDesktop* asked() = 0;
+  /// Lets everything happen that is under way, and everybody be told.
+  virtual void settle() = 0;
+  /// Somebody else switches.
+  virtual void userSwitchesTo(std::size_t place) = 0;
+  /// The window that was on this desktop at the start.
+  virtual WindowNumber window(std::size_t place) = 0;
+};
+
+/// An implementation of Desktop.
+struct DesktopImplementation {
+  const char* name;
+  std::function<std::unique_ptr<DesktopWorld>()> make;
+};
+
+class DesktopContract : public testing::TestWithParam<DesktopImplementation> {
+ protected:
+  [[nodiscard]] DesktopDisplay display() {
+    return world->desktop().read().value_or(DesktopReading{{{}}}).displays.front();
+  }
+  [[nodiscard]] std::vector<ManagedSpaceID> ids() {
+    std::vector<ManagedSpaceID> ids;
+    for (const auto& space : display().spaces) {
+      ids.push_back(space.id);
+    }
+    return ids;
+  }
+  /// Where a window is: nothing when nobody knows it.
+  [[nodiscard]] std::vector<ManagedSpaceID> spacesOf(std::size_t place) {
+    return world->desktop().spacesOfWindow(world->window(place)).value_or(std::vector<ManagedSpaceID>());
+  }
+
+  std::unique_ptr<DesktopWorld> world = GetParam().make();
+};
+
+/// What beyond that every desktop promises that can be asked.
+class AskedDesktopContract : public DesktopContract {
+ protected:
+  AskedDesktop& asked() { return *world->asked(); }
+  /// Notes what comes of a request.
+  AskedDesktop::Completion noted() {
+    return [this](std::expected<void, DesktopRefusal> outcome) { outcomes.push_back(outcome); };
+  }
+
+  std::vector<std::expected<void, DesktopRefusal>> outcomes;
+  const std::vector<std::expected<void, DesktopRefusal>> done = {{}};
+};
+
+class SimulatedWorld : public DesktopWorld {
+ public:
+  explicit SimulatedWorld(const std::string& members)
+      : program_("{" + members + R"("windows": [
+          {"number": 10, "pid": 350, "space": 1}, {"number": 11, "pid": 350, "space": 2},
+          {"number": 12, "pid": 350, "space": 3}, {"number": 13, "pid": 350, "space": 4}]})") {}
+
+  Desktop& desktop() override { return program_.spaces; }
+  AskedDesktop* asked() override { return program_.desktop.asked(); }
+  void settle() override { program_.time.advance(5s); }
+  void userSwitchesTo(std::size_t place) override {
+    program_.desktop.parts().spaces.switchNow(static_cast<ManagedSpaceID>(place) + 1);
+  }
+  WindowNumber window(std::size_t place) override { return static_cast<WindowNumber>(10 + place); }
+
+ private:
+  SimulatedProgram program_;
+};
+
+class X11DesktopWorld : public DesktopWorld {
+ public:
+  X11DesktopWorld() {
+    for (std::uint32_t place = 0; place < 4; ++place) {
+      windows_.push_back(world_.open(client_, place).id);
+    }
+    (void)desktop().observe([](const DesktopSign&) {});
+  }
+
+  Desktop& desktop() override { return world_.session().desktop; }
+  AskedDesktop* asked() override { return &world_.session().desktop; }
+  void settle() override { world_.settle(); }
+  void userSwitchesTo(std::size_t place) override {
+    client_.connection().sendToWindowManager(client_.root(), X11Atom::netCurrentDesktop,
+                                             {static_cast<std::uint32_t>(place), 0, 0, 0, 0});
+  }
+  WindowNumber window(std::size_t place) override { return windows_.at(place); }
+
+ private:
+  X11World world_;
+  TestClient client_;
+  std::vector<WindowNumber> windows_;
+};
 
 TEST_P(DesktopContract, tellsTheSpacesFromLeftToRight) {
   const auto reading = world->desktop().read();
@@ -140,4 +231,19 @@ TEST_P(AskedDesktopContract, tellsNobodyAfterItsEnd) {
   EXPECT_EQ(outcomes.size(), told);
 }
 
+DesktopImplementation simulated(const char* name, const char* members) {
+  return {name, [members] { return std::make_unique<SimulatedWorld>(members); }};
+}
+
+const auto simulatedAsked = simulated("asked", R"("desktop": "asked", )");
+const auto simulatedByPlace = simulated("askedByPlace", R"("desktop": "asked", "desktopsByPlace": true, )");
+const auto simulatedDriven = simulated("driven", "");
+const DesktopImplementation x11{"x11", [] { return std::make_unique<X11DesktopWorld>(); }};
+
+const auto nameOf = [](const testing::TestParamInfo<DesktopImplementation>& info) { return info.param.name; };
+INSTANTIATE_TEST_SUITE_P(Every, DesktopContract,
+                         testing::Values(simulatedAsked, simulatedByPlace, simulatedDriven, x11), nameOf);
+INSTANTIATE_TEST_SUITE_P(Every, AskedDesktopContract, testing::Values(simulatedAsked, simulatedByPlace, x11), nameOf);
+
+}  // namespace
 }  // namespace tallowin

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
-#include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -17,9 +17,6 @@ namespace tallowin {
 /// Each client gets a frame with a title bar of 20 pixels and borders of 2, and lies `depth` windows deep in it.
 class ObedientWindowManager : private ScriptedWindowManager {
  public:
-  static constexpr std::uint32_t border = 2;
-  static constexpr std::uint32_t titleBar = 20;
-
   explicit ObedientWindowManager(std::uint32_t desktops, std::set<X11Atom> ignored = {}, int depth = 1,
                                  std::string_view name = "Openbox")
       : ScriptedWindowManager(name, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY),
@@ -56,6 +53,11 @@ class ObedientWindowManager : private ScriptedWindowManager {
   }
 
  private:
+  static constexpr std::uint32_t border = 2;
+  static constexpr std::uint32_t titleBar = 20;
+  static constexpr std::uint32_t clientEvents =
+      XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+
   struct Client {
     xcb_window_t frame = XCB_WINDOW_NONE;
     std::vector<std::uint32_t> states;
@@ -63,23 +65,19 @@ class ObedientWindowManager : private ScriptedWindowManager {
 
   void run() {
     while (const XcbPtr<xcb_generic_event_t> event{xcb_wait_for_event(raw())}) {
-      switch (event->response_type & 0x7F) {
-        case XCB_MAP_REQUEST:
-          show(reinterpret_cast<const xcb_map_request_event_t&>(*event).window);
-          break;
-        case XCB_UNMAP_NOTIFY:
-          withdraw(reinterpret_cast<const xcb_unmap_notify_event_t&>(*event).window);
-          break;
-        case XCB_DESTROY_NOTIFY:
-          forget(reinterpret_cast<const xcb_destroy_notify_event_t&>(*event).window);
-          break;
-        case XCB_CLIENT_MESSAGE:
-          if (!obey(reinterpret_cast<const xcb_client_message_event_t&>(*event))) {
-            return;
-          }
-          break;
-        default:
-          break;
+      const int type = x11EventType(*event);
+      if (type == XCB_MAP_REQUEST) {
+        show(x11EventAs<xcb_map_request_event_t>(*event).window);
+      } else if (type == XCB_UNMAP_NOTIFY) {
+        withdraw(x11EventAs<xcb_unmap_notify_event_t>(*event).window);
+      } else if (type == XCB_DESTROY_NOTIFY) {
+        forget(x11EventAs<xcb_destroy_notify_event_t>(*event).window);
+      } else if (type == XCB_CLIENT_MESSAGE) {
+        const auto& message = x11EventAs<xcb_client_message_event_t>(*event);
+        if (message.type == atom(X11Atom::edid)) {
+          return;
+        }
+        obey(message);
       }
       xcb_flush(raw());
     }
@@ -105,13 +103,12 @@ class ObedientWindowManager : private ScriptedWindowManager {
       parent = createWindow(parent, corner, client);
       xcb_map_window(raw(), parent);
     }
-    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-    xcb_change_window_attributes(raw(), parent, XCB_CW_EVENT_MASK, &mask);
+    xcb_change_window_attributes(raw(), parent, XCB_CW_EVENT_MASK, &clientEvents);
     xcb_reparent_window(raw(), window, parent, static_cast<std::int16_t>(corner.x),
                         static_cast<std::int16_t>(corner.y));
     xcb_map_window(raw(), window);
-    setWords(window, X11Atom::netFrameExtents, XCB_ATOM_CARDINAL, {border, border, titleBar, border});
-    setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {current_});
+    setCardinals(window, X11Atom::netFrameExtents, {border, border, titleBar, border});
+    setCardinals(window, X11Atom::netWmDesktop, {current_});
     order_.push_back(window);
     setWords(root(), X11Atom::netClientList, XCB_ATOM_WINDOW, order_);
     setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
@@ -126,76 +123,32 @@ class ObedientWindowManager : private ScriptedWindowManager {
   }
 
   void forget(xcb_window_t window) {
-    const auto client = clients_.extract(window);
-    if (!client.empty()) {
+    if (const auto client = clients_.extract(window); !client.empty()) {
       xcb_destroy_window(raw(), client.mapped().frame);
       std::erase(order_, window);
       setWords(root(), X11Atom::netClientList, XCB_ATOM_WINDOW, order_);
     }
   }
 
-  bool obey(const xcb_client_message_event_t& message) {
-    const auto is = [&](X11Atom name) { return message.type == atom(name); };
-    if (is(X11Atom::edid)) {
-      return false;
-    }
-    const auto window = message.window;
-    const auto& words = message.data.data32;
+  void obey(const xcb_client_message_event_t& message) {
     for (const auto& [name, act] : actions_) {
-      if (is(name)) {
+      if (message.type == atom(name)) {
         const std::lock_guard lock(mutex_);
         ++counts_[name];
         if (!ignored_.contains(name)) {
-          (this->*act)(window, words);
+          act(message.window, message.data.data32);
         }
       }
     }
-    return true;
   }
 
-  void mark(xcb_window_t /*root*/, const std::uint32_t* words) {
-    setWords(root(), X11Atom::timestamp, XCB_ATOM_CARDINAL, {words[0]});
+  void setCardinals(xcb_window_t window, X11Atom property, const std::vector<std::uint32_t>& values) {
+    setWords(window, property, XCB_ATOM_CARDINAL, values);
   }
-  void moveToDesktop(xcb_window_t window, const std::uint32_t* words) {
-    setWords(window, X11Atom::netWmDesktop, XCB_ATOM_CARDINAL, {words[0]});
-  }
-  void switchTo(xcb_window_t /*root*/, const std::uint32_t* words) {
-    current_ = words[0];
-    setWords(root(), X11Atom::netCurrentDesktop, XCB_ATOM_CARDINAL, {current_});
-  }
-  void setCount(xcb_window_t /*root*/, const std::uint32_t* words) {
-    setWords(root(), X11Atom::netNumberOfDesktops, XCB_ATOM_CARDINAL, {words[0]});
-  }
-  void activate(xcb_window_t window, const std::uint32_t* words) {
-    changeState(window, 0, atom(X11Atom::netWmStateHidden));
-    restack(window, words);
-    setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
-  }
-  void restack(xcb_window_t window, const std::uint32_t* /*words*/) {
+
+  void raise(xcb_window_t window) {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(raw(), clients_[window].frame, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-  }
-  void iconify(xcb_window_t window, const std::uint32_t* /*words*/) {
-    changeState(window, 1, atom(X11Atom::netWmStateHidden));
-  }
-  void state(xcb_window_t window, const std::uint32_t* words) {
-    changeState(window, words[0], words[1]);
-    changeState(window, words[0], words[2]);
-  }
-  void close(xcb_window_t window, const std::uint32_t* /*words*/) { xcb_destroy_window(raw(), window); }
-
-  void moveResize(xcb_window_t window, const std::uint32_t* words) {
-    const auto frame = clients_[window].frame;
-    const std::uint32_t position = words[0] >> 8 & 3;
-    const std::uint32_t size = words[0] >> 10 & 3;
-    if (position != 0) {
-      xcb_configure_window(raw(), frame, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, words + 1);
-    }
-    if (size != 0) {
-      const std::uint32_t outer[] = {words[3] + 2 * border, words[4] + titleBar + border};
-      xcb_configure_window(raw(), frame, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, outer);
-      xcb_configure_window(raw(), window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, words + 3);
-    }
   }
 
   void changeState(xcb_window_t window, std::uint32_t add, xcb_atom_t state) {
@@ -211,18 +164,40 @@ class ObedientWindowManager : private ScriptedWindowManager {
     setWords(window, X11Atom::netWmState, XCB_ATOM_ATOM, states);
   }
 
-  using Action = void (ObedientWindowManager::*)(xcb_window_t, const std::uint32_t*);
-  const std::map<X11Atom, Action> actions_ = {
-      {X11Atom::timestamp, &ObedientWindowManager::mark},
-      {X11Atom::netWmDesktop, &ObedientWindowManager::moveToDesktop},
-      {X11Atom::netCurrentDesktop, &ObedientWindowManager::switchTo},
-      {X11Atom::netNumberOfDesktops, &ObedientWindowManager::setCount},
-      {X11Atom::netActiveWindow, &ObedientWindowManager::activate},
-      {X11Atom::netRestackWindow, &ObedientWindowManager::restack},
-      {X11Atom::wmChangeState, &ObedientWindowManager::iconify},
-      {X11Atom::netWmState, &ObedientWindowManager::state},
-      {X11Atom::netCloseWindow, &ObedientWindowManager::close},
-      {X11Atom::netMoveresizeWindow, &ObedientWindowManager::moveResize},
+  using Words = const std::uint32_t*;
+  const std::map<X11Atom, std::function<void(xcb_window_t, Words)>> actions_ = {
+      {X11Atom::timestamp, [this](xcb_window_t, Words words) { setCardinals(root(), X11Atom::timestamp, {words[0]}); }},
+      {X11Atom::netWmDesktop,
+       [this](xcb_window_t window, Words words) { setCardinals(window, X11Atom::netWmDesktop, {words[0]}); }},
+      {X11Atom::netCurrentDesktop,
+       [this](xcb_window_t, Words words) {
+         current_ = words[0];
+         setCardinals(root(), X11Atom::netCurrentDesktop, {current_});
+       }},
+      {X11Atom::netNumberOfDesktops,
+       [this](xcb_window_t, Words words) { setCardinals(root(), X11Atom::netNumberOfDesktops, {words[0]}); }},
+      {X11Atom::netActiveWindow,
+       [this](xcb_window_t window, Words) {
+         changeState(window, 0, atom(X11Atom::netWmStateHidden));
+         raise(window);
+         setWords(root(), X11Atom::netActiveWindow, XCB_ATOM_WINDOW, {window});
+       }},
+      {X11Atom::netRestackWindow, [this](xcb_window_t window, Words) { raise(window); }},
+      {X11Atom::wmChangeState,
+       [this](xcb_window_t window, Words) { changeState(window, 1, atom(X11Atom::netWmStateHidden)); }},
+      {X11Atom::netWmState,
+       [this](xcb_window_t window, Words words) {
+         changeState(window, words[0], words[1]);
+         changeState(window, words[0], words[2]);
+       }},
+      {X11Atom::netCloseWindow, [this](xcb_window_t window, Words) { xcb_destroy_window(raw(), window); }},
+      {X11Atom::netMoveresizeWindow,
+       [this](xcb_window_t window, Words words) {
+         const std::uint32_t outer[] = {words[1], words[2], words[3] + 2 * border, words[4] + titleBar + border};
+         constexpr std::uint16_t size = XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+         xcb_configure_window(raw(), clients_[window].frame, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | size, outer);
+         xcb_configure_window(raw(), window, size, words + 3);
+       }},
   };
 
   const std::set<X11Atom> ignored_;

@@ -29,22 +29,11 @@ xcb_generic_event_t destroyed(xcb_window_t window, std::uint32_t sequence) {
 TEST(X11WindowNumbers, AreIDsUntilAnIDMayHaveBelongedToAnother) {
   X11WindowNumbers numbers(resourceMask, [](xcb_window_t) { return 1U; });
   numbers.noteManaged({0x400005, 0x400007, 0x600001});
-  EXPECT_EQ(numbers.number(0x400005), 0x400005U);
-  EXPECT_EQ(numbers.window(0x400005), 0x400005U);
   EXPECT_EQ(numbers.number(0x400006), std::nullopt) << "not managed";
   EXPECT_EQ(numbers.window(0x400006), 0x400006U) << "may be known from elsewhere";
-  EXPECT_THAT(numbers.missingFrom({0x400007, 0x99}), ElementsAre(0x400005, 0x600001));
-
   numbers.noteGone(0x400007);
-  EXPECT_EQ(numbers.number(0x400007), std::nullopt);
-  EXPECT_EQ(numbers.window(0x400007), std::nullopt);
-  EXPECT_EQ(numbers.number(0x400005), 0x400005U) << "is still there";
-
-  struct Case {
-    xcb_window_t window;
-    WindowNumber number;
-  };
-  const Case cases[] = {
+  const std::pair<xcb_window_t, WindowNumber> cases[] = {
+      {0x400005, 0x400005},        // is still there
       {0x400007, firstFresh},      // the same id
       {0x400006, firstFresh + 1},  // one that may have come and gone unseen
       {0x400008, 0x400008},        // a later one of that client
@@ -56,10 +45,6 @@ TEST(X11WindowNumbers, AreIDsUntilAnIDMayHaveBelongedToAnother) {
     EXPECT_EQ(numbers.window(number), window) << window;
   }
   EXPECT_EQ(numbers.window(0x400007), std::nullopt) << "the one that has gone";
-  numbers.noteGone(0x400007);
-  EXPECT_EQ(numbers.window(firstFresh), std::nullopt);
-  numbers.noteManaged({0x400007});
-  EXPECT_EQ(numbers.number(0x400007), firstFresh + 2);
 }
 
 TEST(X11WindowNumbers, EndWithTheWindowThatWasWatched) {
@@ -189,23 +174,29 @@ TEST_F(X11WindowsTest, OpensWhatIsInstalled) {
     std::string said;
     session_->workspace.openApplicationAtURL(path, configuration,
                                              [&](const auto& result) { said = result ? "opened" : result.error(); });
-    EXPECT_TRUE(loop_.runUntil([&] { return !said.empty(); }));
+    EXPECT_TRUE(eventually([&] { return !said.empty(); }));
     return processes_.launched.empty() ? said : said + " by " + processes_.launched.back();
   };
-  EXPECT_EQ(session_->workspace.URLForApplicationWithBundleIdentifier("editor"), entry);
-  EXPECT_EQ(session_->workspace.URLForApplicationWithBundleIdentifier("no such thing"), std::nullopt);
-  EXPECT_EQ(openIt(entry), "opened by true");
-  EXPECT_EQ(openIt(folder / "applications/broken.desktop"), "there is no program no-such-tool");
-  EXPECT_EQ(openIt("/bin/ls", {"a", "b"}), "opened by ls a b");
-  const auto chrome = session_->workspace.URLForApplicationWithBundleIdentifier("com.google.Chrome");
-  ASSERT_EQ(chrome, folder / "applications/google-chrome.desktop");
-  EXPECT_EQ(openIt(*chrome, {"--profile-directory=Profile 1"}), "opened by echo --profile-directory=Profile 1");
-  for (const auto* application : {"editor", "editor.desktop", "/Applications/The Editor.app", "the editor"}) {
-    EXPECT_EQ(openIt(application, {"x"}), "opened by true x") << application;
+  const auto find = [&](std::string_view name) {
+    return session_->workspace.URLForApplicationWithBundleIdentifier(name).value_or("");
+  };
+  EXPECT_EQ(find("no such thing"), "");
+  const std::pair<std::filesystem::path, const char*> cases[] = {
+      {entry, "opened by true x"},
+      {"editor", "opened by true x"},
+      {"editor.desktop", "opened by true x"},
+      {"/Applications/The Editor.app", "opened by true x"},
+      {"the editor", "opened by true x"},
+      {find("com.google.Chrome"), "opened by echo x"},
+      {"ls", "opened by ls x"},
+      {"/bin/ls", "opened by ls x"},
+      {folder / "applications/broken.desktop", "there is no program no-such-tool"},
+      {"/Applications/Gone.app", "there is no /Applications/Gone.app"},
+      {"", "there is no "},
+  };
+  for (const auto& [application, expected] : cases) {
+    EXPECT_EQ(openIt(application, {"x"}), expected) << application;
   }
-  EXPECT_EQ(openIt("ls", {"x"}), "opened by ls x");
-  EXPECT_EQ(openIt("/Applications/Gone.app"), "there is no /Applications/Gone.app");
-  EXPECT_EQ(openIt(""), "there is no ");
 
   TestClient client;
   open(client, "Editor");

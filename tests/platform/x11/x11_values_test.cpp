@@ -39,7 +39,6 @@ TEST(MonitorIdentity, NamesMakerProductAndSerial) {
       {"serial text of full length", baseBlock("\0\0\0\xFF\0ABCDEFGHIJKLM"sv), "DEL-40F3-0001E240-ABCDEFGHIJKLM"},
       {"serial text of blanks and rubbish", baseBlock("\0\0\0\xFF\0 \x01\xFF\n"sv), "DEL-40F3-0001E240"},
       {"another descriptor", baseBlock("\0\0\0\xFC\0DELL U2415\n"sv), "DEL-40F3-0001E240"},
-      {"extension blocks", baseBlock().append(128, 'x'), "DEL-40F3-0001E240"},
       {"cut short", baseBlock().substr(0, 127), std::nullopt},
       {"no header", std::string("x").append(baseBlock()), std::nullopt},
       {"wrong checksum", baseBlock().replace(20, 1, "\1"), std::nullopt},
@@ -71,17 +70,14 @@ TEST(KeyMap, FindsAKeysymWithAsLittleHeldAsPossible) {
   } cases[] = {
       {XK_a, 0, KeyPosition{12}},
       {XK_1, 0, KeyPosition{.keycode = 10, .shift = true}},
-      {XK_1, 1, KeyPosition{10}},
       {XK_bracketleft, 0, KeyPosition{.keycode = 13, .level3 = true}},
       {XK_a, 1, KeyPosition{12}},  // a shortcut while the Russian layout is in force
-      {XK_Cyrillic_shorti, 0, KeyPosition{12}},
       {XK_a, 3, KeyPosition{12}},
       {XK_z, 0, std::nullopt},
   };
   for (const auto& [keysym, group, expected] : cases) {
     EXPECT_EQ(findKey(frenchAndRussian, keysym, group), expected) << keysym << " in " << group;
   }
-  EXPECT_EQ(findKey(KeyMap{}, XK_a, 0), std::nullopt);
 }
 
 TEST(KeyMap, KeysThatTheLayoutLacksAreAtTheirPlaces) {
@@ -90,22 +86,12 @@ TEST(KeyMap, KeysThatTheLayoutLacksAreAtTheirPlaces) {
   EXPECT_EQ(findVirtualKey(frenchAndRussian, 122, 0), std::nullopt) << "no function keys";
   EXPECT_EQ(findVirtualKey(frenchAndRussian, 10, 0), std::nullopt);
   std::set<int> places;
-  for (VirtualKeyCode code = 0; code <= 50; ++code) {
-    places.insert(findVirtualKey(KeyMap{}, code, 0).value_or(KeyPosition{}).keycode);
-  }
-  EXPECT_EQ(places.size(), 1U + 47U) << "all that print but the space bar, each at a place of its own";
-}
-
-TEST(KeyMap, KnowsTheKeysOfTheAnsiKeyboard) {
-  const std::pair<VirtualKeyCode, std::optional<Keysym>> cases[] = {
-      {0, XK_a}, {22, XK_6}, {23, XK_5}, {53, XK_Escape}, {123, XK_Left}, {10, {}}, {0xFFFF, {}}};
-  for (const auto& [code, keysym] : cases) {
-    EXPECT_EQ(keysymFor(code), keysym) << code;
-  }
   std::set<std::optional<Keysym>> keysyms;
   for (VirtualKeyCode code = 0; code < 128; ++code) {
+    places.insert(findVirtualKey(KeyMap{}, code, 0).value_or(KeyPosition{}).keycode);
     keysyms.insert(keysymFor(code));
   }
+  EXPECT_EQ(places.size(), 1U + 47U) << "all that print but the space bar, each at a place of its own";
   EXPECT_EQ(keysyms.size(), 1U + 68U) << "no code repeats the key of another";
 }
 
@@ -146,7 +132,6 @@ TEST(Pixels, WhatIsNotARowIsRefused) {
     int rows;
   } cases[] = {
       {"too short", {}, "\0\0\0"sv, 1, 1},
-      {"no width", {}, ""sv, 0, 1},
       {"odd pixels", {.bitsPerPixel = 12}, "\0\0\0\0"sv, 1, 1},
       {"odd padding", {.scanlinePad = 0}, "\0\0\0\0"sv, 1, 1},
       {"no red", {.redMask = 0}, "\0\0\0\0"sv, 1, 1},
@@ -159,24 +144,6 @@ TEST(Pixels, WhatIsNotARowIsRefused) {
   }
 }
 
-TEST(RootProperties, DesktopCountIsTakenOnlyWhenItMakesSense) {
-  const struct {
-    const char* what;
-    X11Property property;
-    std::optional<std::size_t> expected;
-  } cases[] = {
-      {"absent", {}, std::nullopt},
-      {"the first of several", words({4, 9}), 4},
-      {"none", words({0}), std::nullopt},
-      {"more than the most", words({maximumDesktopCount + 1}), std::nullopt},
-      {"cut short", {.format = 32, .bytes = "\x04"}, std::nullopt},
-      {"bytes", text(std::string_view("\x04\0\0\0", 4)), std::nullopt},
-  };
-  for (const auto& [what, property, expected] : cases) {
-    EXPECT_EQ(parseDesktopCount(property), expected) << what;
-  }
-}
-
 TEST(RootProperties, DesktopNamesAreReadHoweverTheyEnd) {
   using Names = std::vector<std::string>;
   const struct {
@@ -184,7 +151,6 @@ TEST(RootProperties, DesktopNamesAreReadHoweverTheyEnd) {
     X11Property property;
     Names expected;
   } cases[] = {
-      {"absent", {}, {}},
       {"words", words({0x616161}), {}},
       {"without final zero", text({"Mail\0Code", 9}), {"Mail", "Code"}},
       {"an empty one between", text({"Mail\0\0Code\0", 11}), {"Mail", "", "Code"}},
@@ -200,13 +166,10 @@ TEST(RootProperties, DesktopNamesAreReadHoweverTheyEnd) {
 TEST(X11WindowProperties, AreReadWhateverTheyHold) {
   using Pair = std::pair<std::string, std::string>;
   EXPECT_EQ(parseWMClass(text("xterm\0XTerm\0"sv)), Pair("xterm", "XTerm"));
-  EXPECT_EQ(parseWMClass(text("only"sv)), Pair("only", ""));
   EXPECT_EQ(parseWMClass(text("\0\0more\0"sv)), Pair("", ""));
   EXPECT_EQ(parseWMClass(text("caf\xE9\0X\0"sv)), Pair("caf\xC3\xA9", "X"));
-  EXPECT_EQ(parseWMClass(words({65})), Pair("", ""));
   EXPECT_EQ(parseText(text("a\xC3\xA9\xFF\0b"sv), true), "a\xC3\xA9\xEF\xBF\xBD");
   EXPECT_EQ(parseText(text("a\xE9"sv), false), "a\xC3\xA9");
-  EXPECT_EQ(parseText({}, true), "");
   EXPECT_EQ(parseFrameExtents(words({1, 2, 3, 4, 5})), (FrameExtents{1, 2, 3, 4}));
   EXPECT_EQ(parseFrameExtents(words({1, 2, 3})), std::nullopt);
   EXPECT_EQ(parseFrameExtents(words({0xFFFFFFFF, 2, 3, 4})), std::nullopt);
@@ -225,7 +188,6 @@ TEST(X11ProcessIdentity, TrustsTheServerThenTheClientOfThisMachine) {
     ProcessEvidence evidence;
     Pid expected;
   } cases[] = {
-      {"all agree", {7, "box", 7}, 7},
       {"the number of a container", {7, "box", 4711}, 4711},
       {"another domain", {7, "box.lan", {}}, 7},
       {"another machine, through a local proxy", {7, "elsewhere", 99}, {}},
@@ -233,7 +195,6 @@ TEST(X11ProcessIdentity, TrustsTheServerThenTheClientOfThisMachine) {
       {"a number without a machine", {7, "", {}}, {}},
       {"the server's answer is no process", {7, "box", 0}, 7},
       {"a number that stands for something else", {0x40000001, "box", {}}, {}},
-      {"nothing", {{}, "", {}}, {}},
   };
   for (const auto& [what, evidence, expected] : cases) {
     EXPECT_EQ(processOf(evidence, local), expected) << what;
