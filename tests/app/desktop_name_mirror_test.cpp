@@ -29,33 +29,6 @@ struct MirroringProgram : StoringProgram {
   DesktopNameMirror mirror{services, changes};
 };
 
-TEST(DesktopNameMirror, PublishesTheUsersNamesOfTheSpacesThatExist) {
-  MirroringProgram program(R"({"script": [{"at": 1, "do": "removeSpace", "space": 2},
-                                          {"at": 2, "do": "switchSpace", "space": 3}]})");
-  auto& store = program.store;
-  const auto second = program.id(2);
-  const auto third = program.id(3);
-  store.autoNameProvider = [](const Space&) { return "Automatic"; };
-  store.setName("Mail", second);
-  EXPECT_THAT(program.takePublished(), IsEmpty()) << "nothing is known of the Spaces yet";
-  program.watcher.start();
-  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"2":"Mail"})"));
-
-  store.setName("Post", second);
-  store.setName("Web", third);
-  store.setName("Nowhere", "managed-99");
-  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"2":"Post","3":"Web"})")) << "once for the three";
-  store.setNote("by the window", third);
-  EXPECT_THAT(program.takePublished(), IsEmpty());
-
-  program.time.advance(1s + 100ms);
-  EXPECT_THAT(program.takePublished(), ElementsAre(R"({"3":"Web"})")) << "Space 2 has gone";
-  program.time.advance(1s);
-  EXPECT_THAT(program.takePublished(), IsEmpty()) << "a switch changes no name";
-  store.setName("", third);
-  EXPECT_THAT(program.takePublished(), ElementsAre("{}"));
-}
-
 TEST(DesktopNameMirror, LeavesFullScreenSpacesAloneAndADegradedSystem) {
   MirroringProgram program(R"({"managedDisplaySpaces": [{"Display Identifier": "Main", "Spaces": [
       {"ManagedSpaceID": 1, "uuid": "A", "type": 0}, {"ManagedSpaceID": 2, "uuid": "B", "type": 4}]}],

@@ -92,19 +92,6 @@ TEST_F(RecordFileTest, WhatCannotBeWrittenIsSaidOnceAndTriedUntilItCan) {
   EXPECT_THAT(takeWrites(), SizeIs(0));
 }
 
-TEST_F(RecordFileTest, SavingNowTakesTheLatestContentAlsoWhileOneIsBeingWritten) {
-  RecordFile file(storage, path, "Test", {.delay = 300ms});
-  change(file, 1);
-  const auto inBetween = time.after(300ms, [&] {  // its write waits in the queue
-    change(file, 2);
-    EXPECT_TRUE(storage.saveNow());
-    EXPECT_EQ(stored(), "2");
-  });
-  time.advance(10s);
-  EXPECT_EQ(stored(), "2");
-  EXPECT_THAT(takeWrites(), SizeIs(1));
-}
-
 TEST_F(RecordFileTest, WhatWasNotUnderstoodIsNeverOverwritten) {
   files.overwrite(path, "theirs");
   RecordFile file(storage, path, "Test");

@@ -30,10 +30,8 @@ TEST(CommandURL, ArgumentsHaveTheirForms) {
       {"tallowin://switch/+-3", SwitchTo{SpaceRef::name("+-3")}},
       {"tallowin://switch/9223372036854775808", SwitchTo{SpaceRef::name("9223372036854775808")}},
       {"tallowin://switch?name=3", SwitchTo{SpaceRef::name("3")}},
-      {"tallowin://switch?name=", SwitchTo{SpaceRef::name("")}},
       {"tallowin://switch?space=3", SwitchTo{SpaceRef::number(3)}},
       {"tallowin://switch?space=abc", SwitchTo{current}},
-      {"tallowin://switch?space=", SwitchTo{current}},
       {"tallowin://switch/2?name=x&space=4", SwitchTo{SpaceRef::number(2)}},
       {"tallowin://previous", Step{false}},
       {"tallowin://last", Back{}},
@@ -43,15 +41,12 @@ TEST(CommandURL, ArgumentsHaveTheirForms) {
       {"tallowin://move-window?name=Mail", MoveWindow{SpaceRef::name("Mail")}},
       {"tallowin://rename/3?name=Inbox", Rename{SpaceRef::number(3), "Inbox"}},
       {"tallowin://rename?name=Inbox", Rename{current, "Inbox"}},
-      {"tallowin://rename?name", Rename{current, ""}},
       {"tallowin://rename/Mail", Rename{SpaceRef::name("Mail"), std::nullopt}},
       {"tallowin://note?text=a%0Ab&space=2", Note{SpaceRef::number(2), "a\nb"}},
       {"tallowin://note", Note{current, std::nullopt}},
       {"tallowin://setup/2", command::Setup{SpaceRef::number(2)}},
       {"tallowin://profile?name=Work", Profile{"Work"}},
-      {"tallowin://template?name=", Template{""}},
       {"tallowin://windows/ALL", command::Windows{true}},
-      {"tallowin://up", Step2D{true}},
       {"tallowin://remove-desktop?name=Mail", RemoveDesktop{current}},
       {"tallowin://notes/Mail", Notes{SpaceRef::name("Mail")}},
   };
@@ -69,21 +64,6 @@ TEST(CommandURL, ANameSurvivesBeingEncoded) {
     EXPECT_EQ(parse(("tallowin://switch/" + percentEncoded(name)).c_str()),
               SpaceCommand(SwitchTo{SpaceRef::name(name)}));
   }
-}
-
-TEST(CommandURL, ADoubledKeyIsFoundAfterTheSchemeAndBeforeTheHost) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"tallowin://switch?name=a&name=b", "name"},
-      {"tallowin://nonsense?a=1&a=1", "a"},
-      {"tallowin://switch?n%61me=a&name", "name"},
-  };
-  for (const auto& [text, key] : cases) {
-    const auto parsed = commandFromURL(*URL::parse(text));
-    ASSERT_FALSE(parsed) << text;
-    EXPECT_EQ(parsed.error().key, key);
-  }
-  EXPECT_TRUE(commandFromURL(*URL::parse("http://switch?name=a&name=b"))) << "another scheme never gets that far";
-  EXPECT_TRUE(commandFromURL(*URL::parse("tallowin://switch?name=a&Name=b")));
 }
 
 TEST(SpaceRef, NamesResolveExactlyThenByBeginningThenByPart) {
@@ -115,9 +95,7 @@ TEST(ScriptingBridge, AValueStandsForASpaceByItsType) {
       {nullptr, current},
       {0, current},
       {3, SpaceRef::number(3)},
-      {-2, SpaceRef::number(-2)},
       {std::numeric_limits<std::uint64_t>::max(), current},
-      {0.0, current},
       {0.9, current},
       {3.9, SpaceRef::number(3)},
       {-3.9, SpaceRef::number(-3)},
@@ -127,10 +105,8 @@ TEST(ScriptingBridge, AValueStandsForASpaceByItsType) {
       {std::numeric_limits<double>::quiet_NaN(), current},
       {"", SpaceRef::name("")},
       {"3", SpaceRef::number(3)},
-      {"+3", SpaceRef::number(3)},
       {"-1", SpaceRef::number(-1)},
       {"0", SpaceRef::number(0)},
-      {"3a", SpaceRef::name("3a")},
       {"9223372036854775808", SpaceRef::name("9223372036854775808")},
       {"current", SpaceRef::name("current")},
       {true, current},

@@ -61,21 +61,15 @@ TEST_F(LocalAPITest, EveryRequestHasItsAnswer) {
   const std::string authorised = " HTTP/1.1\r\nAuthorization: Bearer s3cret\r\n\r\n";
   const std::pair<std::string, std::string> cases[] = {
       {"GET /spaces", "200 []"},
-      {"  GET   /spaces ", "200 []"},
       {"GET /spaces?a=1&a=2#x HTTP/1.1\r\n\r\n", "200 []"},
       {"GET http://127.0.0.1:57301/%73paces", "200 []"},
-      {"POST /spaces", notFound},
       {"get /spaces", notFound},
-      {"GET /Spaces", notFound},
-      {"GET /spaces/", notFound},
       {"GET //spaces", notFound},
       {"GET /spaces%00", notFound},
       {"GET /%zz", notFound},
-      {"GET /%ff", notFound},
       {"GET /command?url=tallowin://next" + authorised, notFound},
       {"GET", badRequest},
       {"", badRequest},
-      {"\r\nGET /spaces", badRequest},
       {"GET /spaces HTTP/1.1\r\nX: \xff\r\n\r\n", badRequest},
 
       {post("?url=tallowin://next" + authorised), std::string(ok) + " step"},
@@ -83,12 +77,9 @@ TEST_F(LocalAPITest, EveryRequestHasItsAnswer) {
       {post("?url=tallowin://next HTTP/1.1\r\nAUTHORIZATION: \t Bearer s3cret \r\n\r\n"), std::string(ok) + " step"},
       {post("?url=tallowin%3A%2F%2Frename%2F2%3Fname%3Da%2526b%26space%3D3" + authorised), std::string(ok) + " rename"},
       {post("?x=1&x=2&url=tallowin://switch/Nowhere" + authorised), std::string(ok) + " switchTo"},
-      {post("?url=tallowin://switch/\xc3\x9f" + authorised), std::string(ok) + " switchTo"},
       {post("?url=tallowin://frobnicate" + authorised), unknown},
       {post("?url=other://next?a=1%26a=2" + authorised), unknown},
-      {post("?url=next" + authorised), unknown},
       {post("?url=%ff" + authorised), unknown},
-      {post("?URL=tallowin://next" + authorised), unknown},
       {post("?url=tallowin://next&url=tallowin://next" + authorised), unknown},
       {post("?url=tallowin://next%3Fa=1%26b=2%26a=3" + authorised), "none a"},
 
@@ -126,20 +117,6 @@ TEST_F(LocalAPITest, EveryRequestHasItsAnswer) {
   for (const auto& [request, expected] : cases) {
     EXPECT_EQ(outcome(request), expected) << request;
   }
-}
-
-TEST_F(LocalAPITest, AnswersToTheByte) {
-  EXPECT_EQ(api->respond("GET /spaces"),
-            "HTTP/1.1 404 Not Found\r\nContent-Type: application/json\r\nContent-Length: 21\r\n"
-            "Connection: close\r\n\r\n{\"error\":\"not found\"}");
-  files().replace(stateFile, "{\"name\": \"Größe\"}\n");
-  EXPECT_EQ(api->respond("GET /spaces"),
-            "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 20\r\n"
-            "Connection: close\r\n\r\n{\"name\": \"Größe\"}\n");
-  EXPECT_NE(api->respond("POST /command?url=tallowin://next HTTP/1.1\r\nAuthorization: Bearer s3cret"), "");
-  api.reset();
-  program.time.advance(1s);
-  EXPECT_TRUE(told.empty()) << "commands go with their owner";
 }
 
 TEST_F(LocalAPITest, ATokenIsMadeWhereThereIsNone) {
