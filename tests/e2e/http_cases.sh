@@ -11,7 +11,8 @@ http_cases() {
   pass_if_eventually "it is served there" 200 status_of 127.0.0.1 spaces
   [ "$(loopback_addresses)" == 0100007F ] || pass_if "by IPv6 too" 200 "$(status_of '[::1]' spaces)"
   pass_if "other addresses are not served" 000 "$(status_of 127.0.0.2 spaces)"
-  pass_if "the token is for the user alone" 600 "$(stat -c %a "$DESKTOP_DIRECTORY"/tallowin/.local/share/Tallowin/api-token.txt)"
+  pass_if "a command needs the token" 401 "$(status_of 127.0.0.1 'command?url=tallowin://back' -X POST)"
+  pass_if "which is for the user alone" 600 "$(stat -c %a "$DESKTOP_DIRECTORY"/tallowin/.local/share/Tallowin/api-token.txt)"
   tallowin --set localAPI false >/dev/null
   pass_if "the setting closes the port at once" "" "$(listening_addresses)"
   quit_instance
