@@ -106,9 +106,9 @@ class SimulatedHost : public Host {
   [[nodiscard]] Windows& windows() { return desktop_->asked() != nullptr ? desktop_->windows() : driven_->windows; }
 
   [[nodiscard]] std::unique_ptr<Preferences> preferencesIn(Storage& storage, Files& files, MainQueue& queue,
-                                                               const std::filesystem::path& path) {
+                                                           const std::filesystem::path& path) {
     return std::make_unique<Preferences>(storage, files, queue, path,
-                                             [this](std::string_view key) { return desktop_->globalPreference(key); });
+                                         [this](std::string_view key) { return desktop_->globalPreference(key); });
   }
 
   const Scenario scenario_;

@@ -8,10 +8,10 @@
 #include <string_view>
 
 #include "platform/channel/channel_protocol.h"
-#include "platform/ways_in.h"
 #include "platform/descriptors.h"
 #include "platform/main_queue.h"
 #include "platform/pinned.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -7,11 +7,11 @@
 
 #include "platform/channel/channel_folder.h"
 #include "platform/channel/channel_peer.h"
-#include "platform/ways_in.h"
 #include "platform/descriptors.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/pinned.h"
+#include "platform/ways_in.h"
 
 namespace tallowin {
 

@@ -14,8 +14,8 @@
 #include "platform/clock.h"
 #include "platform/dbus/notification_service.h"
 #include "platform/log.h"
-#include "platform/pinned.h"
 #include "platform/messages.h"
+#include "platform/pinned.h"
 
 namespace tallowin {
 

@@ -1,5 +1,3 @@
-#include "platform/linux/unix_files.h"
-
 #include <array>
 #include <cstring>
 #include <memory>
@@ -7,6 +5,7 @@
 #include <sys/inotify.h>
 
 #include "platform/descriptors.h"
+#include "platform/linux/unix_files.h"
 
 namespace tallowin {
 

@@ -1,10 +1,9 @@
-#include "platform/linux/tcp_service.h"
-
 #include <cerrno>
 #include <cstring>
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include "platform/linux/tcp_service.h"
 #include "platform/pinned.h"
 
 namespace tallowin {
