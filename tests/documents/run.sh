@@ -157,6 +157,8 @@ do_page() {
   wmctrl -r TRIAL -T notes
   prepare_folder
   grep -qF 'tallowin &' "$ROOT/$1" || check 'tallowin &' ''
+  # The bus knows the program a moment after it answers its first callers.
+  ! grep -qF busctl "$ROOT/$1" || eventually eval 'busctl --user status com.quorvex.Tallowin >/dev/null 2>&1'
   read_page 3< <(sed "s/57301/$HTTP_PORT/g" "$ROOT/$1")
   tallowin quit >/dev/null 2>&1
   cd "$ROOT" || exit
