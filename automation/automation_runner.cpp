@@ -90,19 +90,6 @@ std::optional<std::string> openableURL(const std::string& text, const std::files
   return fileURL(home / (belowHome ? text.substr(std::min<std::size_t>(2, text.size())) : text));
 }
 
-/// Opens a Chromium-based browser in one of its profiles, by the name of the profile's folder, such as "Profile 1".
-/// Does nothing when the browser is not installed; whether it opens is not looked at.
-void openBrowserProfile(Workspace& workspace, std::string_view bundleIdentifier, const std::string& profile) {
-  const auto application = workspace.URLForApplicationWithBundleIdentifier(bundleIdentifier);
-  if (!application) {
-    return;
-  }
-  OpenConfiguration configuration;
-  configuration.createsNewApplicationInstance = false;
-  configuration.arguments = {"--profile-directory=" + profile};
-  workspace.openApplicationAtURL(*application, configuration, [](const auto& /*result*/) {});
-}
-
 /// Hides the running applications with a Dock icon that are not among `kept`, but never this program (`own`) nor the
 /// Finder.
 void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, ProcessID own) {
@@ -116,6 +103,17 @@ void hideOtherApps(Workspace& workspace, const std::set<ProcessID>& kept, Proces
 }
 
 }  // namespace
+
+void BrowserProfiles::open(Workspace& workspace, std::string_view bundleIdentifier, const std::string& profile) {
+  const auto application = workspace.URLForApplicationWithBundleIdentifier(bundleIdentifier);
+  if (!application) {
+    return;
+  }
+  OpenConfiguration configuration;
+  configuration.createsNewApplicationInstance = false;
+  configuration.arguments = {"--profile-directory=" + profile};
+  workspace.openApplicationAtURL(*application, configuration, [](const auto& /*result*/) {});
+}
 
 std::optional<Keystroke> Keystroke::parse(std::string_view text) {
   std::uint64_t flags = 0;
@@ -180,7 +178,7 @@ void AutomationRunner::enter(const Space& space, const SpaceAutomation& automati
   }
   if (automation.browserApp && isSet(automation.browserProfile)) {
     steps_.after(browserDelay, [this, browser = *automation.browserApp, profile = *automation.browserProfile] {
-      openBrowserProfile(services_.workspace, browser, profile);
+      BrowserProfiles::open(services_.workspace, browser, profile);
     });
   }
   if (isSet(automation.keystrokeOnEnter)) {

@@ -30,6 +30,26 @@ struct Keystroke {
   static void send(std::string_view text, Events& events);
 };
 
+/// A browser with profiles, for whoever lets the user choose one.
+struct ProfileBrowser {
+  std::string_view name;  ///< as the user knows it
+  std::string_view bundleIdentifier;
+};
+
+/// Chromium-based browsers and their profiles.
+struct BrowserProfiles {
+  /// In the order in which they are offered.
+  static constexpr ProfileBrowser browsers[] = {
+      {"Google Chrome", "com.google.Chrome"},      {"Brave", "com.brave.Browser"},
+      {"Microsoft Edge", "com.microsoft.edgemac"}, {"Vivaldi", "com.vivaldi.Vivaldi"},
+      {"Arc", "company.thebrowser.Browser"},
+  };
+
+  /// Opens a browser in one of its profiles, by the name of the profile's folder, such as "Profile 1". Does nothing
+  /// when the browser is not installed; whether it opens is not looked at. Main thread only.
+  static void open(Workspace& workspace, std::string_view bundleIdentifier, const std::string& profile);
+};
+
 /// Does what the user wants done when a Space is left and entered. Nothing that goes wrong is told but in the log. Main
 /// thread only.
 class AutomationRunner : Pinned {

@@ -196,7 +196,7 @@ bool SpaceLock::spaceChanged(const std::optional<Space>& from, const Space& to, 
   }
   RunningApplication ended;
   ended.pid = lastActivation_->pid;
-  goBack(*from, services_.workspace.runningApplicationWithProcessIdentifier(ended.pid).value_or(ended));
+  onPulledAway(*from, services_.workspace.runningApplicationWithProcessIdentifier(ended.pid).value_or(ended));
   return true;
 }
 

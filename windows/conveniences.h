@@ -128,13 +128,19 @@ class SpaceLock : Pinned {
             std::function<void(const Space&)> switchTo)
       : services_(services), contents_(contents), mover_(mover), switchTo_(std::move(switchTo)) {}
 
+  /// Told of the Space that the user was pulled away from and of the application that did it; of one that has ended
+  /// since, only the process id is known. Takes the user and the application's window back, unless replaced: of its
+  /// windows the first one on the Space that it pulled to, else its first one anywhere; without a window the
+  /// application is opened on the Space that was left.
+  std::function<void(const Space& left, const RunningApplication& application)> onPulledAway =
+      [this](const Space& left, const RunningApplication& application) { goBack(left, application); };
+
   /// Notes activations from now on. Call once.
   void start();
 
-  /// To be called on every change of the active Space. Answers whether it is undone: only while the setting "spaceLock"
-  /// is on, when another program was activated just before, the change was not this program's own, and both Spaces are
-  /// on one display. Of the application's windows the first one on the Space that it pulled to comes back, else its
-  /// first one anywhere; without a window the application is opened on the Space that was left.
+  /// To be called on every change of the active Space. Answers whether onPulledAway was called: only while the setting
+  /// "spaceLock" is on, when another program was activated just before, the change was not this program's own, and both
+  /// Spaces are on one display.
   bool spaceChanged(const std::optional<Space>& from, const Space& to, bool initiatedByTallowin);
 
  private:

@@ -38,11 +38,16 @@ struct WindowInfo {
 
 /// An application with at least one window on a Space.
 struct AppOnSpace {
+  /// A negative value stands for an application that is not running.
   ProcessID pid = 0;
   std::optional<std::string> bundleID;
   std::string name;                     ///< as the first of the windows gave it
   std::vector<WindowNumber> windowIDs;  ///< on that Space, front to back
   bool operator==(const AppOnSpace&) const = default;
+
+  /// The application's icon as PNG bytes: of the running application, or, if it does not run, of the one installed
+  /// under the bundle identifier. Nothing when there is none. Main thread only; reads a file.
+  [[nodiscard]] std::optional<std::string> icon(Workspace& workspace) const;
 };
 
 /// The applications on each Space that has any.
@@ -142,3 +147,13 @@ class SpaceContents : Pinned {
 [[nodiscard]] AppNames appNames(const SpaceContents& contents);
 
 }  // namespace tallowin
+
+template <>
+struct std::hash<tallowin::WindowInfo> {
+  std::size_t operator()(const tallowin::WindowInfo& window) const noexcept;
+};
+
+template <>
+struct std::hash<tallowin::AppOnSpace> {
+  std::size_t operator()(const tallowin::AppOnSpace& application) const noexcept;
+};

@@ -270,5 +270,12 @@ TEST(SpaceContentsReading, ApplicationsStandWhereTheirFrontmostWindowIs) {
                          {2, {{7, "org.mail", "Mail", {201}}}}}));
 }
 
+TEST(WindowInfo, HashesTellWindowsAndApplicationsApart) {
+  const WindowInfo window{1, 2, "b", "n", "t", {{1, 2}, {3, 4}}, 5};
+  EXPECT_NE(std::hash<WindowInfo>{}({1, 2, "b", "n", "t", {{1, 2}, {3, 4}}, 9}), std::hash<WindowInfo>{}(window));
+  const AppOnSpace application{1, "b", "n", {3, 4}};
+  EXPECT_NE(std::hash<AppOnSpace>{}(application), std::hash<AppOnSpace>{}({1, "b", "n", {4, 3}}));
+}
+
 }  // namespace
 }  // namespace tallowin
