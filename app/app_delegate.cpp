@@ -1,9 +1,12 @@
 #include "app/app_delegate.h"
 
 #include <algorithm>
+#include <iomanip>
+#include <sstream>
 
 #include "app/doctor.h"
 #include "app/program.h"
+#include "base/unicode.h"
 #include "commands/outcome.h"
 #include "presentation/presentation.h"
 #include "triggers/triggers.h"
@@ -19,6 +22,38 @@ constexpr auto switchTime = std::chrono::seconds(1);
 
 constexpr Duration settingsWindowDelay = std::chrono::milliseconds(500);
 constexpr Duration onboardingDelay = std::chrono::milliseconds(1500);
+
+/// Whether what is asked for tells the user itself why nothing was done.
+bool tellsTheUser(const std::vector<std::string>& arguments) {
+  const auto words = readRequestWords(arguments);
+  return words && (words->kind == RequestKind::url || words->kind == RequestKind::command ||
+                   words->kind == RequestKind::mark || words->kind == RequestKind::jump);
+}
+
+/// Whoever presses a key, who sees why nothing was done, and nothing else.
+class PressingUser : public Caller {
+ public:
+  PressingUser(Toasts& toasts, bool isTold) : toasts_(toasts), isTold_(isTold) {}
+
+  bool out(std::string_view /*text*/) override { return true; }
+  bool err(std::string_view text) override {
+    reason_ += text;
+    return true;
+  }
+  void exit(int status) override {
+    constexpr std::string_view prefix = "tallowin: ";
+    if (status != exit_status::success && !isTold_) {
+      const auto reason = reason_.starts_with(prefix) ? reason_.substr(prefix.size()) : reason_;
+      toasts_.show({std::string(trimmed(reason)), std::nullopt, true});
+    }
+  }
+  void exitAtEnd(int status) override { exit(status); }
+
+ private:
+  Toasts& toasts_;
+  const bool isTold_;
+  std::string reason_;
+};
 
 }  // namespace
 
@@ -58,6 +93,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); }}),
       feed_(services_, changes_, appNames(windows_.contents)),
+      shortcuts_(services_, platform.presentation.hasOverview()),
       answers_(answers()),
       desktopObject_(
           services_, changes_, underWay_, scripting_, [this](const std::string& url) { return handleURLEvent(url); },
@@ -68,6 +104,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
   localAPI_.onCommand = [this](const SpaceCommand& command) { perform(command); };
   localAPI_.onDoubledKey = [this](const DoubledQueryKey& mistake) { endOn(mistake.message()); };
   switcher_.willSwitch = [this](const SpaceSnapshot& snapshot) { willSwitch(snapshot); };
+  records_.shortcutFailures = [this] { return shortcuts_.failures(); };
   automaticNames_.onChange = [this] { changes_.tell(); };
   // The profile chosen for the displays comes into use before windows go back to where they were with them.
   windows_.reconnect.onChange = [this] { records_.profiles.displaysChanged(); };
@@ -157,6 +194,8 @@ void AppDelegate::startSettingsServices() {
 }
 
 void AppDelegate::wireTriggers() {
+  shortcuts_.onPressed = [this](const std::string& action) { shortcutPressed(action); };
+  shortcuts_.refresh();
   platform_.triggers.setOverviewHandler([this] { perform(command::Overview()); });
   platform_.triggers.refresh();
   platform_.triggers.setBounceBack([this](const std::string& spaceID) { bounceBack(spaceID); });
@@ -198,6 +237,7 @@ void AppDelegate::observeChanges() {
 }
 
 void AppDelegate::settingsChanged() {
+  shortcuts_.refresh();
   platform_.triggers.refresh();
   if (const auto active = watcher_.latest().activeSpace()) {
     platform_.triggers.refreshDockGuard(active->id);
@@ -243,6 +283,17 @@ bool AppDelegate::switchTo(const Space& space) {
   return posted;
 }
 
+/// A word with blanks stands in quotation marks.
+void AppDelegate::shortcutPressed(const std::string& action) {
+  Request request{{}, platform_.folders.home.string()};
+  std::istringstream words(action);
+  for (std::string word; words >> std::quoted(word);) {
+    request.arguments.push_back(word);
+  }
+  handleRequest(answers_, underWay_, request,
+                std::make_unique<PressingUser>(platform_.toasts, tellsTheUser(request.arguments)));
+}
+
 void AppDelegate::bounceBack(const std::string& spaceID) {
   const auto spaces = watcher_.latest().allSpaces();
   if (const auto space = std::ranges::find(spaces, spaceID, &Space::id); space != spaces.end()) {
@@ -268,6 +319,7 @@ RequestTable AppDelegate::answers() {
     performer_.perform(command, {}, std::move(done));
   });
   addEditRequests(table, services_, automation_, appNames(windows_.contents));
+  addShortcutRequests(table, shortcuts_);
   table[RequestKind::doctor] = [this](const RequestJob& job) {
     answerDoctor(job, reportOfInstance(setUpChecks(platform_, storage_), settings_, localAPI_.openPort()));
   };

@@ -24,6 +24,7 @@
 #include "core/space_changes.h"
 #include "core/state_feed.h"
 #include "platform/platform.h"
+#include "triggers/shortcut_manager.h"
 #include "windows/automatic_names.h"
 #include "windows/window_commands.h"
 #include "windows/window_services.h"
@@ -71,6 +72,7 @@ class AppDelegate {
 
   void snapshotChanged(const SpaceSnapshot& snapshot);
   bool switchTo(const Space& space);
+  void shortcutPressed(const std::string& action);
   void bounceBack(const std::string& spaceID);
   void willSwitch(const SpaceSnapshot& snapshot);
   [[nodiscard]] bool initiatedByUs() const;
@@ -104,6 +106,7 @@ class AppDelegate {
   WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;
+  ShortcutManager shortcuts_;
   const RequestTable answers_;
   ScriptingBridge scripting_;
   DesktopObject desktopObject_;

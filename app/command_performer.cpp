@@ -156,7 +156,7 @@ struct CommandPerformer::Call {
     }
   }
   void operator()(const command::Diagnostics& /*command*/) const {
-    if (program.pasteboard.setString(diagnosticsReport(program, snapshot))) {
+    if (program.pasteboard.setString(diagnosticsReport(program, snapshot, services.records.shortcutFailures()))) {
       program.toasts.show({"Diagnostics copied", std::nullopt});
       answer.done();
     } else {

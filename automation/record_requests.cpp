@@ -205,7 +205,7 @@ struct RecordRequests {
   }
 
   void diagnostics(const RequestJob& job) const {
-    job.print(diagnosticsReport(services, services.watcher.latest()) + "\n");
+    job.print(diagnosticsReport(services, services.watcher.latest(), records.shortcutFailures()) + "\n");
   }
 };
 

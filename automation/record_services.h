@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "automation/diagnostics.h"
 #include "automation/profile_store.h"
@@ -43,6 +45,9 @@ struct RecordServices : private Pinned {
   /// As the commands of these names do for the user, after a copy was made of what they replace.
   Outcome useProfile(const std::string& name);
   Outcome applyTemplate(const std::string& name);
+
+  /// The names of the shortcuts that other programs have taken, for the report.
+  std::function<std::vector<std::string>()> shortcutFailures = [] { return std::vector<std::string>(); };
 
   TimeTracker tracker;
   ProfileStore profiles;

@@ -64,6 +64,8 @@ constexpr Setting table[] = {setting::menuBarStyle,
                              setting::localAPI,
                              setting::activeProfile,
                              setting::overviewOrder,
+                             setting::shortcuts,
+                             setting::toldShortcuts,
                              setting::profileByDisplaySetup,
                              setting::recentSpaceNames,
                              setting::demoMode};
@@ -197,8 +199,7 @@ std::string textOfSetting(const Setting& setting, const PropertyList& value) {
 std::string unknownSettingMessage(std::string_view key) {
   const auto message = "there is no setting called \"" + std::string(key) + "\"";
   constexpr std::size_t farthestSuggestion = 4;
-  const auto& table = settingsTable();
-  const auto nearest =
+  const auto* const nearest =
       std::ranges::min_element(table, {}, [key](const Setting& setting) { return distance(key, setting.key); });
   if (key.size() > 64 || distance(key, nearest->key) > farthestSuggestion) {
     return message + "; --settings-list lists them all";

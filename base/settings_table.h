@@ -243,6 +243,13 @@ inline constexpr SettingOf<std::string> activeProfile{"activeProfile", "", Pane:
 // Without a registered default.
 inline constexpr SettingOf<std::vector<std::string>> overviewOrder{"overviewOrder", std::nullopt, Pane::none,
                                                                    "Arrangement of the overview's tiles."};
+inline constexpr SettingOf<std::map<std::string, std::string>> shortcuts{
+    "shortcuts", std::nullopt, Pane::shortcuts,
+    "Key combinations of your own, such as \"ctrl+alt+m\", with the words or the URL that each stands for.",
+    Exported::no};
+inline constexpr SettingOf<std::vector<std::string>> toldShortcuts{
+    "toldShortcuts", std::nullopt, Pane::none, "Shortcuts that have been reported as taken by other programs.",
+    Exported::no};
 inline constexpr SettingOf<std::map<std::string, std::string>> profileByDisplaySetup{
     "profileByDisplaySetup", std::nullopt, Pane::none, "Which profile to use for which display set.", Exported::no};
 inline constexpr SettingOf<std::vector<std::string>> recentSpaceNames{

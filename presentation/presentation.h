@@ -40,7 +40,9 @@ class Presentation {
   /// shown before, for as long as the setting "hudDuration" says; nothing while "hudEnabled" is off.
   virtual void showHUD(const ShownSpace& space) = 0;
 
-  /// Shows the panel with a tile for each Space, or hides it when it is shown.
+  /// Whether there is a panel with a tile for each Space.
+  [[nodiscard]] virtual bool hasOverview() const = 0;
+  /// Shows it, or hides it when it is shown.
   virtual Shown toggleOverview() = 0;
   [[nodiscard]] virtual bool isOverviewShown() const = 0;
 

@@ -27,6 +27,7 @@ class Windowless : public Presentation, public Triggers {
   void showHUD(const ShownSpace& /*space*/) override {
     lack(settings_.get(setting::hudEnabled), "The pop-up on every switch is");
   }
+  [[nodiscard]] bool hasOverview() const override { return false; }
   Shown toggleOverview() override { return refuse("The overview is"); }
   [[nodiscard]] bool isOverviewShown() const override { return false; }
   Shown showWindowPanel(bool /*allSpaces*/) override { return refuse("The window search is"); }

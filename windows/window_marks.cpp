@@ -20,11 +20,8 @@ void WindowMarks::captureLetter(std::function<void(const std::string& letter)> o
   onLetter_ = std::move(onLetter);
   char name = 'A';
   for (const auto key : letterKeys) {
-    auto registered =
-        services_.globalHotKeys.registerHotKey(key, 0, [this, letter = std::string(1, name)] { captured(letter); });
-    if (registered) {
-      pending_.add(*std::move(registered));
-    }
+    pending_.push_back(
+        services_.globalHotKeys.registerHotKey(key, 0, [this, letter = std::string(1, name)] { captured(letter); }));
     ++name;
   }
   timeout_ = services_.mainQueue.after(captureTime, [this] { endCapture(); });
@@ -40,7 +37,7 @@ void WindowMarks::captured(std::string letter) {
 }
 
 void WindowMarks::endCapture() {
-  pending_.cancel();
+  pending_.clear();
   timeout_.cancel();
   onLetter_ = nullptr;
 }

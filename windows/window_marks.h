@@ -2,11 +2,12 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "base/subscriptions.h"
 #include "core/program_services.h"
 #include "platform/pinned.h"
 #include "windows/window_mover.h"
@@ -61,7 +62,7 @@ class WindowMarks : Pinned {
   const std::function<void(const Space&)> switchTo_;
   std::map<std::string, WindowRef> marks_;
   std::function<void(const std::string&)> onLetter_;
-  Subscriptions pending_;  ///< the keys of the capture that is going on
+  std::vector<std::unique_ptr<HotKey>> pending_;  ///< the keys of the capture that is going on
   WorkItem timeout_;
 };
 

@@ -64,6 +64,7 @@ constexpr auto words = std::to_array<RequestWord>({
     {"launcher", command, action, "", "", "Open the launcher.", "launcher"},
     {"settings", command, action, "", "", "Open the settings.", "settings"},
     {"demo-tour", command, action, "", "", "Show what Tallowin does, with sample names.", "demo-tour"},
+    {"shortcuts", shortcuts, query, "", "--json", "List the key combinations, what they do, and whether they work."},
     {"diagnostics", diagnostics, query, "", "", "Print a report for support requests."},
     {"copy-diagnostics", command, action, "", "", "Copy it.", "diagnostics"},
     {"doctor", doctor, control, "", "--json", "Tell what works here, what does not, and what to do about it."},

@@ -32,6 +32,7 @@ enum class RequestKind {
   time,         ///< the time spent in each Space
   exportFile,   ///< to write everything that is configured to a file
   importFile,   ///< to take such a file over
+  shortcuts,    ///< the key combinations, and how each stands
   restore,      ///< to list the copies of what was configured before, or to put one back
   diagnostics,  ///< the report for support requests
   doctor,       ///< what works here, what does not, and what to do about it

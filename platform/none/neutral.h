@@ -155,10 +155,17 @@ class NeutralPasteboard : public Pasteboard {
 
 class NeutralGlobalHotKeys : public GlobalHotKeys {
  public:
-  std::optional<Subscription> registerHotKey(VirtualKeyCode /*keyCode*/, std::uint64_t /*modifierFlags*/,
-                                             std::function<void()> /*pressed*/) override {
-    return std::nullopt;
+  std::unique_ptr<HotKey> registerHotKey(VirtualKeyCode /*keyCode*/, std::uint64_t /*modifierFlags*/,
+                                         std::function<void()> /*pressed*/) override {
+    return std::make_unique<MissingHotKey>();
   }
+  void retry() override {}
+
+ private:
+  class MissingHotKey : public HotKey {
+   public:
+    HotKeyState state() override { return HotKeyState::missingKey; }
+  };
 };
 
 class NeutralAppleScript : public AppleScript {

@@ -166,25 +166,61 @@ void SimulatedEvents::carryWindowTo(ManagedSpaceID space) {
   }
 }
 
-std::optional<Subscription> SimulatedGlobalHotKeys::registerHotKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags,
-                                                                   std::function<void()> pressed) {
-  const auto modifiers = modifierFlags & CGEventFlag::modifiers;
-  const bool accepted = !state_.takenHotKeys.contains({keyCode, modifiers});
-  journal_.record("registerHotKey", {{"keyCode", keyCode}, {"modifiers", modifiers}, {"accepted", accepted}});
-  if (!accepted) {
-    return {};
+class SimulatedGlobalHotKeys::Registration : public HotKey {
+ public:
+  Registration(SimulatedGlobalHotKeys& owner, VirtualKeyCode keyCode, std::uint64_t modifiers,
+               std::function<void()> pressed)
+      : owner_(owner), keyCode_(keyCode), modifiers_(modifiers), pressed_(std::move(pressed)) {
+    owner_.registrations_.push_back(this);
+    take();
   }
-  auto entry = presses_.subscribe([keyCode, modifiers, pressed = std::move(pressed)](Press& press) {
-    if (press.keyCode == keyCode && press.modifierFlags == modifiers) {
-      press.taken = true;
-      pressed();
+  ~Registration() override {
+    std::erase(owner_.registrations_, this);
+    if (presses_) {
+      owner_.journal_.record("unregisterHotKey", {{"keyCode", keyCode_}, {"modifiers", modifiers_}});
     }
-  });
-  // Shared only because the end of a subscription must be copyable.
-  return Subscription([this, keyCode, modifiers, kept = std::make_shared<Subscription>(std::move(entry))] {
-    journal_.record("unregisterHotKey", {{"keyCode", keyCode}, {"modifiers", modifiers}});
-    kept->cancel();
-  });
+  }
+  Registration(const Registration&) = delete;
+  Registration& operator=(const Registration&) = delete;
+
+  HotKeyState state() override { return presses_ ? HotKeyState::works : HotKeyState::taken; }
+
+  /// Takes the combination, unless this has it.
+  void take() {
+    if (presses_) {
+      return;
+    }
+    const bool accepted = !owner_.state_.takenHotKeys.contains({keyCode_, modifiers_});
+    owner_.journal_.record("registerHotKey",
+                           {{"keyCode", keyCode_}, {"modifiers", modifiers_}, {"accepted", accepted}});
+    if (accepted) {
+      presses_ =
+          owner_.presses_.subscribe([keyCode = keyCode_, modifiers = modifiers_, pressed = pressed_](Press& press) {
+            if (press.keyCode == keyCode && press.modifierFlags == modifiers) {
+              press.taken = true;
+              pressed();
+            }
+          });
+    }
+  }
+
+ private:
+  SimulatedGlobalHotKeys& owner_;
+  const VirtualKeyCode keyCode_;
+  const std::uint64_t modifiers_;
+  const std::function<void()> pressed_;
+  Subscription presses_;  ///< nothing while another program has the combination
+};
+
+std::unique_ptr<HotKey> SimulatedGlobalHotKeys::registerHotKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags,
+                                                               std::function<void()> pressed) {
+  return std::make_unique<Registration>(*this, keyCode, modifierFlags & CGEventFlag::modifiers, std::move(pressed));
+}
+
+void SimulatedGlobalHotKeys::retry() {
+  for (auto* const registration : registrations_) {
+    registration->take();
+  }
 }
 
 bool SimulatedGlobalHotKeys::press(VirtualKeyCode keyCode, std::uint64_t modifierFlags) {

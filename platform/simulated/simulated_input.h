@@ -85,13 +85,16 @@ class SimulatedGlobalHotKeys : public GlobalHotKeys {
  public:
   SimulatedGlobalHotKeys(const DesktopState& state, Journal& journal) : state_(state), journal_(journal) {}
 
-  std::optional<Subscription> registerHotKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags,
-                                             std::function<void()> pressed) override;
+  std::unique_ptr<HotKey> registerHotKey(VirtualKeyCode keyCode, std::uint64_t modifierFlags,
+                                         std::function<void()> pressed) override;
+  void retry() override;
 
   /// The user presses a key combination. True when somebody has it, so that nobody else sees the key.
   bool press(VirtualKeyCode keyCode, std::uint64_t modifierFlags);
 
  private:
+  class Registration;
+
   struct Press {
     VirtualKeyCode keyCode = 0;
     std::uint64_t modifierFlags = 0;
@@ -101,6 +104,7 @@ class SimulatedGlobalHotKeys : public GlobalHotKeys {
   const DesktopState& state_;
   Journal& journal_;
   Broadcaster<Press&> presses_;
+  std::vector<Registration*> registrations_;
 };
 
 }  // namespace tallowin

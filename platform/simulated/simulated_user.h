@@ -67,6 +67,7 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
   }
 
   void showHUD(const ShownSpace& space) override;
+  [[nodiscard]] bool hasOverview() const override { return true; }
   Shown toggleOverview() override {
     overviewShown_ = !overviewShown_;
     return note("overview", {{"shown", overviewShown_}});

@@ -41,10 +41,10 @@ constexpr KeyEntry keyEntries[] = {
     {49, XK_space, 0},  {50, XK_grave, 49},     {51, XK_BackSpace, 0},
     {53, XK_Escape, 0}, {96, XK_F5, 0},         {97, XK_F6, 0},
     {98, XK_F7, 0},     {99, XK_F3, 0},         {100, XK_F8, 0},
-    {101, XK_F9, 0},    {103, XK_F11, 0},       {109, XK_F10, 0},
-    {111, XK_F12, 0},   {118, XK_F4, 0},        {120, XK_F2, 0},
-    {122, XK_F1, 0},    {123, XK_Left, 0},      {124, XK_Right, 0},
-    {125, XK_Down, 0},  {126, XK_Up, 0},
+    {101, XK_F9, 0},    {103, XK_F11, 0},       {105, XK_F13, 0},
+    {109, XK_F10, 0},   {111, XK_F12, 0},       {118, XK_F4, 0},
+    {120, XK_F2, 0},    {122, XK_F1, 0},        {123, XK_Left, 0},
+    {124, XK_Right, 0}, {125, XK_Down, 0},      {126, XK_Up, 0},
 };
 
 /// How a column of the core keyboard map is reached (X Keyboard Extension, core keyboard mapping).

@@ -31,6 +31,7 @@ X11Session::X11Session(std::unique_ptr<X11Connection> connection, MainQueue& que
              .allHandled =
                  [this] {
                    waits_.lookAgain();
+                   globalHotKeys.allHandled();
                    desktop.allHandled();
                  },
              .connectionLost = std::move(onConnectionLost)}) {}

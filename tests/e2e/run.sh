@@ -9,6 +9,7 @@ set -u
 . "$(dirname "$0")/window_witnesses.sh"
 . "$(dirname "$0")/window_cases.sh"
 . "$(dirname "$0")/automation_cases.sh"
+. "$(dirname "$0")/shortcut_cases.sh"
 . "$(dirname "$0")/layout_cases.sh"
 . "$(dirname "$0")/http_cases.sh"
 
@@ -310,7 +311,7 @@ window_manager_cases() {
   [ "$1" != openbox ] || http_cases
   stop_desktop
   local cases
-  for cases in window_cases automation_cases; do
+  for cases in window_cases automation_cases shortcut_cases; do
     start_desktop "$1" || return
     [ "$1" != i3 ] || hold_workspaces
     install_notes

@@ -271,7 +271,9 @@ TEST_F(X11DesktopTest, HotKeysArriveWhateverTheLocks) {
   auto letter = hotKeys.registerHotKey(0, 0, [&] { seen += "a"; });
   auto second = hotKeys.registerHotKey(0, 0, [&] { seen += "A"; });
   auto combination = hotKeys.registerHotKey(20, CGEventFlag::control | CGEventFlag::alternate, [&] { seen += "3"; });
-  ASSERT_TRUE(letter && second && combination);
+  for (const auto& hotKey : {letter.get(), second.get(), combination.get()}) {
+    EXPECT_EQ(hotKey->state(), HotKeyState::works);
+  }
   EXPECT_EQ(type({XK_a}), "aA");
   EXPECT_EQ(type({XK_Control_L, XK_a}), "") << "with another modifier";
   for (const auto lock : {XK_Num_Lock, XK_Caps_Lock, XK_Num_Lock, XK_Caps_Lock}) {
@@ -290,11 +292,17 @@ TEST_F(X11DesktopTest, HotKeysArriveWhateverTheLocks) {
 
   const auto rival = X11Connection::open();
   X11GlobalHotKeys taken(**rival);
-  EXPECT_TRUE(taken.registerHotKey(0, 0, [] {})) << "released above";
-  const auto kept = taken.registerHotKey(1, 0, [] {});
-  ASSERT_TRUE(kept);
-  EXPECT_FALSE(hotKeys.registerHotKey(1, 0, [] {})) << "another program has it";
-  EXPECT_FALSE(hotKeys.registerHotKey(999, 0, [] {})) << "no such key";
+  EXPECT_EQ(taken.registerHotKey(0, 0, [] {})->state(), HotKeyState::works) << "released above";
+  auto kept = taken.registerHotKey(1, 0, [] {});
+  EXPECT_EQ(kept->state(), HotKeyState::works);
+  const auto wanted = hotKeys.registerHotKey(1, 0, [&] { seen += "s"; });
+  EXPECT_EQ(wanted->state(), HotKeyState::taken) << "another program has it";
+  EXPECT_EQ(hotKeys.registerHotKey(999, 0, [] {})->state(), HotKeyState::missingKey);
+  kept.reset();
+  EXPECT_EQ(taken.registerHotKey(2, 0, [] {})->state(), HotKeyState::works) << "the server has seen it released";
+  hotKeys.retry();
+  EXPECT_EQ(wanted->state(), HotKeyState::works) << "and has let go of it";
+  EXPECT_EQ(type({XK_s}), "s");
   session_.reset();
   once.reset();
 }
