@@ -30,7 +30,8 @@ const char* mouseEventName(std::int64_t type) {
 std::string hexadecimal(std::string_view bytes) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string text;
-  for (const unsigned char byte : bytes) {
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
     text += digits[byte >> 4];
     text += digits[byte & 0xF];
   }

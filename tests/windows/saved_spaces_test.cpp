@@ -12,11 +12,8 @@ namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr auto workingDesktop = R"({"start": "2026-03-02T09:00:00Z",
