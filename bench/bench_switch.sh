@@ -41,6 +41,7 @@ under_openbox() {
     "wmctrl -s" "wmctrl -s %i" "xdotool set_desktop" "xdotool set_desktop %i"
   "$BUILD/bench/request_latency" "$RUNS" "$XDG_RUNTIME_DIR/tallowin" |
     rows "request to the instance until the change (ms)" "bare xcb program" || exit 1
+  wmctrl -a TRIAL # with its desktop, the first
   "$BUILD/bench/request_latency" "$RUNS" "$XDG_RUNTIME_DIR/tallowin" "$(xdotool search --name '^TRIAL$')" |
     rows "front window moved, request to the instance until the change (ms)" "bare xcb program" || exit 1
   beside add_latency "desktop added by command line, start to change (ms)" "$OURS tallowin://add-desktop" \
