@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/hashes.h"
+
 namespace tallowin {
 
 namespace {
@@ -10,24 +12,6 @@ template <typename Range, typename Predicate>
 auto firstOf(const Range& range, Predicate predicate) -> std::optional<typename Range::value_type> {
   const auto found = std::ranges::find_if(range, predicate);
   return found != range.end() ? std::optional(*found) : std::nullopt;
-}
-
-/// Hashes of members in order, each mixed into the ones before it.
-template <typename... Members>
-std::size_t combined(const Members&... members) {
-  constexpr std::size_t goldenRatio = 0x9e3779b97f4a7c15;  // 2^64 divided by the golden ratio spreads small values
-  std::size_t result = 0;
-  ((result ^= std::hash<Members>{}(members) + goldenRatio + (result << 6) + (result >> 2)), ...);
-  return result;
-}
-
-template <typename Element>
-std::size_t hashOfAll(const std::vector<Element>& elements) {
-  std::size_t result = elements.size();
-  for (const auto& element : elements) {
-    result = combined(result, element);
-  }
-  return result;
 }
 
 }  // namespace
@@ -95,15 +79,15 @@ std::optional<DisplaySpaces> SpaceSnapshot::display(const Space& space) const {
 }  // namespace tallowin
 
 std::size_t std::hash<tallowin::Space>::operator()(const tallowin::Space& space) const noexcept {
-  return tallowin::combined(space.id, space.managedID, space.displayID, space.desktopNumber, space.indexOnDisplay,
-                            space.isFullscreen, space.fullscreenPID, space.isActive);
+  return tallowin::combinedHash(space.id, space.managedID, space.displayID, space.desktopNumber, space.indexOnDisplay,
+                                space.isFullscreen, space.fullscreenPID, space.isActive);
 }
 
 std::size_t std::hash<tallowin::DisplaySpaces>::operator()(const tallowin::DisplaySpaces& display) const noexcept {
-  return tallowin::combined(display.id, tallowin::hashOfAll(display.spaces), display.activeSpaceID,
-                            display.isMenuBarDisplay);
+  return tallowin::combinedHash(display.id, tallowin::hashOfAll(display.spaces), display.activeSpaceID,
+                                display.isMenuBarDisplay);
 }
 
 std::size_t std::hash<tallowin::SpaceSnapshot>::operator()(const tallowin::SpaceSnapshot& snapshot) const noexcept {
-  return tallowin::combined(tallowin::hashOfAll(snapshot.displays), snapshot.timestamp.time_since_epoch().count());
+  return tallowin::combinedHash(tallowin::hashOfAll(snapshot.displays), snapshot.timestamp.time_since_epoch().count());
 }
