@@ -121,15 +121,8 @@ struct RecordRequests {
 
   void listTemplates(const RequestJob& job) const {
     const auto templates = records.templates.list();
-    if (job.words.namesOnly()) {
-      job.printNames(namesOf(templates));
-      return;
-    }
-    if (!job.words.json()) {
-      job.print(templateList(templates));
-      return;
-    }
-    job.print(prettyJSON(listToJson(templates, [](const SpaceTemplate& each) { return toJson(each); })));
+    job.printList<SpaceTemplate>(
+        templates, [](const SpaceTemplate& each) { return toJson(each); }, [&] { return templateList(templates); });
   }
 
   void applyTemplate(const RequestJob& job, const std::string& name) const {

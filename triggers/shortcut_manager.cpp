@@ -24,18 +24,28 @@ struct SwitchingWindowManager {
 
 constexpr SwitchingWindowManager switchingWindowManagers[] = {{"openbox"}, {"xfwm4"}, {"metacity"}, {"icewm", true}};
 
-bool mayBeWindowManagers(const Shortcut& shortcut) {
-  return shortcut.switches != Shortcut::Switches::no && shortcut.keys.starts_with("ctrl+alt+");
-}
+/// What the running window manager has keys for itself. Its name is asked for when it first matters, as that is slow.
+class WindowManagersKeys {
+ public:
+  explicit WindowManagersKeys(DesktopFacts& facts) : facts_(facts) {}
 
-/// Whether the running window manager has the same key for the same.
-bool isDoneBy(const std::optional<WindowManagerFacts>& manager, const Shortcut& shortcut) {
-  const bool byNumber = shortcut.switches == Shortcut::Switches::byNumber;
-  return manager && mayBeWindowManagers(shortcut) &&
-         std::ranges::any_of(switchingWindowManagers, [&](const SwitchingWindowManager& known) {
-           return lowerCased(manager->name).starts_with(known.name) && (known.byNumber || !byNumber);
-         });
-}
+  [[nodiscard]] bool have(const Shortcut& shortcut) {
+    if (shortcut.switches == Shortcut::Switches::no || !shortcut.keys.starts_with("ctrl+alt+")) {
+      return false;
+    }
+    if (!name_) {
+      const auto manager = facts_.windowManager();
+      name_ = manager ? lowerCased(manager->name) : "";
+    }
+    return std::ranges::any_of(switchingWindowManagers, [&](const SwitchingWindowManager& known) {
+      return name_->starts_with(known.name) && (known.byNumber || shortcut.switches == Shortcut::Switches::byStep);
+    });
+  }
+
+ private:
+  DesktopFacts& facts_;
+  std::optional<std::string> name_;  ///< in lower case, once known; empty for none
+};
 
 PropertyList recordsOf(const std::vector<ShortcutManager::Row>& rows) {
   auto records = PropertyList::array();
@@ -83,7 +93,7 @@ void ShortcutManager::refresh() {
 
 std::vector<ShortcutManager::Row> ShortcutManager::rows() {
   services_.globalHotKeys.retry();
-  std::optional<std::optional<WindowManagerFacts>> manager;  // once asked, which is slow
+  WindowManagersKeys windowManagers(services_.desktopFacts);
   std::vector<Row> rows;
   for (const auto& [shortcut, hotKey] : registered_) {
     auto state = ShortcutState::notACombination;
@@ -93,11 +103,7 @@ std::vector<ShortcutManager::Row> ShortcutManager::rows() {
           state = ShortcutState::works;
           break;
         case HotKeyState::taken:
-          state = ShortcutState::taken;
-          if (mayBeWindowManagers(shortcut)) {
-            manager = manager ? manager : services_.desktopFacts.windowManager();
-            state = isDoneBy(*manager, shortcut) ? ShortcutState::doneByWindowManager : state;
-          }
+          state = windowManagers.have(shortcut) ? ShortcutState::doneByWindowManager : ShortcutState::taken;
           break;
         case HotKeyState::missingKey:
           state = ShortcutState::missingKey;
@@ -121,24 +127,22 @@ std::vector<std::string> ShortcutManager::failures() {
 
 void ShortcutManager::tellOfTaken() {
   auto told = services_.settings.get(setting::toldShortcuts);
-  std::vector<const Shortcut*> news;
+  WindowManagersKeys windowManagers(services_.desktopFacts);
+  std::vector<std::string> taken;
+  bool isNews = false;
   for (const auto& [shortcut, hotKey] : registered_) {
     const bool isTold = std::ranges::find(told, shortcut.name) != told.end();
-    if (hotKey != nullptr && !isTold && hotKey->state() == HotKeyState::taken) {
-      news.push_back(&shortcut);
+    if (hotKey == nullptr || isTold || hotKey->state() != HotKeyState::taken) {
+      continue;
+    }
+    isNews = true;
+    told.push_back(shortcut.name);
+    if (!windowManagers.have(shortcut)) {
+      taken.push_back(shortcut.name);
     }
   }
-  if (news.empty()) {
+  if (!isNews) {
     return;
-  }
-  const bool mayBeDone = std::ranges::any_of(news, [](const Shortcut* each) { return mayBeWindowManagers(*each); });
-  const auto manager = mayBeDone ? services_.desktopFacts.windowManager() : std::nullopt;
-  std::vector<std::string> taken;
-  for (const auto* shortcut : news) {
-    told.push_back(shortcut->name);
-    if (!isDoneBy(manager, *shortcut)) {
-      taken.push_back(shortcut->name);
-    }
   }
   services_.settings.set(setting::toldShortcuts, told);
   const bool offersAnother = !taken.empty() && taken.front() == "Overview" &&

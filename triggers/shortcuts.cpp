@@ -25,6 +25,14 @@ class Presets {
         movesWindows_(settings.get(setting::moveWindowShortcuts)),
         list_(list) {}
 
+  void addOverview(OverlayHotKeyPreset preset) {
+    constexpr auto keys =
+        std::to_array<std::string_view>({"alt+tab", "ctrl+alt+space", "alt+`", "alt+super+space", "f13"});
+    constexpr Keystroke f13{105, 0};  // HIToolbox/Events.h, kVK_F13, which keystrokes are not written with
+    const std::string text(keys.at(static_cast<std::size_t>(preset)));
+    add({text, preset == OverlayHotKeyPreset::f13 ? f13 : keyCombination(text), "tallowin://overview", "Overview"});
+  }
+
   void addDesktops() {
     for (int number = 1; number <= 10; ++number) {
       const auto text = std::to_string(number);
@@ -50,18 +58,18 @@ class Presets {
     addShifted("m", "mark", "Set Mark");
   }
 
-  void add(std::string keys, std::string action, std::string name, Switches switches = Switches::no) {
-    const auto keystroke = keyCombination(keys);
-    if (std::ranges::find(list_, keystroke, &Shortcut::keystroke) == list_.end()) {
-      list_.push_back({std::move(keys), keystroke, std::move(action), std::move(name), switches});
+ private:
+  void add(Shortcut shortcut) {
+    if (std::ranges::find(list_, shortcut.keystroke, &Shortcut::keystroke) == list_.end()) {
+      list_.push_back(std::move(shortcut));
     }
   }
 
- private:
   void addPlain(const std::string& key, const std::string& action, const std::string& name,
                 Switches switches = Switches::no) {
     if (modifier_ != DesktopShortcutModifier::off) {
-      add(std::string(modifierTexts.at(static_cast<std::size_t>(modifier_))) + key, action, name, switches);
+      const auto keys = std::string(modifierTexts.at(static_cast<std::size_t>(modifier_))) + key;
+      add({keys, keyCombination(keys), action, name, switches});
     }
   }
 
@@ -86,27 +94,12 @@ class Presets {
 }  // namespace
 
 std::optional<Keystroke> keyCombination(std::string_view text) {
-  constexpr VirtualKeyCode f13 = 105;  // HIToolbox/Events.h, kVK_F13
   std::vector<std::string> parts;
   for (const auto part : std::views::split(lowerCased(text), '+')) {
     parts.emplace_back(trimmed({part.begin(), part.end()}));
   }
   std::ranges::replace(parts, "super", "cmd");
-  const bool isF13 = !parts.empty() && parts.back() == "f13";
-  if (isF13) {
-    parts.back() = "f12";
-  }
-  auto keystroke = Keystroke::parse(joined(parts, "+"));
-  if (keystroke && isF13) {
-    keystroke->keyCode = f13;
-  }
-  return keystroke;
-}
-
-std::string_view keysOf(OverlayHotKeyPreset preset) {
-  constexpr auto keys =
-      std::to_array<std::string_view>({"alt+tab", "ctrl+alt+space", "alt+`", "alt+super+space", "f13"});
-  return keys.at(static_cast<std::size_t>(preset));
+  return Keystroke::parse(joined(parts, "+"));
 }
 
 std::vector<Shortcut> shortcutsOf(const Settings& settings, bool hasOverview) {
@@ -116,7 +109,7 @@ std::vector<Shortcut> shortcutsOf(const Settings& settings, bool hasOverview) {
   }
   Presets presets(settings, shortcuts);
   if (hasOverview) {
-    presets.add(std::string(keysOf(settings.get(setting::overlayHotKey))), "tallowin://overview", "Overview");
+    presets.addOverview(settings.get(setting::overlayHotKey));
   }
   presets.addDesktops();
   if (settings.get(setting::navigationShortcuts)) {

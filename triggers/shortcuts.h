@@ -21,15 +21,11 @@ struct Shortcut {
   bool operator==(const Shortcut&) const = default;
 };
 
-/// Reads a key combination as automations write keystrokes; beside what these know, "super" is "cmd", and "f13" is a
-/// key.
+/// Reads a key combination as automations write keystrokes; "super" is "cmd".
 [[nodiscard]] std::optional<Keystroke> keyCombination(std::string_view text);
 
 /// The shortcuts that the settings ask for: the user's own, and those presets whose combination he has not given to
 /// something else. The overview's is among them if there is an overview.
 [[nodiscard]] std::vector<Shortcut> shortcutsOf(const Settings& settings, bool hasOverview);
-
-/// The combination that opens the overview with this preset.
-[[nodiscard]] std::string_view keysOf(OverlayHotKeyPreset preset);
 
 }  // namespace tallowin

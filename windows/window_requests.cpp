@@ -104,15 +104,9 @@ struct WindowRequests {
 
   void listSavedSpaces(const RequestJob& job) const {
     const auto spaces = windows.savedSpaces.list();
-    if (job.words.namesOnly()) {
-      job.printNames(namesOf(spaces));
-      return;
-    }
-    if (!job.words.json()) {
-      job.print(savedSpaceTable(spaces, services.clock));
-      return;
-    }
-    job.print(prettyJSON(listToJson(spaces, [](const SavedSpace& space) { return toJson(space); })));
+    job.printList<SavedSpace>(
+        spaces, [](const SavedSpace& space) { return toJson(space); },
+        [&] { return savedSpaceTable(spaces, services.clock); });
   }
 
   void reopen(const RequestJob& job) const {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/json_text.h"
+#include "base/property_list_reading.h"
 #include "base/record_file.h"
 #include "base/unicode.h"
 #include "commands/cli/request_words.h"
@@ -16,6 +17,16 @@
 #include "platform/ways_in.h"
 
 namespace tallowin {
+
+/// What each of the things in a list is called.
+template <typename Named>
+[[nodiscard]] std::vector<std::string> namesOf(const std::vector<Named>& list) {
+  std::vector<std::string> names;
+  for (const auto& each : list) {
+    names.push_back(each.name);
+  }
+  return names;
+}
 
 /// A request that has been understood, on its way to the answer. Letting go of the last copy unanswered tells the
 /// caller so.
@@ -42,6 +53,17 @@ struct RequestJob {
       text.append(printable(name)).append("\n");
     }
     print(text);
+  }
+
+  /// Ends it well with a list: names alone, JSON records or text, as its options say.
+  template <typename Named>
+  void printList(const std::vector<Named>& list, const std::function<PropertyList(const Named&)>& record,
+                 const std::function<std::string()>& text) const {
+    if (words.namesOnly()) {
+      printNames(namesOf(list));
+    } else {
+      print(words.json() ? prettyJSON(listToJson(list, record)) : text());
+    }
   }
 
   /// Ends it with one line on the caller's standard error.
@@ -82,16 +104,6 @@ struct RequestJob {
     }
   }
 };
-
-/// What each of the things in a list is called.
-template <typename Named>
-[[nodiscard]] std::vector<std::string> namesOf(const std::vector<Named>& list) {
-  std::vector<std::string> names;
-  for (const auto& each : list) {
-    names.push_back(each.name);
-  }
-  return names;
-}
 
 /// Who answers which kind of request.
 using RequestTable = std::map<RequestKind, std::function<void(RequestJob)>>;

@@ -27,7 +27,7 @@ struct ShortcutsProgram : StoringProgram {
   }
   /// What the user's press does; "not ours" when another program gets it.
   std::string press(std::string_view keys) {
-    const auto keystroke = keyCombination(keys);
+    const auto keystroke = keys == "f13" ? Keystroke{105, 0} : keyCombination(keys);
     const bool taken = desktop.parts().globalHotKeys.press(keystroke->keyCode, keystroke->flags);
     const auto done = std::exchange(actions, {});
     return done.empty() ? (taken ? "another program's" : "nobody's") : done.front();

@@ -53,7 +53,9 @@ class NamesAreKept : public Invariant {
     forgetSpacesThatAreGone();
     if (isCalm_) {
       for (const auto& space : run_.spaces()) {
-        said_[space.id].insert({{"name", ""}, {"note", ""}});  // that nobody has given others
+        if (!forgotten_.contains(space.id)) {                    // one that has come back may be known again
+          said_[space.id].insert({{"name", ""}, {"note", ""}});  // that nobody has given others
+        }
       }
     }
     lookForNames("names are kept");
@@ -90,7 +92,13 @@ class NamesAreKept : public Invariant {
       return;  // nothing can be read from it, and nothing may be forgotten
     }
     const auto all = run_.hasIntactSpaces() ? run_.spaces() : std::vector<TrueSpace>();
-    std::erase_if(said_, [&](const auto& each) { return std::ranges::count(all, each.first, &TrueSpace::id) == 0; });
+    std::erase_if(said_, [&](const auto& each) {
+      const bool isGone = std::ranges::count(all, each.first, &TrueSpace::id) == 0;
+      if (isGone) {
+        forgotten_.insert(each.first);
+      }
+      return isGone;
+    });
   }
 
   void hearAnswer(int caller, int status) {
@@ -166,6 +174,7 @@ class NamesAreKept : public Invariant {
   }
 
   std::map<std::string, Said> said_;  ///< by Space
+  std::set<std::string> forgotten_;   ///< Spaces that something was said of, and that have been gone
   std::map<int, Edit> edits_;         ///< by caller: done once it is answered
   std::optional<std::string> asked_;
   int callers_ = 0;
