@@ -37,6 +37,7 @@ script_case() {
   go_to 1
   pass_if_eventually "and on leaving, while the first goes on" "in Deep Work 2
 out of Deep Work" lines_of "$HOME/script"
+  eventually test -s "$HOME/script-id"
   kill "$(cat "$HOME/script-id")"
   eventually is_no_longer_running "$(cat "$HOME/script-id")"
   pass_if_eventually "no child is left behind" "" zombies_of "$INSTANCE_GROUP"

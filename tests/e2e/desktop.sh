@@ -53,7 +53,7 @@ start_server() {
     8>"$DESKTOP_DIRECTORY/display" >>"$DESKTOP_DIRECTORY/log" 2>&1 &
   SERVER_GROUP=$!
   local number
-  read -r -t 10 number <"$DESKTOP_DIRECTORY/display" || return 1
+  read -r -t 60 number <"$DESKTOP_DIRECTORY/display" || return 1
   export DISPLAY=:$number
 }
 
@@ -83,7 +83,7 @@ show_trial_window() {
   end_group "$TRIAL_GROUP"
   start_group xterm -T TRIAL -geometry 40x10+100+100
   TRIAL_GROUP=$STARTED_GROUP
-  local tries=100
+  local tries=500
   until trial_is_managed; do
     [ $tries -gt 0 ] || return 1
     sleep 0.01

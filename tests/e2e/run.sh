@@ -13,10 +13,8 @@ set -u
 . "$(dirname "$0")/layout_cases.sh"
 . "$(dirname "$0")/http_cases.sh"
 
-# The program with a home folder that is kept for one window manager. Its exit status goes to the last line.
 tallowin() {
-  timeout 20 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" --platform x11 "$@" 2>&1
-  echo "exit $?"
+  ask --platform x11 "$@"
 }
 
 desktop_count() {
@@ -120,7 +118,7 @@ drag_case() {
   pass_if "a title bar can be dragged" yes "$(window_has_moved "$window" "$x" && echo yes)"
   tallowin --switch 2 >/dev/null
   pass_if_eventually "the dragged window comes along" 1 desktop_of "$window"
-  pass_if "its desktop is shown" 1 "$(current_desktop)"
+  pass_if_eventually "its desktop is shown" 1 current_desktop
   before=$(window_left "$window")
   for step in 40 60 80; do
     xdotool mousemove $((x + step)) $((y + 30))
@@ -194,9 +192,7 @@ exit 69' "$(ask current)"
   start_instance
   pass_if "a second start finds the first" "tallowin: already running
 exit 0" "$(ask)"
-  timeout 60 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
-  local watcher=$!
-  eventually grep -qs state "$DESKTOP_DIRECTORY/watched"
+  start_watching
   capability "Name desktops, so that pagers show it"
   pass_if "a name is taken" "exit 0" "$(ask "tallowin://rename/2?name=Mail%20%26%20more")"
   pass_if_eventually "pagers show the name" "Mail & more" named_by_pagers 2
@@ -218,7 +214,7 @@ exit 1" "$(ask switch nowhere)"
   eventually grep -qs 'Mail & more' "$DESKTOP_DIRECTORY/tallowin/.local/share/Tallowin/spaces.json"
   kill -KILL -- "-$INSTANCE_GROUP"
   eventually group_is_gone "$INSTANCE_GROUP"
-  wait "$watcher"
+  wait "$WATCHER"
   pass_if "watch says that it has gone" "tallowin: the running tallowin has gone away" \
     "$(tail -n 1 "$DESKTOP_DIRECTORY/watched")"
   start_instance
@@ -269,6 +265,13 @@ restart_openbox() {
 named_by_pagers() {
   xprop -root -notype -f _NET_DESKTOP_NAMES 8u _NET_DESKTOP_NAMES | sed 's/^[^=]*= //; s/^"//; s/"$//; s/", "/\n/g' |
     sed -n "${1}p"
+}
+
+# Sets WATCHER to a process that writes what it watches to a file.
+start_watching() {
+  timeout 600 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
+  WATCHER=$!
+  eventually grep -qs state "$DESKTOP_DIRECTORY/watched"
 }
 
 last_watched() {

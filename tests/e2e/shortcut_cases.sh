@@ -62,14 +62,21 @@ keyboard_layout_case() {
   put_in_front 1
   focus "$(window_called TRIAL)"
   setxkbmap ru
+  listen
   xdotool keydown 37 keydown 64 keydown 50 key $m keyup 50 keyup 64 keyup 37 # Ctrl, Alt, Shift
-  xdotool key $a
+  eventually press_until $a has_said "Toast: Marked as A"
   xdotool keydown 37 keydown 64 key 10 keyup 64 keyup 37
   pass_if_eventually "digits switch in a layout without Latin letters" 0 current_desktop
   xdotool keydown 37 keydown 64 key $m keyup 64 keyup 37
-  xdotool key $a
-  pass_if_eventually "and the letter M jumps to what it has marked" 1 current_desktop
+  eventually press_until $a output_is 1 current_desktop
+  pass_if "and the letter M jumps to what it has marked" 1 "$(current_desktop)"
   setxkbmap us
+}
+
+# press_until KEY CONDITION...: presses the key and looks. It is heard only once the program waits for it.
+press_until() {
+  xdotool key "$1"
+  "${@:2}" >/dev/null
 }
 
 state_case() {

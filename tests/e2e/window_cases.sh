@@ -73,7 +73,7 @@ mark_cases() {
   put_in_front 0
   ask jump N >/dev/null
   pass_if_eventually "a jump shows the window, not the one in front" active active_or_not "$marked"
-  pass_if "on its desktop" 2 "$(current_desktop)"
+  pass_if_eventually "on its desktop" 2 current_desktop
   close_window OTHER
   put_in_front 0
   focus "$(window_called TRIAL)"
@@ -85,7 +85,7 @@ mark_cases() {
   ask jump >/dev/null
   xdotool key t
   pass_if_eventually "the letter jumps" active active_or_not "$(window_called TRIAL)"
-  pass_if "to where it is" 0 "$(current_desktop)"
+  pass_if_eventually "to where it is" 0 current_desktop
   close_window MARKED
 }
 
@@ -105,7 +105,7 @@ scratchpad_case() {
     eventually is_active "$(window_called TRIAL)"
     do_command scratchpad
     pass_if_eventually "it comes back" active active_or_not "$NOTES"
-    pass_if "as it was" shown "$(hidden_or_shown "$NOTES")"
+    pass_if_eventually "as it was" shown hidden_or_shown "$NOTES"
   else
     record partial "It is fetched, but not hidden again, as i3 minimises no windows."
   fi
@@ -178,7 +178,7 @@ named_desktops() {
 # What is said of desktops stays with them, whoever adds, removes and restarts what. Runs after desktop_change_case.
 desktop_identity_case() {
   capability "Keep names with their desktops when others are added and removed"
-  local letter number=0 watcher
+  local letter number=0
   for letter in A B C D; do
     number=$((number + 1))
     ask edit "$number" --name "$letter" --note "note of $letter" >/dev/null
@@ -187,9 +187,7 @@ desktop_identity_case() {
   done
   put_in_front 2
   pass_if_eventually "four desktops are named" "A B C D, C" named_desktops
-  timeout 60 "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" watch >"$DESKTOP_DIRECTORY/watched" 2>&1 &
-  watcher=$!
-  eventually grep -qs state "$DESKTOP_DIRECTORY/watched"
+  start_watching
   do_command remove-desktop/2
   pass_if_eventually "removing B leaves the others" "A C D, C" named_desktops
   pass_if_eventually "their windows are theirs" "1 ON-A 2 ON-B 2 ON-C 3 ON-D" windows_by_desktop
@@ -201,7 +199,7 @@ desktop_identity_case() {
   do_command remove-desktop/2
   eventually output_is "A C D, A" named_desktops
   pass_if "nothing else was ever in front" 1 "$(cut -f 2 "$DESKTOP_DIRECTORY/watched" | grep -c active)"
-  kill "$watcher" 2>/dev/null
+  kill "$WATCHER" 2>/dev/null
   put_in_front 1
   do_command remove-desktop/2
   pass_if_eventually "removing the one in front shows its neighbour" "A D, D" named_desktops
@@ -267,6 +265,7 @@ saved_space_case() {
   put_window "$NOTES" 1
   do_command save-space
   pass_if_eventually "save-space closes the windows" "" window_called ONE
+  eventually is_no_longer_listed TWO
   pass_if "but none elsewhere" "$trial" "$(window_called TRIAL)"
   pass_if "it says what it saved" "Desktop 2  $1 app$([ "$1" = 1 ] || echo s)  0 tabs" "$(ask saved-spaces | grep -o '  Desktop.*' | cut -c 3-)"
   ask reopen 'desktop 2' >/dev/null

@@ -181,6 +181,7 @@ desktop_cases() {
   installed quit >/dev/null
   eventually group_is_gone "$INSTANCE_GROUP"
   pass_if "a command has it started" "exit 0" "$(installed tallowin://switch/1)"
+  eventually process_on_bus >/dev/null
   pass_if "by the bus" 1 "$(tr '\0' '\n' <"/proc/$(process_on_bus)/environ" | grep -c ^DBUS_STARTER_BUS_TYPE=)"
   pass_if_eventually "and performed" 0 current_desktop
   installed quit >/dev/null

@@ -17,7 +17,7 @@ compadd() {
 comppostfuncs=(say_end)
 say_end() { print '/end' >\$offers }"
 zpty -n -w terminal $2$'\t'
-while read -rt 10 -u $offered line && [[ $line != /end ]]; do
+while read -rt 60 -u $offered line && [[ $line != /end ]]; do
   print -r -- $line
 done
 zpty -d terminal
