@@ -1,4 +1,4 @@
-// What the program tells others: the export and the diagnostics report; and copies of what was configured.
+// What may be imported, and what the diagnostics report tells.
 
 #include "automation/settings_transfer.h"
 
@@ -13,7 +13,6 @@ namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct TransferProgram : StoringProgram {
@@ -41,41 +40,6 @@ std::string bundle(const PropertyList& settings, const PropertyList& spaces = Pr
   return PropertyList{
       {"version", 3}, {"exportedAt", "2026-01-01T00:00:00Z"}, {"spaces", spaces}, {"settings", settings}}
       .dump();
-}
-
-TEST(SettingsTransfer, AFreshExportHoldsTheDefaults) {
-  TransferProgram program;
-  const auto json = program.exported();
-  EXPECT_EQ(json["version"], 1);
-  EXPECT_EQ(json["exportedAt"], "2026-03-02T09:00:00Z");
-  EXPECT_EQ(json["settings"].size(), 46U);
-  EXPECT_EQ(json["settings"]["wrapAround"], "[true]");
-  EXPECT_EQ(json["settings"]["hudDuration"], "[1.2]");
-  for (const auto* key : {"didShowOnboarding", "activeProfile", "overviewOrder", "demoMode"}) {
-    EXPECT_FALSE(json["settings"].contains(key)) << key;
-  }
-  program.preferences.setObject("overviewOrder", {"b", "a"});
-  program.preferences.setObject("demoMode", true);
-  EXPECT_EQ(program.exported()["settings"].size(), 47U);
-  EXPECT_EQ(program.exported()["settings"]["overviewOrder"], "[[\"b\",\"a\"]]");
-  EXPECT_THAT(program.transfer.exportData(), HasSubstr("{\n  \"exportedAt\": "));
-}
-
-TEST(SettingsTransfer, PassesOverEntriesThatCannotBe) {
-  TransferProgram program;
-  const PropertyList settings = {
-      {"didShowOnboarding", "[true]"}, {"unknown", "[1]"},        {"wrapAround", "[]"},
-      {"hudEnabled", "[null]"},        {"localAPI", "[\"yes\"]"}, {"spaceLock", "true"},
-      {"hudSize", "[\"small\""},       {"gridColumns", "[2.5]"},  {"notchHover", "[true, 1]"},
-      {"backAndForth", "[false]"},     {"hudDuration", "[2]"},    {"spaceDock", std::string(9999, '[')}};
-  EXPECT_TRUE(program.import(bundle(settings)));
-  EXPECT_EQ(program.preferences.persistentDomain(), (std::map<std::string, PropertyList>{{"backAndForth", false},
-                                                                                         {"gridColumns", 2.5},
-                                                                                         {"hudDuration", 2},
-                                                                                         {"hudEnabled", nullptr},
-                                                                                         {"localAPI", "yes"},
-                                                                                         {"notchHover", true}}));
-  EXPECT_FALSE(program.settings.get(setting::localAPI)) << "it is of the wrong type";
 }
 
 TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
@@ -115,21 +79,14 @@ TEST(SettingsTransfer, RefusesWhatIsNoExportAndChangesNothing) {
   EXPECT_FALSE(program.storage.isSound()) << "what asked for it is told so";
 }
 
-TEST(Diagnostics, TellHowThingsStand) {
-  TransferProgram other(
-      R"({"missingFunctions": "all", "permissions": {"accessibility": false, "screenRecording": false},
-    "preferences": {"switchMode": "classic"}, "files": {"/etc/os-release": "NAME=x\nPRETTY_NAME=\"Debian 12\"\n"},
-    "windowManager": {"name": "Openbox\n", "version": "3.6.1", "missingHints": ["_NET_A", "_NET_B"]}})");
-  EXPECT_EQ(diagnosticsReport(other.services, SpaceSnapshot::empty(), {"Overview", "Back"}),
-            "Tallowin 0.1.0 (77)\nmacOS Version 15.3.1 (simulated)\nBridge health: 0b0 healthy=false\n"
-            "Accessibility: false\nScreen Recording: false\nSwitch mode: classic\nDisplays: 0, Spaces: 0\n"
-            "Check Accessibility: needs attention\nCheck Screen Recording: needs attention\nCheck Files saved: ok\n"
-            "Shortcuts taken by other apps: Overview, Back\n"
-            "Distribution: Debian 12\nWindow manager: Openbox  3.6.1\nEWMH not supported: _NET_A, _NET_B");
-  EXPECT_EQ(prettyNameOfOSRelease("A=1\nPRETTY_NAME=plain\n"), "plain");
-  EXPECT_EQ(prettyNameOfOSRelease("PRETTY_NAME='it'"), "it");
-  EXPECT_EQ(prettyNameOfOSRelease("PRETTY_NAME=\""), "\"");
-  EXPECT_EQ(prettyNameOfOSRelease("XPRETTY_NAME=x"), std::nullopt);
+TEST(Diagnostics, NameTheDistribution) {
+  const std::pair<const char*, std::optional<std::string>> cases[] = {{"A=1\nPRETTY_NAME=plain\n", "plain"},
+                                                                      {"PRETTY_NAME='it'", "it"},
+                                                                      {"PRETTY_NAME=\"", "\""},
+                                                                      {"XPRETTY_NAME=x", std::nullopt}};
+  for (const auto& [file, name] : cases) {
+    EXPECT_EQ(prettyNameOfOSRelease(file), name) << file;
+  }
 }
 
 TEST(SettingsTransfer, TakesAlongWhoStandsAtWhichPlace) {
@@ -150,64 +107,6 @@ TEST(SettingsTransfer, TakesAlongWhoStandsAtWhichPlace) {
   EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
   EXPECT_TRUE(other.import(program.transfer.exportData()));
   EXPECT_EQ(other.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 3, 4, 2}));
-}
-
-struct BackupsProgram : TransferProgram {
-  BackupsProgram()
-      : TransferProgram(R"({"start": "2026-03-02T09:00:00Z", "timeZone": "+05:30", "desktopsByPlace": true})") {}
-
-  Backups backups{services, transfer};
-};
-
-TEST(Backups, PutBackWhatWasThereAndKeepWhatIs) {
-  BackupsProgram program;
-  auto& store = program.store;
-  store.setName("A", "managed-1");
-  store.setName("B", "managed-2");
-  program.preferences.setObject("activeProfile", "Work");
-  program.preferences.setObject("wrapAround", false);
-  program.backups.keep("before removing desktop 2");
-  program.desktop.parts().spaces.removeDesktop(2);
-  store.replaceAll({});
-  program.preferences.setObject("activeProfile", "");
-  program.preferences.setObject("wrapAround", true);
-
-  EXPECT_EQ(program.backups.restore(0), std::nullopt);
-  EXPECT_EQ(program.backups.restore(2), std::nullopt);
-  EXPECT_EQ(program.backups.restore(1), Backups::Restored::all);
-  EXPECT_EQ(store.meta("managed-2").name, "B");
-  EXPECT_EQ(program.settings.get(setting::activeProfile), "Work");
-  EXPECT_FALSE(program.settings.get(setting::wrapAround));
-  EXPECT_EQ(program.desktop.spacePlaces().places(), (std::vector<ManagedSpaceID>{1, 2, 3, 4}));
-  EXPECT_EQ(program.backups.listText(),
-            "1  2026-03-02 14:30  before restore\n2  2026-03-02 14:30  before removing desktop 2\n");
-  EXPECT_EQ(program.backups.restore(1), Backups::Restored::all) << "the restoring is undone";
-  EXPECT_EQ(store.meta("managed-2").name, std::nullopt);
-}
-
-TEST(Backups, AreTheLastFiveThatCanBeRead) {
-  BackupsProgram program;
-  for (const auto* const reason : {"1", "2", "3", "4", "5", "6"}) {
-    program.backups.keep(reason);
-    program.time.jumpWallClock(-1h);
-  }
-  const auto reasons = [&] {
-    std::vector<std::string> all;
-    for (const auto& copy : program.backups.list()) {
-      all.push_back(copy.reason);
-    }
-    return all;
-  };
-  EXPECT_THAT(reasons(), ElementsAre("6", "5", "4", "3", "2"));
-  auto& files = program.desktop.parts().files;
-  files.corrupt(supportFolder + "Backups/5.json");
-  files.replace(supportFolder + "Backups/x.json", "{}");
-  files.replace(supportFolder + "Backups/4.json",
-                R"({"reason": "nothing in it", "exportedAt": "2026-03-02T09:00:00Z"})");
-  EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
-  files.setRoom(0);
-  program.backups.keep("not kept");
-  EXPECT_THAT(reasons(), ElementsAre("6", "3", "2"));
 }
 
 }  // namespace

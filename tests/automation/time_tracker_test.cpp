@@ -2,7 +2,6 @@
 
 #include "automation/time_tracker.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "base/unicode.h"
@@ -12,16 +11,9 @@ namespace tallowin {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::UnorderedElementsAre;
-
-const std::string file = supportFolder + "stats.json";
 
 struct TimingProgram : StoringProgram {
-  explicit TimingProgram(const std::string& members = "")
-      : StoringProgram(R"({"start": "2026-03-02T09:00:00Z")" + (members.empty() ? "" : ", " + members) + "}") {}
+  TimingProgram() : StoringProgram("{}") {}
 
   void enter(const std::string& id) {
     Space space;
@@ -31,32 +23,6 @@ struct TimingProgram : StoringProgram {
 
   TimeTracker tracker{services};
 };
-
-TEST(TimeTracker, CountsIntervalsBySpaceAndDay) {
-  TimingProgram program;
-  program.enter("a");
-  program.time.advance(90500ms);
-  program.enter("b");
-  program.time.advance(10s);
-  program.tracker.screensDidSleep();
-  program.time.advance(1h);
-  program.tracker.screensDidWake(program.snapshot());
-  program.time.advance(20s);
-  EXPECT_THAT(program.tracker.totals(1), UnorderedElementsAre(Pair("a", 90.5), Pair("b", 10), Pair(program.id(1), 20)))
-      << "the hour of sleep counts for nobody";
-  program.time.advance(1s);
-  EXPECT_EQ(program.tracker.totals(1).at(program.id(1)), 21) << "asking for totals begins a new interval";
-  EXPECT_THAT(program.tracker.totals(0), IsEmpty());
-  program.preferences.setObject("timeTracking", false);
-  program.time.advance(100s);
-  program.tracker.flush();
-  program.time.advance(100s);
-  program.preferences.setObject("timeTracking", true);
-  program.time.advance(5s);
-  EXPECT_EQ(program.tracker.totals(1).at(program.id(1)), 26) << "the switch counts from when it is turned";
-  program.tracker.screensDidWake(SpaceSnapshot::empty());
-  EXPECT_EQ(program.tracker.currentID(), std::nullopt);
-}
 
 TEST(TimeTracker, DropsWhatNobodyCanHaveMeant) {
   const std::pair<Duration, bool> cases[] = {{0s, false}, {1ms, true}, {6h - 1ms, true}, {6h, false}, {-1h, false}};
@@ -70,29 +36,6 @@ TEST(TimeTracker, DropsWhatNobodyCanHaveMeant) {
     EXPECT_EQ(program.tracker.totals(1).at("a"), 2 + (counts ? std::chrono::duration<double>(elapsed).count() : 0))
         << "the next interval is counted again, after " << elapsed.count();
   }
-}
-
-TEST(TimeTracker, SavesFiveSecondsAfterTheLastChange) {
-  TimingProgram program;
-  program.enter("a");
-  program.time.advance(120250ms);
-  program.enter("b\"");
-  program.time.advance(2s);
-  program.enter("a");
-  program.time.advance(4999ms);
-  EXPECT_EQ(program.fileText(file), "none");
-  program.lines.clear();
-  program.time.advance(1ms);
-  EXPECT_EQ(program.fileText(file), R"({"2026-03-02":{"a":120.25,"b\"":2}})");
-  program.time.advance(1min);
-  EXPECT_EQ(program.take("writeAtomically").size(), 1U);
-
-  TimingProgram late(R"("timeZone": "+02:00", "uptime": 1)");
-  late.time.advance(12h + 59min);
-  late.enter("a");
-  late.time.advance(2min);
-  EXPECT_THAT(late.tracker.totals(1), ElementsAre(Pair("a", 120)));
-  EXPECT_THAT(late.tracker.days(), ElementsAre(Pair("2026-03-03", testing::_))) << "the day on which it ends";
 }
 
 // A day of 23 or 25 hours is one day: a look back of n days by the calendar finds n keys, none twice and none left out,

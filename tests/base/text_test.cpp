@@ -1,9 +1,10 @@
-// Unicode text and URLs: tables of what is equal, and of how URLs come apart.
+// Unicode text, URLs and UUIDs: tables of what is equal, of how URLs come apart, and of what random bits become.
 
 #include <gtest/gtest.h>
 
 #include "base/unicode.h"
 #include "base/url.h"
+#include "base/words.h"
 
 namespace tallowin {
 namespace {
@@ -60,6 +61,14 @@ TEST(URL, AnythingElseIsNoURL) {
         "tallowin://x?%80=1", "tallowin://\xff", "1tallowin://x", "tallowin://x\n"}) {
     EXPECT_EQ(URL::parse(text), std::nullopt) << text;
   }
+}
+
+TEST(RandomUUID, HasItsVersionAndVariantWhateverTheBits) {
+  EXPECT_EQ(randomUUID([] { return std::uint64_t{0}; }), "00000000-0000-4000-8000-000000000000");
+  EXPECT_EQ(randomUUID([] { return ~std::uint64_t{0}; }), "FFFFFFFF-FFFF-4FFF-BFFF-FFFFFFFFFFFF");
+  std::uint64_t next = 0x0123'4567'89AB'CDEF;
+  EXPECT_EQ(randomUUID([&next] { return std::exchange(next, 0xFEDC'BA98'7654'3210); }),
+            "01234567-89AB-4DEF-BEDC-BA9876543210");
 }
 
 }  // namespace

@@ -72,24 +72,6 @@ TEST(SpaceStore, EditsAreSavedOnceAndClearedRecordsDisappear) {
      "hideOtherApps": false}}})"));
 }
 
-TEST(SpaceStore, ReadsWhatOtherVersionsWroteAndKeepsAsideWhatItCannotUnderstand) {
-  NamingProgram other(R"(, "files": {"~/.local/share/Tallowin/spaces.json":
-    "{\"a\": {\"name\": null, \"automation\": {\"scriptOnEnter\": \"true\"}, \"mood\": [1]}, \"b\": {}}"})");
-  EXPECT_EQ(other.store.meta("a").automation->scriptOnEnter, "true");
-  other.store.setName("Work", "a");
-  other.time.advance(1000ms);
-  EXPECT_EQ(other.saved()["a"]["mood"], PropertyList::parse("[1]")) << "what is not known survives";
-  for (const auto* bad : {"[]", "{", R"({\"a\": 5})", R"({\"a\": {\"name\": 5}})",
-                          R"({\"a\": {\"automation\": {\"launchApps\": [1]}}})", R"({\"a\": {\"automation\": []}})"}) {
-    NamingProgram program(R"(, "files": {"~/.local/share/Tallowin/spaces.json": ")" + std::string(bad) + "\"}");
-    EXPECT_TRUE(program.store.metas().empty()) << bad;
-    program.store.setName("Mail", "a");
-    program.time.advance(1000ms);
-    EXPECT_EQ(program.saved(), PropertyList::parse(R"({"a": {"name": "Mail"}})"));
-    EXPECT_TRUE(program.desktop.files().exists(file + ".unreadable-20260302T090000Z")) << bad;
-  }
-}
-
 TEST(SpaceStore, TheFirstRuleThatGivesANameWins) {
   NamingProgram program;
   auto& store = program.store;
@@ -120,28 +102,6 @@ TEST(SpaceStore, TheFirstRuleThatGivesANameWins) {
   EXPECT_EQ(store.displayName(fullscreen("f", 5)), "Mail") << "full-screen Spaces have no sample names";
 }
 
-TEST(SpaceStore, AFullScreenSpaceTakesUpItsApplicationsMemory) {
-  NamingProgram program;
-  auto& store = program.store;
-  const std::vector<Space> first = {fullscreen("one", 5), fullscreen("odd", 6), desktop("d")};
-  store.noteFullscreenKeys(first);
-  store.setName("Letters", "one");
-  store.setName("Nobody's", "odd");
-  EXPECT_EQ(store.meta("fs:com.apple.mail").name, "Letters");
-
-  const std::vector<Space> second = {fullscreen("two", 5), fullscreen("odd2", 6)};
-  store.noteFullscreenKeys(second);
-  store.adoptFullscreenMemory(second);
-  EXPECT_EQ(store.meta("two").name, "Letters");
-  EXPECT_TRUE(store.meta("odd2").isEmpty()) << "an application without bundle identifier has no memory";
-  store.setName("", "two");
-  EXPECT_FALSE(store.metas().contains("fs:com.apple.mail")) << "the memory follows every edit";
-  store.setName("Own", "two");
-  store.noteFullscreenKeys(second);
-  store.adoptFullscreenMemory(second);
-  EXPECT_EQ(store.meta("two").name, "Own");
-}
-
 TEST(SpaceStore, OnlyRecordsOfUUIDsAreDropped) {
   NamingProgram program;
   auto& store = program.store;
@@ -156,38 +116,6 @@ TEST(SpaceStore, OnlyRecordsOfUUIDsAreDropped) {
   EXPECT_EQ(program.take("writeAtomically").size(), 1U);
   EXPECT_EQ(program.saved().size(), 3U);
   EXPECT_FALSE(program.saved().contains("gone"));
-}
-
-TEST(SpaceStore, RecentNamesAreTwentyAndDifferInMoreThanCase) {
-  NamingProgram program;
-  for (int i = 0; i < 25; ++i) {
-    program.store.remember("Name " + std::to_string(i));
-  }
-  program.store.remember("NAME 10");
-  const auto names = program.settings.get(setting::recentSpaceNames);
-  EXPECT_EQ(names.size(), 20U);
-  EXPECT_EQ(names.at(0), "NAME 10");
-  EXPECT_EQ(names.at(1), "Name 24");
-  EXPECT_EQ(std::ranges::count(names, "Name 10"), 0);
-}
-
-TEST(SpaceHistory, GoesBackToTheLatestOtherSpaceThatStillExists) {
-  SpaceHistory history;
-  SpaceSnapshot snapshot;
-  snapshot.displays.push_back({"Main", {desktop("a"), desktop("b"), desktop("c")}, "a", true});
-  EXPECT_EQ(history.previous(snapshot), std::nullopt);
-  history.visit(desktop("a"));
-  EXPECT_EQ(history.previous(snapshot), std::nullopt);
-  for (const auto* id : {"b", "gone", "c", "b", "a"}) {
-    history.visit(desktop(id));
-  }
-  EXPECT_THAT(history.recent(), ElementsAre("a", "b", "c", "gone"));
-  EXPECT_EQ(history.previous(snapshot)->id, "b");
-  snapshot.displays[0].activeSpaceID = "b";
-  EXPECT_EQ(history.previous(snapshot)->id, "a");
-  snapshot.displays[0].spaces = {desktop("c")};
-  snapshot.displays[0].activeSpaceID.reset();
-  EXPECT_EQ(history.previous(snapshot)->id, "c");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Saving window layouts and putting windows back, on a simulated desktop; and what layouts are made of: records, file
-// names, matching, sets of displays, and where windows go before unplugging.
+// What layouts are made of: records, file names, matching, sets of displays, and where windows go before unplugging;
+// and who is told when one is restored.
 
 #include "windows/layout_manager.h"
 
@@ -15,66 +15,19 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// Desktops 1 to 6 on one display, and windows 101 and so on, of three applications in turn, on the desktops in turn.
-std::string desktopWithWindows(int windows) {
-  auto scenario = PropertyList::parse(R"({
-    "managedDisplaySpaces": [{"Display Identifier": "Main", "Current Space": {"ManagedSpaceID": 1}}],
-    "applications": [{"name": "A", "pid": 11, "bundleID": "app.a"}, {"name": "B", "pid": 12, "bundleID": "app.b"},
-                     {"name": "C", "pid": 13, "bundleID": "app.c"}]})");
-  for (int i = 1; i <= 6; ++i) {
-    scenario["managedDisplaySpaces"][0]["Spaces"].push_back({{"ManagedSpaceID", i}});
-  }
-  for (int i = 0; i < windows; ++i) {
-    scenario["windows"].push_back({{"number", 101 + i}, {"pid", 11 + i % 3}, {"space", 1 + i % 6}});
-    scenario["windows"].back().update({{"title", "Window " + std::to_string(i)}, {"frame", {i, 30, 500, 400}}});
-  }
-  return scenario.dump();
-}
-
-/// A program with the user's commands.
-struct LayoutProgram : WindowsProgram {
-  using WindowsProgram::WindowsProgram;
-
-  void moveByHand(WindowNumber window, ManagedSpaceID space) { state().window(window)->spaces = {space}; }
-};
-
-std::string layoutFile(std::string_view name) {
-  return layoutFolder + std::string(name) + "--Main.json";
-}
-
-TEST(LayoutManager, WhatVanishesMeanwhileCostsOnlyItself) {
-  LayoutProgram program(desktopWithWindows(6));
-  auto layout = program.layouts->save("manual", program.snapshot());
-  for (const WindowNumber window : {101U, 102U, 103U}) {
-    program.moveByHand(window, 6);
-  }
-  layout.entries.at(2).spaceUUID = "a Space that was removed";
-  program.state().window(103)->frame.origin = {7, 7};
-  program.readWindows();
-  std::vector<std::size_t> counts;
-  program.layouts->restore(layout, program.snapshot(), [&](std::size_t moved) { counts.push_back(moved); });
-  program.time.advance(60ms);
-  program.closeWindow(101);
-  program.time.advance(1s);
-  EXPECT_THAT(counts, ElementsAre(1U));
-  EXPECT_THAT(program.spacesOf(102), ElementsAre(2));
-  EXPECT_THAT(program.spacesOf(103), ElementsAre(6)) << "its Space is gone: not moved";
-  EXPECT_EQ(program.state().window(103)->frame.origin, (CGPoint{7, 7})) << "nor resized";
-}
+constexpr auto oneWindow = R"({"applications": [{"name": "A", "pid": 11, "bundleID": "app.a"}],
+  "windows": [{"number": 101, "pid": 11, "space": 1}]})";
 
 TEST(LayoutManager, CompletesOnceAndNeverInsideTheCall) {
-  LayoutProgram program(desktopWithWindows(3));
+  WindowsProgram program(oneWindow);
   const auto layout = program.layouts->capture("manual", program.snapshot());
   auto fullscreen = program.snapshot();
   for (auto& space : fullscreen.displays.at(0).spaces) {
     space.isFullscreen = true;
   }
-  for (const auto& window : program.state().windows) {
-    program.moveByHand(window.number, 6);
-  }
+  program.state().window(101)->spaces = {4};
   program.readWindows();
   std::vector<std::string> told;
   program.layouts->restore({}, program.snapshot(),
@@ -87,30 +40,6 @@ TEST(LayoutManager, CompletesOnceAndNeverInsideTheCall) {
   program.layouts.reset();
   program.time.advance(1s);
   EXPECT_EQ(told.size(), 2U) << "a manager that has gone tells nobody";
-}
-
-TEST(LayoutManager, SavesByItselfEveryFiveMinutesUnlessHeld) {
-  LayoutProgram program(desktopWithWindows(1));
-  program.layouts->startAutoSave();
-  program.time.advance(300s - 1ms);
-  EXPECT_EQ(program.fileText(layoutFile("auto")), "none");
-  program.time.advance(1ms);
-  const auto saved = program.fileText(layoutFile("auto"));
-  EXPECT_THAT(saved, HasSubstr("\"name\": \"auto\""));
-  EXPECT_EQ(program.fileText(layoutFile("auto-setup")), saved) << "the copy for when displays return";
-
-  program.moveByHand(101, 2);
-  auto hold = program.layouts->holdAutoSave();
-  auto another = program.layouts->holdAutoSave();
-  program.time.advance(300s);
-  hold.cancel();
-  EXPECT_EQ(program.fileText(layoutFile("auto")), saved);
-  another.cancel();
-  const auto madeUpFor = program.fileText(layoutFile("auto"));
-  EXPECT_THAT(madeUpFor, HasSubstr("managed-2"));
-  program.preferences.setObject("autoSaveLayout", false);
-  program.time.advance(300s);
-  EXPECT_EQ(program.fileText(layoutFile("auto")), madeUpFor);
 }
 
 std::string repeated(std::string_view text, int times) {
@@ -136,7 +65,7 @@ TEST(LayoutFileName, KeepsWhatFitsAndCutsWhatDoesNot) {
 }
 
 TEST(LayoutManager, AFileUnderItsEarlierNameIsTakenOver) {
-  LayoutProgram program(desktopWithWindows(1));
+  WindowsProgram program(oneWindow);
   const std::string setup(200, 'x');
   const auto earlier = layoutFolder + earlierLayoutFileName("manual", setup);
   auto layout = program.layouts->capture("manual", program.snapshot());

@@ -27,11 +27,6 @@ struct WindowsProgram : StoringProgram {
     time.advance(std::chrono::milliseconds(200));
   }
 
-  /// Closes a window, which the program does not notice.
-  void closeWindow(WindowNumber number) {
-    std::erase_if(state().windows, [number](const auto& window) { return window.number == number; });
-  }
-
   SpaceSwitcher switcher{{platform, settings}};
   SpaceContents contents{platform};
   std::unique_ptr<WindowMover> mover = std::make_unique<WindowMover>(platform, switcher);
