@@ -8,6 +8,7 @@
 #include "app/program.h"
 #include "base/unicode.h"
 #include "commands/outcome.h"
+#include "presentation/link/messages.h"
 #include "presentation/presentation.h"
 #include "triggers/triggers.h"
 
@@ -30,7 +31,7 @@ bool tellsTheUser(const std::vector<std::string>& arguments) {
                    words->kind == RequestKind::mark || words->kind == RequestKind::jump);
 }
 
-/// Whoever presses a key, who sees why nothing was done, and nothing else.
+/// Whoever presses a key or chooses from a menu, who sees why nothing was done, and nothing else.
 class PressingUser : public Caller {
  public:
   PressingUser(Toasts& toasts, bool isTold) : toasts_(toasts), isTold_(isTold) {}
@@ -81,7 +82,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
           services_, [this](const Space& space) { return windows_.isEmpty(space); },
           [this](const Space& space) { return windows_.appsOn(space); }),
       noteFiles_(services_),
-      naming_(store_, platform.presentation),
+      naming_(services_),
       newSpaces_(services_, naming_, [this] { return records_.templateCommands.isAddingDesktops(); }),
       thumbnails_(platform_, paths_),
       previews_(services_, thumbnails_),
@@ -93,6 +94,7 @@ AppDelegate::AppDelegate(const Platform& platform, Storage& storage, const Setti
                   [this](const Space& space) { return windows_.isEmpty(space); },
                   [this](const Space& space) { return switchTo(space); }}),
       feed_(services_, changes_, appNames(windows_.contents)),
+      statusItem_(services_, changes_),
       shortcuts_(services_, platform.presentation.hasOverview()),
       answers_(answers()),
       desktopObject_(
@@ -134,6 +136,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   noteFirstSpace();
   observeChanges();
   previews_.startRefreshTimer();
+  beginPresentation();
   onboarding_ = platform_.mainQueue.after(onboardingDelay, [this] { runOnboardingIfNeeded(); });
   platform_.commandChannel.setHandler([this](const Request& request, std::unique_ptr<Caller> caller) {
     platform_.preferences.synchronize();  // whoever has just changed a setting waits for the answer to know it used
@@ -236,8 +239,15 @@ void AppDelegate::observeChanges() {
   });
 }
 
+void AppDelegate::beginPresentation() {
+  statusItem_.refresh();
+  platform_.presentation.begin({[this] { return menuNow(services_, history_, windows_, records_); },
+                                [this](const std::vector<std::string>& words) { performForUser(words); }});
+}
+
 void AppDelegate::settingsChanged() {
   shortcuts_.refresh();
+  statusItem_.refresh();
   platform_.triggers.refresh();
   if (const auto active = watcher_.latest().activeSpace()) {
     platform_.triggers.refreshDockGuard(active->id);
@@ -285,13 +295,17 @@ bool AppDelegate::switchTo(const Space& space) {
 
 /// A word with blanks stands in quotation marks.
 void AppDelegate::shortcutPressed(const std::string& action) {
-  Request request{{}, platform_.folders.home.string()};
-  std::istringstream words(action);
-  for (std::string word; words >> std::quoted(word);) {
-    request.arguments.push_back(word);
+  std::vector<std::string> words;
+  std::istringstream text(action);
+  for (std::string word; text >> std::quoted(word);) {
+    words.push_back(word);
   }
-  handleRequest(answers_, underWay_, request,
-                std::make_unique<PressingUser>(platform_.toasts, tellsTheUser(request.arguments)));
+  performForUser(words);
+}
+
+void AppDelegate::performForUser(const std::vector<std::string>& words) {
+  handleRequest(answers_, underWay_, {words, platform_.folders.home.string()},
+                std::make_unique<PressingUser>(platform_.toasts, tellsTheUser(words)));
 }
 
 void AppDelegate::bounceBack(const std::string& spaceID) {
@@ -320,10 +334,32 @@ RequestTable AppDelegate::answers() {
   });
   addEditRequests(table, services_, automation_, appNames(windows_.contents));
   addShortcutRequests(table, shortcuts_);
+  addShownRequests(table);
   table[RequestKind::doctor] = [this](const RequestJob& job) {
     answerDoctor(job, reportOfInstance(setUpChecks(platform_, storage_), settings_, localAPI_.openPort()));
   };
   return table;
+}
+
+void AppDelegate::addShownRequests(RequestTable& table) {
+  table[RequestKind::menu] = [this](const RequestJob& job) {
+    const auto menu = menuNow(services_, history_, windows_, records_);
+    job.print(job.words.json() ? ui::encodeMenu(menu) + "\n" : menuText(menu));
+  };
+  table[RequestKind::ui] = [this](const RequestJob& job) {
+    platform_.presentation.hear(job.words.operands, job.caller);
+  };
+  table[RequestKind::askNote] = [this](const RequestJob& job) {
+    const auto ref = job.words.operands.empty() ? SpaceRef::current() : spaceRefFromText(job.words.operands.front());
+    const auto space = resolve(ref, watcher_.latest(), store_);
+    if (!space) {
+      job.fail(notFoundMessage(ref).value_or(noActiveSpace));
+    } else if (const auto shown = naming_.askForNote(*space); !shown) {
+      job.fail(shown.error());
+    } else {
+      job.succeed();
+    }
+  };
 }
 
 std::optional<URLFault> AppDelegate::handleURLEvent(const std::string& text) {

@@ -8,6 +8,7 @@
 #include "app/command_performer.h"
 #include "app/previews.h"
 #include "app/program.h"
+#include "app/shown_state.h"
 #include "app/space_naming.h"
 #include "app/space_pipeline.h"
 #include "automation/automation_runner.h"
@@ -67,17 +68,20 @@ class AppDelegate {
   void startWatching();
   void noteFirstSpace();
   void observeChanges();
+  void beginPresentation();
   void settingsChanged();
   void runOnboardingIfNeeded();
 
   void snapshotChanged(const SpaceSnapshot& snapshot);
   bool switchTo(const Space& space);
   void shortcutPressed(const std::string& action);
+  void performForUser(const std::vector<std::string>& words);
   void bounceBack(const std::string& spaceID);
   void willSwitch(const SpaceSnapshot& snapshot);
   [[nodiscard]] bool initiatedByUs() const;
   void endOn(const std::string& mistake);
   [[nodiscard]] RequestTable answers();
+  void addShownRequests(RequestTable& table);
 
   const Platform platform_;
   Storage& storage_;
@@ -106,6 +110,7 @@ class AppDelegate {
   WindowCommands windowCommands_;
   CommandPerformer performer_;
   StateFeed feed_;
+  StatusItemUpdates statusItem_;
   ShortcutManager shortcuts_;
   const RequestTable answers_;
   ScriptingBridge scripting_;

@@ -120,6 +120,7 @@ std::string readMode(const Given& given, CommandLine& line) {
 /// The same, for how the resident program starts.
 std::string readLaunch(const Given& given, CommandLine& line) {
   line.demo = given.contains("--demo");
+  line.noUi = given.contains("--no-ui");
   line.settingsTab = valueOf(given, "--settings");
   if ((line.demo || line.settingsTab) && line.mode != Mode::resident) {
     return "--settings TAB and --demo start the program, and go without other modes";

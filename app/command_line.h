@@ -36,6 +36,7 @@ struct CommandLine {
   std::optional<std::string> settingsTab;         ///< for resident: the tab that the settings window opens on
   bool demo = false;                              ///< for resident: in demonstration mode
   std::uint16_t port = LocalAPI::standardPort;    ///< for resident: where the HTTP interface is opened
+  bool noUi = false;                              ///< for resident: show no windows
   bool verbose = false;
   bool noStart = false;              ///< for resident: when none is running, leave it at that
   std::string warning;               ///< one line for the user about what was passed over, or empty

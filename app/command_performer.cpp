@@ -127,9 +127,10 @@ struct CommandPerformer::Call {
   void operator()(const command::SaveAndClose& /*command*/) const { answer.tell(services.windows.saveAndClose()); }
   void operator()(const command::AddDesktop& /*command*/) const { services.windows.addDesktop(answer); }
   void operator()(const command::RemoveDesktop& command) const {
-    if (const auto space = find(command.space)) {
-      services.records.backups.keep("before removing " + program.store.displayName(*space));
-      services.windows.removeDesktop(*space, answer);
+    if (const auto space = find(command.space); space && options.ask) {
+      askToRemove(*space);
+    } else if (space) {
+      performer.remove(*space, answer);
     }
   }
 
@@ -164,6 +165,20 @@ struct CommandPerformer::Call {
     }
   }
 
+  /// Whoever answers finds the Space by its id, as others may have come and gone.
+  void askToRemove(const Space& space) const {
+    program.alerts.show({"Remove “" + program.store.displayName(space) + "”?",
+                         "Its windows go to the desktop beside it. What you have said about it is kept under Restore "
+                         "an Earlier State.",
+                         {"Remove", "Cancel"}},
+                        [&performer = performer, id = space.id](std::optional<std::size_t> button) {
+                          if (button == std::size_t{0}) {
+                            performer.removeIfThere(id);
+                          }
+                        });
+    answer.done();
+  }
+
   /// The Space that is meant; when there is none, that is said.
   [[nodiscard]] std::optional<Space> find(const SpaceRef& ref) const {
     auto space = resolve(ref, snapshot, program.store);
@@ -194,6 +209,18 @@ struct CommandPerformer::Call {
     answer.refuse(message);
   }
 };
+
+void CommandPerformer::removeIfThere(const std::string& spaceID) {
+  services_.program.watcher.refresh();
+  if (const auto space = services_.program.watcher.latest().space(spaceID)) {
+    remove(*space, services_.underWay.begin(patienceWithDesktops, [](const Outcome& /*outcome*/) {}));
+  }
+}
+
+void CommandPerformer::remove(const Space& space, const CommandAnswer& answer) {
+  services_.records.backups.keep("before removing " + services_.program.store.displayName(space));
+  services_.windows.removeDesktop(space, answer);
+}
 
 void CommandPerformer::perform(const SpaceCommand& command, CommandOptions options, OutcomeHandler told) {
   // A switch is a number of steps from the active Space, which may have changed less than a debounce ago.
@@ -242,7 +269,7 @@ struct CommandRequests {
       return;
     }
     const bool isSaved = std::holds_alternative<command::Rename>(command);
-    performer.perform(command, {job.words.has("--follow")},
+    performer.perform(command, {job.words.has("--follow"), job.words.has("--ask")},
                       [job, isSaved, &storage = services.storage](const Outcome& outcome) {
                         if (isSaved && outcome.kind == Outcome::Kind::done) {
                           job.succeedOnceSaved(storage);

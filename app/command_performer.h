@@ -21,6 +21,7 @@ namespace tallowin {
 /// What may be wanted of one command otherwise than the settings say.
 struct CommandOptions {
   bool follow = false;  ///< go along with a window that is moved
+  bool ask = false;     ///< ask the user before a desktop is removed
 };
 
 /// Carries out commands, on the Spaces as they are when one comes. Main thread only.
@@ -63,6 +64,8 @@ class CommandPerformer {
   };
 
   void switchTo(const Space& space, const CommandAnswer& answer);
+  void remove(const Space& space, const CommandAnswer& answer);
+  void removeIfThere(const std::string& spaceID);
 
   const Services services_;
   std::map<std::string, Switch> switches_;  ///< the latest, by display

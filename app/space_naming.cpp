@@ -2,29 +2,51 @@
 
 #include <utility>
 
+#include "app/shown_state.h"
 #include "core/space_provider.h"
 
 namespace tallowin {
 
-ShownSpace shownSpace(const Space& space, const SpaceStore& store) {
-  return {space.id, store.displayName(space), space.desktopNumber, store.symbol(space)};
-}
-
 void SpaceNaming::give(const std::string& name, const std::string& spaceID) {
-  store_.setName(name, spaceID);
+  services_.store.setName(name, spaceID);
   if (!name.empty()) {
-    store_.remember(name);
+    services_.store.remember(name);
   }
 }
 
 Shown SpaceNaming::ask(const Space& space, bool isNew, std::function<void()> answered) {
-  return presentation_.askForName(
-      shownSpace(space, store_), isNew,
-      lifetime_.bound([this, id = space.id, answered = std::move(answered)](const std::optional<std::string>& name) {
-        if (name) {
-          give(*name, id);
+  const NameQuestion question{spaceRow(space, services_.watcher.latest(), services_.store), isNew,
+                              services_.store.meta(space.id).name.value_or(""),
+                              services_.settings.get(setting::recentSpaceNames)};
+  return services_.presentation.askForName(
+      question,
+      lifetime_.bound([this, id = space.id, answered = std::move(answered)](const std::optional<GivenName>& given) {
+        if (given) {
+          take(*given, id);
         }
         answered();
+      }));
+}
+
+void SpaceNaming::take(const GivenName& given, const std::string& spaceID) {
+  const auto orNothing = [](const std::string& text) { return text.empty() ? std::nullopt : std::optional(text); };
+  give(given.name, spaceID);
+  if (given.symbol) {
+    services_.store.setSymbol(orNothing(*given.symbol), spaceID);
+  }
+  if (given.colorHex) {
+    services_.store.setColor(orNothing(*given.colorHex), spaceID);
+  }
+}
+
+Shown SpaceNaming::askForNote(const Space& space) {
+  const NoteQuestion question{spaceRow(space, services_.watcher.latest(), services_.store),
+                              services_.store.meta(space.id).note.value_or("")};
+  return services_.presentation.askForNote(
+      question, lifetime_.bound([this, id = space.id](const std::optional<std::string>& text) {
+        if (text) {
+          services_.store.setNote(*text, id);
+        }
       }));
 }
 

@@ -12,13 +12,10 @@
 
 namespace tallowin {
 
-/// A Space as the user knows it.
-[[nodiscard]] ShownSpace shownSpace(const Space& space, const SpaceStore& store);
-
-/// Gives Spaces the names that the user wants. Main thread only.
+/// Gives Spaces the names and notes that the user wants. Main thread only.
 class SpaceNaming {
  public:
-  SpaceNaming(SpaceStore& store, Presentation& presentation) : store_(store), presentation_(presentation) {}
+  explicit SpaceNaming(const ProgramServices& services) : services_(services) {}
   SpaceNaming(const SpaceNaming&) = delete;
   SpaceNaming& operator=(const SpaceNaming&) = delete;
 
@@ -27,10 +24,13 @@ class SpaceNaming {
 
   /// Asks the user for the name. `answered` runs once he has given one or not; not if this object goes before.
   Shown ask(const Space& space, bool isNew, std::function<void()> answered = [] {});
+  /// Asks the user for the note.
+  Shown askForNote(const Space& space);
 
  private:
-  SpaceStore& store_;
-  Presentation& presentation_;
+  void take(const GivenName& given, const std::string& spaceID);
+
+  const ProgramServices& services_;
   Lifetime lifetime_;
 };
 

@@ -1,6 +1,6 @@
 #include "app/space_pipeline.h"
 
-#include "app/space_naming.h"
+#include "app/shown_state.h"
 #include "automation/record_services.h"
 #include "presentation/presentation.h"
 #include "triggers/triggers.h"
@@ -43,16 +43,17 @@ void SpacePipeline::record(const std::optional<Space>& from, const Space& to) {
 
 void SpacePipeline::show(const Space& to) {
   auto& presentation = services_.program.presentation;
-  const auto shown = shownSpace(to, services_.program.store);
+  const auto& snapshot = services_.program.watcher.latest();
+  const auto shown = spaceRow(to, snapshot, services_.program.store);
   services_.program.log.info(spacePipelineCategory, "active Space: " + shown.name);
-  if (!presentation.isOverviewShown()) {
-    presentation.showHUD(shown);
+  if (const auto hud = hudFor(to, services_.program); hud && !presentation.isOverviewShown()) {
+    presentation.showHUD(*hud);
   }
   presentation.giveFeedback(shown);
   services_.previews.capture(previewDelay);
-  std::map<std::string, ShownSpace> active;
-  for (const auto& space : services_.program.watcher.latest().activeSpaces()) {
-    active.emplace(space.displayID, shownSpace(space, services_.program.store));
+  std::map<std::string, SpaceRow> active;
+  for (const auto& space : snapshot.activeSpaces()) {
+    active.emplace(space.displayID, spaceRow(space, snapshot, services_.program.store));
   }
   presentation.updateDesktopLabels(active);
 }

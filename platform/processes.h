@@ -1,7 +1,9 @@
 #pragma once
 
 #include <expected>
+#include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +31,27 @@ class Processes {
   /// Runs a program to its end and returns what it wrote to standard output; standard error goes to the null device.
   /// Blocks. The error is the system's description of why it could not be started.
   [[nodiscard]] virtual std::expected<std::string, std::string> run(const ProcessRequest& request) = 0;
+};
+
+/// A child process that is watched. Letting go of this leaves the process alone, and nobody is told of its end.
+class WatchedProcess {
+ public:
+  virtual ~WatchedProcess() = default;
+
+  /// Ends the process at once (SIGKILL).
+  virtual void kill() = 0;
+};
+
+/// Child processes whose ends are told. Main thread only.
+class WatchedProcesses {
+ public:
+  virtual ~WatchedProcesses() = default;
+
+  /// Starts a program like Processes::launch(), but with standard error where this process has its own. `ended` is told
+  /// once how it ended, in words ("exit status 1", "signal 11"). The error is the system's description of why it could
+  /// not be started.
+  [[nodiscard]] virtual std::expected<std::unique_ptr<WatchedProcess>, std::string> start(
+      const ProcessRequest& request, std::function<void(const std::string& how)> ended) = 0;
 };
 
 }  // namespace tallowin

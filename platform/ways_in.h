@@ -39,6 +39,10 @@ class Caller {
   /// The same, but not before this process has stopped taking requests, so that whoever waits for the end can start the
   /// next one at once.
   virtual void exitAtEnd(int status) = 0;
+
+  /// Has `gone` called once, in a turn of the main queue of its own, when the caller has gone before it was answered to
+  /// the end; where that can be noticed without a word to it.
+  virtual void whenGone(std::function<void()> gone) { static_cast<void>(gone); }
 };
 
 /// Requests from other programs of the user's. Main thread only.

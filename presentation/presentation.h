@@ -1,28 +1,25 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <expected>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/ways_in.h"
+#include "presentation/model/hud.h"
+#include "presentation/model/menu.h"
+#include "presentation/model/questions.h"
+#include "presentation/model/status_item.h"
+
 namespace tallowin {
 
 /// Whether something could be shown that the user asked for; if not, the sentence that he has been told.
 using Shown = std::expected<void, std::string>;
-
-/// What the user is shown of a Space.
-struct ShownSpace {
-  std::string id;
-  std::string name;
-  std::optional<std::int64_t> desktopNumber;  ///< counted from 1; full-screen Spaces have none
-  std::string symbol;                         ///< name of a system symbol image
-  bool operator==(const ShownSpace&) const = default;
-};
 
 /// The tabs of the settings window, by the names that the command line knows.
 inline constexpr auto settingsTabs = std::to_array<std::string_view>(
@@ -31,14 +28,28 @@ inline constexpr auto settingsTabs = std::to_array<std::string_view>(
 /// What the user sees and hears of the program beside messages and questions. Nothing here blocks. Main thread only.
 class Presentation {
  public:
-  /// Told the name that the user gave, which may be empty, or nothing when he gave none.
-  using NameGiven = std::function<void(const std::optional<std::string>& name)>;
+  /// Told what the user said, or nothing when he closed the dialog.
+  using NameGiven = std::function<void(const std::optional<GivenName>& given)>;
+  using NoteGiven = std::function<void(const std::optional<std::string>& text)>;
+
+  /// What the user's hands on what is shown lead to.
+  struct Actions {
+    /// The menu as it is now.
+    std::function<Menu()> menu;
+    /// Does what a request in the words of the command line asks for, and tells the user if nothing was done.
+    std::function<void(const std::vector<std::string>& words)> perform;
+  };
 
   virtual ~Presentation() = default;
 
-  /// The pop-up that says where the user has got to: shows the Space that has just become active, in place of the one
-  /// shown before, for as long as the setting "hudDuration" says; nothing while "hudEnabled" is off.
-  virtual void showHUD(const ShownSpace& space) = 0;
+  /// Begins to show what always stands there. Called once, when everything else runs; nothing is shown before.
+  virtual void begin(Actions actions) = 0;
+
+  /// What stands in the panel, in place of what was there before.
+  virtual void showStatusItem(const StatusItem& item) = 0;
+
+  /// Shows the pop-up for the Space that has just become active, in place of the one shown before.
+  virtual void showHUD(const HUD& hud) = 0;
 
   /// Whether there is a panel with a tile for each Space.
   [[nodiscard]] virtual bool hasOverview() const = 0;
@@ -51,10 +62,11 @@ class Presentation {
   /// The one for applications to launch.
   virtual Shown showLauncher() = 0;
 
-  /// Asks for the name of a Space, in place of a dialog that is still open (which then ends without a name). `isNew`:
-  /// the Space has just been made, and the user did not ask to name it. `given` runs once, maybe inside this call, also
-  /// when the dialog cannot be shown.
-  virtual Shown askForName(const ShownSpace& space, bool isNew, NameGiven given) = 0;
+  /// Asks for the name of a Space, in place of a dialog that is still open (which then ends without a name). `given`
+  /// runs once, maybe inside this call, also when the dialog cannot be shown.
+  virtual Shown askForName(const NameQuestion& question, NameGiven given) = 0;
+  /// Asks for the note of a Space, in the same way.
+  virtual Shown askForNote(const NoteQuestion& question, NoteGiven given) = 0;
 
   /// Opens the window in which the user changes settings, or brings it to the front, on one of `settingsTabs` (absent:
   /// the one used last); with `spaceID` the tab "spaces" shows the page of that Space.
@@ -62,11 +74,11 @@ class Presentation {
 
   /// What the user hears of a switch: plays the sound that the setting "switchSound" names and, if "speakSpaceNames" is
   /// on, speaks the Space's name.
-  virtual void giveFeedback(const ShownSpace& to) = 0;
+  virtual void giveFeedback(const SpaceRow& to) = 0;
 
   /// The names of the active Spaces, by the identifiers of their displays, on the desktops themselves, while the
   /// setting "desktopLabel" is on.
-  virtual void updateDesktopLabels(const std::map<std::string, ShownSpace>& active) = 0;
+  virtual void updateDesktopLabels(const std::map<std::string, SpaceRow>& active) = 0;
 
   /// The bar with the applications of the current Space, while the setting "spaceDock" is on: their names in the order
   /// of their windows; none for a Space without windows.
@@ -79,6 +91,9 @@ class Presentation {
 
   /// Whether anything would show the user the previews of the Spaces; else they need not be taken.
   [[nodiscard]] virtual bool wantsPreviews() = 0;
+
+  /// What a process says that shows windows for this one: the words after "ui". The caller is answered, now or later.
+  virtual void hear(const std::vector<std::string>& words, std::shared_ptr<Caller> caller) = 0;
 };
 
 }  // namespace tallowin

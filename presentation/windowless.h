@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -24,17 +25,17 @@ class Windowless : public Presentation, public Triggers {
     settings_.registerDefaults();
   }
 
-  void showHUD(const ShownSpace& /*space*/) override {
-    lack(settings_.get(setting::hudEnabled), "The pop-up on every switch is");
-  }
+  void begin(Actions /*actions*/) override {}
+  void showStatusItem(const StatusItem& /*item*/) override {}
+  void showHUD(const HUD& /*hud*/) override { lack(true, "The pop-up on every switch is"); }
   [[nodiscard]] bool hasOverview() const override { return false; }
   Shown toggleOverview() override { return refuse("The overview is"); }
   [[nodiscard]] bool isOverviewShown() const override { return false; }
   Shown showWindowPanel(bool /*allSpaces*/) override { return refuse("The window search is"); }
   Shown showLauncher() override { return refuse("The launcher is"); }
-  Shown askForName(const ShownSpace& /*space*/, bool isNew, NameGiven given) override {
+  Shown askForName(const NameQuestion& question, NameGiven given) override {
     Shown shown;
-    if (isNew) {
+    if (question.isNew) {
       lack(true, "The question for the name of a new Space is");
     } else {
       shown = refuse("The dialog that renames a Space is");
@@ -42,15 +43,20 @@ class Windowless : public Presentation, public Triggers {
     given(std::nullopt);
     return shown;
   }
+  Shown askForNote(const NoteQuestion& /*question*/, NoteGiven given) override {
+    auto shown = refuse("The dialog for a Space's note is");
+    given(std::nullopt);
+    return shown;
+  }
   Shown showSettings(const std::optional<std::string>& /*tab*/,
                      const std::optional<std::string>& /*spaceID*/) override {
     return refuse("The settings window is");
   }
-  void giveFeedback(const ShownSpace& /*to*/) override {
+  void giveFeedback(const SpaceRow& /*to*/) override {
     lack(!settings_.get(setting::switchSound).empty() || settings_.get(setting::speakSpaceNames),
          "The sound of a switch is");
   }
-  void updateDesktopLabels(const std::map<std::string, ShownSpace>& /*active*/) override {
+  void updateDesktopLabels(const std::map<std::string, SpaceRow>& /*active*/) override {
     lack(settings_.get(setting::desktopLabel), "The label on the desktop is");
   }
   void updateSpaceDock(const std::vector<std::string>& /*applications*/) override {
@@ -61,6 +67,11 @@ class Windowless : public Presentation, public Triggers {
   [[nodiscard]] bool wantsPreviews() override {
     lack(settings_.get(setting::thumbnailsEnabled), "Showing previews is");
     return false;
+  }
+
+  void hear(const std::vector<std::string>& /*words*/, std::shared_ptr<Caller> caller) override {
+    caller->err("tallowin: this Tallowin shows no windows\n");
+    caller->exit(unavailable);
   }
 
   void setOverviewHandler(std::function<void()> /*pulled*/) override {}
@@ -75,16 +86,21 @@ class Windowless : public Presentation, public Triggers {
   }
   bool spaceChanged(const std::string& /*toSpaceID*/) override { return false; }
 
- private:
-  [[nodiscard]] static std::string sentence(const std::string& what) {
-    return what + " not available without a window system";
-  }
+ protected:
+  static constexpr int unavailable = 69;  ///< EX_UNAVAILABLE of sysexits(3)
+
+  [[nodiscard]] const Settings& settings() const { return settings_; }
 
   /// What the settings ask for.
   void lack(bool isWanted, const std::string& what) {
     if (isWanted && said_.insert(what).second) {
       log_.info("Presentation", sentence(what));
     }
+  }
+
+ private:
+  [[nodiscard]] static std::string sentence(const std::string& what) {
+    return what + " not available without a window system";
   }
 
   /// What the user asks for now.

@@ -76,6 +76,7 @@ inline constexpr CommandLineOption rows[] = {
     {"--port", start, "Open the HTTP interface (setting localAPI) on this port, not on 57301.", {}, {"N"}},
     {"--settings", start, "Open the settings window once started.", {}, {"TAB"}},
     {"--demo", start, "Start in demonstration mode."},
+    {"--no-ui", start, "Show no windows; messages and questions are notifications."},
     {"--no-start", start, "Do not start Tallowin when it is not running."},
     {"--verbose", start, "Log to standard error too."},
 };

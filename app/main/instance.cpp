@@ -51,7 +51,7 @@ bool isInstalledWithService() {
 /// Options that only this call knows of cannot be told to the bus.
 bool isStartedWithOptions(const CommandLine& line) {
   const CommandLine plain;
-  return line.home || line.scenario || line.demo || line.settingsTab || line.platform != plain.platform ||
+  return line.home || line.scenario || line.demo || line.settingsTab || line.noUi || line.platform != plain.platform ||
          line.port != plain.port;
 }
 
@@ -83,6 +83,9 @@ std::vector<std::string> startArguments(const CommandLine& line) {
   }
   if (line.demo) {
     arguments.emplace_back("--demo");
+  }
+  if (line.noUi) {
+    arguments.emplace_back("--no-ui");
   }
   return arguments;
 }

@@ -34,6 +34,20 @@ SetUpCheck notificationsCheck(const BusFacts& bus) {
   return {"Notifications", true, "Messages and questions are shown as notifications."};
 }
 
+/// The program that shows windows, which stands beside this one, on an X server; nothing where there is to be none.
+std::optional<ProcessRequest> uiProgram(const CommandLine& line, const std::string& display) {
+  std::error_code error;
+  const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (line.mode != Mode::resident || line.noUi || display.empty() || error) {
+    return std::nullopt;
+  }
+  ProcessRequest request{(self.parent_path() / TALLOWIN_UI_PROGRAM).string(), {}, {}, {}};
+  if (line.home) {
+    request.arguments = {"--home", std::filesystem::absolute(*line.home, error).string()};
+  }
+  return request;
+}
+
 SetUpCheck autostartCheck() {
   if (const auto place = autostartPlace(processAutostartFolders())) {
     return {"Autostart", true,
@@ -77,6 +91,7 @@ Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, st
       folders(machineFolders(line.home)),
       preferences(storage, files, mainQueue, preferencesFile(folders), noGlobalPreference),
       mode_(line.mode),
+      ui_({preferences, mainQueue, clock, log, children, dbus_, dbus_, uiProgram(line, display), TALLOWIN_VERSION}),
       channel_(std::make_unique<NeutralCommandChannel>()) {
   if (lock) {
     auto channel = SocketCommandChannel::open({mainQueue, mainQueue, log, {TALLOWIN_VERSION, std::move(display)}},
@@ -95,7 +110,7 @@ SystemServices Machine::systemServices() {
 
 UserServices Machine::userServices() {
   if (mode_ == Mode::resident) {
-    return {dbus_, pendingAlerts_, windowless_, windowless_};
+    return {ui_, pendingAlerts_, ui_, ui_};
   }
   return {logToasts_, neutralAlerts_, windowless_, windowless_};
 }

@@ -22,6 +22,7 @@
 #include "platform/platform.h"
 #include "platform/ways_in.h"
 #include "platform/xdg/stand_in_programs.h"
+#include "presentation/ui_presentation.h"
 #include "presentation/windowless.h"
 
 namespace tallowin {
@@ -63,12 +64,13 @@ class Machine {
   const Mode mode_;
   LogToasts logToasts_{log};
   LazyDBus dbus_{mainQueue, mainQueue, clock, log};
-  PendingAlerts pendingAlerts_{dbus_, log};
   NeutralAlerts neutralAlerts_;
   NeutralDesktopService neutralDesktopService_;
   NeutralURLEvents urlEvents_;
   NeutralScriptEvents scriptEvents_;
-  Windowless windowless_{preferences, mode_ == Mode::resident ? static_cast<Toasts&>(dbus_) : logToasts_, log};
+  Windowless windowless_{preferences, logToasts_, log};
+  UiPresentation ui_;
+  PendingAlerts pendingAlerts_{ui_, log};
   std::unique_ptr<CommandChannel> channel_;
   Subscription signals_;
 };

@@ -28,6 +28,7 @@ constexpr auto words = std::to_array<RequestWord>({
     {"rename", command, action, "SPACE NAME", "", "Name a Space; an empty name takes it away.", "rename"},
     {"note", command, action, "[SPACE] TEXT", "", "Note something about a Space; an empty text takes it away.", "note"},
     {"notes", command, action, "[SPACE]", "", "Open the file of notes of a Space.", "notes"},
+    {"ask-note", askNote, action, "[SPACE]", "", "Open the dialog for the note of a Space."},
     {"setup", command, action, "[SPACE]", "", "Open the settings of a Space.", "setup"},
     {"edit", edit, action, "SPACE",
      "--name TEXT|--symbol SYMBOL|--color #RRGGBB|--note TEXT|--group TEXT|--icon FILE|--json",
@@ -35,7 +36,8 @@ constexpr auto words = std::to_array<RequestWord>({
     {"automation", automation, action, "SPACE [get|set|clear|run] [FILE]", "",
      "Show, set, clear or run what is done on entering and leaving a Space, as JSON."},
     {"add-desktop", command, action, "", "", "Add a desktop.", "add-desktop"},
-    {"remove-desktop", command, action, "SPACE", "", "Remove a desktop.", "remove-desktop"},
+    {"remove-desktop", command, action, "SPACE", "--ask", "Remove a desktop; --ask asks before it does.",
+     "remove-desktop"},
     {"windows", windows, query, "", "--all|--json", "List the windows of the active Space, or of all."},
     {"search", command, action, "", "--all", "Open the search for windows of the active Space, or of all.", "windows"},
     {"mark", mark, action, "[LETTER]", "", "Mark the front window with a letter, or with the next one pressed."},
@@ -68,6 +70,8 @@ constexpr auto words = std::to_array<RequestWord>({
     {"diagnostics", diagnostics, query, "", "", "Print a report for support requests."},
     {"copy-diagnostics", command, action, "", "", "Copy it.", "diagnostics"},
     {"doctor", doctor, control, "", "--json", "Tell what works here, what does not, and what to do about it."},
+    {"menu", menu, query, "", "--json", "List what the menu in the panel has, with what each entry does."},
+    {"ui", ui, control, "WORD...", "", "What the process says that shows the windows."},
     {"answer", answer, control, "BUTTON", "", "Answer a question that Tallowin asks."},
     {"quit", quit, control, "", "", "Tell the running Tallowin to quit."},
 });
@@ -95,6 +99,9 @@ bool isOptional(std::string_view operand) {
 bool fit(const RequestWord& word, std::span<const std::string> given) {
   const auto names = operandsOf(word);
   const auto required = names.size() - static_cast<std::size_t>(std::ranges::count_if(names, isOptional));
+  if (!names.empty() && names.back().ends_with("...")) {
+    return given.size() >= required;
+  }
   if (given.size() < required || given.size() > names.size()) {
     return false;
   }

@@ -36,6 +36,9 @@ enum class RequestKind {
   restore,      ///< to list the copies of what was configured before, or to put one back
   diagnostics,  ///< the report for support requests
   doctor,       ///< what works here, what does not, and what to do about it
+  menu,         ///< what the menu of the status item has
+  askNote,      ///< to open the dialog for a Space's note
+  ui,           ///< to hear what the process says that shows the windows
   answer,       ///< to take this as the answer to an open question
   quit,         ///< to end
 };

@@ -190,6 +190,9 @@ void ChannelPeer::close() {
   patience_.cancel();
   ::shutdown(socket_.get(), SHUT_RDWR);
   going_ = queue_.after(Duration::zero(), [this] {
+    if (const auto gone = std::exchange(whenGone_, nullptr)) {
+      gone();
+    }
     const auto onGone = events_.onGone;  // it goes with this peer
     onGone(*this);
   });

@@ -50,6 +50,8 @@ class ChannelPeer : Pinned {
   void abandon();
   /// Makes the destructor end the answer with a status.
   void endAtDestruction(int status) { statusAtEnd_ = status; }
+  /// Has `gone` called before onGone, in place of what was to be called.
+  void whenGone(std::function<void()> gone) { whenGone_ = std::move(gone); }
   /// Takes what has arrived, and answers whether the other end has asked for something, understood or not.
   [[nodiscard]] bool hasAskedByNow();
 
@@ -73,6 +75,7 @@ class ChannelPeer : Pinned {
   bool ended_ = false;
   bool gone_ = false;
   std::optional<int> statusAtEnd_;
+  std::function<void()> whenGone_;
   Subscription readable_;
   Subscription writable_;
   WorkItem patience_;

@@ -57,6 +57,12 @@ class SocketCommandChannel::PeerCaller : public Caller, Pinned {
     }
   }
 
+  void whenGone(std::function<void()> gone) override {
+    if (auto* peer = find()) {
+      peer->whenGone(std::move(gone));
+    }
+  }
+
  private:
   bool send(FrameKind kind, std::string_view text) {
     auto* peer = find();

@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include "platform/pinned.h"
@@ -162,17 +163,51 @@ Subscription onChildEnds(Descriptors& descriptors, std::function<void()> onEnd) 
 
 }  // namespace
 
+/// A process until it has been reaped, as its number may be another one's then.
+class UnixProcesses::Watched : public WatchedProcess, Pinned {
+ public:
+  Watched(UnixProcesses& processes, pid_t child) : processes_(processes), child_(child) {}
+  ~Watched() override {
+    if (const auto found = processes_.launched_.find(child_); found != processes_.launched_.end()) {
+      found->second = nullptr;
+    }
+  }
+
+  void kill() override {
+    if (processes_.launched_.contains(child_)) {
+      ::kill(child_, SIGKILL);
+    }
+  }
+
+ private:
+  UnixProcesses& processes_;
+  const pid_t child_;
+};
+
 std::expected<void, std::string> UnixProcesses::launch(const ProcessRequest& request) {
+  const auto child = launch(request, -1, nullptr);
+  return child ? std::expected<void, std::string>() : std::unexpected(child.error());
+}
+
+std::expected<std::unique_ptr<WatchedProcess>, std::string> UnixProcesses::start(const ProcessRequest& request,
+                                                                                 Ended ended) {
+  const auto child = launch(request, STDERR_FILENO, std::move(ended));
+  if (!child) {
+    return std::unexpected(child.error());
+  }
+  return std::make_unique<Watched>(*this, *child);
+}
+
+std::expected<pid_t, std::string> UnixProcesses::launch(const ProcessRequest& request, int error, Ended ended) {
   if (!ends_) {
     ends_ = onChildEnds(descriptors_, [this] { reap(); });
   }
   reap();
-  const auto child = spawn(request, {});
-  if (!child) {
-    return std::unexpected(child.error());
+  auto child = spawn(request, {.out = -1, .error = error});
+  if (child) {
+    launched_.emplace(*child, std::move(ended));
   }
-  launched_.insert(*child);
-  return {};
+  return child;
 }
 
 std::expected<std::string, std::string> UnixProcesses::run(const ProcessRequest& request) {
@@ -198,7 +233,19 @@ std::expected<pid_t, std::string> UnixProcesses::startWithOutput(const ProcessRe
 
 /// Only those of launch(): others wait for their own.
 void UnixProcesses::reap() {
-  std::erase_if(launched_, [](pid_t child) { return ::waitpid(child, nullptr, WNOHANG) != 0; });
+  std::vector<std::pair<Ended, std::string>> ended;
+  std::erase_if(launched_, [&ended](const auto& launched) {
+    int status = 0;
+    const auto reaped = ::waitpid(launched.first, &status, WNOHANG);
+    if (reaped > 0 && launched.second) {
+      ended.emplace_back(launched.second, WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                                                              : "exit status " + std::to_string(WEXITSTATUS(status)));
+    }
+    return reaped != 0;
+  });
+  for (const auto& [tell, how] : ended) {
+    tell(how);
+  }
 }
 
 }  // namespace tallowin

@@ -258,10 +258,20 @@ Actions userActions() {
   return {
       {"answerAlert", act({"button"}, [](Parts& desktop,
                                          const Nullable<std::string>& button) { desktop.alerts.press(button.value); })},
-      {"answerRenameDialog",
-       act({"name"},
-           [](Parts& desktop, const Nullable<std::string>& name) { desktop.user.answerRenameDialog(name.value); })},
+      {"answerNoteDialog",
+       act({"text"},
+           [](Parts& desktop, const Nullable<std::string>& text) { desktop.user.answerNoteDialog(text.value); })},
+      {"answerRenameDialog", act({"name", "symbol", "color"},
+                                 [](Parts& desktop, const Nullable<std::string>& name,
+                                    const std::optional<std::string>& symbol, const std::optional<std::string>& color) {
+                                   desktop.user.answerRenameDialog(
+                                       name.value ? std::optional(GivenName{*name.value, symbol, color})
+                                                  : std::nullopt);
+                                 })},
+      {"chooseInMenu",
+       act({"path"}, [](Parts& desktop, const std::vector<std::string>& path) { desktop.user.chooseInMenu(path); })},
       {"clickDock", act({}, [](Parts& desktop) { desktop.user.clickDock(); })},
+      {"lookAtMenu", act({}, [](Parts& desktop) { desktop.user.lookAtMenu(); })},
       {"movePointer", act({"to"}, [](Parts& desktop, CGPoint to) { desktop.events.movePointer(to); })},
       {"pressKey", act({"key", "modifiers"},
                        [](Parts& desktop, KeyRecord key, std::optional<std::uint64_t> modifiers) {
@@ -270,6 +280,12 @@ Actions userActions() {
       {"pressMouse", act({}, [](Parts& desktop) { desktop.events.pressLeftButton(); })},
       {"pullTrigger", act({"trigger"}, [](Parts& desktop, PullTrigger pull) { (desktop.user.*pull)(); })},
       {"releaseMouse", act({}, [](Parts& desktop) { desktop.events.releaseLeftButton(); })},
+      {"scrollOverItem", act({"eighths"},
+                             [](Parts& desktop, int eighths) {
+                               desktop.user.scroll(eighths,
+                                                   std::chrono::duration_cast<std::chrono::milliseconds>(
+                                                       std::chrono::nanoseconds(desktop.clock.machAbsoluteTime())));
+                             })},
       {"touch", act({"contacts"},
                     [](Parts& desktop, const std::vector<CGPoint>& contacts) { desktop.functions.touch(contacts); })},
   };

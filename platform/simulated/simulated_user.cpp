@@ -77,10 +77,25 @@ void SimulatedUser::show(const Toast& toast) {
   journal_.record("toast", arguments);
 }
 
-void SimulatedUser::showHUD(const ShownSpace& space) {
-  nlohmann::ordered_json arguments = {{"id", space.id}, {"name", space.name}, {"symbol", space.symbol}};
-  if (space.desktopNumber) {
-    arguments["desktopNumber"] = *space.desktopNumber;
+void SimulatedUser::showStatusItem(const StatusItem& item) {
+  statusItem_ = item;
+  auto marks = nlohmann::ordered_json::array();
+  for (const auto& mark : item.marks) {
+    marks.push_back(mark.isActive ? "[" + mark.text + "]" : mark.text);
+  }
+  note("statusItem", {{"text", item.text},
+                      {"number", item.number},
+                      {"symbol", item.symbol},
+                      {"color", optionalText(item.colorHex)},
+                      {"marks", marks},
+                      {"more", item.more},
+                      {"toolTip", item.toolTip}});
+}
+
+void SimulatedUser::showHUD(const HUD& hud) {
+  nlohmann::ordered_json arguments = {{"id", hud.id}, {"name", hud.name}, {"symbol", hud.symbol}};
+  if (hud.desktopNumber) {
+    arguments["desktopNumber"] = *hud.desktopNumber;
   }
   journal_.record("hud", arguments);
 }
@@ -89,16 +104,62 @@ Shown SimulatedUser::showSettings(const std::optional<std::string>& tab, const s
   return note("settingsWindow", {{"tab", optionalText(tab)}, {"spaceID", optionalText(spaceID)}});
 }
 
-Shown SimulatedUser::askForName(const ShownSpace& space, bool isNew, NameGiven given) {
+Shown SimulatedUser::askForName(const NameQuestion& question, NameGiven given) {
   answerRenameDialog(std::nullopt);
   renameDialog_ = std::move(given);
-  return note("renameDialog", {{"id", space.id}, {"name", space.name}, {"isNew", isNew}});
+  return note("renameDialog", {{"id", question.space.id}, {"name", question.space.name}, {"isNew", question.isNew}});
 }
 
-void SimulatedUser::answerRenameDialog(const std::optional<std::string>& name) {
+void SimulatedUser::answerRenameDialog(const std::optional<GivenName>& answer) {
   if (const auto given = std::exchange(renameDialog_, nullptr)) {
-    given(name);
+    given(answer);
   }
+}
+
+Shown SimulatedUser::askForNote(const NoteQuestion& question, NoteGiven given) {
+  answerNoteDialog(std::nullopt);
+  noteDialog_ = std::move(given);
+  return note("noteDialog", {{"id", question.space.id}, {"text", question.text}});
+}
+
+void SimulatedUser::answerNoteDialog(const std::optional<std::string>& text) {
+  if (const auto given = std::exchange(noteDialog_, nullptr)) {
+    given(text);
+  }
+}
+
+void SimulatedUser::chooseInMenu(const std::vector<std::string>& path) {
+  const auto menu = actions_.menu();
+  if (const auto* entry = entryAt(menu, path); entry != nullptr && !entry->asksForFile) {
+    actions_.perform(entry->request);
+  } else {
+    note("menuHasNo", {{"entry", path}});
+  }
+}
+
+void SimulatedUser::lookAtMenu() {
+  std::vector<std::string> lines;
+  const auto list = [&lines](const auto& self, const Menu& menu, const std::string& indent) -> void {
+    for (const auto& entry : menu) {
+      lines.push_back(indent + (entry.kind == MenuEntry::Kind::separator ? "---" : entry.label) +
+                      (entry.isMarked ? " *" : ""));
+      self(self, entry.entries, indent + "  ");
+    }
+  };
+  list(list, actions_.menu(), "");
+  note("menu", {{"entries", lines}});
+}
+
+void SimulatedUser::scroll(int eighths, std::chrono::milliseconds now) {
+  const int step = wheel_.turned(eighths, now);
+  if (step != 0 && statusItem_ && statusItem_->scrollSwitches) {
+    actions_.perform({step < 0 ? "previous" : "next"});
+  }
+}
+
+void SimulatedUser::hear(const std::vector<std::string>& /*words*/, std::shared_ptr<Caller> caller) {
+  caller->err("tallowin: this Tallowin shows no windows\n");
+  caller->exit(1);
 }
 
 void SimulatedUser::pullTrigger() const {
@@ -119,7 +180,7 @@ bool SimulatedUser::spaceChanged(const std::string& toSpaceID) {
   return true;
 }
 
-void SimulatedUser::updateDesktopLabels(const std::map<std::string, ShownSpace>& active) {
+void SimulatedUser::updateDesktopLabels(const std::map<std::string, SpaceRow>& active) {
   auto names = nlohmann::ordered_json::object();
   for (const auto& [display, space] : active) {
     names[display] = space.name;

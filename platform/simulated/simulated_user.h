@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -66,7 +68,9 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
     return true;
   }
 
-  void showHUD(const ShownSpace& space) override;
+  void begin(Actions actions) override { actions_ = std::move(actions); }
+  void showStatusItem(const StatusItem& item) override;
+  void showHUD(const HUD& hud) override;
   [[nodiscard]] bool hasOverview() const override { return true; }
   Shown toggleOverview() override {
     overviewShown_ = !overviewShown_;
@@ -75,10 +79,11 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
   [[nodiscard]] bool isOverviewShown() const override { return overviewShown_; }
   Shown showWindowPanel(bool allSpaces) override { return note("windowPanel", {{"allSpaces", allSpaces}}); }
   Shown showLauncher() override { return note("launcher"); }
-  Shown askForName(const ShownSpace& space, bool isNew, NameGiven given) override;
+  Shown askForName(const NameQuestion& question, NameGiven given) override;
+  Shown askForNote(const NoteQuestion& question, NoteGiven given) override;
   Shown showSettings(const std::optional<std::string>& tab, const std::optional<std::string>& spaceID) override;
-  void giveFeedback(const ShownSpace& to) override { note("feedback", {{"name", to.name}}); }
-  void updateDesktopLabels(const std::map<std::string, ShownSpace>& active) override;
+  void giveFeedback(const SpaceRow& to) override { note("feedback", {{"name", to.name}}); }
+  void updateDesktopLabels(const std::map<std::string, SpaceRow>& active) override;
   void updateSpaceDock(const std::vector<std::string>& applications) override {
     note("spaceDock", {{"applications", applications}});
   }
@@ -88,6 +93,7 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
   }
   Shown runDemoTour() override { return note("demoTour"); }
   [[nodiscard]] bool wantsPreviews() override { return true; }
+  void hear(const std::vector<std::string>& words, std::shared_ptr<Caller> caller) override;
 
   void setOverviewHandler(std::function<void()> pulled) override { pulled_ = std::move(pulled); }
   void refresh() override {}
@@ -97,8 +103,16 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
   void refreshDockGuard(const std::string& currentSpaceID) override { current_ = currentSpaceID; }
   bool spaceChanged(const std::string& toSpaceID) override;
 
-  /// He gives the name that the dialog asks for, or cancels. Nothing happens without a dialog.
-  void answerRenameDialog(const std::optional<std::string>& name);
+  /// He gives what the dialog asks for, or closes it. Nothing happens without a dialog.
+  void answerRenameDialog(const std::optional<GivenName>& given);
+  void answerNoteDialog(const std::optional<std::string>& text);
+  /// He opens the menu of the status item and chooses the entry with these labels on the way to it. A path to nothing
+  /// is written down.
+  void chooseInMenu(const std::vector<std::string>& path);
+  /// He opens it and looks.
+  void lookAtMenu();
+  /// He turns the wheel over the status item, in eighths of a degree; positive is away from him.
+  void scroll(int eighths, std::chrono::milliseconds now);
   /// The next change of the active Space comes from his click in the Dock, and the guard takes him back.
   void clickDock() { clicked_ = true; }
   /// He asks for the overview at the screen's edge or by touch.
@@ -113,7 +127,11 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
 
   Journal& journal_;
   bool overviewShown_ = false;
+  Actions actions_;
+  std::optional<StatusItem> statusItem_;
+  WheelSteps wheel_;
   NameGiven renameDialog_;
+  NoteGiven noteDialog_;
   std::function<void()> pulled_;
   std::function<void(const std::string& spaceID)> bounceBack_;
   std::string current_;

@@ -16,7 +16,7 @@ trap 'rm -rf "$scratch"' EXIT
 failed=0
 
 # What comes with every start and every switch.
-usual='SLSRegisterConnectionNotifyProc AXIsProcessTrustedWithOptions registerHotKey unregisterHotKey welcome hud feedback
+usual='SLSRegisterConnectionNotifyProc AXIsProcessTrustedWithOptions registerHotKey unregisterHotKey welcome hud statusItem feedback
   desktopLabel spaceDock captureDisplay createDirectory state.json preferences.json jpg log'
 
 # told ABOUT...: the lines of a journal that belong to a story about this. Errors always do.

@@ -215,7 +215,6 @@ TEST_F(X11DesktopTest, AnswersNothingOnceTheServerIsGone) {
   EXPECT_EQ(session_->screenCapture.captureDisplay(1), std::nullopt);
   loop_.runReady();
   EXPECT_EQ(lost_, 1);
-  EXPECT_FALSE(X11Connection::open()) << "there is nothing to connect to";
 }
 
 TEST_F(X11DesktopTest, CapturesTheScreenAndDescribesIt) {

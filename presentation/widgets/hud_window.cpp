@@ -1,0 +1,170 @@
+#include "presentation/widgets/hud_window.h"
+
+#include <QAccessible>
+#include <QAccessibleEvent>
+#include <QBitmap>
+#include <QEvent>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <algorithm>
+
+#include "presentation/widgets/ink.h"
+#include "presentation/widgets/x11_window.h"
+
+namespace tallowin {
+
+namespace {
+
+constexpr double roundness = 0.18;  // of the height
+constexpr int fadeMilliseconds = 180;
+
+QRect inPixels(const CGRect& rectangle) {
+  return QRectF(rectangle.origin.x, rectangle.origin.y, rectangle.size.width, rectangle.size.height).toRect();
+}
+
+CGRect inPoints(const QRect& rectangle) {
+  return {{static_cast<double>(rectangle.x()), static_cast<double>(rectangle.y())},
+          {static_cast<double>(rectangle.width()), static_cast<double>(rectangle.height())}};
+}
+
+}  // namespace
+
+HUDWindow::HUDWindow()
+    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
+                           Qt::WindowDoesNotAcceptFocus | Qt::WindowStaysOnTopHint) {
+  setObjectName("hud");
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_TranslucentBackground);
+  setFocusPolicy(Qt::NoFocus);
+  setWindowInstance(*this, "tallowin-hud");
+  end_.setSingleShot(true);
+  QObject::connect(&end_, &QTimer::timeout, this, [this] { fadeOut(); });
+  fade_.setStartValue(1.0);
+  fade_.setEndValue(0.0);
+  fade_.setDuration(fadeMilliseconds);
+  QObject::connect(&fade_, &QVariantAnimation::valueChanged, this, [this] { update(); });
+  QObject::connect(&fade_, &QVariantAnimation::finished, this, [this] { hide(); });
+}
+
+void HUDWindow::show(const HUD& hud) {
+  size_ = hud.size;
+  position_ = hud.position;
+  const auto number = hud.desktopNumber ? std::to_string(*hud.desktopNumber) : "–";
+  present({hud.name, hud.line, hud.symbol, number, hud.colorHex, false},
+          std::chrono::milliseconds(static_cast<int>(std::clamp(hud.seconds, 0.0, 60.0) * 1000)));
+}
+
+void HUDWindow::show(const Toast& toast) {
+  present({toast.text, "", toast.symbol.value_or(toast.isError ? "exclamationmark.triangle" : ""), "", std::nullopt,
+           toast.isError},
+          readingTime(toast));
+}
+
+void HUDWindow::present(const Content& content, std::chrono::milliseconds time) {
+  content_ = content;
+  fade_.stop();
+  isTranslucent_ = hasCompositor();
+  const auto text = QString::fromStdString(content.line.empty() ? content.title : content.title + ", " + content.line);
+  setWindowTitle(QString::fromStdString(content.title));
+  setAccessibleName(text);
+  place();
+  QWidget::show();
+  raise();
+  update();
+  QAccessibleEvent named(this, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&named);
+  end_.start(time);
+}
+
+/// As wide as the text needs, where that is more than the size says.
+void HUDWindow::place() {
+  const auto area = screenAtPointer()->availableGeometry();
+  auto extent = hudExtent(size_, fontMetrics().height());
+  if (content_.line.empty() && content_.number.empty()) {
+    auto font = this->font();
+    font.setPixelSize(static_cast<int>(extent.height / 5));
+    const double needed = QFontMetricsF(font).horizontalAdvance(QString::fromStdString(content_.title)) + extent.height;
+    extent.width = std::clamp(needed, extent.width, area.width() * 0.8);
+  }
+  setGeometry(inPixels(hudFrame(inPoints(area), extent, position_)));
+  if (isTranslucent_) {
+    clearMask();
+  } else {
+    QBitmap mask(size());
+    mask.clear();
+    QPainter painter(&mask);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), height() * roundness, height() * roundness);
+    painter.end();
+    setMask(mask);
+  }
+}
+
+void HUDWindow::fadeOut() {
+  if (isTranslucent_) {
+    fade_.start();
+  } else {
+    hide();
+  }
+}
+
+void HUDWindow::paintEvent(QPaintEvent* /*event*/) {
+  constexpr float opacity = 0.94F;
+  const auto ink = Ink::from(palette());
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setOpacity(fade_.state() == QAbstractAnimation::Running ? fade_.currentValue().toDouble() : 1);
+  auto background = ink.background;
+  if (isTranslucent_) {
+    background.setAlphaF(opacity);
+  }
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(background);
+  const double radius = height() * roundness;
+  if (isTranslucent_) {
+    painter.drawRoundedRect(rect(), radius, radius);
+  } else {
+    painter.drawRect(rect());
+  }
+  if (content_.isError) {
+    painter.fillRect(QRectF(0, 0, height() / 12.0, height()), ink.error);
+  }
+  const double margin = height() / 6.0;
+  QRectF text = QRectF(rect()).adjusted(margin, margin / 2, -margin, -margin / 2);
+  if (!content_.number.empty() || !content_.symbol.empty()) {
+    const QRectF square(margin, margin, height() - 2 * margin, height() - 2 * margin);
+    paintSpaceSquare(painter, square, content_.colorHex, content_.symbol, content_.number);
+    text.setLeft(square.right() + margin);
+  }
+  const auto drawLine = [&](const std::string& line, const QRectF& area, double height, const QColor& color,
+                            int flags) {
+    auto font = painter.font();
+    font.setBold(flags == Qt::AlignBottom);
+    font.setPixelSize(std::max(1, static_cast<int>(height)));
+    painter.setFont(font);
+    painter.setPen(color);
+    const auto elided = QFontMetricsF(font).elidedText(QString::fromStdString(line), Qt::ElideRight, area.width());
+    painter.drawText(area, flags | Qt::AlignLeft | Qt::TextSingleLine, elided);
+  };
+  if (content_.line.empty()) {
+    drawLine(content_.title, text, height() / 5.0, ink.text, Qt::AlignVCenter);
+    return;
+  }
+  auto upper = text;
+  upper.setBottom(text.center().y() + margin / 4);
+  auto lower = text;
+  lower.setTop(upper.bottom());
+  drawLine(content_.title, upper, height() / 4.0, ink.text, Qt::AlignBottom);
+  drawLine(content_.line, lower, height() / 6.0, ink.faint, Qt::AlignTop);
+}
+
+void HUDWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    update();
+  }
+  QWidget::changeEvent(event);
+}
+
+}  // namespace tallowin

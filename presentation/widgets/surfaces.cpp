@@ -1,0 +1,22 @@
+#include "presentation/widgets/surfaces.h"
+
+#include <variant>
+
+namespace tallowin {
+
+namespace {
+
+template <typename... Cases>
+struct Match : Cases... {
+  using Cases::operator()...;
+};
+
+}  // namespace
+
+void Surfaces::show(const ui::Message& message) {
+  std::visit(Match{[this](const HUD& hud) { hud_.show(hud); }, [this](const Toast& toast) { hud_.show(toast); },
+                   [](const auto& /*other*/) {}},
+             message);
+}
+
+}  // namespace tallowin

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/pinned.h"
+#include "presentation/link/messages.h"
+#include "presentation/widgets/hud_window.h"
+#include "presentation/widgets/instance.h"
+
+namespace tallowin {
+
+/// Everything that the ui process shows, by what it is told. Main thread only.
+class Surfaces : Pinned {
+ public:
+  explicit Surfaces(Instance& instance) : instance_(instance) {}
+
+  void show(const ui::Message& message);
+
+ private:
+  Instance& instance_;
+  HUDWindow hud_;
+};
+
+}  // namespace tallowin

@@ -1,0 +1,19 @@
+#pragma once
+
+class QScreen;
+class QWidget;
+
+namespace tallowin {
+
+/// What Qt does not say to the X server and the window manager of a window. Nothing happens on other platforms.
+
+/// Sets WM_CLASS (ICCCM 4.1.2.5) to this instance name and the class "Tallowin". To be called before the first show.
+void setWindowInstance(QWidget& window, const char* instance);
+
+/// Whether a compositor runs, so that windows can be translucent (the owner of _NET_WM_CM_Sn).
+[[nodiscard]] bool hasCompositor();
+
+/// The screen that the pointer is on, else the primary one.
+[[nodiscard]] QScreen* screenAtPointer();
+
+}  // namespace tallowin
