@@ -71,40 +71,6 @@ TEST(CGSBridge, ALaterReceiverOfNotificationsReplacesTheFormerOne) {
   EXPECT_FALSE(told.empty()) << "a registration that fails in part still keeps its receiver";
 }
 
-TEST(CGSBridge, WindowsMoveByTheFirstWayThatThereIs) {
-  struct Case {
-    const char* settings;
-    const char* way;
-    bool moved;
-    ManagedSpaceID space = 3;
-  };
-  const Case cases[] = {
-      {"", "SLSBridgedMoveWindowsToManagedSpaceOperation", true},
-      {R"(, "connection": 0)", "SLSBridgedMoveWindowsToManagedSpaceOperation", true},
-      {R"(, "missingFunctions": ["objc_getClass"])", "SLSMoveWindowsToManagedSpace", true},
-      {R"(, "missingFunctions": ["objc_getClass", "SLSMoveWindowsToManagedSpace"])", "SLSSetWindowListWorkspace", true},
-      {R"(, "missingFunctions": ["objc_getClass"], "connection": 0)", "SLSMoveWindowsToManagedSpace", false},
-      {R"(, "missingFunctions": ["objc_msgSend", "SLSMoveWindowsToManagedSpace", "SLSSpaceSetCompatID"])",
-       "SLSSetWindowListWorkspace", false},
-      {"", "SLSBridgedMoveWindowsToManagedSpaceOperation", true, 99},  // there is no such Space
-      {R"(, "missingFunctions": ["objc_getClass", "SLSMoveWindowsToManagedSpace"])", "SLSSetWindowListWorkspace", false,
-       99},
-  };
-  for (const auto& [settings, way, moved, space] : cases) {
-    SimulatedProgram program(R"({"windows": [{"number": 7, "pid": 100, "space": 1}],
-                                 "applications": [{"pid": 100, "name": "Mail"}])" +
-                             std::string(settings) + "}");
-    EXPECT_EQ(program.bridge.CGSBridgeMoveWindowToSpace(7, space), moved) << settings;
-    program.time.advance(std::chrono::seconds(1));
-    EXPECT_EQ(program.take(way).size(), moved || space == 99 ? 1U : 0U) << settings;
-    const auto expected = std::vector<ManagedSpaceID>{moved && space == 3 ? 3 : 1};
-    EXPECT_EQ(program.state().windows.at(0).spaces, expected) << settings;
-    if (program.bridge.CGSBridgeConnection() != 0) {
-      EXPECT_EQ(program.bridge.CGSBridgeCopySpacesForWindow(7), expected) << settings;
-    }
-  }
-}
-
 TEST(CGSBridge, TouchFramesCarryTheMeanOfTheirContacts) {
   SimulatedProgram program(R"({"script": [
     {"at": 1, "do": "touch", "contacts": [[0.25, 0.5], [0.75, 1.0]]}, {"at": 2, "do": "touch", "contacts": []}]})");

@@ -1,5 +1,4 @@
-// What is read from the window server's list of Spaces; and on a simulated desktop what leads to a refresh of it, when,
-// and who is told.
+// What is read from the window server's list of Spaces, and which signs are followed when.
 
 #include "core/space_provider.h"
 
@@ -109,26 +108,6 @@ TEST(SpaceProvider, DisplaysWithoutTheirRequiredPartsAreLeftOut) {
   EXPECT_TRUE(read("[]")->empty());
 }
 
-/// A program with a watcher, which notes what it is told.
-struct WatchedProgram : SimulatedProgram {
-  explicit WatchedProgram(std::string_view scenarioJSON) : SimulatedProgram(scenarioJSON) {
-    watcher->onSnapshot = [this](const SpaceSnapshot& snapshot) {
-      told.push_back("snapshot of " + std::to_string(snapshot.allSpaces().size()));
-    };
-    watcher->onActiveSpaceChange = [this](const std::optional<Space>& from, const Space& to) {
-      told.push_back((from ? std::to_string(from->managedID) : "nothing") + " to " + std::to_string(to.managedID));
-    };
-  }
-
-  std::vector<std::string> takeTold() { return std::exchange(told, {}); }
-
-  std::vector<std::string> told;
-  std::optional<SpaceWatcher> watcher{
-      std::in_place, SpaceWatcher::Services{provider, spaces, DesktopKind::driven, desktop.workspaceNotifications(),
-                                            desktop.defaultNotifications(), desktop.files(), desktop.folders(),
-                                            settings, time, desktop.log()}};
-};
-
 /// A desktop that can be told what it is, and gives signs.
 class SigningDesktop : public Desktop {
  public:
@@ -211,37 +190,6 @@ TEST(SpaceWatcher, AnExactSignIsFollowedAtOnceUnlessItsChangeMayNotLast) {
     program.time.advance(1s);
     EXPECT_EQ(told, 2) << why;
   }
-}
-
-TEST(SpaceWatcher, TheSpacesFileIsWaitedForAndWatchedThroughItsReplacements) {
-  WatchedProgram program(R"({"files": {"~/Library/Preferences/com.apple.spaces.plist": {"missing": true}},
-                             "notificationFailures": [1329]})");
-  auto& desktop = program.desktop.parts();
-  const auto saveWith = [&desktop](int spaces) {
-    auto list = PropertyList::parse(R"([{"Display Identifier": "Main", "Spaces": []}])");
-    for (int i = 1; i <= spaces; ++i) {
-      list[0]["Spaces"].push_back({{"ManagedSpaceID", i}});
-    }
-    desktop.state.spaces = RawSpaces(list);
-    desktop.files.replace(SimulatedParts::spacesFile(), "saved");
-  };
-  program.watcher->start();
-  EXPECT_THAT(program.takeLog(), ElementsAre("WindowServer notifications unavailable, relying on fallbacks"));
-  static_cast<void>(program.takeTold());
-
-  program.time.advance(5s);
-  saveWith(1);
-  program.time.advance(1s);  // the third attempt to watch the file finds it
-  EXPECT_THAT(program.takeTold(), ElementsAre());
-  saveWith(2);
-  program.time.advance(39ms);
-  EXPECT_THAT(program.takeTold(), ElementsAre());
-  program.time.advance(1ms);
-  EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 2"));
-  program.time.advance(160ms);  // the new file is watched 200 ms after it took the old one's place
-  saveWith(3);
-  program.time.advance(40ms);
-  EXPECT_THAT(program.takeTold(), ElementsAre("snapshot of 3"));
 }
 
 }  // namespace

@@ -43,25 +43,6 @@ class SimulatedFilesTest : public testing::Test {
   SimulatedFiles files{time, time, journal};
 };
 
-TEST_F(SimulatedFilesTest, refusesWithTheSystemsWordsAndChangesNothing) {
-  files.overwrite("/home/user/kept", "old");
-  files.overwrite("/home/user/locked/inside", "old");
-  files.setUnwritable("/home/user/locked", true);
-  const std::pair<const char*, const char*> cases[] = {{"/home/user/no/folder", "No such file or directory"},
-                                                       {"/home/user/kept/below", "Not a directory"},
-                                                       {"/home/user/locked/inside", "Permission denied"},
-                                                       {"/home/user/locked/new", "Permission denied"},
-                                                       {"/home/user", "Is a directory"}};
-  const auto before = files.contents();
-  for (const auto& [path, error] : cases) {
-    const auto result = files.writeAtomically(path, "new", 0600, OldMode::kept);
-    ASSERT_FALSE(result) << path;
-    EXPECT_EQ(result.error().description, error) << path;
-    EXPECT_THAT(lines.back(), testing::HasSubstr(error));
-  }
-  EXPECT_EQ(files.contents(), before);
-}
-
 TEST_F(SimulatedFilesTest, aWatchStaysWithTheFileThatWasOpened) {
   files.overwrite("/home/user/spaces", "1");
   std::vector<std::string> first;
