@@ -11,6 +11,8 @@ add_custom_target(tallowin_debian_files ALL
                   DEPENDS ${documentation}/changelog.Debian.gz ${documentation}/changelog.gz)
 install(FILES ${documentation}/copyright ${documentation}/changelog.Debian.gz ${documentation}/changelog.gz
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tallowin)
+install(FILES ${documentation}/copyright ${documentation}/changelog.Debian.gz ${documentation}/changelog.gz
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tallowin-ui COMPONENT ui)
 install(FILES debian/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME tallowin)
 
 set(CPACK_GENERATOR DEB)
@@ -35,10 +37,21 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Completions, the bus for messages, and what lets the desktop find icons and open URLs.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "bash-completion, default-dbus-session-bus | dbus-session-bus, desktop-file-utils, hicolor-icon-theme, xdg-utils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "notification-daemon, zsh")
-set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/conffiles)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL Unspecified ui)
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_NAME tallowin)
+set(CPACK_DEBIAN_UI_PACKAGE_NAME tallowin-ui)
+set(CPACK_COMPONENT_UI_DESCRIPTION
+    "windows of Tallowin, which names virtual desktops
+Tallowin makes virtual desktops nameable, navigable and scriptable. This package
+has what it shows: a menu in the panel, a pop-up on every switch, messages,
+questions and dialogs.")
+set(CPACK_DEBIAN_UI_PACKAGE_DEPENDS "tallowin (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+set(CPACK_DEBIAN_UI_PACKAGE_SUGGESTS "libcanberra0, speech-dispatcher")
+# Windows, completions, the bus for messages, and what lets the desktop find icons and open URLs.
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_RECOMMENDS
+    "tallowin-ui (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), bash-completion, default-dbus-session-bus | dbus-session-bus, desktop-file-utils, hicolor-icon-theme, xdg-utils")
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_SUGGESTS "notification-daemon, zsh")
+set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/conffiles)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -6,6 +6,13 @@ install(TARGETS tallowin_main RUNTIME DESTINATION ${TALLOWIN_PRIVATE_FOLDER})
 install(TARGETS tallowin_pictures tallowin_dbus LIBRARY DESTINATION ${TALLOWIN_PRIVATE_FOLDER}
         PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 
+# Windows are a part of their own. Users may call their program, and the resident one finds it beside itself.
+install(TARGETS tallowin_ui RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ui)
+file(RELATIVE_PATH ui_program "/${TALLOWIN_PRIVATE_FOLDER}" "/${CMAKE_INSTALL_BINDIR}/tallowin-ui")
+file(CREATE_LINK ${ui_program} ${CMAKE_CURRENT_BINARY_DIR}/ui.link SYMBOLIC)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ui.link DESTINATION ${TALLOWIN_PRIVATE_FOLDER} RENAME tallowin-ui COMPONENT ui)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/manual/tallowin-ui.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ui)
+
 set(built ${CMAKE_CURRENT_BINARY_DIR})
 install(FILES ${built}/${id}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${built}/${id}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)

@@ -31,6 +31,7 @@ struct Alert {
   std::string messageText;
   std::string informativeText;
   std::vector<std::string> buttons;  ///< the first one is the default; at least one
+  bool operator==(const Alert&) const = default;
 };
 
 /// Asks the user. Main thread only.

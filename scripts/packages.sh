@@ -3,7 +3,7 @@
 # CMake looks for what the tests and benchmarks need whatever is built.
 packages_build=(g++ cmake ninja-build ccache pkg-config
   qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev libsystemd-dev
-  libxcb1-dev libxcb-randr0-dev libxcb-res0-dev libxcb-xtest0-dev
+  libcanberra-dev libxcb1-dev libxcb-randr0-dev libxcb-res0-dev libxcb-xtest0-dev
   libgtest-dev libgmock-dev libbenchmark-dev)
 packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotool openbox xfwm4 i3-wm dbus systemd libglib2.0-bin jq python3 curl fonts-dejavu-core
   desktop-file-utils appstream man-db groff-base bsdextrautils shellcheck bash-completion zsh fish xdg-utils

@@ -13,12 +13,12 @@ namespace tallowin {
 
 /// The pop-up that says where the user has got to.
 struct HUD {
-  std::string id;  ///< of the Space
-  std::string name;
-  std::string symbol;                         ///< name of a system symbol image
-  std::optional<std::string> colorHex;        ///< "#RRGGBB"; absent or anything else for none
-  std::optional<std::int64_t> desktopNumber;  ///< counted from 1; full-screen Spaces have none
-  std::string line;                           ///< below the name; may be empty
+  std::string id = {};  ///< of the Space
+  std::string name = {};
+  std::string symbol = {};                         ///< name of a system symbol image
+  std::optional<std::string> colorHex = {};        ///< "#RRGGBB"; absent or anything else for none
+  std::optional<std::int64_t> desktopNumber = {};  ///< counted from 1; full-screen Spaces have none
+  std::string line = {};                           ///< below the name; may be empty
   HUDSize size = HUDSize::regular;
   HUDPosition position = HUDPosition::top;
   double seconds = 0;  ///< for which it stays, before it fades

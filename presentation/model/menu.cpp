@@ -57,7 +57,7 @@ MenuEntry entryFor(const SpaceRow& space, const std::string& word) {
   return entry;
 }
 
-/// The Spaces in their order, those of a group together under its name, where its first one is.
+/// The Spaces in their order: first those without a group, then those of each group under its name.
 Menu spaceEntries(const std::vector<SpaceRow>& spaces) {
   Menu menu;
   Words groups;
@@ -66,17 +66,19 @@ Menu spaceEntries(const std::vector<SpaceRow>& spaces) {
     entry.mark = MenuEntry::Mark::check;
     entry.isMarked = space.isActive;
   };
+  const auto addGroup = [&](const std::optional<std::string>& group) {
+    for (const auto& space : spaces) {
+      if (space.group == group) {
+        add(space);
+      }
+    }
+  };
+  addGroup(std::nullopt);
   for (const auto& space : spaces) {
-    if (!space.group) {
-      add(space);
-    } else if (std::ranges::find(groups, *space.group) == groups.end()) {
+    if (space.group && std::ranges::find(groups, *space.group) == groups.end()) {
       groups.push_back(*space.group);
       menu.push_back(heading(*space.group));
-      std::ranges::for_each(spaces, [&](const SpaceRow& each) {
-        if (each.group == space.group) {
-          add(each);
-        }
-      });
+      addGroup(space.group);
     }
   }
   return menu;

@@ -12,12 +12,12 @@ namespace tallowin {
 
 /// A Space as lists of Spaces show it.
 struct SpaceRow {
-  std::string id;
-  std::string name;
-  std::optional<std::int64_t> desktopNumber;  ///< counted from 1; full-screen Spaces have none
-  std::string symbol;                         ///< name of a system symbol image
-  std::optional<std::string> colorHex;        ///< as HUD::colorHex
-  std::optional<std::string> group;
+  std::string id = {};
+  std::string name = {};
+  std::optional<std::int64_t> desktopNumber = {};  ///< counted from 1; full-screen Spaces have none
+  std::string symbol = {};                         ///< name of a system symbol image
+  std::optional<std::string> colorHex = {};        ///< as HUD::colorHex
+  std::optional<std::string> group = {};
   bool isActive = false;   ///< the active Space of the menu-bar display
   bool isVisible = false;  ///< the active Space of any display
   bool operator==(const SpaceRow&) const = default;
@@ -36,14 +36,14 @@ struct StatusItem {
     bool operator==(const Mark&) const = default;
   };
 
-  std::string text;    ///< beside the picture, where a panel shows texts; may be empty
-  std::string symbol;  ///< in the picture; empty: `number` is
-  std::string number;
-  std::optional<std::string> colorHex;  ///< of the picture, as HUD::colorHex
-  std::vector<Mark> marks;              ///< instead of the picture; empty unless every Space is shown
-  std::size_t more = 0;                 ///< so many further Spaces have no mark
-  std::string toolTip;                  ///< "2  Mail"
-  bool scrollSwitches = false;          ///< turning the wheel over it steps through the Spaces
+  std::string text = {};    ///< beside the picture, where a panel shows texts; may be empty
+  std::string symbol = {};  ///< in the picture; empty: `number` is
+  std::string number = {};
+  std::optional<std::string> colorHex = {};  ///< of the picture, as HUD::colorHex
+  std::vector<Mark> marks = {};              ///< instead of the picture; empty unless every Space is shown
+  std::size_t more = 0;                      ///< so many further Spaces have no mark
+  std::string toolTip = {};                  ///< "2  Mail"
+  bool scrollSwitches = false;               ///< turning the wheel over it steps through the Spaces
   bool operator==(const StatusItem&) const = default;
 };
 

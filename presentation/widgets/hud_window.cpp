@@ -49,6 +49,10 @@ HUDWindow::HUDWindow()
 }
 
 void HUDWindow::show(const HUD& hud) {
+  if (isFullScreenInFront()) {
+    hide();
+    return;
+  }
   size_ = hud.size;
   position_ = hud.position;
   const auto number = hud.desktopNumber ? std::to_string(*hud.desktopNumber) : "–";

@@ -2,6 +2,7 @@
 
 #include "platform/pinned.h"
 #include "presentation/link/messages.h"
+#include "presentation/widgets/feedback.h"
 #include "presentation/widgets/hud_window.h"
 #include "presentation/widgets/instance.h"
 
@@ -17,6 +18,7 @@ class Surfaces : Pinned {
  private:
   Instance& instance_;
   HUDWindow hud_;
+  FeedbackPlayer feedback_;
 };
 
 }  // namespace tallowin

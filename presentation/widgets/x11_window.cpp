@@ -4,10 +4,16 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 #include <xcb/xcb.h>
 
 namespace tallowin {
@@ -22,6 +28,38 @@ xcb_connection_t* xConnection() {
 
 template <typename Reply>
 using Replied = std::unique_ptr<Reply, decltype(&std::free)>;
+
+constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;  // EWMH, _NET_WM_DESKTOP
+
+/// The atoms of these names, which are made where there are none.
+std::vector<xcb_atom_t> atoms(xcb_connection_t* connection, std::initializer_list<std::string_view> names) {
+  std::vector<xcb_intern_atom_cookie_t> asked;
+  for (const auto name : names) {
+    asked.push_back(xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()));
+  }
+  std::vector<xcb_atom_t> answered;
+  for (const auto cookie : asked) {
+    const Replied<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+    answered.push_back(reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE));
+  }
+  return answered;
+}
+
+xcb_get_property_cookie_t ask(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property) {
+  constexpr std::uint32_t most = 1U << 16;  // in units of 32 bits
+  return xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, most);
+}
+
+/// What a property holds that is a list of 32-bit numbers; nothing when there is none.
+std::vector<std::uint32_t> numbers(xcb_connection_t* connection, xcb_get_property_cookie_t asked) {
+  constexpr std::uint8_t bitsOfNumber = 32;
+  const Replied<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, asked, nullptr), &std::free);
+  if (!reply || reply->format != bitsOfNumber) {
+    return {};
+  }
+  const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {first, first + reply->value_len};
+}
 
 }  // namespace
 
@@ -42,15 +80,38 @@ bool hasCompositor() {
   if (connection == nullptr) {
     return false;
   }
-  constexpr std::string_view name = "_NET_WM_CM_S0";
-  const Replied<xcb_intern_atom_reply_t> atom(
-      xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, name.size(), name.data()), nullptr), &std::free);
-  if (!atom || atom->atom == XCB_ATOM_NONE) {
+  const auto cookie = xcb_get_selection_owner(connection, atoms(connection, {"_NET_WM_CM_S0"}).front());
+  const Replied<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(connection, cookie, nullptr),
+                                                       &std::free);
+  return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+bool isFullScreenInFront() {
+  auto* const connection = xConnection();
+  if (connection == nullptr) {
     return false;
   }
-  const Replied<xcb_get_selection_owner_reply_t> owner(
-      xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr), &std::free);
-  return owner && owner->owner != XCB_WINDOW_NONE;
+  const auto names = atoms(connection, {"_NET_CLIENT_LIST_STACKING", "_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP",
+                                        "_NET_WM_STATE", "_NET_WM_STATE_FULLSCREEN"});
+  const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+  const auto stackingAsked = ask(connection, root, names[0]);
+  const auto currentAsked = ask(connection, root, names[1]);
+  auto windows = numbers(connection, stackingAsked);
+  const auto current = numbers(connection, currentAsked);
+  std::vector<std::array<xcb_get_property_cookie_t, 2>> asked;
+  std::ranges::reverse(windows);
+  for (const auto window : windows) {
+    asked.push_back({ask(connection, window, names[2]), ask(connection, window, names[3])});
+  }
+  std::optional<bool> isFullScreen;
+  for (const auto& [desktopAsked, stateAsked] : asked) {
+    const auto desktop = numbers(connection, desktopAsked);
+    const auto state = numbers(connection, stateAsked);
+    if (!isFullScreen && (desktop == current || desktop == std::vector{everyDesktop})) {
+      isFullScreen = std::ranges::find(state, names[4]) != state.end();
+    }
+  }
+  return isFullScreen.value_or(false);
 }
 
 QScreen* screenAtPointer() {

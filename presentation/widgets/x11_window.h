@@ -13,6 +13,10 @@ void setWindowInstance(QWidget& window, const char* instance);
 /// Whether a compositor runs, so that windows can be translucent (the owner of _NET_WM_CM_Sn).
 [[nodiscard]] bool hasCompositor();
 
+/// Whether the window in front on the current desktop is full-screen (EWMH _NET_WM_STATE_FULLSCREEN), so that nothing
+/// may be shown over it that the user did not ask for.
+[[nodiscard]] bool isFullScreenInFront();
+
 /// The screen that the pointer is on, else the primary one.
 [[nodiscard]] QScreen* screenAtPointer();
 

@@ -12,6 +12,7 @@ set -u
 . "$(dirname "$0")/shortcut_cases.sh"
 . "$(dirname "$0")/layout_cases.sh"
 . "$(dirname "$0")/http_cases.sh"
+. "$(dirname "$0")/hud_cases.sh"
 
 tallowin() {
   ask --platform x11 "$@"
@@ -234,7 +235,7 @@ exit 69" "$(DISPLAY='' ask tallowin://back)"
 exit 69" "$(ask doctor | sed -n '1p;$p')"
   seq 50 | xargs -P 50 -I_ "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" 'tallowin://rename/2?name=First'
   pass_if "fifty commands at once are performed" 0 $?
-  process=$(pgrep -f -- "--home $DESKTOP_DIRECTORY/tallowin")
+  process=$(pgrep -f -- "tallowin-main --home $DESKTOP_DIRECTORY/tallowin")
   pass_if "which has a session and a place of its own" "$process $HOME /dev/null" \
     "$(ps -o sess= -p "$process" | tr -d ' ') $(readlink "/proc/$process/cwd") $(readlink "/proc/$process/fd/0")"
   seq 500 | xargs -P 50 -I_ "$PROGRAM" --home "$DESKTOP_DIRECTORY/tallowin" current >"$DESKTOP_DIRECTORY/answers" 2>&1
@@ -314,7 +315,7 @@ window_manager_cases() {
   [ "$1" != openbox ] || http_cases
   stop_desktop
   local cases
-  for cases in window_cases automation_cases shortcut_cases; do
+  for cases in window_cases automation_cases shortcut_cases hud_cases; do
     start_desktop "$1" || return
     [ "$1" != i3 ] || hold_workspaces
     install_notes

@@ -1,9 +1,9 @@
 #!/bin/bash
-# The Debian package on a clean Debian 12 of the test's own making: clean_system.sh PACKAGE. Needs root and Debian's
+# The Debian packages on a clean Debian 12 of the test's own making: clean_system.sh PACKAGE... Needs root and Debian's
 # archive, from wherever apt gets it here.
 set -u
-if [ $# -ne 1 ]; then
-  echo "usage: clean_system.sh PACKAGE" >&2
+if [ $# -eq 0 ]; then
+  echo "usage: clean_system.sh PACKAGE..." >&2
   exit 64
 fi
 if [ -z "${OWN_MOUNTS:-}" ]; then
@@ -14,7 +14,7 @@ fi
 . "$(dirname "$0")/../e2e/checks.sh"
 
 LABEL="clean system"
-PACKAGE=$(realpath "$1")
+mapfile -t PACKAGES < <(realpath "$@")
 ROOT=$(mktemp -d "${TMPDIR:-/tmp}/tallowin-debian.XXXXXX")
 chmod 755 "$ROOT" # as a root folder is, for the user there
 INSTANCE_GROUP=
@@ -74,6 +74,8 @@ start_cases() {
   wmctrl -s 0
   as_user tallowin tallowin://switch/2
   pass_if_eventually "it starts, and switches" 1 current_desktop
+  pass_if_eventually "its windows are there" "tallowin-hud" \
+    eval 'xwininfo -root -tree | grep -o "tallowin-hud"'
   as_user tallowin 'tallowin://rename/2?name=Mail'
   pass_if_eventually "it names" "* 2 Mail" eval 'as_user tallowin list | grep Mail | xargs'
   eventually test -s "$ROOT/home/guest/.local/share/Tallowin/spaces.json"
@@ -84,17 +86,18 @@ start_cases() {
 
 make_system
 pass_if "nothing is there before" "" "$(traces)"
-cp "$PACKAGE" "$ROOT/tallowin.deb"
-need inside apt-get install -y --no-install-recommends /tallowin.deb
-rm "$ROOT/tallowin.deb"
+mkdir "$ROOT/packages"
+cp "${PACKAGES[@]}" "$ROOT/packages"
+need inside sh -c 'apt-get install -y --no-install-recommends /packages/*.deb'
+rm -r "$ROOT/packages"
 pass_if "it is installed whole" "Status: install ok installed" \
   "$(inside dpkg --status tallowin | grep ^Status)$(inside dpkg --verify tallowin)"
 pass_if "the desktop knows who opens its URLs" "x-scheme-handler/tallowin=com.quorvex.Tallowin.desktop;" \
   "$(grep tallowin "$ROOT/usr/share/applications/mimeinfo.cache")"
 start_cases
-need inside apt-get remove -y tallowin
+need inside apt-get remove -y tallowin tallowin-ui
 pass_if "removing it leaves its configuration" etc/xdg/autostart/com.quorvex.Tallowin.desktop "$(traces)"
-need inside apt-get purge -y tallowin
+need inside apt-get purge -y tallowin tallowin-ui
 pass_if "purging it leaves nothing" "" "$(traces)"
 pass_if "but the user's own" "Mail" "$(grep -o Mail "$ROOT/home/guest/.local/share/Tallowin/spaces.json" | head -n 1)"
 

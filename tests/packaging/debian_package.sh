@@ -1,5 +1,5 @@
 #!/bin/bash
-# The Debian package, taken apart: debian_package.sh BUILD-FOLDER
+# The Debian packages, taken apart: debian_package.sh BUILD-FOLDER
 set -u
 . "$(dirname "$0")/../e2e/checks.sh"
 
@@ -15,11 +15,12 @@ LABEL=package
 
 rm -rf "$BUILD/package"
 (cd "$BUILD" && cpack -G DEB) >"$UNPACKED/log" 2>&1 || cat "$UNPACKED/log"
-PACKAGE=$(find "$BUILD/package" -maxdepth 1 -name '*.deb')
+PACKAGE=$(find "$BUILD/package" -maxdepth 1 -name 'tallowin_*.deb')
+WINDOWS=$(find "$BUILD/package" -maxdepth 1 -name 'tallowin-ui_*.deb')
 dpkg-deb --raw-extract "$PACKAGE" "$UNPACKED/tree"
 
 field() {
-  dpkg-deb --field "$PACKAGE" "$1"
+  dpkg-deb --field "${2:-$PACKAGE}" "$1"
 }
 
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:.*=//p' "$BUILD/CMakeCache.txt")
@@ -28,6 +29,14 @@ pass_if "its version is the program's, and the changelog's" "$version-1 $version
 libraries="libc6 libqt6core6 libqt6gui6 libsystemd0 libxcb1"
 pass_if "it depends on what the program and its modules link" "$libraries" \
   "$(field Depends | grep -oE "(^| )(${libraries// /|}) " | tr -d ' ' | sort -u | xargs)"
+pass_if "windows are a package of their own, which this one recommends" \
+  "libqt6widgets6 tallowin (= $version-1) tallowin-ui (= $version-1)" \
+  "$( (field Depends "$WINDOWS"; field Recommends) | grep -oE '(libqt6widgets6|tallowin(-ui)? \(= [0-9.-]*\))' |
+    sort -u | xargs)"
+pass_if "of just what they need" "./usr/bin/tallowin-ui
+./usr/libexec/tallowin/tallowin-ui
+./usr/share/man/man1/tallowin-ui.1.gz" \
+  "$(dpkg-deb --contents "$WINDOWS" | awk '!/^d/ && !/share\/doc/ { print $6 }' | sort)"
 pass_if "it says what it is" 6 \
   "$(dpkg-deb --field "$PACKAGE" | grep -cE '^(Package|Maintainer|Section|Description|Recommends|Installed-Size): .')"
 pass_if "what it runs by itself on installing is nothing" "conffiles control md5sums" \
