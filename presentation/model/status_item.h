@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/settings_table.h"
@@ -22,6 +23,9 @@ struct SpaceRow {
   bool isVisible = false;  ///< the active Space of any display
   bool operator==(const SpaceRow&) const = default;
 };
+
+/// The symbol of a Space that was given none: where there is room for one sign, the number says more.
+inline constexpr std::string_view plainSymbol = "rectangle.on.rectangle";
 
 /// The number for where there is little room: the desktop's number, or "–" for a full-screen Space.
 [[nodiscard]] std::string numberOf(const SpaceRow& space);

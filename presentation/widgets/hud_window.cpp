@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "presentation/widgets/ink.h"
+#include "presentation/widgets/symbols.h"
 #include "presentation/widgets/x11_window.h"
 
 namespace tallowin {
@@ -27,6 +28,24 @@ QRect inPixels(const CGRect& rectangle) {
 CGRect inPoints(const QRect& rectangle) {
   return {{static_cast<double>(rectangle.x()), static_cast<double>(rectangle.y())},
           {static_cast<double>(rectangle.width()), static_cast<double>(rectangle.height())}};
+}
+
+/// How a line of text is painted.
+struct LineStyle {
+  double height;  ///< of the letters' box, in pixels
+  QColor color;
+  Qt::Alignment vertical;
+  bool isBold;
+};
+
+void paintLine(QPainter& painter, const std::string& line, const QRectF& area, const LineStyle& style) {
+  auto font = painter.font();
+  font.setBold(style.isBold);
+  font.setPixelSize(std::max(1, static_cast<int>(style.height)));
+  painter.setFont(font);
+  painter.setPen(style.color);
+  const auto elided = QFontMetricsF(font).elidedText(QString::fromStdString(line), Qt::ElideRight, area.width());
+  painter.drawText(area, static_cast<int>(style.vertical | Qt::AlignLeft) | Qt::TextSingleLine, elided);
 }
 
 }  // namespace
@@ -89,7 +108,7 @@ void HUDWindow::place() {
   if (content_.line.empty() && content_.number.empty()) {
     auto font = this->font();
     font.setPixelSize(static_cast<int>(extent.height / 5));
-    const double needed = QFontMetricsF(font).horizontalAdvance(QString::fromStdString(content_.title)) + extent.height;
+    const double needed = QFontMetricsF(font).horizontalAdvance(QString::fromStdString(content_.title)) + extent.height * 1.6;
     extent.width = std::clamp(needed, extent.width, area.width() * 0.8);
   }
   setGeometry(inPixels(hudFrame(inPoints(area), extent, position_)));
@@ -115,53 +134,55 @@ void HUDWindow::fadeOut() {
 }
 
 void HUDWindow::paintEvent(QPaintEvent* /*event*/) {
-  constexpr float opacity = 0.94F;
   const auto ink = Ink::from(palette());
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setOpacity(fade_.state() == QAbstractAnimation::Running ? fade_.currentValue().toDouble() : 1);
-  auto background = ink.background;
-  if (isTranslucent_) {
-    background.setAlphaF(opacity);
-  }
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(background);
-  const double radius = height() * roundness;
-  if (isTranslucent_) {
-    painter.drawRoundedRect(rect(), radius, radius);
-  } else {
-    painter.drawRect(rect());
-  }
-  if (content_.isError) {
-    painter.fillRect(QRectF(0, 0, height() / 12.0, height()), ink.error);
-  }
+  paintBackground(painter, ink);
   const double margin = height() / 6.0;
   QRectF text = QRectF(rect()).adjusted(margin, margin / 2, -margin, -margin / 2);
   if (!content_.number.empty() || !content_.symbol.empty()) {
     const QRectF square(margin, margin, height() - 2 * margin, height() - 2 * margin);
-    paintSpaceSquare(painter, square, content_.colorHex, content_.symbol, content_.number);
+    paintSign(painter, square, ink);
     text.setLeft(square.right() + margin);
   }
-  const auto drawLine = [&](const std::string& line, const QRectF& area, double height, const QColor& color,
-                            int flags) {
-    auto font = painter.font();
-    font.setBold(flags == Qt::AlignBottom);
-    font.setPixelSize(std::max(1, static_cast<int>(height)));
-    painter.setFont(font);
-    painter.setPen(color);
-    const auto elided = QFontMetricsF(font).elidedText(QString::fromStdString(line), Qt::ElideRight, area.width());
-    painter.drawText(area, flags | Qt::AlignLeft | Qt::TextSingleLine, elided);
-  };
   if (content_.line.empty()) {
-    drawLine(content_.title, text, height() / 5.0, ink.text, Qt::AlignVCenter);
+    paintLine(painter, content_.title, text, {height() / 5.0, ink.text, Qt::AlignVCenter, false});
     return;
   }
   auto upper = text;
   upper.setBottom(text.center().y() + margin / 4);
   auto lower = text;
   lower.setTop(upper.bottom());
-  drawLine(content_.title, upper, height() / 4.0, ink.text, Qt::AlignBottom);
-  drawLine(content_.line, lower, height() / 6.0, ink.faint, Qt::AlignTop);
+  paintLine(painter, content_.title, upper, {height() / 4.0, ink.text, Qt::AlignBottom, true});
+  paintLine(painter, content_.line, lower, {height() / 6.0, ink.faint, Qt::AlignTop, false});
+}
+
+void HUDWindow::paintBackground(QPainter& painter, const Ink& ink) const {
+  constexpr float opacity = 0.94F;
+  auto background = ink.background;
+  painter.setPen(Qt::NoPen);
+  if (isTranslucent_) {
+    background.setAlphaF(opacity);
+    painter.setBrush(background);
+    painter.drawRoundedRect(rect(), height() * roundness, height() * roundness);
+  } else {
+    painter.fillRect(rect(), background);  // the mask rounds it
+  }
+  if (content_.isError) {
+    painter.fillRect(QRectF(0, height() * roundness, height() / 16.0, height() * (1 - 2 * roundness)), ink.error);
+  }
+}
+
+/// A Space's square, or the symbol of a message.
+void HUDWindow::paintSign(QPainter& painter, const QRectF& square, const Ink& ink) const {
+  if (!content_.number.empty()) {
+    paintSpaceSquare(painter, square, content_.colorHex, content_.symbol, content_.number);
+    return;
+  }
+  const double margin = square.width() / 8;
+  paintSymbol(painter, square.adjusted(margin, margin, -margin, -margin), content_.symbol,
+              content_.isError ? ink.error : ink.text);
 }
 
 void HUDWindow::changeEvent(QEvent* event) {

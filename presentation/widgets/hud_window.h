@@ -10,6 +10,8 @@
 
 namespace tallowin {
 
+struct Ink;
+
 /// The pop-up: shows where the user has got to, or a message, each in place of the last one, and fades. It is never
 /// focused, and what is clicked goes to the window below. Main thread only.
 class HUDWindow : public QWidget {
@@ -39,6 +41,8 @@ class HUDWindow : public QWidget {
   void present(const Content& content, std::chrono::milliseconds time);
   void place();
   void fadeOut();
+  void paintBackground(QPainter& painter, const Ink& ink) const;
+  void paintSign(QPainter& painter, const QRectF& square, const Ink& ink) const;
 
   Content content_;
   HUDSize size_ = HUDSize::regular;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "presentation/model/status_item.h"
 #include "presentation/widgets/symbols.h"
 
 namespace tallowin {
@@ -43,12 +44,7 @@ QColor readableOn(const QColor& background) {
 }
 
 Ink Ink::from(const QPalette& palette) {
-  Ink ink{palette.color(QPalette::ToolTipBase), palette.color(QPalette::ToolTipText), {}, QColor(0xE0, 0x30, 0x30)};
-  if (palette.color(QPalette::ToolTipBase) == palette.color(QPalette::Base) ||
-      contrast(luminance(ink.background), luminance(ink.text)) < 4.5) {
-    ink.background = palette.color(QPalette::Window);
-    ink.text = palette.color(QPalette::WindowText);
-  }
+  Ink ink{palette.color(QPalette::Window), palette.color(QPalette::WindowText), {}, QColor(0xE0, 0x30, 0x30)};
   ink.faint = ink.text;
   ink.faint.setAlphaF(0.75F);
   return ink;
@@ -66,7 +62,7 @@ void paintSpaceSquare(QPainter& painter, const QRectF& square, const std::option
   const auto ink = readableOn(color);
   const auto inner = square.adjusted(square.width() * margin, square.height() * margin, -square.width() * margin,
                                      -square.height() * margin);
-  if (!symbol.empty() && paintSymbol(painter, inner, symbol, ink)) {
+  if (!symbol.empty() && (symbol != plainSymbol || number.empty()) && paintSymbol(painter, inner, symbol, ink)) {
     return;
   }
   auto font = painter.font();

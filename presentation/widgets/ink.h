@@ -29,8 +29,8 @@ struct Ink {
   [[nodiscard]] static Ink from(const QPalette& palette);
 };
 
-/// The square that stands for a Space: in its colour, or grey; in it the symbol, or, where there is none for the name,
-/// the number.
+/// The square that stands for a Space: in its colour, or grey; in it the symbol, or, where there is none for the name
+/// or it is the plain one, the number.
 void paintSpaceSquare(QPainter& painter, const QRectF& square, const std::optional<std::string>& colorHex,
                       const std::string& symbol, const std::string& number);
 
