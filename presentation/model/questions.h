@@ -34,9 +34,15 @@ struct NoteQuestion {
   bool operator==(const NoteQuestion&) const = default;
 };
 
-/// Colours that a Space can be given with one click, as "#RRGGBB".
-[[nodiscard]] const std::vector<std::string>& suggestedColors();
-/// Symbols that it can be given with one click, by the names of system symbol images.
-[[nodiscard]] const std::vector<std::string>& suggestedSymbols();
+/// What a Space can be given with one click.
+struct Suggestion {
+  std::string value;
+  std::string words;  ///< what it is called, for those who do not see it
+};
+
+/// Colours, as "#RRGGBB".
+[[nodiscard]] const std::vector<Suggestion>& suggestedColors();
+/// Symbols, by the names of system symbol images.
+[[nodiscard]] const std::vector<Suggestion>& suggestedSymbols();
 
 }  // namespace tallowin

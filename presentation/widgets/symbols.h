@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QIcon>
 #include <string>
 
 class QColor;
-class QIcon;
 class QPainter;
 class QRectF;
 
@@ -13,7 +13,8 @@ namespace tallowin {
 /// for this name: then nothing is painted.
 bool paintSymbol(QPainter& painter, const QRectF& area, const std::string& symbol, const QColor& color);
 
-/// The same as an icon for menus and buttons, in the colour of their texts; a null one when there is none.
+/// The same as an icon for menus and buttons, in the colour of their texts and sharp in every size; a null one when
+/// there is none.
 [[nodiscard]] QIcon symbolIcon(const std::string& symbol, const QColor& color);
 
 }  // namespace tallowin
