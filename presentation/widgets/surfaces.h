@@ -5,13 +5,14 @@
 #include "presentation/widgets/feedback.h"
 #include "presentation/widgets/hud_window.h"
 #include "presentation/widgets/instance.h"
+#include "presentation/widgets/status_surface.h"
 
 namespace tallowin {
 
 /// Everything that the ui process shows, by what it is told. Main thread only.
 class Surfaces : Pinned {
  public:
-  explicit Surfaces(Instance& instance) : instance_(instance) {}
+  explicit Surfaces(Instance& instance) : instance_(instance), statusItem_(instance) {}
 
   void show(const ui::Message& message);
 
@@ -19,6 +20,7 @@ class Surfaces : Pinned {
   Instance& instance_;
   HUDWindow hud_;
   FeedbackPlayer feedback_;
+  StatusSurface statusItem_;
 };
 
 }  // namespace tallowin
