@@ -5,10 +5,10 @@ packages_build=(g++ cmake ninja-build ccache pkg-config
   qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev libsystemd-dev
   libcanberra-dev libxcb1-dev libxcb-randr0-dev libxcb-res0-dev libxcb-xtest0-dev
   libgtest-dev libgmock-dev libbenchmark-dev)
-packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotool openbox xfwm4 i3-wm dbus systemd libglib2.0-bin jq python3 curl fonts-dejavu-core
+packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotool openbox xfwm4 i3-wm dbus systemd libglib2.0-bin jq python3 python3-gi tint2 curl fonts-dejavu-core
   desktop-file-utils appstream man-db groff-base bsdextrautils shellcheck bash-completion zsh fish xdg-utils
   dpkg-dev)
-packages_bench=(nginx-light wrk polybar tint2)
+packages_bench=(nginx-light wrk polybar)
 packages_more_window_managers=(kwin-x11 breeze libkf5globalaccel-bin metacity fluxbox icewm)
 packages_clean_system=(debootstrap)
 packages_coverage=(gcovr)

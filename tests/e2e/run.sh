@@ -13,6 +13,7 @@ set -u
 . "$(dirname "$0")/layout_cases.sh"
 . "$(dirname "$0")/http_cases.sh"
 . "$(dirname "$0")/hud_cases.sh"
+. "$(dirname "$0")/ui_cases.sh"
 
 tallowin() {
   ask --platform x11 "$@"
@@ -322,6 +323,10 @@ window_manager_cases() {
     $cases
     stop_desktop
   done
+  [[ $1 =~ ^(openbox|xfwm4)$ ]] || return
+  start_desktop "$1" || return
+  ui_cases
+  stop_desktop
 }
 
 known_desktops() {
@@ -363,6 +368,7 @@ if [ $# -lt 2 ]; then
   exit 64
 fi
 PROGRAM=$(realpath "$1")
+PANEL=$(realpath "$(dirname "$0")/status_notifier_panel.py")
 shift
 trap stop_desktop EXIT
 trap 'exit 130' INT TERM
