@@ -101,6 +101,11 @@ void HUDWindow::present(const Content& content, std::chrono::milliseconds time) 
   end_.start(time);
 }
 
+QRect HUDWindow::placeFor(const QSizeF& extent) const {
+  const auto area = inPoints(screenAtPointer()->availableGeometry());
+  return inPixels(hudFrame(area, {extent.width(), extent.height()}, position_));
+}
+
 /// As wide as the text needs, where that is more than the size says.
 void HUDWindow::place() {
   const auto area = screenAtPointer()->availableGeometry();
@@ -111,7 +116,7 @@ void HUDWindow::place() {
     const double needed = QFontMetricsF(font).horizontalAdvance(QString::fromStdString(content_.title)) + extent.height * 1.6;
     extent.width = std::clamp(needed, extent.width, area.width() * 0.8);
   }
-  setGeometry(inPixels(hudFrame(inPoints(area), extent, position_)));
+  setGeometry(placeFor({extent.width, extent.height}));
   if (isTranslucent_) {
     clearMask();
   } else {

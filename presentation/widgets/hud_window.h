@@ -23,6 +23,9 @@ class HUDWindow : public QWidget {
   /// The same for a message, in the size and at the place of the last pop-up.
   void show(const Toast& toast);
 
+  /// Where a window of this size stands in place of the last pop-up, on the screen of the pointer.
+  [[nodiscard]] QRect placeFor(const QSizeF& extent) const;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;

@@ -16,7 +16,12 @@ struct Match : Cases... {
 void Surfaces::show(const ui::Message& message) {
   std::visit(Match{[this](const HUD& hud) { hud_.show(hud); }, [this](const Toast& toast) { hud_.show(toast); },
                    [this](const StatusItem& item) { statusItem_.show(item); },
-                   [this](const ui::Feedback& feedback) { feedback_.give(feedback); }, [](const auto& /*other*/) {}},
+                   [this](const ui::Feedback& feedback) { feedback_.give(feedback); },
+                   [this](const auto& other) {
+                     if constexpr (requires { dialogs_.show(other); }) {
+                       dialogs_.show(other);
+                     }
+                   }},
              message);
 }
 

@@ -64,7 +64,7 @@ layout_case() {
   saved=$(placements)
   saved_desktops=$(desktops_of_layout)
   pass_if "the layout is saved" "exit 0" "$(ask tallowin://save-layout)"
-  pass_if_said "Toast: Saved the position of $(wmctrl -l | wc -l) windows"
+  pass_if_said "Toast: Saved the position of $(wmctrl -lx | grep -vc '\.Tallowin ') windows"
   scatter "$2" 2
   if [ "$LABEL" != i3 ]; then
     minimized=$(window_called W03)

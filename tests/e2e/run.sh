@@ -10,6 +10,7 @@ set -u
 . "$(dirname "$0")/window_cases.sh"
 . "$(dirname "$0")/automation_cases.sh"
 . "$(dirname "$0")/shortcut_cases.sh"
+. "$(dirname "$0")/dialog_cases.sh"
 . "$(dirname "$0")/layout_cases.sh"
 . "$(dirname "$0")/http_cases.sh"
 . "$(dirname "$0")/hud_cases.sh"
@@ -316,7 +317,7 @@ window_manager_cases() {
   [ "$1" != openbox ] || http_cases
   stop_desktop
   local cases
-  for cases in window_cases automation_cases shortcut_cases hud_cases; do
+  for cases in window_cases automation_cases shortcut_cases hud_cases dialog_cases; do
     start_desktop "$1" || return
     [ "$1" != i3 ] || hold_workspaces
     install_notes

@@ -1,0 +1,89 @@
+#include "presentation/widgets/question_dialog.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QScreen>
+#include <algorithm>
+#include <utility>
+
+#include "presentation/widgets/x11_window.h"
+
+namespace tallowin {
+
+QuestionDialog::QuestionDialog(const char* instance, Answered answered, Kind kind)
+    : QDialog(nullptr, kind == Kind::popUp ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+                                           : Qt::WindowFlags(Qt::Dialog)),
+      answered_(std::move(answered)) {
+  setObjectName(instance);
+  setAttribute(Qt::WA_DeleteOnClose);
+  setAttribute(Qt::WA_ShowWithoutActivating, kind == Kind::popUp);  // heeded when the window is made, by the next line
+  setWindowInstance(*this, instance);
+}
+
+void QuestionDialog::present() {
+  const auto area = screenAtPointer()->availableGeometry();
+  adjustSize();
+  resize(size().boundedTo(area.size()));
+  move(area.center() - rect().center());
+  show();
+  raise();
+  activateWindow();
+}
+
+void QuestionDialog::withdraw() {
+  answered_ = nullptr;
+  done(Rejected);
+}
+
+void QuestionDialog::answer(std::vector<std::string> words) {
+  words_ = std::move(words);
+  done(Accepted);
+}
+
+void QuestionDialog::done(int result) {
+  QDialog::done(result);
+  if (const auto answered = std::exchange(answered_, nullptr)) {
+    answered(words_);
+  }
+}
+
+QWidget* QuestionDialog::buttonRow(const std::vector<QPushButton*>& buttons, std::size_t defaultButton) {
+  auto* const row = new QWidget(this);
+  auto* const layout = new QHBoxLayout(row);
+  layout->setContentsMargins({});
+  layout->addStretch();
+  for (auto* const button : buttons) {
+    layout->addWidget(button);
+  }
+  buttons.at(defaultButton)->setDefault(true);
+  return row;
+}
+
+DialogButton::DialogButton(const QString& text, std::function<void()> pressed) : QPushButton(text) {
+  QObject::connect(this, &QPushButton::clicked, this, std::move(pressed));
+}
+
+QSize DialogButton::sizeHint() const {
+  return QPushButton::sizeHint().expandedTo({0, targetSize(*this)});
+}
+
+QLabel* textLabel(const QString& text, bool isBold) {
+  auto* const label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setText(text);
+  label->setWordWrap(true);
+  if (isBold) {
+    auto font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+  }
+  return label;
+}
+
+int targetSize(const QWidget& widget) {
+  constexpr int least = 32;
+  return std::max(least, 2 * widget.fontMetrics().height());
+}
+
+}  // namespace tallowin
