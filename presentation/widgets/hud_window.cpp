@@ -113,7 +113,8 @@ void HUDWindow::place() {
   if (content_.line.empty() && content_.number.empty()) {
     auto font = this->font();
     font.setPixelSize(static_cast<int>(extent.height / 5));
-    const double needed = QFontMetricsF(font).horizontalAdvance(QString::fromStdString(content_.title)) + extent.height * 1.6;
+    const double needed =
+        QFontMetricsF(font).horizontalAdvance(QString::fromStdString(content_.title)) + extent.height * 1.6;
     extent.width = std::clamp(needed, extent.width, area.width() * 0.8);
   }
   setGeometry(placeFor({extent.width, extent.height}));

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPen>
 #include <QPointF>
+#include <QRectF>
+#include <QSizeF>
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -19,82 +21,80 @@ namespace {
 /// Readable on light panels and on dark ones, as nobody says which it is.
 constexpr QColor panelGrey(0x80, 0x80, 0x88);
 
-QImage blank(QSize size) {
-  QImage image(size, QImage::Format_ARGB32_Premultiplied);
+QImage blank(int extent) {
+  QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
   return image;
 }
 
-void drawCentered(QPainter& painter, const QRectF& area, const std::string& text, double height, const QColor& color) {
+void drawCentered(QPainter& painter, const QRectF& area, const std::string& text, const QColor& color) {
   auto font = painter.font();
-  font.setPixelSize(std::max(1, static_cast<int>(std::lround(text.size() > 1 ? height * 0.8 : height))));
+  font.setPixelSize(std::max(1, static_cast<int>(std::lround(area.height() * (text.size() > 1 ? 0.7 : 0.9)))));
   font.setBold(true);
   painter.setFont(font);
   painter.setPen(color);
   painter.drawText(area, Qt::AlignCenter, QString::fromStdString(text));
 }
 
-/// The active one is filled, the others are outlines.
+/// The active one is filled; the others are rings, or numbers alone.
 void paintMark(QPainter& painter, const QRectF& area, const StatusItem::Mark& mark) {
-  constexpr double leastForText = 10;
   const auto color = colorFrom(mark.colorHex).value_or(panelGrey);
   const double line = std::max(1.0, area.height() / 10);
-  const auto outline = area.adjusted(line / 2, line / 2, -line / 2, -line / 2);
-  painter.setPen(QPen(color, line));
-  painter.setBrush(mark.isActive ? QBrush(color) : QBrush(Qt::NoBrush));
-  if (mark.text.empty()) {
-    painter.drawEllipse(outline);
-    return;
-  }
-  painter.drawRoundedRect(outline, area.width() / 5, area.width() / 5);
-  if (area.height() >= leastForText) {
-    drawCentered(painter, area, mark.text, area.height() * 0.7, mark.isActive ? readableOn(color) : color);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  if (!mark.text.empty()) {
+    if (mark.isActive) {
+      painter.drawRoundedRect(area, area.width() / 5, area.width() / 5);
+    }
+    drawCentered(painter, area, mark.text, mark.isActive ? readableOn(color) : color);
+  } else if (mark.isActive) {
+    painter.drawEllipse(area);
+  } else {
+    painter.setPen(QPen(color, line));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(area.adjusted(line / 2, line / 2, -line / 2, -line / 2));
   }
 }
 
-/// The marks and what is written after them, in cells of one size.
-QImage marksPicture(const StatusItem& item, int height, MarkLayout layout) {
-  const auto cells = static_cast<int>(item.marks.size()) + (item.more > 0 ? 1 : 0);
-  const bool inRow = layout == MarkLayout::row;
-  const int columns = inRow ? cells : static_cast<int>(std::ceil(std::sqrt(cells)));
-  const bool areDots = item.marks.front().text.empty();
-  const double cell = inRow ? height * (areDots ? 12.0 : 17.0) / 22 : static_cast<double>(height) / columns;
-  const double mark = cell * (inRow ? 10.0 / 12 : 0.85);
-  const double top = (height - cell * std::ceil(static_cast<double>(cells) / columns)) / 2;
-  auto image = blank(QSize(std::max(height, static_cast<int>(std::ceil(cell * columns))), height));
-  const double left = (image.width() - cell * columns) / 2;
-  QPainter painter(&image);
-  painter.setRenderHint(QPainter::Antialiasing);
-  for (int i = 0; i < cells; ++i) {
-    const QRectF place(left + i % columns * cell, top + static_cast<double>(i / columns) * cell, cell, cell);
-    const double margin = (cell - mark) / 2;
-    if (static_cast<std::size_t>(i) < item.marks.size()) {
-      paintMark(painter, place.adjusted(margin, margin, -margin, -margin), item.marks.at(static_cast<std::size_t>(i)));
+/// A plus after the marks stands for further Spaces.
+void paintMarks(QPainter& painter, const StatusItem& item, int extent) {
+  const auto cells = item.marks.size() + (item.more > 0 ? 1 : 0);
+  const auto columns = static_cast<std::size_t>(std::ceil(std::sqrt(cells)));
+  const auto rows = (cells + columns - 1) / columns;
+  const double cell = static_cast<double>(extent) / static_cast<double>(columns);
+  const double top = (extent - cell * static_cast<double>(rows)) / 2;
+  const double margin = std::max(0.5, cell / 16);
+  for (std::size_t i = 0; i < cells; ++i) {
+    const QPointF corner(static_cast<double>(i % columns) * cell, top + static_cast<double>(i / columns) * cell);
+    const auto area = QRectF(corner, QSizeF(cell, cell)).adjusted(margin, margin, -margin, -margin);
+    if (i < item.marks.size()) {
+      paintMark(painter, area, item.marks[i]);
     } else {
-      drawCentered(painter, place, inRow ? '+' + std::to_string(item.more) : "+", cell * 0.75, panelGrey);
+      drawCentered(painter, area, "+", panelGrey);
     }
   }
-  return image;
 }
 
 }  // namespace
 
-QImage statusPicture(const StatusItem& item, int height, MarkLayout layout) {
-  if (!item.marks.empty()) {
-    return marksPicture(item, height, layout);
-  }
-  auto image = blank(QSize(height, height));
+QImage statusPicture(const StatusItem& item, int extent) {
+  auto image = blank(extent);
   QPainter painter(&image);
-  const double margin = std::floor(height / 16.0);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!item.marks.empty()) {
+    paintMarks(painter, item, extent);
+    return image;
+  }
+  const double margin = std::floor(extent / 16.0);
   paintSpaceSquare(painter, QRectF(image.rect()).adjusted(margin, margin, -margin, -margin), item.colorHex, item.symbol,
                    item.number);
   return image;
 }
 
-QList<QImage> statusPictures(const StatusItem& item, MarkLayout layout) {
+QList<QImage> statusPictures(const StatusItem& item) {
   QList<QImage> pictures;
-  for (const int height : {16, 22, 24, 32, 44, 48}) {
-    pictures.push_back(statusPicture(item, height, layout));
+  for (const int extent : {16, 22, 24, 32, 44, 48}) {
+    pictures.push_back(statusPicture(item, extent));
   }
   return pictures;
 }
@@ -104,7 +104,7 @@ QImage menuPicture(const MenuEntry& entry, int extent) {
   if (!color && entry.symbol.empty()) {
     return {};
   }
-  auto image = blank(QSize(extent, extent));
+  auto image = blank(extent);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
   if (paintSymbol(painter, QRectF(image.rect()), entry.symbol, color.value_or(panelGrey))) {
@@ -121,7 +121,7 @@ QImage menuPicture(const MenuEntry& entry, int extent) {
 }
 
 QImage checkPicture(const MenuEntry& entry, int extent, const QColor& ink) {
-  auto image = blank(QSize(extent, extent));
+  auto image = blank(extent);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
   const auto color = colorFrom(entry.colorHex);

@@ -9,17 +9,12 @@
 
 namespace tallowin {
 
-/// How the marks of a status item are laid out; without marks its picture is a square anyway.
-enum class MarkLayout {
-  row,    ///< as wide as it needs
-  square  ///< in rows, for panels that give every item a square; numbers are left out where there is no room
-};
-
-/// The picture of the status item, so many pixels high.
-[[nodiscard]] QImage statusPicture(const StatusItem& item, int height, MarkLayout layout);
+/// The picture of the status item, so many pixels wide and high: the active Space's square, or the marks of all Spaces
+/// in rows. Panels shrink what is wider than high, so that nobody could see a long row.
+[[nodiscard]] QImage statusPicture(const StatusItem& item, int extent);
 
 /// The same in every size that panels ask for, from 16 to 48 pixels, those for screens of twice the density among them.
-[[nodiscard]] QList<QImage> statusPictures(const StatusItem& item, MarkLayout layout);
+[[nodiscard]] QList<QImage> statusPictures(const StatusItem& item);
 
 /// What stands before the label of a menu entry: its symbol in its colour, or a dot; null for neither. So many pixels
 /// wide and high.

@@ -52,11 +52,11 @@ QDBusMessage busCall(const QString& method, const QVariantList& values) {
   return message;
 }
 
-/// Some panels turn by eighths of a degree, as wheels do, others count notches.
+/// Some panels turn by eighths of a degree, as wheels do, up being positive; others count notches, down being positive.
 int eighthsOf(int turn) {
   constexpr int fewest = 8;
   constexpr int notch = 120;
-  return std::abs(turn) < fewest ? turn * notch : turn;
+  return std::abs(turn) < fewest ? -turn * notch : turn;
 }
 
 }  // namespace
@@ -141,7 +141,7 @@ BusInterface StatusNotifier::interface() {
 
 QVariantMap StatusNotifier::properties() {
   if (pictures_.isEmpty()) {
-    for (const auto& image : statusPictures(item_, MarkLayout::row)) {
+    for (const auto& image : statusPictures(item_)) {
       pictures_.push_back(BusPicture::from(image));
     }
   }

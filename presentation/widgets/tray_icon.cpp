@@ -23,7 +23,7 @@ TrayIcon::TrayIcon(StatusControls& controls) : controls_(controls) {
 void TrayIcon::show(const StatusItem& item) {
   scrollSwitches_ = item.scrollSwitches;
   QIcon icon;
-  for (const auto& picture : statusPictures(item, MarkLayout::square)) {
+  for (const auto& picture : statusPictures(item)) {
     icon.addPixmap(QPixmap::fromImage(picture));
   }
   setIcon(icon);

@@ -97,7 +97,7 @@ item_property() {
 
 bus_item_case() {
   item Scroll 120 vertical >/dev/null
-  pass_if_eventually "its wheel steps" 0 current_desktop
+  pass_if_eventually "its wheel steps up by eighths of a degree" 0 current_desktop
   item SecondaryActivate 0 0 >/dev/null
   pass_if_eventually "its middle button goes back" 1 current_desktop
   pass_if_eventually "its label is the Space's name" 's "R&D"' item_property XAyatanaLabel

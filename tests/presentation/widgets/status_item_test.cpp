@@ -115,25 +115,25 @@ TEST(StatusPicture, HasAMarkForEachSpaceOfWhichTheActiveOneIsFilled) {
   StatusItem item;
   item.number = "2";
   item.colorHex = "#34C759";
-  EXPECT_EQ(statusPicture(item, 22, MarkLayout::row).pixelColor(11, 2), QColor("#34C759"));
+  EXPECT_EQ(statusPicture(item, 22).pixelColor(11, 2), QColor("#34C759"));
   item.marks = {{"", "#FF0000", true}, {"", "#FF0000", false}, {"", std::nullopt, false}};
-  const auto row = statusPicture(item, 22, MarkLayout::row);
-  EXPECT_EQ(row.size(), QSize(36, 22));
-  EXPECT_EQ(row.pixelColor(6, 11), QColor("#FF0000"));
-  EXPECT_EQ(row.pixelColor(18, 11).alpha(), 0);
-  const auto reddest = [&row](int left) {
+  item.more = 3;
+  const auto picture = statusPicture(item, 24);  // two rows of two
+  EXPECT_EQ(picture.pixelColor(6, 6), QColor("#FF0000"));
+  EXPECT_EQ(picture.pixelColor(18, 6).alpha(), 0);
+  const auto reddest = [&picture](const QPoint& corner) {
     int red = 0;
-    for (int x = left; x < left + 12; ++x) {
-      red = std::max(red, row.pixelColor(x, 11).red());
+    for (int i = 0; i < 12 * 12; ++i) {
+      const auto color = picture.pixelColor(corner + QPoint(i % 12, i / 12));
+      red = color.alpha() > 128 ? std::max(red, color.red()) : red;
     }
     return red;
   };
-  EXPECT_EQ(reddest(12), 255);
-  EXPECT_LT(reddest(24), 200);
-  item.marks.resize(12);
-  item.more = 3;
-  EXPECT_EQ(statusPicture(item, 22, MarkLayout::square).size(), QSize(22, 22));
-  EXPECT_EQ(statusPicture(item, 22, MarkLayout::row).width(), 13 * 12);
+  EXPECT_EQ(reddest({12, 0}), 255);
+  EXPECT_LT(reddest({0, 12}), 200);
+  EXPECT_GT(reddest({12, 12}), 0);
+  item.more = 0;
+  EXPECT_EQ(statusPicture(item, 24).copy(12, 12, 12, 12).pixelColor(6, 6).alpha(), 0);
 }
 
 }  // namespace
