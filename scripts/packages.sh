@@ -5,7 +5,7 @@ packages_build=(g++ cmake ninja-build ccache pkg-config
   qt6-base-dev nlohmann-json3-dev libutf8proc-dev liburiparser-dev libsystemd-dev
   libcanberra-dev libxcb1-dev libxcb-randr0-dev libxcb-res0-dev libxcb-xtest0-dev
   libgtest-dev libgmock-dev libbenchmark-dev)
-packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotool openbox xfwm4 i3-wm dbus systemd libglib2.0-bin jq python3 python3-gi tint2 curl fonts-dejavu-core
+packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotool openbox xfwm4 i3-wm dbus systemd libglib2.0-bin jq python3 python3-gi gir1.2-atspi-2.0 at-spi2-core tint2 curl fonts-dejavu-core
   desktop-file-utils appstream man-db groff-base bsdextrautils shellcheck bash-completion zsh fish xdg-utils
   dpkg-dev)
 packages_bench=(nginx-light wrk polybar)

@@ -43,7 +43,7 @@ class PictureButton : public QRadioButton {
       painter.setPen(QPen(color, line));
       painter.drawRoundedRect(frame, roundness, roundness);
     }
-    const double margin = line * 2;
+    const double margin = line * 1.5;
     paint_(painter, frame.adjusted(margin, margin, -margin, -margin), isChecked());
   }
 

@@ -82,7 +82,7 @@ void paintChoice(QPainter& painter, const QRectF& area, const std::string& symbo
     painter.setBrush(palette.color(QPalette::Highlight));
     painter.drawRoundedRect(area, area.height() / 6, area.height() / 6);
   }
-  const double margin = area.height() / 8;
+  const double margin = area.height() / 10;
   paintSymbol(painter, area.adjusted(margin, margin, -margin, -margin), symbol,
               palette.color(isChosen ? QPalette::HighlightedText : QPalette::WindowText));
 }

@@ -14,6 +14,7 @@ dialog_cases() {
     new_desktop_case
   fi
   quit_instance
+  [ "$LABEL" != openbox ] || screen_reader_cases
 }
 
 active_title() {
@@ -83,4 +84,30 @@ new_desktop_case() {
   xdotool type Fresh
   xdotool key Return
   pass_if_eventually "and it takes the name" Fresh named_by_pagers 4
+}
+
+# accessible NAME [BUTTON]: see there.
+accessible() {
+  /usr/bin/python3 "$(dirname "${BASH_SOURCE[0]}")/accessible.py" "$@" 2>/dev/null
+}
+
+# Screen readers read windows and press buttons by a bus of their own.
+screen_reader_cases() {
+  local before question=("Remove “Fresh”?" "Its windows go to the desktop beside it. What you have said about it is kept under Restore an Earlier State.")
+  before=$(desktop_count)
+  start_bus
+  gdbus call --session -d org.a11y.Bus -o /org/a11y/bus -m org.freedesktop.DBus.Properties.Set org.a11y.Status \
+    IsEnabled '<true>' >/dev/null
+  start_instance --verbose
+  ask remove-desktop 4 --ask >/dev/null
+  pass_if_eventually "a screen reader reads the question and its buttons" "dialog: ${question[0]} (${question[1]})
+label: ${question[0]}
+label: ${question[1]}
+push button: Remove
+push button: Cancel" accessible "${question[0]}"
+  accessible "${question[0]}" Remove
+  pass_if_eventually "and presses one" $((before - 1)) desktop_count
+  quit_instance
+  end_group "$BUS_GROUP"
+  unset DBUS_SESSION_BUS_ADDRESS
 }
