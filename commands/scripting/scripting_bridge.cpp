@@ -11,6 +11,14 @@ namespace tallowin {
 
 namespace {
 
+/// A command of the scripting dictionary.
+struct ScriptCommand {
+  std::string_view className;    ///< what the dictionary maps the script's term to
+  std::string_view argumentKey;  ///< of its one argument, a text; empty for none
+  /// What it sends, made of the direct parameter and the argument. Not all commands look at them.
+  SpaceCommand (*command)(const SpaceRef& space, const std::optional<std::string>& argument);
+};
+
 /// The integer value of a number; nothing for what is no number or does not fit.
 std::optional<std::int64_t> integerValue(const PropertyList& value) {
   constexpr double limit = 0x1p63;
@@ -80,10 +88,6 @@ SpaceRef ScriptingBridge::ref(const PropertyList& value) {
   return number != 0 ? SpaceRef::number(number) : SpaceRef::current();
 }
 
-std::span<const ScriptCommand> scriptCommands() {
-  return commands;
-}
-
 ScriptEvents::Result performScriptCommand(const ScriptCommandEvent& event, const ScriptingBridge& bridge) {
   const auto* const found = std::ranges::find(commands, event.commandClass, &ScriptCommand::className);
   if (found == std::ranges::end(commands)) {
@@ -118,7 +122,7 @@ std::span<const AppShortcut> TallowinShortcuts::appShortcuts() {
 
 ScriptEvents::Result performPhrase(const std::string& phrase, const ScriptingBridge& bridge) {
   const auto spoken = lowerCased(phrase);
-  for (const auto& shortcut : shortcuts) {
+  for (const auto& shortcut : TallowinShortcuts::appShortcuts()) {
     if (spoken == lowerCased(std::string(shortcut.phraseBeforeName).append(applicationName))) {
       return performIntent({std::string(shortcut.intent)}, bridge);
     }

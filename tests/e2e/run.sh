@@ -334,6 +334,13 @@ known_desktops() {
   ask list | grep -c '  '
 }
 
+# On a simulated desktop, with every option that a start may have.
+with_options() {
+  echo '{"managedDisplaySpaces": [{"Display Identifier": "Main", "Spaces": [{"ManagedSpaceID": 1}, {"ManagedSpaceID": 2}]}]}' \
+    >"$DESKTOP_DIRECTORY/scenario.json"
+  ask --scenario "$DESKTOP_DIRECTORY/scenario.json" --port "$(unused_port)" --settings windows --demo "$@" >/dev/null
+}
+
 # A server without a window manager, then with one, then no server at all.
 degraded_cases() {
   capability ""
@@ -356,6 +363,13 @@ exit 1" "$(tallowin --switch 2)"
   pass_if "--platform x11 says why in one line, and fails" \
     "tallowin: cannot reach the X server \"$DISPLAY\" that DISPLAY names
 exit failed" "$(tallowin --probe | sed 's/^exit [1-9][0-9]*$/exit failed/')"
+  pass_if "under Wayland alone nothing is started, for a command neither" "exit 69 exit 69" \
+    "$(WAYLAND_DISPLAY=w ask | tail -n 1) $(WAYLAND_DISPLAY=w ask next | tail -n 1)"
+  pass_if "--probe tells why" 1 "$(WAYLAND_DISPLAY=w ask --probe | grep -c '^tallowin: this Wayland desktop does not let')"
+  pass_if "--platform none has no desktop" "exit 69" "$(ask --platform none doctor | tail -n 1)"
+  pass_if "a command starts it as it is told: with the sample names of the demo" "Code
+exit 0" "$(with_options 'tallowin://rename/2?name=Trial'; ask list --names | sed -n '2p;$p')"
+  ask quit >/dev/null
   stop_desktop
 }
 

@@ -53,7 +53,7 @@ run_story() {
     if [ -e "$scratch/journal" ]; then
       # shellcheck disable=SC2086 # so are these
       told $about <"$scratch/journal" |
-        sed -E 's/^/  /; s/(\.jpg","size":)[0-9]+/\1 some/; s/("base64":)"[^"]+"/\1 some/'
+        sed -E 's/^/  /; s/(\.(jpg|png)","size":)[0-9]+/\1 some/; s/("base64":)"[^"]+"/\1 some/'
     else
       echo "  no journal"
     fi

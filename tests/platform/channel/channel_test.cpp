@@ -263,6 +263,17 @@ TEST_F(ChannelTest, TheEndOfTheInstanceLetsTheNextOneStartBeforeItIsTold) {
   EXPECT_EQ(ask({}).outcome, HandOver::Outcome::notRunning);
 }
 
+TEST(InstanceLock, SaysWhyItCannotBeHad) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"/dev/null/folder", "cannot open the folder /dev/null/folder: "},
+      {"/proc/self/task", "the folder /proc/self/task is open to others"}};
+  for (const auto& [folder, why] : cases) {
+    const InstanceLock lock(folder);
+    EXPECT_EQ(lock.state(), InstanceLock::State::failed);
+    EXPECT_EQ(lock.error().find(why), 0U) << lock.error();
+  }
+}
+
 TEST_F(ChannelTest, AFolderThatOthersCanUseIsNotTrusted) {
   const auto instance = listen([](const Request&, std::unique_ptr<Caller> caller) { caller->exit(0); });
   ::chmod(folder.c_str(), 0777);

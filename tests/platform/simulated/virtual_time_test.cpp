@@ -59,39 +59,6 @@ TEST_F(VirtualTimeTest, cancelledWorkLetsGoOfWhatItHolds) {
   EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST_F(VirtualTimeTest, runEndsAtStopAtTheEndOrWithNothingLeft) {
-  const auto only = time.after(2s, note("only"));
-  EXPECT_EQ(time.run(), 0);
-  EXPECT_EQ(time.elapsed(), 2s);
-
-  const auto timer = time.every(1s, 0s, note("tick"));
-  time.endAt(4s);
-  EXPECT_EQ(time.run(), 0);
-  EXPECT_THAT(seen, ElementsAre("only", "tick", "tick"));
-  EXPECT_EQ(time.stopped(), std::nullopt);
-
-  time.endAt(100s);
-  const auto stop = time.after(1500ms, [&] { time.stop(7); });
-  EXPECT_EQ(time.run(), 7);
-  EXPECT_EQ(time.elapsed(), 5500ms);
-  EXPECT_EQ(time.stopped(), 7);
-}
-
-TEST(TimeZoneTest, theDayDependsOnTheZone) {
-  struct Case {
-    const char* zone;
-    const char* date;
-    CalendarDay day;
-  };
-  const Case cases[] = {{"UTC", "2026-02-28T23:59:00Z", {2026, 2, 28}},
-                        {"+02:00", "2026-02-28T21:59:00Z", {2026, 2, 28}},
-                        {"+02:00", "2026-02-28T22:00:00Z", {2026, 3, 1}},
-                        {"-09:30", "2026-01-01T09:29:00Z", {2025, 12, 31}}};
-  for (const auto& [name, date, day] : cases) {
-    EXPECT_EQ(TimeZone::named(name).value().localDay(dateFromISO8601(date).value()), day) << name << date;
-  }
-}
-
 TEST(TimeZoneTest, refusesNamesOfNoZone) {
   for (const auto* name : {"", "Nowhere/City", "/etc/passwd", "../zone.tab", "+2:00", "+24:00", "+01:60", "02:00",
                            "UTC+1", "Europe", "zone.tab"}) {

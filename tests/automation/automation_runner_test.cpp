@@ -1,6 +1,9 @@
+#include "automation/automation_runner.h"
+
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "automation/automation_runner.h"
+#include "tests/storing_program.h"
 
 namespace tallowin {
 namespace {
@@ -29,6 +32,16 @@ TEST(Keystroke, IsReadAsText) {
   for (const auto& [text, expected] : cases) {
     EXPECT_EQ(Keystroke::parse(text), expected) << text;
   }
+}
+
+TEST(AutomationRunner, ListsTheUsersShortcuts) {
+  StoringProgram program(
+      R"({"programs": {"/usr/bin/shortcuts": {"output": " Zoom\r\n\nFocus Off \n\u00a0Éclair\n"}}})");
+  AutomationRunner runner{program.services, [](const Space&) { return true; },
+                          [](const Space&) { return std::set<ProcessID>(); }};
+  EXPECT_THAT(runner.availableShortcuts(), testing::ElementsAre("Focus Off", "Zoom", "Éclair"));
+  program.state().programs = {{"/usr/bin/shortcuts", {"", true}}};
+  EXPECT_THAT(runner.availableShortcuts(), testing::IsEmpty());
 }
 
 }  // namespace
