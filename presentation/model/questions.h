@@ -42,7 +42,7 @@ struct Suggestion {
 
 /// Colours, as "#RRGGBB".
 [[nodiscard]] const std::vector<Suggestion>& suggestedColors();
-/// Symbols, by the names of system symbol images.
+/// Symbols, by the names of system symbol images; the first one is what a desktop shows without one of its own.
 [[nodiscard]] const std::vector<Suggestion>& suggestedSymbols();
 
 }  // namespace tallowin

@@ -125,11 +125,16 @@ void RenameDialog::addColors(const NameQuestion& question) {
   layout()->addWidget(colors_);
 }
 
+/// The first choice is what a Space shows without a symbol of its own.
 void RenameDialog::addSymbols(const NameQuestion& question) {
-  symbols_ = new ChoiceGrid(inNameDialog("&Symbol"), suggestedSymbols(), question.space.symbol,
-                            [this](QPainter& painter, const QRectF& area, const std::string& value, bool isChosen) {
-                              paintChoice(painter, area, value, isChosen, palette());
-                            });
+  auto choices = suggestedSymbols();
+  const auto standard = std::exchange(choices.front().value, "");
+  const auto chosen = question.space.symbol == standard ? "" : question.space.symbol;
+  symbols_ =
+      new ChoiceGrid(inNameDialog("&Symbol"), choices, chosen,
+                     [this, standard](QPainter& painter, const QRectF& area, const std::string& value, bool isChosen) {
+                       paintChoice(painter, area, value.empty() ? standard : value, isChosen, palette());
+                     });
   layout()->addWidget(symbols_);
 }
 

@@ -2,9 +2,11 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QColorDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <gmock/gmock.h>
 #include <set>
 
@@ -102,7 +104,7 @@ TEST_F(DialogsTest, EveryControlHasANameAndARoleAndIsReachedByTab) {
 }
 
 TEST_F(DialogsTest, AnAlertIsAnsweredByKeysOneAfterAnother) {
-  for (const std::uint64_t number : {1, 2, 3, 4}) {
+  for (const std::uint64_t number : {1U, 2U, 3U, 4U}) {
     dialogs.show(ui::AskAlert{number, removal});
   }
   EXPECT_EQ(shown().size(), 1);
@@ -130,13 +132,19 @@ TEST_F(DialogsTest, RenamingSaysOnlyWhatWasChanged) {
   press(Qt::Key_C, Qt::AltModifier);
   press(Qt::Key_Right);  // from green to mint
   press(Qt::Key_S, Qt::AltModifier);
-  press(Qt::Key_Left);  // from the envelope to the windows
+  press(Qt::Key_Left);  // from the envelope to what a Space shows that has none
+  press(Qt::Key_Return);
+  dialogs.show(rename);
+  shown().front()->findChild<QToolButton*>()->click();
+  auto* const other = shown().front()->findChild<QColorDialog*>();
+  other->setCurrentColor(QColor(18, 52, 86));
+  other->accept();
   press(Qt::Key_Return);
   dialogs.show(ui::AskName{7, {{"managed-3", "R&D", 3, "my.own", "#123456", {}, false, false}, false, "", {}}});
   press(Qt::Key_Return);
-  EXPECT_THAT(instance.asked, ElementsAre("ui answer 7 --", "ui answer 7 -- name=--po", "ui answer 7 -- name=",
-                                          "ui answer 7 -- name=Mail symbol=rectangle.on.rectangle color=#00C7BE",
-                                          "ui answer 7 -- name="));
+  EXPECT_THAT(instance.asked, ElementsAre("ui answer 7 --", "ui answer 7 -- name=--po",
+                                          "ui answer 7 -- name=", "ui answer 7 -- name=Mail symbol= color=#00C7BE",
+                                          "ui answer 7 -- name=Mail color=#123456", "ui answer 7 -- name="));
 }
 
 TEST_F(DialogsTest, AChangedNoteIsNotLostByOneEscape) {
