@@ -19,10 +19,10 @@ constexpr Duration previewDelay = std::chrono::milliseconds(600);
 }  // namespace
 
 void SpacePipeline::activeSpaceChanged(const std::optional<Space>& from, const Space& to) {
-  if (services_.program.triggers.spaceChanged(to.id)) {
+  const bool ours = services_.initiatedByUs();
+  if (services_.program.triggers.spaceChanged(to.id, ours)) {
     return;
   }
-  const bool ours = services_.initiatedByUs();
   if (services_.windows.spaceLock.spaceChanged(from, to, ours)) {
     return;
   }

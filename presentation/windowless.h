@@ -4,24 +4,24 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
+#include "base/lacks.h"
 #include "base/preferences.h"
 #include "base/settings.h"
 #include "platform/log.h"
 #include "platform/messages.h"
 #include "presentation/presentation.h"
-#include "triggers/triggers.h"
 
 namespace tallowin {
 
-/// A presentation without windows, and without what would watch pointer and fingers. What it cannot do it says: to the
+/// A presentation without windows. What it cannot do it says: to the
 /// log, once for each thing that the settings ask for; to the user, whenever he asked for it. Main thread only.
-class Windowless : public Presentation, public Triggers {
+class Windowless : public Presentation {
  public:
-  Windowless(Preferences& preferences, Toasts& toasts, Log& log) : settings_(preferences), toasts_(toasts), log_(log) {
+  Windowless(Preferences& preferences, Toasts& toasts, Log& log)
+      : settings_(preferences), toasts_(toasts), lacks_(log, "Presentation") {
     settings_.registerDefaults();
   }
 
@@ -74,29 +74,13 @@ class Windowless : public Presentation, public Triggers {
     caller->exit(unavailable);
   }
 
-  void setOverviewHandler(std::function<void()> /*pulled*/) override {}
-  void refresh() override {
-    lack(settings_.get(setting::hotCorner) != HotCorner::none || settings_.get(setting::notchHover),
-         "Opening the overview at the screen's edge is");
-    lack(settings_.get(setting::fourFingerTap), "Opening the overview by touch is");
-  }
-  void setBounceBack(std::function<void(const std::string& spaceID)> /*bounceBack*/) override {}
-  void refreshDockGuard(const std::string& /*currentSpaceID*/) override {
-    lack(settings_.get(setting::dockClickProtection), "Protection from Dock clicks is");
-  }
-  bool spaceChanged(const std::string& /*toSpaceID*/) override { return false; }
-
  protected:
   static constexpr int unavailable = 69;  ///< EX_UNAVAILABLE of sysexits(3)
 
   [[nodiscard]] const Settings& settings() const { return settings_; }
 
   /// What the settings ask for.
-  void lack(bool isWanted, const std::string& what) {
-    if (isWanted && said_.insert(what).second) {
-      log_.info("Presentation", sentence(what));
-    }
-  }
+  void lack(bool isWanted, const std::string& what) { lacks_.lack(isWanted, sentence(what)); }
 
  private:
   [[nodiscard]] static std::string sentence(const std::string& what) {
@@ -112,8 +96,7 @@ class Windowless : public Presentation, public Triggers {
 
   Settings settings_;
   Toasts& toasts_;
-  Log& log_;
-  std::set<std::string> said_;
+  Lacks lacks_;
 };
 
 }  // namespace tallowin

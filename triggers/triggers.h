@@ -24,9 +24,9 @@ class Triggers {
   /// The Space that the user is in. To be called with the first one, and when settings change.
   virtual void refreshDockGuard(const std::string& currentSpaceID) = 0;
 
-  /// The active Space has changed. True when a click in the Dock did it and the user is being taken back: nothing else
-  /// may react to this change.
-  virtual bool spaceChanged(const std::string& toSpaceID) = 0;
+  /// The active Space has changed; `isOurs`: by what this program has done. True when a click in the Dock did it and
+  /// the user is being taken back: nothing else may react to this change.
+  virtual bool spaceChanged(const std::string& toSpaceID, bool isOurs) = 0;
 };
 
 }  // namespace tallowin

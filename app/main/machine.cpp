@@ -108,11 +108,11 @@ SystemServices Machine::systemServices() {
   return {files, folders, preferences, processes, system, images, mainQueue, workQueues, mainQueue, clock, log};
 }
 
-UserServices Machine::userServices() {
+UserServices Machine::userServices(Triggers& triggers) {
   if (mode_ == Mode::resident) {
-    return {ui_, pendingAlerts_, ui_, ui_};
+    return {ui_, pendingAlerts_, ui_, triggers};
   }
-  return {logToasts_, neutralAlerts_, windowless_, windowless_};
+  return {logToasts_, neutralAlerts_, windowless_, triggers};
 }
 
 WaysIn Machine::waysIn() {

@@ -51,7 +51,7 @@ class Machine {
   /// The groups of a platform's services that its desktop has no part in. Only the resident program puts messages on
   /// the desktop, waits for answers to questions and is called by other programs; others write messages to the log.
   [[nodiscard]] SystemServices systemServices();
-  [[nodiscard]] UserServices userServices();
+  [[nodiscard]] UserServices userServices(Triggers& triggers);
   [[nodiscard]] WaysIn waysIn();
   [[nodiscard]] CommandChannel& commandChannel() { return *channel_; }
   [[nodiscard]] DesktopService& desktopService();

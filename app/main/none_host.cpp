@@ -1,6 +1,7 @@
 #include "app/main/host.h"
 #include "app/main/machine.h"
 #include "platform/none/neutral.h"
+#include "triggers/asked_triggers.h"
 
 namespace tallowin {
 
@@ -39,7 +40,7 @@ class NoneHost : public Host {
              .appleScript = appleScript_,
              .desktopFacts = desktopFacts_,
              .desktopQueues = machine_.workQueues},
-            machine_.userServices(),
+            machine_.userServices(triggers_),
             machine_.waysIn()};
   }
 
@@ -58,6 +59,7 @@ class NoneHost : public Host {
   NeutralAppleScript appleScript_;
   NoDesktopFacts noDesktop_{[this] { return whyThereIsNone(line_); }};
   MachineFacts desktopFacts_{noDesktop_};
+  AskedTriggers triggers_{{machine_.preferences, machine_.clock, machine_.log, nullptr}};
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;
 };

@@ -9,6 +9,7 @@
 #include "commands/outcome.h"
 #include "platform/none/neutral.h"
 #include "platform/x11/x11_session.h"
+#include "triggers/asked_triggers.h"
 
 namespace tallowin {
 
@@ -50,7 +51,7 @@ class X11Host : public Host {
              .appleScript = appleScript_,
              .desktopFacts = facts_,
              .desktopQueues = desktopQueues_},
-            machine_.userServices(),
+            machine_.userServices(triggers_),
             machine_.waysIn()};
   }
 
@@ -71,6 +72,7 @@ class X11Host : public Host {
                             line_.mode == Mode::resident};
   X11Session session_;
   MachineFacts facts_{session_.desktopFacts};
+  AskedTriggers triggers_{{machine_.preferences, machine_.clock, machine_.log, &session_.panelActivations}};
 };
 
 }  // namespace

@@ -168,7 +168,7 @@ void SimulatedUser::pullTrigger() const {
   }
 }
 
-bool SimulatedUser::spaceChanged(const std::string& toSpaceID) {
+bool SimulatedUser::spaceChanged(const std::string& toSpaceID, bool /*isOurs*/) {
   if (!std::exchange(clicked_, false)) {
     current_ = toSpaceID;
     return false;

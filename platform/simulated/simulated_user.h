@@ -101,7 +101,7 @@ class SimulatedUser : public Toasts, public Pasteboard, public Presentation, pub
     bounceBack_ = std::move(bounceBack);
   }
   void refreshDockGuard(const std::string& currentSpaceID) override { current_ = currentSpaceID; }
-  bool spaceChanged(const std::string& toSpaceID) override;
+  bool spaceChanged(const std::string& toSpaceID, bool isOurs) override;
 
   /// He gives what the dialog asks for, or closes it. Nothing happens without a dialog.
   void answerRenameDialog(const std::optional<GivenName>& given);

@@ -22,6 +22,7 @@ X11Session::X11Session(std::unique_ptr<X11Connection> connection, MainQueue& que
       events(*connection_),
       workspace(queue, processes, installed_, applications_, actions_),
       globalHotKeys(*connection_),
+      panelActivations(*connection_),
       pasteboard(*connection_),
       screenCapture(*connection_),
       desktopFacts(*connection_, desktopReader_, windowReader_, processes),
@@ -43,6 +44,7 @@ void X11Session::handle(const xcb_generic_event_t& event) {
   windows.handle(event);
   displays.handle(event);
   globalHotKeys.handle(event);
+  panelActivations.handle(event);
   pasteboard.handle(event);
 }
 

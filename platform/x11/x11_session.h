@@ -17,6 +17,7 @@
 #include "platform/x11/x11_displays.h"
 #include "platform/x11/x11_global_hot_keys.h"
 #include "platform/x11/x11_keyboard.h"
+#include "platform/x11/x11_panel_activations.h"
 #include "platform/x11/x11_pasteboard.h"
 #include "platform/x11/x11_windows.h"
 #include "platform/x11/x11_workspace.h"
@@ -52,6 +53,7 @@ class X11Session {
   X11Events events;
   X11Workspace workspace;
   X11GlobalHotKeys globalHotKeys;
+  X11PanelActivations panelActivations;
   X11Pasteboard pasteboard;
   X11ScreenCapture screenCapture;
   X11DesktopFacts desktopFacts;

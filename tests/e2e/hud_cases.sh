@@ -25,6 +25,7 @@ hud_cases() {
   pass_if_eventually "a setting turns it off, but no messages" "No Space is called nowhere" shown_hud
   tallowin --unset hudEnabled >/dev/null
   full_screen_case "$trial"
+  dock_guard_case "$trial"
   capability ""
   ui_process_cases
   quit_instance
@@ -83,6 +84,22 @@ full_screen_case() {
 
 is_full_screen() {
   xprop -id "$1" -notype _NET_WM_STATE | grep -q FULLSCREEN
+}
+
+# wmctrl asks as a panel does.
+dock_guard_case() {
+  capability "Stay where you are when a panel activates a window elsewhere"
+  ask switch 1 >/dev/null
+  put_window "$1" 0
+  put_in_front 1
+  tallowin --set dockClickProtection true >/dev/null
+  local spy=$DESKTOP_DIRECTORY/desktops
+  start_group bash -c "stdbuf -oL xprop -spy -root -notype _NET_CURRENT_DESKTOP >'$spy'"
+  eventually grep -qs '= 1' "$spy"
+  wmctrl -i -a "$1"
+  pass_if_eventually "the user is taken back" "1 0 1" eval 'sed "s/.*= //" "$spy" | xargs'
+  end_group "$STARTED_GROUP"
+  tallowin --unset dockClickProtection >/dev/null
 }
 
 # It dies, and it hangs: another one is there soon, and nothing else suffers.
