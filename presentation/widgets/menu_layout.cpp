@@ -92,16 +92,16 @@ bool MenuLayout::take(const Menu& menu) {
   if (menu == menu_) {
     return false;
   }
+  const auto before = std::move(*this);
   menu_ = menu;
+  items_ = {{0, {nullptr, before.items_.at(0).properties, {}}}};
+  ids_ = {};
   ++revision_;
-  const auto top = items_.at(0).properties;
-  items_ = {{0, {nullptr, top, {}}}};
-  const auto before = std::exchange(ids_, {});
   add(0, "", menu_, before);
   return true;
 }
 
-void MenuLayout::add(int parent, const std::string& way, const Menu& entries, const IDs& before) {
+void MenuLayout::add(int parent, const std::string& way, const Menu& entries, const MenuLayout& before) {
   for (const auto& entry : entries) {
     auto key = way + '\n' + entry.label;
     for (const auto& word : entry.request) {
@@ -110,10 +110,12 @@ void MenuLayout::add(int parent, const std::string& way, const Menu& entries, co
     while (ids_.contains(key)) {
       key += '\n';  // separators, and Spaces of one name
     }
-    const auto known = before.find(key);
-    const int id = ids_[key] = known != before.end() ? known->second : ++lastID_;
+    const auto known = before.ids_.find(key);
+    const int id = ids_[key] = known != before.ids_.end() ? known->second : ++lastID_;
+    const auto* const last = before.entry(id);
     items_[parent].children.push_back(id);
-    items_[id] = {&entry, propertiesOf(entry), {}};
+    items_[id] = {
+        &entry, last != nullptr && *last == entry ? before.items_.at(id).properties : propertiesOf(entry), {}};
     add(id, key, entry.entries, before);
   }
 }

@@ -63,7 +63,8 @@ class MenuLayout {
   /// By what makes an entry the same: the way to it, its label, its request.
   using IDs = std::map<std::string, int>;
 
-  void add(int parent, const std::string& way, const Menu& entries, const IDs& before);
+  /// What is the same as before keeps its properties, as pictures take long to encode.
+  void add(int parent, const std::string& way, const Menu& entries, const MenuLayout& before);
 
   Menu menu_;
   std::map<int, Item> items_;
