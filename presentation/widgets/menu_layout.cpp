@@ -19,7 +19,8 @@ QByteArray pictureOf(const MenuEntry& entry) {
   constexpr int extent = 32;
   QByteArray bytes;
   QBuffer buffer(&bytes);
-  if (const auto picture = menuPicture(entry, extent); !picture.isNull() && buffer.open(QIODevice::WriteOnly)) {
+  if (const auto picture = menuPicture(entry, extent, anyGroundGrey);
+      !picture.isNull() && buffer.open(QIODevice::WriteOnly)) {
     picture.save(&buffer, "PNG");
   }
   return bytes;

@@ -18,9 +18,6 @@ namespace tallowin {
 
 namespace {
 
-/// Readable on light panels and on dark ones, as nobody says which it is.
-constexpr QColor panelGrey(0x80, 0x80, 0x88);
-
 QImage blank(int extent) {
   QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
@@ -38,7 +35,7 @@ void drawCentered(QPainter& painter, const QRectF& area, const std::string& text
 
 /// The active one is filled; the others are rings, or numbers alone.
 void paintMark(QPainter& painter, const QRectF& area, const StatusItem::Mark& mark) {
-  const auto color = colorFrom(mark.colorHex).value_or(panelGrey);
+  const auto color = colorFrom(mark.colorHex).value_or(anyGroundGrey);
   const double line = std::max(1.0, area.height() / 10);
   painter.setPen(Qt::NoPen);
   painter.setBrush(color);
@@ -70,7 +67,7 @@ void paintMarks(QPainter& painter, const StatusItem& item, int extent) {
     if (i < item.marks.size()) {
       paintMark(painter, area, item.marks[i]);
     } else {
-      drawCentered(painter, area, "+", panelGrey);
+      drawCentered(painter, area, "+", anyGroundGrey);
     }
   }
 }
@@ -99,7 +96,7 @@ QList<QImage> statusPictures(const StatusItem& item) {
   return pictures;
 }
 
-QImage menuPicture(const MenuEntry& entry, int extent) {
+QImage menuPicture(const MenuEntry& entry, int extent, const QColor& ink) {
   const auto color = colorFrom(entry.colorHex);
   if (!color && entry.symbol.empty()) {
     return {};
@@ -107,7 +104,7 @@ QImage menuPicture(const MenuEntry& entry, int extent) {
   auto image = blank(extent);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (paintSymbol(painter, QRectF(image.rect()), entry.symbol, color.value_or(panelGrey))) {
+  if (paintSymbol(painter, QRectF(image.rect()), entry.symbol, color.value_or(ink))) {
     return image;
   }
   if (!color) {

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFont>
 #include <QIcon>
@@ -40,11 +41,11 @@ void addHeading(QMenu& menu, const MenuEntry& entry) {
 /// Many styles show either an icon or a check mark, so what can be marked has an icon, which is the mark.
 QIcon menuIcon(const MenuEntry& entry, const QMenu& menu) {
   const int extent = menu.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &menu);
+  const auto ink = menu.palette().color(QPalette::WindowText);
   const bool isChecked = entry.mark == MenuEntry::Mark::check && entry.isMarked;
   QIcon icon;
   for (const int pixels : {extent, 2 * extent}) {
-    const auto picture = isChecked ? checkPicture(entry, pixels, menu.palette().color(QPalette::WindowText))
-                                   : menuPicture(entry, pixels);
+    const auto picture = isChecked ? checkPicture(entry, pixels, ink) : menuPicture(entry, pixels, ink);
     if (!picture.isNull()) {
       icon.addPixmap(QPixmap::fromImage(picture));
     } else if (entry.mark == MenuEntry::Mark::check) {
@@ -141,6 +142,7 @@ void StatusMenu::askForFile(const MenuEntry& entry) {
   fileDialog_->setOption(QFileDialog::DontUseNativeDialog);  // those of other libraries cannot be told from outside
   fileDialog_->setObjectName("fileDialog");
   fileDialog_->setAttribute(Qt::WA_DeleteOnClose);
+  fileDialog_->setDirectory(QDir::homePath());
   fileDialog_->setFileMode(QFileDialog::ExistingFile);
   fileDialog_->setWindowTitle(QString::fromStdString(entry.label).remove(QChar(0x2026)));
   QObject::connect(fileDialog_, &QFileDialog::fileSelected, fileDialog_,

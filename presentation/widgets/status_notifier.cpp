@@ -172,6 +172,10 @@ void StatusNotifier::act(const QDBusMessage& call, const std::function<void(int 
 }
 
 void StatusNotifier::lookForPanel() {
+  if (!bus_.isConnected()) {
+    panelChanged_(false);  // calls would never end
+    return;
+  }
   auto* const asked = new QDBusPendingCallWatcher(bus_.asyncCall(busCall("NameHasOwner", {panelName})), &calls_);
   QObject::connect(asked, &QDBusPendingCallWatcher::finished, &calls_, [this, asked] {
     asked->deleteLater();

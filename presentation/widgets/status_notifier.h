@@ -36,7 +36,8 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusPicture& picture);
 /// also for one that starts again. Main thread only; nothing blocks.
 class StatusNotifier : Pinned {
  public:
-  /// Told whether a panel has taken the item, when it has become known and whenever it changes.
+  /// Told whether a panel has taken the item, when it has become known (maybe by the constructor) and whenever it
+  /// changes.
   using PanelChanged = std::function<void(bool hasPanel)>;
 
   StatusNotifier(const QDBusConnection& bus, StatusControls& controls, PanelChanged panelChanged);

@@ -2,6 +2,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDBusConnection>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPoint>
 #include <QTest>
@@ -12,6 +15,7 @@
 #include "presentation/widgets/menu_layout.h"
 #include "presentation/widgets/space_pictures.h"
 #include "presentation/widgets/status_controls.h"
+#include "presentation/widgets/status_notifier.h"
 
 namespace tallowin {
 namespace {
@@ -109,6 +113,28 @@ TEST(StatusMenu, OpensWithWhatIsTrueThenAndIsUsedByKeyboard) {
   controls.menu().openAt({10, 10});
   instance.answer({notReached, "", "gone"});
   EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST(StatusMenu, AsksForTheFileThatAnEntryTakes) {
+  MenuInstance instance;
+  StatusControls controls(instance);
+  controls.menu().choose({.label = "Import…", .request = {"template", "import"}, .asksForFile = true});
+  auto* const dialog = qobject_cast<QFileDialog*>(QApplication::topLevelWidgets().value(0));
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(dialog->windowTitle(), "Import");
+  EXPECT_TRUE(instance.asked.empty());
+  auto* const field = dialog->findChild<QLineEdit*>();
+  field->setText(QApplication::applicationFilePath());
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(instance.asked.back(), "ui do -- template import " + QApplication::applicationFilePath().toStdString());
+}
+
+TEST(StatusNotifier, SaysWithoutABusThatThereIsNoPanel) {
+  MenuInstance instance;
+  StatusControls controls(instance);
+  std::optional<bool> taken;
+  const StatusNotifier item(QDBusConnection("nowhere"), controls, [&taken](bool hasPanel) { taken = hasPanel; });
+  EXPECT_EQ(taken, false);
 }
 
 TEST(StatusPicture, HasAMarkForEachSpaceOfWhichTheActiveOneIsFilled) {
