@@ -25,8 +25,9 @@ QImage blank(int extent) {
 }
 
 void drawCentered(QPainter& painter, const QRectF& area, const std::string& text, const QColor& color) {
+  const double height = std::min(area.height() * 0.9, area.width() * 1.4 / static_cast<double>(text.size()));
   auto font = painter.font();
-  font.setPixelSize(std::max(1, static_cast<int>(std::lround(area.height() * (text.size() > 1 ? 0.7 : 0.9)))));
+  font.setPixelSize(std::max(1, static_cast<int>(std::lround(height))));
   font.setBold(true);
   painter.setFont(font);
   painter.setPen(color);
@@ -53,7 +54,7 @@ void paintMark(QPainter& painter, const QRectF& area, const StatusItem::Mark& ma
   }
 }
 
-/// A plus after the marks stands for further Spaces.
+/// How many further Spaces there are is said in the rest of the last row.
 void paintMarks(QPainter& painter, const StatusItem& item, int extent) {
   const auto cells = item.marks.size() + (item.more > 0 ? 1 : 0);
   const auto columns = static_cast<std::size_t>(std::ceil(std::sqrt(cells)));
@@ -67,7 +68,8 @@ void paintMarks(QPainter& painter, const StatusItem& item, int extent) {
     if (i < item.marks.size()) {
       paintMark(painter, area, item.marks[i]);
     } else {
-      drawCentered(painter, area, "+", anyGroundGrey);
+      drawCentered(painter, area.adjusted(0, 0, extent - area.right(), 0), '+' + std::to_string(item.more),
+                   anyGroundGrey);
     }
   }
 }

@@ -2,13 +2,13 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
+#include <QCursor>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QImage>
-#include <QPoint>
 #include <QVariant>
 #include <QtEndian>
 #include <cstdlib>
@@ -128,7 +128,8 @@ BusInterface StatusNotifier::interface() {
   const auto acts = [this](std::function<void(int, int)> action) {
     return [this, action = std::move(action)](const QDBusMessage& call) { act(call, action); };
   };
-  const auto openMenu = acts([this](int x, int y) { controls_.menu().openAt(QPoint(x, y)); });
+  // At the pointer, as panels count in points of their own, or say nothing.
+  const auto openMenu = acts([this](int, int) { controls_.menu().openAt(QCursor::pos()); });
   return {.name = "org.kde.StatusNotifierItem",
           .methods = {{"Activate", "i i", "", openMenu},
                       {"ContextMenu", "i i", "", openMenu},
