@@ -97,20 +97,16 @@ Menu menuNow(const ProgramServices& services, const SpaceHistory& history, Windo
 
 std::string menuText(const Menu& menu) {
   std::string text;
-  const auto list = [&text](const auto& self, const Menu& entries, const std::string& indent) -> void {
-    for (const auto& entry : entries) {
-      if (entry.kind == MenuEntry::Kind::separator) {
-        continue;
-      }
-      text += indent + (entry.isMarked ? "* " : "  ") + printable(entry.label);
-      if (!entry.request.empty()) {
-        text += "\t" + printable(joined(entry.request, " "));
-      }
-      text += "\n";
-      self(self, entry.entries, indent + "  ");
+  visitMenu(menu, [&text](const MenuEntry& entry, std::size_t depth) {
+    if (entry.kind == MenuEntry::Kind::separator) {
+      return;
     }
-  };
-  list(list, menu, "");
+    text.append(2 * depth, ' ').append(entry.isMarked ? "* " : "  ").append(printable(entry.label));
+    if (!entry.request.empty()) {
+      text.append("\t").append(printable(joined(entry.request, " ")));
+    }
+    text.append("\n");
+  });
   return text;
 }
 

@@ -43,6 +43,7 @@ END {
     exit
   }
   number = split(peers, peer, "\t") - 1
+  if (number < 1) row("", "", "")
   for (i = 1; i <= number; ++i) {
     if (count[i + 1]) row(peer[i], with_spread(i + 1), ratio(i + 1))
     else row(peer[i], "not installed", "")

@@ -16,7 +16,7 @@ BENCH=$(dirname "${BASH_SOURCE[0]}")
 rows() {
   local figure=$1
   shift
-  sort -k 1,1n -k 2,2g | awk -v figure="$figure" -v peers="$(printf '%s\t' "$@")" -f "$BENCH/rows.awk"
+  sort -k 1,1n -k 2,2g | awk -v figure="$figure" -v peers="${*:+$(printf '%s\t' "$@")}" -f "$BENCH/rows.awk"
 }
 
 # The name of the program that a command starts.

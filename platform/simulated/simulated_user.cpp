@@ -139,14 +139,10 @@ void SimulatedUser::chooseInMenu(const std::vector<std::string>& path) {
 
 void SimulatedUser::lookAtMenu() {
   std::vector<std::string> lines;
-  const auto list = [&lines](const auto& self, const Menu& menu, const std::string& indent) -> void {
-    for (const auto& entry : menu) {
-      lines.push_back(indent + (entry.kind == MenuEntry::Kind::separator ? "---" : entry.label) +
-                      (entry.isMarked ? " *" : ""));
-      self(self, entry.entries, indent + "  ");
-    }
-  };
-  list(list, actions_.menu(), "");
+  visitMenu(actions_.menu(), [&lines](const MenuEntry& entry, std::size_t depth) {
+    const auto label = entry.kind == MenuEntry::Kind::separator ? "---" : entry.label;
+    lines.push_back(std::string(2 * depth, ' ') + label + (entry.isMarked ? " *" : ""));
+  });
   note("menu", {{"entries", lines}});
 }
 

@@ -176,6 +176,13 @@ Menu statusMenu(const MenuContent& content) {
   return menu;
 }
 
+void visitMenu(const Menu& menu, const std::function<void(const MenuEntry&, std::size_t)>& visit) {
+  for (const auto& entry : menu) {
+    visit(entry, 0);
+    visitMenu(entry.entries, [&visit](const MenuEntry& inner, std::size_t depth) { visit(inner, depth + 1); });
+  }
+}
+
 const MenuEntry* entryAt(const Menu& menu, const std::vector<std::string>& path) {
   const MenuEntry* entry = nullptr;
   const Menu* level = &menu;

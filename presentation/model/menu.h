@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -48,6 +49,9 @@ struct MenuContent {
 
 /// The menu of the status item. What cannot be done is left out.
 [[nodiscard]] Menu statusMenu(const MenuContent& content);
+
+/// Visits the entries from top to bottom, those of a submenu behind it; the depth of the outermost is 0.
+void visitMenu(const Menu& menu, const std::function<void(const MenuEntry& entry, std::size_t depth)>& visit);
 
 /// The entry with these labels on the way to it, from the outermost; null when there is none, or it does nothing.
 [[nodiscard]] const MenuEntry* entryAt(const Menu& menu, const std::vector<std::string>& path);
