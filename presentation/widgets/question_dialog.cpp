@@ -1,9 +1,11 @@
 #include "presentation/widgets/question_dialog.h"
 
+#include <QEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -12,13 +14,26 @@
 namespace tallowin {
 
 QuestionDialog::QuestionDialog(const char* instance, Answered answered, Kind kind)
-    : QDialog(nullptr, kind == Kind::popUp ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+    : QDialog(nullptr, kind == Kind::popUp ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                                                 Qt::WindowDoesNotAcceptFocus
                                            : Qt::WindowFlags(Qt::Dialog)),
       answered_(std::move(answered)) {
   setObjectName(instance);
   setAttribute(Qt::WA_DeleteOnClose);
-  setAttribute(Qt::WA_ShowWithoutActivating, kind == Kind::popUp);  // heeded when the window is made, by the next line
+  setAttribute(Qt::WA_ShowWithoutActivating, kind == Kind::popUp);  // heeded when the window is made
+  create();
   setWindowInstance(*this, instance);
+  windowHandle()->installEventFilter(this);
+}
+
+/// Not every window manager heeds that a window is to be shown without the focus, but each one that it accepts none.
+bool QuestionDialog::eventFilter(QObject* watched, QEvent* event) {
+  auto* const window = windowHandle();
+  if (event->type() == QEvent::MouseButtonPress && window->flags().testFlag(Qt::WindowDoesNotAcceptFocus)) {
+    window->setFlag(Qt::WindowDoesNotAcceptFocus, false);
+    activateForUser(*this);
+  }
+  return QDialog::eventFilter(watched, event);
 }
 
 void QuestionDialog::present() {
@@ -28,7 +43,7 @@ void QuestionDialog::present() {
   move(area.center() - rect().center());
   show();
   raise();
-  activateWindow();
+  activateForUser(*this);
 }
 
 void QuestionDialog::withdraw() {

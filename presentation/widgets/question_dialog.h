@@ -28,6 +28,7 @@ class QuestionDialog : public QDialog {
   void withdraw();
 
   void done(int result) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  protected:
   /// Answers and closes.

@@ -31,6 +31,12 @@ using Replied = std::unique_ptr<Reply, decltype(&std::free)>;
 
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;  // EWMH, _NET_WM_DESKTOP
 
+constexpr std::uint8_t bitsOfNumber = 32;
+
+xcb_window_t rootOf(xcb_connection_t* connection) {
+  return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
 /// The atoms of these names, which are made where there are none.
 std::vector<xcb_atom_t> atoms(xcb_connection_t* connection, std::initializer_list<std::string_view> names) {
   std::vector<xcb_intern_atom_cookie_t> asked;
@@ -52,7 +58,6 @@ xcb_get_property_cookie_t ask(xcb_connection_t* connection, xcb_window_t window,
 
 /// What a property holds that is a list of 32-bit numbers; nothing when there is none.
 std::vector<std::uint32_t> numbers(xcb_connection_t* connection, xcb_get_property_cookie_t asked) {
-  constexpr std::uint8_t bitsOfNumber = 32;
   const Replied<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, asked, nullptr), &std::free);
   if (!reply || reply->format != bitsOfNumber) {
     return {};
@@ -75,6 +80,25 @@ void setWindowInstance(QWidget& window, const char* instance) {
                       XCB_ATOM_STRING, bitsOfText, static_cast<std::uint32_t>(texts.size()), texts.data());
 }
 
+void activateForUser(QWidget& window) {
+  window.activateWindow();
+  auto* const connection = xConnection();
+  if (connection == nullptr) {
+    return;
+  }
+  constexpr std::uint32_t fromUser = 2;  // EWMH, _NET_ACTIVE_WINDOW: what pagers say of what the user does
+  xcb_client_message_event_t event = {};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = bitsOfNumber;
+  event.window = static_cast<xcb_window_t>(window.winId());
+  event.type = atoms(connection, {"_NET_ACTIVE_WINDOW"}).front();
+  event.data.data32[0] = fromUser;
+  xcb_send_event(connection, 0, rootOf(connection),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(connection);
+}
+
 bool hasCompositor() {
   auto* const connection = xConnection();
   if (connection == nullptr) {
@@ -93,7 +117,7 @@ bool isFullScreenInFront() {
   }
   const auto names = atoms(connection, {"_NET_CLIENT_LIST_STACKING", "_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP",
                                         "_NET_WM_STATE", "_NET_WM_STATE_FULLSCREEN"});
-  const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+  const auto root = rootOf(connection);
   const auto stackingAsked = ask(connection, root, names[0]);
   const auto currentAsked = ask(connection, root, names[1]);
   auto windows = numbers(connection, stackingAsked);

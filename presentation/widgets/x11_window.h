@@ -10,6 +10,10 @@ namespace tallowin {
 /// Sets WM_CLASS (ICCCM 4.1.2.5) to this instance name and the class "Tallowin". To be called before the first show.
 void setWindowInstance(QWidget& window, const char* instance);
 
+/// Gives it the focus, as the user wants it just now. QWidget::activateWindow() is what a program may ask for by
+/// itself, and is refused by some window managers while another window is in use.
+void activateForUser(QWidget& window);
+
 /// Whether a compositor runs, so that windows can be translucent (the owner of _NET_WM_CM_Sn).
 [[nodiscard]] bool hasCompositor();
 
