@@ -63,7 +63,8 @@ void paintMarks(QPainter& painter, const StatusItem& item, int extent) {
   const double top = (extent - cell * static_cast<double>(rows)) / 2;
   const double margin = std::max(0.5, cell / 16);
   for (std::size_t i = 0; i < cells; ++i) {
-    const QPointF corner(static_cast<double>(i % columns) * cell, top + static_cast<double>(i / columns) * cell);
+    const auto row = i / columns;
+    const QPointF corner(static_cast<double>(i % columns) * cell, top + static_cast<double>(row) * cell);
     const auto area = QRectF(corner, QSizeF(cell, cell)).adjusted(margin, margin, -margin, -margin);
     if (i < item.marks.size()) {
       paintMark(painter, area, item.marks[i]);
