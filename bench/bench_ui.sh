@@ -57,7 +57,7 @@ both() {
 
 idle() {
   local before
-  sleep 2
+  sleep 5
   before=$(both wake_ups)
   sleep 20
   join <(echo "$before") <(both wake_ups) | awk '{ print $1, ($3 - $2) / 20 }'

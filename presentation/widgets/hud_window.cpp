@@ -1,7 +1,7 @@
 #include "presentation/widgets/hud_window.h"
 
 #include <QAccessible>
-#include <QAccessibleEvent>
+#include <QAccessibleWidget>
 #include <QBitmap>
 #include <QEvent>
 #include <QFontMetrics>
@@ -28,6 +28,12 @@ QRect inPixels(const CGRect& rectangle) {
 CGRect inPoints(const QRect& rectangle) {
   return {{static_cast<double>(rectangle.x()), static_cast<double>(rectangle.y())},
           {static_cast<double>(rectangle.width()), static_cast<double>(rectangle.height())}};
+}
+
+/// What a screen reader is told of the pop-up: a notification, whose name is what it says.
+QAccessibleInterface* describeHUD(const QString& /*className*/, QObject* object) {
+  auto* const window = dynamic_cast<HUDWindow*>(object);
+  return window != nullptr ? new QAccessibleWidget(window, QAccessible::Notification) : nullptr;
 }
 
 /// How a line of text is painted.
@@ -58,6 +64,7 @@ HUDWindow::HUDWindow()
   setAttribute(Qt::WA_TranslucentBackground);
   setFocusPolicy(Qt::NoFocus);
   setWindowInstance(*this, "tallowin-hud");
+  QAccessible::installFactory(&describeHUD);
   end_.setSingleShot(true);
   QObject::connect(&end_, &QTimer::timeout, this, [this] { fadeOut(); });
   fade_.setStartValue(1.0);

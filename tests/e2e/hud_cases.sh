@@ -7,7 +7,7 @@ hud_cases() {
   start_instance
   eventually ui_process >/dev/null
   ask "tallowin://rename/2?name=Mail%20%26%20more" >/dev/null
-  local trial
+  local trial number
   trial=$(window_called TRIAL)
   put_in_front 0
   focus "$trial"
@@ -15,6 +15,10 @@ hud_cases() {
   pass_if_eventually "it says where the user has got to" "Mail & more" shown_hud
   pass_if "in no list of windows, and so never in the way of keys" "" "$(wmctrl -lx | grep -i tallowin)"
   pass_if_eventually "it goes by itself" "" shown_hud
+  for number in 1 2 3 1 2 3 1 2 3 1 2 3 1 2 3 1 2 3 1 2; do
+    ask "tallowin://switch/$number" >/dev/null
+  done
+  pass_if_eventually "after twenty switches it says the last" "Mail & more" shown_hud
   click_through_case "$trial"
   ask switch 9 >/dev/null
   pass_if_eventually "messages stand in the same place" "There is no Desktop 9" shown_hud
