@@ -41,6 +41,9 @@ class UiPresentation : public Windowless, public Toasts, public AlertDisplay, Pi
 
   explicit UiPresentation(Services services);
 
+  /// Whether there is a ui process.
+  [[nodiscard]] bool isShown() const { return link_.isAttached(); }
+
   void show(const Toast& toast) override;
   Subscription show(const Alert& alert, const std::string& howToAnswer, Answered answered) override;
 

@@ -19,7 +19,7 @@ std::optional<PropertyList> noGlobalPreference(std::string_view /*key*/) {
 
 SetUpCheck busCheck(const BusFacts& bus) {
   if (!bus.answers) {
-    return {"D-Bus", false, "There is no message bus of yours, so no notifications, and no calls by other programs.",
+    return {"D-Bus", false, "There is no message bus of yours, so no calls by other programs, and no notifications.",
             "Install dbus-user-session, or start the desktop by dbus-run-session."};
   }
   return {"D-Bus", true,
@@ -65,7 +65,11 @@ std::vector<SetUpCheck> MachineFacts::checks() {
   const auto* const module = loadDBusModule();
   const auto bus = module != nullptr ? module->busFacts() : BusFacts();
   checks.push_back(busCheck(bus));
-  if (bus.answers) {
+  const auto windows = machine_.windowsCheck();
+  if (windows) {
+    checks.push_back(*windows);
+  }
+  if (bus.answers && !machine_.showsWindows()) {
     checks.push_back(notificationsCheck(bus));
   }
   checks.push_back(autostartCheck());
@@ -91,6 +95,7 @@ Machine::Machine(const CommandLine& line, std::unique_ptr<InstanceLock> lock, st
       folders(machineFolders(line.home)),
       preferences(storage, files, mainQueue, preferencesFile(folders), noGlobalPreference),
       mode_(line.mode),
+      isWindowless_(line.noUi),
       ui_({preferences, mainQueue, clock, log, children, dbus_, dbus_, uiProgram(line, display), TALLOWIN_VERSION}),
       channel_(std::make_unique<NeutralCommandChannel>()) {
   if (lock) {
@@ -124,6 +129,21 @@ DesktopService& Machine::desktopService() {
     return dbus_;
   }
   return neutralDesktopService_;
+}
+
+std::optional<SetUpCheck> Machine::windowsCheck() const {
+  if (mode_ != Mode::resident) {
+    return std::nullopt;
+  }
+  if (showsWindows()) {
+    return SetUpCheck{"Windows", true, "The pop-up, the menu in the panel, messages and questions have windows."};
+  }
+  if (isWindowless_) {
+    return SetUpCheck{"Windows", true, "Tallowin was started without windows (--no-ui)."};
+  }
+  return SetUpCheck{
+      "Windows", false, "Tallowin shows no windows; messages and questions are notifications.",
+      "Install tallowin-ui, which the running Tallowin starts; called in a terminal it tells why it ends."};
 }
 
 void Machine::begin() {

@@ -55,6 +55,9 @@ class Machine {
   [[nodiscard]] WaysIn waysIn();
   [[nodiscard]] CommandChannel& commandChannel() { return *channel_; }
   [[nodiscard]] DesktopService& desktopService();
+  [[nodiscard]] bool showsWindows() const { return ui_.isShown(); }
+  /// How its windows are, for the resident program; nothing for others.
+  [[nodiscard]] std::optional<SetUpCheck> windowsCheck() const;
 
   /// For modes that run the loop: makes SIGTERM, SIGINT and SIGHUP stop it, the second time end the process. Before and
   /// without it these signals end the process at once.
@@ -62,6 +65,7 @@ class Machine {
 
  private:
   const Mode mode_;
+  const bool isWindowless_;  ///< as the user wants it
   LogToasts logToasts_{log};
   LazyDBus dbus_{mainQueue, mainQueue, clock, log};
   NeutralAlerts neutralAlerts_;
@@ -79,13 +83,14 @@ class Machine {
 /// desktop. Main thread only.
 class MachineFacts : public DesktopFacts {
  public:
-  explicit MachineFacts(DesktopFacts& desktop) : desktop_(desktop) {}
+  MachineFacts(DesktopFacts& desktop, const Machine& machine) : desktop_(desktop), machine_(machine) {}
 
   std::optional<WindowManagerFacts> windowManager() override { return desktop_.windowManager(); }
   std::vector<SetUpCheck> checks() override;
 
  private:
   DesktopFacts& desktop_;
+  const Machine& machine_;
 };
 
 /// The user's folders on this machine.

@@ -58,7 +58,7 @@ class NoneHost : public Host {
   NeutralGlobalHotKeys globalHotKeys_;
   NeutralAppleScript appleScript_;
   NoDesktopFacts noDesktop_{[this] { return whyThereIsNone(line_); }};
-  MachineFacts desktopFacts_{noDesktop_};
+  MachineFacts desktopFacts_{noDesktop_, machine_};
   AskedTriggers triggers_{{machine_.preferences, machine_.clock, machine_.log, nullptr}};
   NeutralNotificationCenter notifications_;
   NeutralScreenCapture screenCapture_;

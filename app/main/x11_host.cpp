@@ -71,7 +71,7 @@ class X11Host : public Host {
                             AppPaths::supportDirectory(machine_.folders) / KeptDesktopPlaces::fileName,
                             line_.mode == Mode::resident};
   X11Session session_;
-  MachineFacts facts_{session_.desktopFacts};
+  MachineFacts facts_{session_.desktopFacts, machine_};
   AskedTriggers triggers_{{machine_.preferences, machine_.clock, machine_.log, &session_.panelActivations}};
 };
 
