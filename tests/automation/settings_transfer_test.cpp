@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "automation/diagnostics.h"
-#include "base/json_text.h"
 #include "tests/storing_program.h"
 
 namespace tallowin {

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 
@@ -15,8 +16,6 @@
 
 namespace tallowin {
 namespace {
-
-using namespace std::chrono_literals;
 
 /// What the other end of a connection sees.
 class RawClient {
@@ -261,6 +260,21 @@ TEST_F(ChannelTest, TheEndOfTheInstanceLetsTheNextOneStartBeforeItIsTold) {
   EXPECT_EQ(client.frames(), (std::vector<std::string>{std::string("x\0", 2)}));
   EXPECT_EQ(InstanceLock(folder).state(), InstanceLock::State::held);
   EXPECT_EQ(ask({}).outcome, HandOver::Outcome::notRunning);
+}
+
+TEST_F(ChannelTest, WithoutDescriptorsItTriesAgainSoon) {
+  const auto instance = listen([](const Request&, std::unique_ptr<Caller> caller) { caller->exit(0); });
+  RawClient client(socketPath());
+  client.send(channel::encodeRequest("/", {"list"}));
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  loop.runReady();
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(log.lines, (std::vector<std::string>{"cannot accept a connection: Too many open files"})) << "said once";
+  ASSERT_TRUE(loop.runUntil([&] { return !client.read(); }));
+  EXPECT_EQ(client.frames(), (std::vector<std::string>{std::string("x\0", 2)}));
 }
 
 TEST(InstanceLock, SaysWhyItCannotBeHad) {
