@@ -1,4 +1,4 @@
-// Timing Spaces, in virtual time and in several time zones, and what people and programs are shown of it.
+// Sums of times in several time zones, and what people are shown of them.
 
 #include "automation/time_tracker.h"
 
@@ -9,34 +9,6 @@
 
 namespace tallowin {
 namespace {
-
-using namespace std::chrono_literals;
-
-struct TimingProgram : StoringProgram {
-  TimingProgram() : StoringProgram("{}") {}
-
-  void enter(const std::string& id) {
-    Space space;
-    space.id = id;
-    tracker.spaceChanged(space);
-  }
-
-  TimeTracker tracker{services};
-};
-
-TEST(TimeTracker, DropsWhatNobodyCanHaveMeant) {
-  const std::pair<Duration, bool> cases[] = {{0s, false}, {1ms, true}, {6h - 1ms, true}, {6h, false}, {-1h, false}};
-  for (const auto& [elapsed, counts] : cases) {
-    TimingProgram program;
-    program.enter("a");
-    program.time.jumpWallClock(elapsed);
-    program.tracker.flush();
-    EXPECT_EQ(program.tracker.days().empty(), !counts) << elapsed.count();
-    program.time.advance(2s);
-    EXPECT_EQ(program.tracker.totals(1).at("a"), 2 + (counts ? std::chrono::duration<double>(elapsed).count() : 0))
-        << "the next interval is counted again, after " << elapsed.count();
-  }
-}
 
 // A day of 23 or 25 hours is one day: a look back of n days by the calendar finds n keys, none twice and none left out,
 // however close to midnight it is made.

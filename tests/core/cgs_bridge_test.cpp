@@ -1,5 +1,5 @@
-// The window server through functions found by name, and what happens without them; and the symbol-table walk over good
-// images and over images that are wrong in one known way.
+// The window server through functions found by name; and the symbol-table walk over good images and over images that
+// are wrong in one known way.
 
 #include "core/driven/cgs_bridge.h"
 
@@ -15,27 +15,6 @@
 
 namespace tallowin {
 namespace {
-
-using testing::ElementsAre;
-
-TEST(CGSBridge, IsNeutralWithoutAnyFunction) {
-  SimulatedProgram program(R"({"missingFunctions": "all"})");
-  auto& bridge = program.bridge;
-  EXPECT_EQ(bridge.CGSBridgeProbe().bits(), 0U);
-  EXPECT_EQ(bridge.CGSBridgeConnection(), 0U);
-  EXPECT_EQ(bridge.CGSBridgeCopyManagedDisplaySpaces(), std::nullopt);
-  EXPECT_EQ(bridge.CGSBridgeCopyActiveMenuBarDisplayIdentifier(), std::nullopt);
-  EXPECT_FALSE(bridge.CGSBridgeRegisterSpaceNotifications([](WindowServerEvent) {}));
-  EXPECT_EQ(bridge.CGSBridgeGetSymbolicHotKey(79), std::nullopt);
-  EXPECT_FALSE(bridge.CGSBridgeSetSymbolicHotKeyEnabled(79, true));
-  EXPECT_EQ(bridge.CGSBridgeCopySpacesForWindow(1), std::nullopt);
-  EXPECT_EQ(bridge.CGSBridgeAXWindowID(std::make_shared<AXElementHandle>()), std::nullopt);
-  EXPECT_FALSE(bridge.CGSBridgeMoveWindowToSpace(1, 2));
-  EXPECT_FALSE(bridge.CGSBridgeDockNotify("com.apple.expose.awake"));
-  EXPECT_FALSE(bridge.CGSBridgeStartTouchMonitor([](const TouchFrame&) {}));
-  EXPECT_EQ(program.provider.snapshot(), std::nullopt);
-  EXPECT_THAT(program.takeLog(), ElementsAre("CGSCopyManagedDisplaySpaces returned nothing"));
-}
 
 TEST(CGSBridge, HealthTellsWhatIsMissing) {
   const std::pair<const char*, std::uint32_t> cases[] = {
