@@ -76,6 +76,10 @@ void UiPresentation::attached() {
 
 void UiPresentation::gone() {
   services_.log.error(uiPresentationCategory, "the ui process is gone");
+  if (!services_.program) {
+    giveUp();  // somebody had started it by hand
+    return;
+  }
   await();
   if (!process_.isRunning()) {
     process_.startSoon();
@@ -93,9 +97,20 @@ void UiPresentation::giveUp() {
     numbers.push_back(number);
   }
   for (const auto number : numbers) {
-    if (const auto found = questions_.find(number); found != questions_.end()) {
-      found->second.shownByStandIn = found->second.standIn();
-    }
+    showByStandIn(number);
+  }
+}
+
+/// The question may be closed by that.
+void UiPresentation::showByStandIn(std::uint64_t number) {
+  const auto found = questions_.find(number);
+  if (found == questions_.end() || found->second.shownByStandIn) {
+    return;
+  }
+  const auto standIn = found->second.standIn;  // it goes with the question
+  auto shown = standIn();
+  if (const auto open = questions_.find(number); open != questions_.end()) {
+    open->second.shownByStandIn = std::move(shown);
   }
 }
 
@@ -149,11 +164,11 @@ void UiPresentation::giveFeedback(const SpaceRow& to) {
 // Questions.
 
 void UiPresentation::ask(std::uint64_t number, Question question) {
-  auto& asked = questions_.insert_or_assign(number, std::move(question)).first->second;
+  const auto& asked = questions_.insert_or_assign(number, std::move(question)).first->second;
   if (link_.isAttached()) {
     link_.send(asked.message);
   } else if (!isComing()) {
-    asked.shownByStandIn = asked.standIn();
+    showByStandIn(number);
   }
 }
 
@@ -193,13 +208,15 @@ Shown UiPresentation::askForName(const NameQuestion& question, NameGiven given) 
   if (!makesWindows()) {
     return Windowless::askForName(question, std::move(given));
   }
-  const auto number = replace(nameQuestion_);
+  const auto number = replace(question.isNew ? newSpaceQuestion_ : nameQuestion_);
   ask(number, {ui::AskName{number, question},
                [given](const Words& words) {
                  const auto name = valueOf(words, "name");
-                 given(name ? std::optional(GivenName{*name, valueOf(words, "symbol"), valueOf(words, "color")})
-                            : std::nullopt);
-                 return true;
+                 if (words.empty() || name) {
+                   given(name ? std::optional(GivenName{*name, valueOf(words, "symbol"), valueOf(words, "color")})
+                              : std::nullopt);
+                 }
+                 return words.empty() || name;
                },
                [this, number, question, given] {
                  questions_.erase(number);

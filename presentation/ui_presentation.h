@@ -73,6 +73,7 @@ class UiPresentation : public Windowless, public Toasts, public AlertDisplay, Pi
   void giveUp();
   [[nodiscard]] bool makesWindows();
   void ask(std::uint64_t number, Question question);
+  void showByStandIn(std::uint64_t number);
   std::uint64_t replace(std::uint64_t& open);
   void close(std::uint64_t number);
   [[nodiscard]] std::string answer(const Words& words);
@@ -89,6 +90,7 @@ class UiPresentation : public Windowless, public Toasts, public AlertDisplay, Pi
   std::map<std::uint64_t, Question> questions_;
   std::uint64_t lastQuestion_ = 0;
   std::uint64_t nameQuestion_ = 0;  ///< the open one; 0 for none, here and below
+  std::uint64_t newSpaceQuestion_ = 0;
   std::uint64_t noteQuestion_ = 0;
 };
 

@@ -10,6 +10,7 @@
 #include <QRect>
 #include <QScreen>
 #include <QString>
+#include <QTextDocument>
 #include <QWheelEvent>
 
 #include "presentation/widgets/space_pictures.h"
@@ -27,7 +28,7 @@ void TrayIcon::show(const StatusItem& item) {
     icon.addPixmap(QPixmap::fromImage(picture));
   }
   setIcon(icon);
-  setToolTip(QString::fromStdString(item.toolTip));
+  setToolTip(Qt::convertFromPlainText(QString::fromStdString(item.toolTip)));  // else names could be markup
   setVisible(true);
 }
 

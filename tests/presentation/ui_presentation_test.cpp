@@ -158,6 +158,14 @@ TEST_F(UiPresentationTest, StartsItAgainAndAsksAgain) {
   EXPECT_THAT(standIn, ElementsAre("Really?"));
 }
 
+TEST_F(UiPresentationTest, EndsAQuestionThatNobodyCanShow) {
+  begin();
+  std::optional<bool> isNamed;
+  ASSERT_TRUE(presentation.askForName({}, [&isNamed](const auto& given) { isNamed = given.has_value(); }));
+  program.time.runFor(UiPresentation::startTime);
+  EXPECT_EQ(isNamed, std::optional(false)) << "the process has not come";
+}
+
 TEST_F(UiPresentationTest, EndsAProcessThatHangs) {
   begin();
   const auto ui = say({"attach", "1"});
@@ -194,6 +202,11 @@ TEST_F(UiPresentationTest, ClosesWhatIsAnsweredElsewhereAndTakesNoWrongAnswer) {
   EXPECT_THAT(take(*ui), ElementsAre("note a", "withdraw 3", "note b"));
   say({"answer", "4", ""});
   EXPECT_THAT(notes, ElementsAre(std::nullopt, std::optional<std::string>("")));
+  const auto renamed = [](const std::optional<GivenName>& /*given*/) {};
+  ASSERT_TRUE(presentation.askForName({.space = {.name = "Mail"}}, renamed));
+  ASSERT_TRUE(presentation.askForName({.space = {.name = "new"}, .isNew = true}, renamed));
+  EXPECT_THAT(take(*ui), ElementsAre("name Mail", "name new")) << "a new Space does not take the user's dialog away";
+  EXPECT_EQ(say({"answer", "5", "Post"})->status, 64) << "a name is said with its key";
 }
 
 TEST(UiMessages, ComeBackAsTheyWereAndPassOverWhatIsNew) {
