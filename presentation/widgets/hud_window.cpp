@@ -72,6 +72,7 @@ HUDWindow::HUDWindow()
   fade_.setDuration(fadeMilliseconds);
   QObject::connect(&fade_, &QVariantAnimation::valueChanged, this, [this] { update(); });
   QObject::connect(&fade_, &QVariantAnimation::finished, this, [this] { hide(); });
+  whenScreenGoes(*this, [this] { place(); });
 }
 
 void HUDWindow::show(const HUD& hud) {

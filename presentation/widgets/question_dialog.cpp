@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScreen>
@@ -24,6 +25,11 @@ QuestionDialog::QuestionDialog(const char* instance, Answered answered, Kind kin
   create();
   setWindowInstance(*this, instance);
   windowHandle()->installEventFilter(this);
+  whenScreenGoes(*this, [this] {
+    if (isVisible() && QGuiApplication::screenAt(frameGeometry().center()) == nullptr) {
+      moveToPointer();
+    }
+  });
 }
 
 /// Not every window manager heeds that a window is to be shown without the focus, but each one that it accepts none.
@@ -37,13 +43,17 @@ bool QuestionDialog::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void QuestionDialog::present() {
-  const auto area = screenAtPointer()->availableGeometry();
   adjustSize();
-  resize(size().boundedTo(area.size()));
-  move(area.center() - rect().center());
+  moveToPointer();
   show();
   raise();
   activateForUser(*this);
+}
+
+void QuestionDialog::moveToPointer() {
+  const auto area = screenAtPointer()->availableGeometry();
+  resize(size().boundedTo(area.size()));
+  move(area.center() - rect().center());
 }
 
 void QuestionDialog::withdraw() {

@@ -38,6 +38,9 @@ class QuestionDialog : public QDialog {
   QWidget* buttonRow(const std::vector<QPushButton*>& buttons, std::size_t defaultButton);
 
  private:
+  /// Into the middle of the screen of the pointer, no larger than it.
+  void moveToPointer();
+
   Answered answered_;
   std::vector<std::string> words_;
 };

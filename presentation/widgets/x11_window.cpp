@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 #include <xcb/xcb.h>
 
@@ -141,6 +142,11 @@ bool isFullScreenInFront() {
 QScreen* screenAtPointer() {
   auto* const screen = QGuiApplication::screenAt(QCursor::pos());
   return screen != nullptr ? screen : QGuiApplication::primaryScreen();
+}
+
+void whenScreenGoes(QWidget& window, std::function<void()> then) {
+  // Queued, as the screen is still there when it is said.
+  QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &window, std::move(then), Qt::QueuedConnection);
 }
 
 }  // namespace tallowin

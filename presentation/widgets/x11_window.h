@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 class QScreen;
 class QWidget;
 
@@ -23,5 +25,8 @@ void activateForUser(QWidget& window);
 
 /// The screen that the pointer is on, else the primary one.
 [[nodiscard]] QScreen* screenAtPointer();
+
+/// Runs `then` soon after a screen has gone, as long as `window` lives: what was shown there stays outside all others.
+void whenScreenGoes(QWidget& window, std::function<void()> then);
 
 }  // namespace tallowin

@@ -15,6 +15,7 @@ set -u
 . "$(dirname "$0")/http_cases.sh"
 . "$(dirname "$0")/hud_cases.sh"
 . "$(dirname "$0")/ui_cases.sh"
+. "$(dirname "$0")/monitor_cases.sh"
 
 tallowin() {
   ask --platform x11 "$@"
@@ -327,6 +328,10 @@ window_manager_cases() {
   [[ $1 =~ ^(openbox|xfwm4)$ ]] || return
   start_desktop "$1" || return
   ui_cases
+  stop_desktop
+  [ "$1" == openbox ] || return
+  start_desktop "$1" || return
+  monitor_cases
   stop_desktop
 }
 
