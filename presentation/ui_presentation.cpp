@@ -281,6 +281,7 @@ std::string UiPresentation::answer(const Words& words) {
   }
   auto question = questions_.extract(found);
   if (question.mapped().answered({words.begin() + 1, words.end()})) {
+    link_.send(ui::Withdraw{question.key()});  // it may have been answered by somebody else
     return "";
   }
   questions_.insert(std::move(question));

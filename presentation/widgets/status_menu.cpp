@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFont>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QMenu>
 #include <QPalette>
@@ -25,13 +26,16 @@ namespace {
 
 using Choose = std::function<void(const MenuEntry& entry)>;
 
-/// With nothing in it that a menu would take for a mnemonic.
-QString plainLabel(const std::string& label) {
-  return QString::fromStdString(label).replace('&', "&&");
+/// Not wider than is useful, and with nothing in it that a menu would take for a mnemonic or a shortcut.
+QString plainLabel(const std::string& label, const QMenu& menu) {
+  constexpr int widthInLines = 30;
+  const auto metrics = menu.fontMetrics();
+  const auto text = QString::fromStdString(label).replace('\t', ' ');
+  return metrics.elidedText(text, Qt::ElideRight, widthInLines * metrics.height()).replace('&', "&&");
 }
 
 void addHeading(QMenu& menu, const MenuEntry& entry) {
-  auto* const heading = menu.addAction(plainLabel(entry.label));
+  auto* const heading = menu.addAction(plainLabel(entry.label, menu));
   auto font = heading->font();
   font.setBold(true);
   heading->setFont(font);
@@ -58,7 +62,7 @@ QIcon menuIcon(const MenuEntry& entry, const QMenu& menu) {
 }
 
 void addAction(QMenu& menu, QActionGroup& choices, const MenuEntry& entry, const Choose& choose) {
-  auto* const action = menu.addAction(menuIcon(entry, menu), plainLabel(entry.label));
+  auto* const action = menu.addAction(menuIcon(entry, menu), plainLabel(entry.label, menu));
   action->setIconVisibleInMenu(true);
   action->setCheckable(entry.mark != MenuEntry::Mark::none);
   if (entry.mark == MenuEntry::Mark::radio) {
@@ -83,7 +87,7 @@ void fill(QMenu& menu, const Menu& entries, const Choose& choose) {
         menu.addSeparator();
         break;
       case MenuEntry::Kind::submenu:
-        fill(*menu.addMenu(plainLabel(entry.label)), entry.entries, choose);
+        fill(*menu.addMenu(plainLabel(entry.label, menu)), entry.entries, choose);
         break;
     }
   }

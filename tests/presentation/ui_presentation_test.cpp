@@ -193,6 +193,7 @@ TEST_F(UiPresentationTest, ClosesWhatIsAnsweredElsewhereAndTakesNoWrongAnswer) {
   EXPECT_THAT(take(*ui), ElementsAre("withdraw 1"));
   EXPECT_EQ(say({"answer", "2", "2"})->status, 64);
   EXPECT_EQ(say({"answer", "2", "1"})->status, 0);
+  EXPECT_THAT(take(*ui), ElementsAre("withdraw 2")) << "whoever has answered";
   EXPECT_EQ(say({"answer", "2"})->status, 0) << "too late";
   EXPECT_THAT(answers, ElementsAre(std::optional<std::size_t>(1)));
   std::vector<std::optional<std::string>> notes;
@@ -201,6 +202,7 @@ TEST_F(UiPresentationTest, ClosesWhatIsAnsweredElsewhereAndTakesNoWrongAnswer) {
   ASSERT_TRUE(presentation.askForNote({.text = "b"}, noted));
   EXPECT_THAT(take(*ui), ElementsAre("note a", "withdraw 3", "note b"));
   say({"answer", "4", ""});
+  take(*ui);
   EXPECT_THAT(notes, ElementsAre(std::nullopt, std::optional<std::string>("")));
   const auto renamed = [](const std::optional<GivenName>& /*given*/) {};
   ASSERT_TRUE(presentation.askForName({.space = {.name = "Mail"}}, renamed));
