@@ -120,7 +120,7 @@ bool ChannelPeer::send(FrameKind kind, std::string_view text) {
   if (ended_ || gone_) {
     return false;
   }
-  if (waitingBytes_ > maximumWaiting) {
+  if (!waiting_.empty() && waitingBytes_ - waiting_.front().size() > maximumWaiting) {
     drop();
     return false;
   }

@@ -25,7 +25,8 @@ class ChannelPeer : Pinned {
  public:
   /// Whoever connects must have sent its request by then.
   static constexpr Duration requestTime = std::chrono::seconds(10);
-  /// When more bytes than this wait for a reader who stalls, it is dropped with a notice at the next frame.
+  /// When more bytes than this wait behind the frame that is being sent, the reader stalls, and is dropped with a
+  /// notice at the next frame.
   static constexpr std::size_t maximumWaiting = std::size_t{256} << 10;
 
   /// What the connection leads to. onGone may destroy the peer.

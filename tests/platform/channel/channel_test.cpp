@@ -193,6 +193,18 @@ TEST_F(ChannelTest, AStalledReaderIsDroppedWithANoticeAndSlowsNobody) {
   EXPECT_EQ(frames.front(), "o" + line) << "what was read before is whole";
 }
 
+TEST_F(ChannelTest, ALongFrameIsNoStall) {
+  const auto instance = listen([](const Request&, std::unique_ptr<Caller> caller) {
+    EXPECT_TRUE(caller->out(std::string(2 * ChannelPeer::maximumWaiting, 'a')));
+    EXPECT_TRUE(caller->out("b"));
+    caller->exit(0);
+  });
+  RawClient client(socketPath());
+  client.send(channel::encodeRequest("/", {"menu"}));
+  ASSERT_TRUE(loop.runUntil([&] { return !client.read(); }));
+  EXPECT_EQ(client.frames().at(1), "ob");
+}
+
 TEST_F(ChannelTest, MoreThanSoManyAtOnceAreTurnedAway) {
   std::vector<std::unique_ptr<Caller>> watching;
   const auto instance =
