@@ -8,6 +8,7 @@ packages_build=(g++ cmake ninja-build ccache pkg-config
 packages_test=(xvfb x11-utils x11-xserver-utils xterm xclip procps wmctrl xdotool openbox xfwm4 i3-wm dbus systemd libglib2.0-bin jq python3 python3-gi gir1.2-atspi-2.0 at-spi2-core tint2 curl fonts-dejavu-core
   desktop-file-utils appstream man-db groff-base bsdextrautils shellcheck bash-completion zsh fish xdg-utils
   dpkg-dev)
+packages_pictures=(x11-apps imagemagick)
 packages_bench=(nginx-light wrk polybar)
 packages_more_window_managers=(kwin-x11 breeze libkf5globalaccel-bin metacity fluxbox icewm)
 packages_clean_system=(debootstrap)

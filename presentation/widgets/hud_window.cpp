@@ -132,8 +132,9 @@ void HUDWindow::place() {
     QBitmap mask(size());
     mask.clear();
     QPainter painter(&mask);
+    painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(rect().adjusted(0, 0, -1, -1), height() * roundness, height() * roundness);
+    painter.drawRoundedRect(rect(), height() * roundness, height() * roundness);
     painter.end();
     setMask(mask);
   }
