@@ -246,6 +246,10 @@ void X11WindowReader::learn(const std::vector<xcb_window_t>& listed, const X11St
   }
 }
 
+bool X11WindowReader::isOwn(const X11Window& window) const {
+  return window.pid == self_ || window.className == "Tallowin";
+}
+
 X11WindowSnapshot X11WindowReader::read() {
   const auto listCookie = connection_.requestProperty(connection_.root(), X11Atom::netClientList, XCB_ATOM_WINDOW);
   const auto treeCookie = xcb_query_tree(connection_.raw(), connection_.root());
@@ -272,7 +276,7 @@ X11WindowSnapshot X11WindowReader::read() {
     if (!exists || place == places.end()) {
       known_.erase(listed[i]);
     }
-    if (exists && window.pid != self_) {
+    if (exists && !isOwn(window)) {
       found.emplace_back(place == places.end() ? 0 : place->second, std::move(window));
     }
   }
@@ -294,7 +298,7 @@ std::optional<X11Window> X11WindowReader::read(xcb_window_t window) {
   auto read = take(cookies, pids);
   const bool exists = takePlace(placeCookies, read);
   desktops_.take(viewCookies);
-  if (!exists || read.pid == self_ || !has(listed, window)) {
+  if (!exists || isOwn(read) || !has(listed, window)) {
     return std::nullopt;
   }
   numbers_.noteManaged({window});

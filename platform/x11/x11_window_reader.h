@@ -54,8 +54,8 @@ struct X11WindowSnapshot {
 /// The place of each top-level window, the higher the farther in front.
 using X11StackingPlaces = std::map<xcb_window_t, std::size_t>;
 
-/// Reads managed windows from the server. Windows of this process are left out, and those that the window manager does
-/// not manage. Every window that it has seen has a number. A window that goes away while it is being read is left out,
+/// Reads managed windows from the server. Those of this program are left out, also where another process shows them
+/// (their class is "Tallowin"), and those that the window manager does not manage. Every window that it has seen has a number. A window that goes away while it is being read is left out,
 /// at no cost to the others. Main thread only.
 class X11WindowReader {
  public:
@@ -98,6 +98,7 @@ class X11WindowReader {
   };
   using Pids = std::map<std::uint32_t, std::uint32_t>;  ///< client's resource base to process
 
+  [[nodiscard]] bool isOwn(const X11Window& window) const;
   void forgetUnmanaged(const std::vector<xcb_window_t>& listed);
   Cookies request(xcb_window_t window);
   X11Window take(const Cookies& cookies, const Pids& pids);

@@ -38,6 +38,7 @@ rename_dialog_case() {
   local before
   before=$(ask current | head -n 1)
   dialog_in_front "Rename “$before”" tallowin://rename/current
+  pass_if "which is none of the user's windows" 0 "$(ask windows --all | grep -c Rename)"
   xdotool type Post
   xdotool key Return
   pass_if_eventually "Enter keeps the name that was typed" "Post
