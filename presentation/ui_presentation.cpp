@@ -26,7 +26,7 @@ std::optional<std::string> valueOf(const std::vector<std::string>& words, const 
 }  // namespace
 
 UiPresentation::UiPresentation(Services services)
-    : Windowless(services.preferences, services.toasts, services.log),
+    : Windowless(services.preferences, *this, services.log, services.program ? "here" : "without a window system"),
       services_(std::move(services)),
       logged_(services_.log),
       link_(services_.mainQueue, services_.clock,

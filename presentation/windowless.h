@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/lacks.h"
@@ -16,12 +17,13 @@
 
 namespace tallowin {
 
-/// A presentation without windows. What it cannot do it says: to the
-/// log, once for each thing that the settings ask for; to the user, whenever he asked for it. Main thread only.
+/// A presentation without windows. What it cannot do it says: to the log, once for each thing that the settings ask
+/// for; to the user, whenever he asked for it. Main thread only.
 class Windowless : public Presentation {
  public:
-  Windowless(Preferences& preferences, Toasts& toasts, Log& log)
-      : settings_(preferences), toasts_(toasts), lacks_(log, "Presentation") {
+  /// `why`, which must outlive this, ends the sentences about what is not available.
+  Windowless(Preferences& preferences, Toasts& toasts, Log& log, std::string_view why = "without a window system")
+      : settings_(preferences), toasts_(toasts), lacks_(log, "Presentation"), why_(why) {
     settings_.registerDefaults();
   }
 
@@ -83,8 +85,8 @@ class Windowless : public Presentation {
   void lack(bool isWanted, const std::string& what) { lacks_.lack(isWanted, sentence(what)); }
 
  private:
-  [[nodiscard]] static std::string sentence(const std::string& what) {
-    return what + " not available without a window system";
+  [[nodiscard]] std::string sentence(const std::string& what) const {
+    return what + " not available " + std::string(why_);
   }
 
   /// What the user asks for now.
@@ -97,6 +99,7 @@ class Windowless : public Presentation {
   Settings settings_;
   Toasts& toasts_;
   Lacks lacks_;
+  const std::string_view why_;
 };
 
 }  // namespace tallowin

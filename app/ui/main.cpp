@@ -42,7 +42,7 @@ class AttachedUi : Pinned {
     }
     const auto arrived = kind == channel::FrameKind::out ? ui::decode(bytes) : std::unexpected(std::string(bytes));
     if (!arrived) {
-      std::cerr << "tallowin-ui: " << bytes;
+      std::cerr << "tallowin-ui: " << bytes;  // a sentence for people, such as that there is another one
       return;
     }
     if (arrived->message) {
@@ -66,7 +66,8 @@ bool reachesDisplay() {
 
 /// Nothing when the arguments are no such; `home` is the folder after --home.
 int run(int argc, char** argv, const std::optional<std::string>& home) {
-  const bool offscreen = std::getenv("QT_QPA_PLATFORM") != nullptr;
+  const char* const platform = std::getenv("QT_QPA_PLATFORM");
+  const bool offscreen = platform != nullptr && std::string_view(platform) == "offscreen";
   if (!offscreen && !reachesDisplay()) {
     std::cerr << "tallowin-ui: cannot reach the X server that DISPLAY names\n";
     return notReached;

@@ -76,12 +76,17 @@ constexpr auto kinds = std::to_array<std::string_view>(
     {"hello", "statusItem", "hud", "toast", "feedback", "alert", "askName", "askNote", "withdraw"});
 static_assert(kinds.size() == std::variant_size_v<Message>);
 
+/// Nothing for a kind that is not known, or a value that does not fit it: a newer program may have changed either.
 template <std::size_t... Index>
 std::optional<Message> messageOf(std::string_view kind, const PropertyList& value,
                                  std::index_sequence<Index...> /*all*/) {
   std::optional<Message> message;
-  static_cast<void>(
-      ((kind == kinds[Index] && (message = value.get<std::variant_alternative_t<Index, Message>>(), true)) || ...));
+  try {
+    static_cast<void>(
+        ((kind == kinds[Index] && (message = value.get<std::variant_alternative_t<Index, Message>>(), true)) || ...));
+  } catch (const PropertyList::exception& /*mistake*/) {
+    return std::nullopt;
+  }
   return message;
 }
 

@@ -57,7 +57,7 @@ using Message = std::variant<Hello, StatusItem, HUD, Toast, Feedback, AskAlert, 
 /// A message as it arrives.
 struct Arrived {
   std::uint64_t number = 0;
-  std::optional<Message> message;  ///< nothing when its kind is not known here
+  std::optional<Message> message;  ///< nothing when its kind is not known here, or its value is another
 };
 
 [[nodiscard]] std::string encode(std::uint64_t number, const Message& message);

@@ -77,9 +77,12 @@ HUDWindow::HUDWindow()
 
 void HUDWindow::show(const HUD& hud) {
   if (isFullScreenInFront()) {
-    hide();
+    if (!isMessage_) {
+      hide();
+    }
     return;
   }
+  isMessage_ = false;
   size_ = hud.size;
   position_ = hud.position;
   const auto number = hud.desktopNumber ? std::to_string(*hud.desktopNumber) : "–";
@@ -88,6 +91,7 @@ void HUDWindow::show(const HUD& hud) {
 }
 
 void HUDWindow::show(const Toast& toast) {
+  isMessage_ = true;
   present({toast.text, "", toast.symbol.value_or(toast.isError ? "exclamationmark.triangle" : ""), "", std::nullopt,
            toast.isError},
           readingTime(toast));

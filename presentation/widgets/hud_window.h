@@ -50,6 +50,7 @@ class HUDWindow : public QWidget {
   Content content_;
   HUDSize size_ = HUDSize::regular;
   HUDPosition position_ = HUDPosition::top;
+  bool isMessage_ = false;  ///< what was shown last
   bool isTranslucent_ = false;
   QTimer end_;
   QVariantAnimation fade_;
