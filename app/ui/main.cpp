@@ -29,7 +29,6 @@ class AttachedUi : Pinned {
  public:
   explicit AttachedUi(const std::string& folder)
       : instance_(folder),
-        surfaces_(instance_),
         link_(folder, {"ui", "attach", TALLOWIN_VERSION},
               {.onFrame = [this](channel::FrameKind kind, std::string_view bytes) { take(kind, bytes); },
                .onEnd = [this] { QCoreApplication::exit(status_.value_or(notReached)); }}) {}
@@ -45,14 +44,17 @@ class AttachedUi : Pinned {
       std::cerr << "tallowin-ui: " << bytes;  // a sentence for people, such as that there is another one
       return;
     }
+    if (!surfaces_) {
+      surfaces_.emplace(instance_);  // not for a process that is not wanted
+    }
     if (arrived->message) {
-      surfaces_.show(*arrived->message);
+      surfaces_->show(*arrived->message);
     }
     instance_.ask({"ui", "seen", std::to_string(arrived->number)}, [](const InstanceAnswer& /*answer*/) {});
   }
 
   SocketInstance instance_;
-  Surfaces surfaces_;
+  std::optional<Surfaces> surfaces_;
   std::optional<int> status_;
   InstanceCall link_;
 };
