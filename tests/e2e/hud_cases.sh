@@ -111,7 +111,7 @@ ui_process_cases() {
   local before
   before=$(ui_process)
   pass_if "there is one at a time" "tallowin-ui: another process shows the windows" \
-    "$("$(dirname "$PROGRAM")/tallowin-ui" --home "$DESKTOP_DIRECTORY/tallowin" 2>&1)"
+    "$("$(dirname "$PROGRAM")/tallowin-ui" --home "$DESKTOP_DIRECTORY/tallowin" 2>&1 | head -n 1)" # libdbus leaks
   kill -KILL "$before"
   pass_if_eventually "one that dies is started again" yes another_ui_than "$before"
   before=$(ui_process)
