@@ -55,8 +55,8 @@ struct X11WindowSnapshot {
 using X11StackingPlaces = std::map<xcb_window_t, std::size_t>;
 
 /// Reads managed windows from the server. Those of this program are left out, also where another process shows them
-/// (their class is "Tallowin"), and those that the window manager does not manage. Every window that it has seen has a number. A window that goes away while it is being read is left out,
-/// at no cost to the others. Main thread only.
+/// (their class is "Tallowin"), and those that the window manager does not manage. Every window that it has seen has a
+/// number. A window that goes away while it is being read is left out, at no cost to the others. Main thread only.
 class X11WindowReader {
  public:
   /// `self` is the process whose windows are left out.
